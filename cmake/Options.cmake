@@ -1,0 +1,44 @@
+# Targets that carry the options every other target links.
+option(KV_SANITIZE "AddressSanitizer and UBSan in the native build" ON)
+
+# Warnings, for all code of the project.
+add_library(kv_warnings INTERFACE)
+target_compile_options(kv_warnings INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow -Wformat=2 -Werror
+  $<$<COMPILE_LANGUAGE:CXX>:-Wconversion>)
+
+# The project's own headers are found from the root; Windows' declarations are the compiler's or Wine's.
+add_library(kv_windows INTERFACE)
+target_include_directories(kv_windows INTERFACE ${PROJECT_SOURCE_DIR})
+target_link_libraries(kv_windows INTERFACE kv_warnings)
+
+if(WIN32)
+  # Optimized for size, without unused sections; linked for high-entropy ASLR and NX, no compiler runtime DLL.
+  set(CMAKE_CXX_FLAGS_RELEASE "-Os -DNDEBUG")
+  set(CMAKE_C_FLAGS_RELEASE "-Os -DNDEBUG")
+  add_compile_options(-ffunction-sections -fdata-sections)
+  add_link_options(-static -static-libgcc -static-libstdc++ -s
+    -Wl,--gc-sections -Wl,--dynamicbase -Wl,--high-entropy-va -Wl,--nxcompat -Wl,--no-insert-timestamp)
+else()
+  set(KV_WINE_HEADERS /usr/include/wine/wine/windows CACHE PATH "Wine's Windows headers (libwine-dev)")
+  target_include_directories(kv_windows SYSTEM INTERFACE ${KV_WINE_HEADERS})
+  if(KV_SANITIZE)
+    add_compile_options(-g -fno-omit-frame-pointer -fsanitize=address,undefined -fno-sanitize-recover=all)
+    add_link_options(-fsanitize=address,undefined)
+  endif()
+endif()
+
+# Header-only libraries of Debian's that the Windows build uses too. The cross compiler must not see /usr/include
+# itself, so the two folders are linked into the build.
+set(KV_LINKED_HEADERS ${CMAKE_BINARY_DIR}/headers)
+file(MAKE_DIRECTORY ${KV_LINKED_HEADERS})
+foreach(folder CLI nlohmann)
+  if(NOT EXISTS /usr/include/${folder})
+    message(FATAL_ERROR "/usr/include/${folder} is missing: install nlohmann-json3-dev and libcli11-dev")
+  endif()
+  file(CREATE_LINK /usr/include/${folder} ${KV_LINKED_HEADERS}/${folder} SYMBOLIC)
+endforeach()
+add_library(kv_json INTERFACE)
+target_include_directories(kv_json SYSTEM INTERFACE ${KV_LINKED_HEADERS})
+add_library(kv_cli INTERFACE)
+target_include_directories(kv_cli SYSTEM INTERFACE ${KV_LINKED_HEADERS})

@@ -1,0 +1,245 @@
+#include "framework/String.h"
+
+#include <cstdarg>
+#include <cstdint>
+#include <cstdio>
+#include <cstring>
+#include <new>
+#include <utility>
+
+#include "framework/CRuntime.h"
+#include "framework/Windows.h"
+
+namespace {
+
+// Stands right before the characters.
+struct Header {
+    std::int32_t references;  // -1: the shared empty text, never counted and never released
+    std::uint32_t length;     // characters in use
+    std::uint32_t capacity;   // characters that fit, without the terminator
+};
+
+struct EmptyText {
+    Header header;
+    char terminator[4];
+};
+EmptyText g_empty = {{-1, 0, 0}, {}};
+
+constexpr std::size_t kLongest = 0x7FFFFFFF - sizeof(Header) - 1;
+
+Header* HeaderOf(char* data) noexcept { return reinterpret_cast<Header*>(data) - 1; }
+char* DataOf(Header* header) noexcept { return reinterpret_cast<char*>(header + 1); }
+const char* OrEmpty(const char* text) noexcept { return text != nullptr ? text : ""; }
+
+char* Allocate(std::size_t capacity) {
+    if (capacity > kLongest)
+        throw std::bad_alloc();
+    void* block = HeapAlloc(GetProcessHeap(), 0, sizeof(Header) + capacity + 1);
+    if (block == nullptr)
+        throw std::bad_alloc();
+    auto* header = new (block) Header{1, 0, static_cast<std::uint32_t>(capacity)};
+    DataOf(header)[0] = '\0';
+    return DataOf(header);
+}
+
+void SetLength(char* data, std::size_t length) noexcept {
+    HeaderOf(data)->length = static_cast<std::uint32_t>(length);
+    data[length] = '\0';
+}
+
+bool IsWhiteSpace(char character) noexcept { return std::strchr(" \t\n\v\f\r", character) != nullptr; }
+
+}  // namespace
+
+CString::CString() noexcept : m_pszData(DataOf(&g_empty.header)) {}
+
+CString::CString(const char* text) : CString() { *this = text; }
+
+CString::CString(const char* text, int length) : CString() {
+    if (length > 0)
+        Assign(text, static_cast<std::size_t>(length));
+}
+
+CString::CString(const CString& other) noexcept : m_pszData(other.m_pszData) {
+    if (HeaderOf(m_pszData)->references >= 0)
+        ++HeaderOf(m_pszData)->references;
+}
+
+CString::CString(CString&& other) noexcept : CString() { std::swap(m_pszData, other.m_pszData); }
+
+CString::~CString() { Release(); }
+
+CString& CString::operator=(const CString& other) noexcept {
+    CString copy(other);
+    std::swap(m_pszData, copy.m_pszData);
+    return *this;
+}
+
+CString& CString::operator=(CString&& other) noexcept {
+    std::swap(m_pszData, other.m_pszData);
+    return *this;
+}
+
+CString& CString::operator=(const char* text) {
+    Assign(OrEmpty(text), std::strlen(OrEmpty(text)));
+    return *this;
+}
+
+int CString::GetLength() const noexcept { return static_cast<int>(HeaderOf(m_pszData)->length); }
+
+void CString::Empty() noexcept {
+    Release();
+    m_pszData = DataOf(&g_empty.header);
+}
+
+CString& CString::operator+=(const char* text) {
+    Append(OrEmpty(text), std::strlen(OrEmpty(text)));
+    return *this;
+}
+
+CString& CString::operator+=(char character) {
+    Append(&character, 1);
+    return *this;
+}
+
+void CString::Format(const char* format, ...) {
+    va_list arguments;
+    va_start(arguments, format);
+    va_list again;
+    va_copy(again, arguments);
+    const int length = std::vsnprintf(nullptr, 0, format, arguments);
+    va_end(arguments);
+    CString formatted;
+    if (length > 0) {
+        // A new buffer, because the arguments may point into this one.
+        formatted.m_pszData = Allocate(static_cast<std::size_t>(length));
+        std::vsnprintf(formatted.m_pszData, static_cast<std::size_t>(length) + 1, format, again);
+        SetLength(formatted.m_pszData, static_cast<std::size_t>(length));
+    }
+    va_end(again);
+    *this = std::move(formatted);
+}
+
+int CString::Find(char character) const noexcept {
+    const char* found = character != '\0' ? std::strchr(m_pszData, character) : nullptr;
+    return found != nullptr ? static_cast<int>(found - m_pszData) : -1;
+}
+
+int CString::Find(const char* part) const noexcept {
+    const char* found = std::strstr(m_pszData, part);
+    return found != nullptr ? static_cast<int>(found - m_pszData) : -1;
+}
+
+int CString::ReverseFind(char character) const noexcept {
+    const char* found = character != '\0' ? std::strrchr(m_pszData, character) : nullptr;
+    return found != nullptr ? static_cast<int>(found - m_pszData) : -1;
+}
+
+CString CString::Left(int count) const { return Mid(0, count); }
+
+CString CString::Right(int count) const { return count < GetLength() ? Mid(GetLength() - (count > 0 ? count : 0)) : *this; }
+
+CString CString::Mid(int first) const { return Mid(first, GetLength()); }
+
+CString CString::Mid(int first, int count) const {
+    if (first < 0)
+        first = 0;
+    if (first > GetLength())
+        first = GetLength();
+    if (count > GetLength() - first)
+        count = GetLength() - first;
+    if (count == GetLength())
+        return *this;
+    return CString(m_pszData + first, count);
+}
+
+CString& CString::MakeUpper() {
+    _mbsupr(reinterpret_cast<unsigned char*>(Unshare()));
+    return *this;
+}
+
+CString& CString::MakeLower() {
+    _mbslwr(reinterpret_cast<unsigned char*>(Unshare()));
+    return *this;
+}
+
+CString& CString::Trim() {
+    int first = 0;
+    int end = GetLength();
+    while (first < end && IsWhiteSpace(m_pszData[first]))
+        ++first;
+    while (end > first && IsWhiteSpace(m_pszData[end - 1]))
+        --end;
+    return *this = Mid(first, end - first);
+}
+
+int CString::Compare(const char* text) const noexcept { return std::strcmp(m_pszData, OrEmpty(text)); }
+
+int CString::CompareNoCase(const char* text) const {
+    CString left(*this);
+    CString right(text);
+    return left.MakeLower().Compare(right.MakeLower());
+}
+
+void CString::Assign(const char* text, std::size_t length) {
+    if (length == 0) {
+        Empty();
+        return;
+    }
+    if (HeaderOf(m_pszData)->references != 1 || HeaderOf(m_pszData)->capacity < length) {
+        char* data = Allocate(length);
+        std::memcpy(data, text, length);
+        Release();
+        m_pszData = data;
+    } else {
+        std::memmove(m_pszData, text, length);
+    }
+    SetLength(m_pszData, length);
+}
+
+void CString::Append(const char* text, std::size_t length) {
+    if (length == 0)
+        return;
+    const std::size_t before = HeaderOf(m_pszData)->length;
+    if (HeaderOf(m_pszData)->references != 1 || HeaderOf(m_pszData)->capacity - before < length) {
+        // Half as much again, so that a list built item by item is not copied for every item.
+        char* data = Allocate(before + length + (before + length) / 2);
+        std::memcpy(data, m_pszData, before);
+        std::memcpy(data + before, text, length);
+        Release();
+        m_pszData = data;
+    } else {
+        std::memmove(m_pszData + before, text, length);
+    }
+    SetLength(m_pszData, before + length);
+}
+
+char* CString::Unshare() {
+    if (HeaderOf(m_pszData)->references > 1) {
+        const std::size_t length = HeaderOf(m_pszData)->length;
+        char* data = Allocate(length);
+        std::memcpy(data, m_pszData, length);
+        SetLength(data, length);
+        Release();
+        m_pszData = data;
+    }
+    return m_pszData;
+}
+
+void CString::Release() noexcept {
+    Header* header = HeaderOf(m_pszData);
+    if (header->references > 0 && --header->references == 0)
+        HeapFree(GetProcessHeap(), 0, header);
+}
+
+CString operator+(const CString& left, const char* right) {
+    CString result(left);
+    result += right;
+    return result;
+}
+
+CString operator+(const char* left, const CString& right) {
+    CString result(left);
+    result += right;
+    return result;
+}

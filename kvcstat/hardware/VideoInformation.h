@@ -1,0 +1,22 @@
+#pragma once
+
+#include "framework/Collections.h"
+
+// The monitor and the graphics adapter, from the registry.
+class CVideoInformation : public CObject {
+  public:
+    ~CVideoInformation() override = default;
+
+    // Status of GetVideoAdapter.
+    int GetVideoInformation();
+    int GetMonitor();
+    void GetMonitorNT();
+    // 0 when its last read succeeded, else -1.
+    int GetVideoAdapter();
+    // Appends the display devices below `enumKey` (Windows 9x). Outcome of the last read, -1 when there was none.
+    int FindDisplayAdapters(const char* enumKey);
+
+    CString m_cMonitor;
+    CString m_cVideoAdapter;
+    CString m_cVideoBiosDate;
+};
