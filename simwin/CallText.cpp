@@ -1,0 +1,80 @@
+#include "simwin/CallText.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+
+#include "simwin/CodePage.h"
+#include "simwin/Machine.h"
+
+namespace simwin {
+namespace {
+
+constexpr std::size_t kLongestText = 512;
+constexpr std::size_t kLongestBytes = 64;
+
+bool isPrintable(char byte) {
+    return static_cast<unsigned char>(byte) >= 0x20 && byte != 0x7F;
+}
+
+void appendHex(std::string& text, std::uintptr_t number, int width) {
+    std::array<char, 20> digits{};
+    std::snprintf(digits.data(), digits.size(), "%0*llx", width, static_cast<unsigned long long>(number));
+    text += digits.data();
+}
+
+}  // namespace
+
+void appendQuoted(std::string& text, std::string_view bytes) {
+    text += '"';
+    for (const char byte : bytes.substr(0, kLongestText)) {
+        if (!isPrintable(byte)) {
+            text += "\\x";
+            appendHex(text, static_cast<unsigned char>(byte), 2);
+        } else {
+            if (byte == '"' || byte == '\\')
+                text += '\\';
+            appendUtf8(text, toUnicode(byte));
+        }
+    }
+    text += '"';
+    if (bytes.size() > kLongestText)
+        text += "...";
+}
+
+void appendBytes(std::string& text, std::string_view bytes) {
+    const std::string_view content = bytes.substr(0, bytes.find_last_not_of('\0') + 1);
+    if (!content.empty() && content.size() < bytes.size() && std::all_of(content.begin(), content.end(), isPrintable)) {
+        appendQuoted(text, content);
+        return;
+    }
+    for (std::size_t i = 0; i < std::min(bytes.size(), kLongestBytes); ++i) {
+        if (i != 0)
+            text += ' ';
+        appendHex(text, static_cast<unsigned char>(bytes[i]), 2);
+    }
+    if (bytes.size() > kLongestBytes)
+        text += " ...";
+}
+
+void appendNumber(std::string& text, std::int64_t number) {
+    text += std::to_string(number);
+}
+
+void appendNumber(std::string& text, std::uint64_t number) {
+    text += std::to_string(number);
+}
+
+void appendHandle(std::string& text, Machine& machine, std::uintptr_t handle) {
+    if (handle == 0) {
+        text += "null";
+        return;
+    }
+    const std::string what = machine.describe(handle);
+    if (!what.empty())
+        text += what + " ";
+    text += "0x";
+    appendHex(text, handle, 1);
+}
+
+}  // namespace simwin

@@ -1,0 +1,197 @@
+#include "simwin/RegistryTree.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+#include "simwin/CodePage.h"
+
+namespace simwin {
+namespace {
+
+struct NamedHive {
+    Hive hive;
+    std::string_view name;
+};
+
+constexpr std::array<NamedHive, 6> kHives = {{{Hive::LocalMachine, "HKEY_LOCAL_MACHINE"},
+                                              {Hive::CurrentUser, "HKEY_CURRENT_USER"},
+                                              {Hive::Users, "HKEY_USERS"},
+                                              {Hive::CurrentConfig, "HKEY_CURRENT_CONFIG"},
+                                              {Hive::DynData, "HKEY_DYN_DATA"},
+                                              {Hive::ClassesRoot, "HKEY_CLASSES_ROOT"}}};
+
+constexpr std::string_view kClasses = "SOFTWARE\\Classes";
+
+// Root keys stand at the numbers of their hives. ClassesRoot's own is never given sub-keys: it stands for the classes
+// of a station that describes none.
+constexpr KeyId rootOf(Hive hive) {
+    return static_cast<KeyId>(hive);
+}
+
+// Cuts the first piece off a path; the path then begins behind the backslash that ended the piece.
+std::string_view takePiece(std::string_view& path, bool& more) {
+    const std::size_t end = path.find('\\');
+    const std::string_view piece = path.substr(0, end);
+    more = end != std::string_view::npos;
+    path = more ? path.substr(end + 1) : std::string_view();
+    return piece;
+}
+
+}  // namespace
+
+RegistryValue textValue(std::string_view name, std::string_view text) {
+    return {std::string(name), static_cast<std::uint32_t>(RegistryType::Text), std::string(text) + '\0'};
+}
+
+RegistryValue multiTextValue(std::string_view name, const std::vector<std::string>& items) {
+    std::string bytes;
+    for (const std::string& item : items)
+        bytes += item + '\0';
+    return {std::string(name), static_cast<std::uint32_t>(RegistryType::MultiText), bytes + '\0'};
+}
+
+RegistryValue dwordValue(std::string_view name, std::uint32_t number) {
+    std::string bytes;
+    for (int shift = 0; shift < 32; shift += 8)
+        bytes.push_back(static_cast<char>(static_cast<unsigned char>(number >> shift)));
+    return {std::string(name), static_cast<std::uint32_t>(RegistryType::DWord), bytes};
+}
+
+RegistryValue binaryValue(std::string_view name, std::string_view bytes) {
+    return {std::string(name), static_cast<std::uint32_t>(RegistryType::Binary), std::string(bytes)};
+}
+
+std::optional<HivePath> splitHive(std::string_view fullPath) {
+    bool more = false;
+    std::string_view rest = fullPath;
+    const std::string_view name = takePiece(rest, more);
+    for (const NamedHive& hive : kHives)
+        if (equalNoCase(hive.name, name))
+            return HivePath{hive.hive, rest};
+    return std::nullopt;
+}
+
+RegistryTree::RegistryTree() {
+    for (const NamedHive& hive : kHives) {
+        m_keys.emplace_back();
+        m_keys.back().name = hive.name;
+        m_keys.back().parent = rootOf(hive.hive);
+    }
+}
+
+std::optional<KeyId> RegistryTree::create(std::string_view fullPath) {
+    const std::optional<HivePath> split = splitHive(fullPath);
+    if (!split || fullPath.ends_with('\\'))
+        return std::nullopt;
+    KeyId from = rootOf(split->hive);
+    if (split->hive == Hive::ClassesRoot)
+        from = *createPath(rootOf(Hive::LocalMachine), kClasses);
+    return createPath(from, split->rest);
+}
+
+std::optional<KeyId> RegistryTree::createPath(KeyId from, std::string_view path) {
+    if (path.empty())
+        return from;
+    if (path.starts_with('\\') || path.ends_with('\\') || path.find("\\\\") != std::string_view::npos)
+        return std::nullopt;
+    for (bool more = true; more;)
+        from = createSubKey(from, takePiece(path, more));
+    return from;
+}
+
+KeyId RegistryTree::createSubKey(KeyId key, std::string_view name) {
+    if (const std::optional<KeyId> found = findSubKey(key, name))
+        return *found;
+    const auto made = static_cast<KeyId>(m_keys.size());
+    m_keys.emplace_back();
+    m_keys.back().name = name;
+    m_keys.back().parent = key;
+    Key& parent = at(key);
+    parent.subKeysByName.insert(placeOf(parent, name), made);
+    parent.subKeys.push_back(made);
+    return made;
+}
+
+void RegistryTree::set(KeyId id, RegistryValue value) {
+    Key& key = at(id);
+    const auto place = placeOfValue(key, value.name);
+    if (place != key.valuesByName.end() && equalNoCase(key.values[*place].name, value.name)) {
+        RegistryValue& old = key.values[*place];
+        old.type = value.type;
+        old.bytes = std::move(value.bytes);
+        return;
+    }
+    key.valuesByName.insert(place, static_cast<std::uint32_t>(key.values.size()));
+    key.values.push_back(std::move(value));
+}
+
+bool RegistryTree::set(std::string_view fullPath, RegistryValue value) {
+    const std::optional<KeyId> key = create(fullPath);
+    if (key)
+        set(*key, std::move(value));
+    return key.has_value();
+}
+
+KeyId RegistryTree::root(Hive hive) const {
+    if (hive != Hive::ClassesRoot)
+        return rootOf(hive);
+    return find(rootOf(Hive::LocalMachine), kClasses).value_or(rootOf(Hive::ClassesRoot));
+}
+
+std::optional<KeyId> RegistryTree::find(KeyId from, std::string_view path) const {
+    std::optional<KeyId> key = from;
+    for (bool more = !path.empty(); more && key;)
+        key = findSubKey(*key, takePiece(path, more));
+    return key;
+}
+
+std::optional<KeyId> RegistryTree::find(std::string_view fullPath) const {
+    const std::optional<HivePath> split = splitHive(fullPath);
+    if (!split || fullPath.ends_with('\\'))
+        return std::nullopt;
+    return find(root(split->hive), split->rest);
+}
+
+const std::string* RegistryTree::subKeyName(KeyId key, std::size_t index) const {
+    return index < at(key).subKeys.size() ? &at(at(key).subKeys[index]).name : nullptr;
+}
+
+const RegistryValue* RegistryTree::value(KeyId key, std::size_t index) const {
+    return index < at(key).values.size() ? &at(key).values[index] : nullptr;
+}
+
+const RegistryValue* RegistryTree::findValue(KeyId id, std::string_view name) const {
+    const Key& key = at(id);
+    const auto place = placeOfValue(key, name);
+    if (place == key.valuesByName.end() || !equalNoCase(key.values[*place].name, name))
+        return nullptr;
+    return &key.values[*place];
+}
+
+std::string RegistryTree::path(KeyId key) const {
+    const Key& self = at(key);
+    return self.parent == key ? self.name : path(self.parent) + '\\' + self.name;
+}
+
+std::vector<KeyId>::const_iterator RegistryTree::placeOf(const Key& key, std::string_view subKey) const {
+    return std::lower_bound(key.subKeysByName.begin(), key.subKeysByName.end(), subKey,
+                            [this](KeyId id, std::string_view name) { return compareNoCase(at(id).name, name) < 0; });
+}
+
+std::vector<std::uint32_t>::const_iterator RegistryTree::placeOfValue(const Key& key, std::string_view name) const {
+    return std::lower_bound(key.valuesByName.begin(), key.valuesByName.end(), name,
+                            [&key](std::uint32_t index, std::string_view wanted) {
+                                return compareNoCase(key.values[index].name, wanted) < 0;
+                            });
+}
+
+std::optional<KeyId> RegistryTree::findSubKey(KeyId id, std::string_view name) const {
+    const Key& key = at(id);
+    const auto place = placeOf(key, name);
+    if (place == key.subKeysByName.end() || !equalNoCase(at(*place).name, name))
+        return std::nullopt;
+    return *place;
+}
+
+}  // namespace simwin

@@ -1,0 +1,101 @@
+// The registry of a described station: a plain value that can be copied; machines share it and never change it.
+#pragma once
+
+#include <cstdint>
+#include <deque>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace simwin {
+
+enum class Hive : std::uint8_t { LocalMachine, CurrentUser, Users, CurrentConfig, DynData, ClassesRoot };
+
+// Numbers of Windows' value types.
+enum class RegistryType : std::uint32_t {
+    None = 0,
+    Text = 1,
+    ExpandText = 2,
+    Binary = 3,
+    DWord = 4,
+    MultiText = 7,
+    QWord = 11,
+};
+
+// The bytes are those that the narrow calls answer: text in the ANSI code page, with its terminators where it has
+// them.
+struct RegistryValue {
+    std::string name;  // empty: the key's default value
+    std::uint32_t type = 0;
+    std::string bytes;
+};
+
+// Values to describe a station with, as Windows' own programs write them.
+RegistryValue textValue(std::string_view name, std::string_view text);
+RegistryValue multiTextValue(std::string_view name, const std::vector<std::string>& items);
+RegistryValue dwordValue(std::string_view name, std::uint32_t number);
+RegistryValue binaryValue(std::string_view name, std::string_view bytes);
+
+// The number of a key; never changes while the tree lives, and is the same in a copy.
+enum class KeyId : std::uint32_t {};
+
+// Keys and values in the order in which they were first described. Names compare without regard to case and keep the
+// letter case of their first mention. HKEY_CLASSES_ROOT is HKEY_LOCAL_MACHINE\SOFTWARE\Classes.
+class RegistryTree {
+  public:
+    RegistryTree();
+
+    // The key of a full path such as "HKEY_LOCAL_MACHINE\SOFTWARE", made with its parents when it is not there.
+    // None when the path names no hive (by its full name, in any letter case) or holds an empty piece.
+    std::optional<KeyId> create(std::string_view fullPath);
+    // Replaces a value of the same name.
+    void set(KeyId key, RegistryValue value);
+    // Both in one; false when the path is none.
+    bool set(std::string_view fullPath, RegistryValue value);
+
+    KeyId root(Hive hive) const;
+    // The key at a path below `from`; an empty path is `from` itself. None when there is no such key, or a piece is
+    // empty.
+    std::optional<KeyId> find(KeyId from, std::string_view path) const;
+    std::optional<KeyId> find(std::string_view fullPath) const;
+
+    // The index-th sub-key or value in the order of their first mention, or null.
+    const std::string* subKeyName(KeyId key, std::size_t index) const;
+    const RegistryValue* value(KeyId key, std::size_t index) const;
+    const RegistryValue* findValue(KeyId key, std::string_view name) const;
+
+    // "HKEY_LOCAL_MACHINE\SOFTWARE", in the letter case of the tree.
+    std::string path(KeyId key) const;
+
+    std::size_t size() const { return m_keys.size(); }
+
+  private:
+    struct Key {
+        std::string name;
+        KeyId parent{};
+        std::vector<KeyId> subKeys;
+        std::vector<KeyId> subKeysByName;  // sorted
+        std::vector<RegistryValue> values;
+        std::vector<std::uint32_t> valuesByName;  // indices into `values`, sorted
+    };
+
+    const Key& at(KeyId key) const { return m_keys[static_cast<std::size_t>(key)]; }
+    Key& at(KeyId key) { return m_keys[static_cast<std::size_t>(key)]; }
+    std::vector<KeyId>::const_iterator placeOf(const Key& key, std::string_view subKey) const;
+    std::vector<std::uint32_t>::const_iterator placeOfValue(const Key& key, std::string_view name) const;
+    std::optional<KeyId> findSubKey(KeyId key, std::string_view name) const;
+    KeyId createSubKey(KeyId key, std::string_view name);
+    std::optional<KeyId> createPath(KeyId from, std::string_view path);
+
+    std::deque<Key> m_keys;
+};
+
+// A full path's hive and the rest behind the first backslash ("" when there is none).
+struct HivePath {
+    Hive hive;
+    std::string_view rest;
+};
+std::optional<HivePath> splitHive(std::string_view fullPath);
+
+}  // namespace simwin

@@ -1,0 +1,172 @@
+#include <algorithm>
+#include <cstring>
+
+#include "simwin/Address.h"
+#include "simwin/Call.h"
+#include "simwin/Calls.h"
+#include "simwin/CodePage.h"
+#include "simwin/HostAnswer.h"
+#include "simwin/MachineState.h"
+
+using namespace simwin;
+
+namespace {
+
+using winsock::HostEntry;
+using winsock::SocketAddress;
+using winsock::SocketAddressIPv4;
+using SocketLength = int;
+
+constexpr int kNumericHost = 2;
+constexpr int kNameRequired = 4;
+
+int fail(Machine& machine, DWORD error) {
+    machine.setLastError(error);
+    return -1;
+}
+
+HostEntry* noHost(Machine& machine) {
+    machine.setLastError(WSAHOST_NOT_FOUND);
+    return nullptr;
+}
+
+int hostName(Machine& machine, char* buffer, int size) {
+    const OptionalText& name = machine.station().network.hostName;
+    if (!name)
+        return fail(machine, WSAENETDOWN);
+    if (buffer == nullptr || size < 0 || static_cast<std::size_t>(size) <= name->size())
+        return fail(machine, WSAEFAULT);
+    std::memcpy(buffer, name->c_str(), name->size() + 1);
+    return 0;
+}
+
+HostEntry* answerHost(Machine& machine, const std::string& name, int addressType,
+                      const std::vector<std::string>& addresses) {
+    auto answer = std::make_unique<HostAnswer>();
+    answer->name = name;
+    answer->addresses = addresses;
+    for (std::string& address : answer->addresses)
+        answer->addressList.push_back(address.data());
+    answer->addressList.push_back(nullptr);
+    answer->entry.h_name = answer->name.data();
+    answer->entry.h_aliases = &answer->noAliases;
+    answer->entry.h_addrtype = static_cast<short>(addressType);
+    answer->entry.h_length = static_cast<short>(addresses.empty() ? 4 : addresses.front().size());
+    answer->entry.h_addr_list = answer->addressList.data();
+    machine.state().hostAnswer = std::move(answer);
+    return &machine.state().hostAnswer->entry;
+}
+
+// No name, or an empty one, means the machine itself.
+HostEntry* hostByName(Machine& machine, const char* name) {
+    const StationNetwork& network = machine.station().network;
+    const std::string wanted = name != nullptr && *name != '\0' ? name : network.hostName.value_or("");
+    for (const Host& host : network.hosts)
+        if (equalNoCase(host.hostName, wanted))
+            return answerHost(machine, host.name, host.addressType, host.addresses);
+    return noHost(machine);
+}
+
+const ReverseEntry* findName(const Machine& machine, std::string_view fourBytes) {
+    const std::string address = dotted(fourBytes);
+    for (const ReverseEntry& entry : machine.station().network.addresses)
+        if (entry.address == address)
+            return &entry;
+    return nullptr;
+}
+
+HostEntry* hostByAddress(Machine& machine, const char* address, int length, int type) {
+    if (address == nullptr || length != 4 || type != winsock::kIPv4) {
+        machine.setLastError(WSAEFAULT);
+        return nullptr;
+    }
+    const std::string_view bytes(address, 4);
+    const ReverseEntry* entry = findName(machine, bytes);
+    return entry != nullptr ? answerHost(machine, entry->name, type, {std::string(bytes)}) : noHost(machine);
+}
+
+int copyName(const std::string& name, char* buffer, DWORD size) {
+    if (buffer == nullptr || size == 0)
+        return 0;
+    if (size <= name.size())
+        return ERROR_INSUFFICIENT_BUFFER;
+    std::memcpy(buffer, name.c_str(), name.size() + 1);
+    return 0;
+}
+
+struct NamePlaces {
+    char* host;
+    DWORD hostSize;
+    char* service;
+    DWORD serviceSize;
+};
+
+int nameInfo(Machine& machine, const SocketAddress* address, SocketLength length, const NamePlaces& places, int flags) {
+    if (address == nullptr || length < static_cast<SocketLength>(sizeof(SocketAddressIPv4)))
+        return WSAEFAULT;
+    SocketAddressIPv4 ip;
+    std::memcpy(&ip, address, sizeof ip);
+    if (ip.sin_family != winsock::kIPv4)
+        return WSAEAFNOSUPPORT;
+    const std::string_view bytes(reinterpret_cast<const char*>(&ip.sin_addr), 4);
+    const ReverseEntry* entry = (flags & kNumericHost) == 0 ? findName(machine, bytes) : nullptr;
+    if (entry == nullptr && (flags & kNameRequired) != 0)
+        return WSAHOST_NOT_FOUND;
+    const int error = copyName(entry != nullptr ? entry->name : dotted(bytes), places.host, places.hostSize);
+    if (error != 0)
+        return error;
+    const auto* port = reinterpret_cast<const unsigned char*>(&ip.sin_port);
+    return copyName(std::to_string(port[0] << 8 | port[1]), places.service, places.serviceSize);
+}
+
+}  // namespace
+
+int WINAPI sim_WSAStartup(WORD version, LPWSADATA data) {
+    return makeCall<sim_WSAStartup>(
+        "WSAStartup", failsWithCode(WSASYSNOTREADY),
+        [&](Machine&) -> int {
+            if (data == nullptr)
+                return WSAEFAULT;
+            *data = {};
+            data->wVersion = version;
+            data->wHighVersion = MAKEWORD(2, 2);
+            return 0;
+        },
+        Value{version}, Structure{data});
+}
+
+int WINAPI sim_gethostname(char* name, int size) {
+    return makeCall<sim_gethostname>(
+        "gethostname", failsWithMinusOne(WSAENETDOWN), [&](Machine& machine) { return hostName(machine, name, size); },
+        TextBuffer{name, static_cast<std::size_t>(std::max(size, 0))}, Value{size});
+}
+
+HostEntry* WINAPI sim_gethostbyname(const char* name) {
+    return makeCall<sim_gethostbyname>(
+        "gethostbyname", failsWithZero(WSAHOST_NOT_FOUND), [&](Machine& machine) { return hostByName(machine, name); },
+        Text{name});
+}
+
+HostEntry* WINAPI sim_gethostbyaddr(const char* address, int length, int type) {
+    return makeCall<sim_gethostbyaddr>(
+        "gethostbyaddr", failsWithZero(WSAHOST_NOT_FOUND),
+        [&](Machine& machine) { return hostByAddress(machine, address, length, type); },
+        Bytes{address, static_cast<std::size_t>(std::max(length, 0))}, Value{length}, Value{type});
+}
+
+int WINAPI sim_getnameinfo(const SocketAddress* address, SocketLength length, PCHAR host, DWORD hostSize, PCHAR service,
+                           DWORD serviceSize, INT flags) {
+    return makeCall<sim_getnameinfo>(
+        "getnameinfo", failsWithCode(WSAHOST_NOT_FOUND),
+        [&](Machine& machine) {
+            return nameInfo(machine, address, length, {host, hostSize, service, serviceSize}, flags);
+        },
+        Bytes{address, static_cast<std::size_t>(std::max(length, 0))}, Value{length}, TextBuffer{host, hostSize},
+        Value{hostSize}, TextBuffer{service, serviceSize}, Value{serviceSize}, Value{flags});
+}
+
+ULONG WINAPI sim_inet_addr(const char* address) {
+    return makeCall<sim_inet_addr>(
+        "inet_addr", kNeverFails, [&](Machine&) -> ULONG { return internetAddress(address != nullptr ? address : ""); },
+        Text{address});
+}

@@ -1,0 +1,20 @@
+// Reads a described station's folder; the format is told in docs/stations.md.
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+#include "simwin/ReadError.h"
+#include "simwin/Station.h"
+
+namespace simwin {
+
+// The station of a folder with station.json and registry.reg. Throws ReadError.
+Station readStation(const std::filesystem::path& folder);
+
+// The station that a station.json's content describes, with an empty registry. `fileName` stands in errors only
+// ("station.json: /network/hostName: is not a text"). Throws ReadError.
+Station parseStation(std::string_view content, const std::string& fileName);
+
+}  // namespace simwin
