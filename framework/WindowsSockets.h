@@ -21,6 +21,7 @@ using SocketAddressIPv4 = KV_WINSOCK(sockaddr_in);
 inline constexpr int kIPv4 = 2;
 inline constexpr int kIPv6 = 6;  // the number that the resolver's answers are tested for, not Windows' AF_INET6 (23)
 inline constexpr DWORD kNoAddress = 0xFFFFFFFF;
+inline constexpr int kNumericService = 8;  // NI_NUMERICSERV
 
 // Imported from ws2_32.dll.
 using StartupData = ::WSADATA;

@@ -28,6 +28,8 @@ class CNetworkInformation : public CObject {
     int ResolveHostName();
     int ResolveHostNameWsock32();
     int GetNetTransTcpip(HKEY netTrans, const char* subKey, const char* driverDesc);
+    // What stands before the first ";", unless that is the first character.
+    CString FirstAddress(const CString& addresses) const;
     int ExportNetworkEnvironment();
 
     // --- MAC address (MACAddress.cpp): hex digits without separators, "unknown" when nothing answers
@@ -51,14 +53,17 @@ class CNetworkInformation : public CObject {
 
     // --- Browsers and mail clients (Browsers.cpp, MailClients.cpp)
     int GetBrowsers();
+    int GetDefaultBrowser();
     int GetMailClients();
 
-    // --- Terminal server and remote clients (TerminalServer.cpp, RemoteClients.cpp)
+    // --- Terminal server and remote clients (TerminalServer.cpp, RemoteClients.cpp, LongPath.cpp)
     int GetCitrixProduct();
     int GetTSProduct();
     void GetTSVariables();
     void GetICAClientVersion();
     void GetRDPClientVersion();
+    // The path with every component as the disk has it, "c:\Program Files" for "c:\progra~1"; empty when one is
+    // missing. Its length.
     int GetLongPath(CString path, CString& longPath);
 
     CString m_cDomain;
@@ -94,4 +99,26 @@ class CNetworkInformation : public CObject {
     CString m_cRDPClientVersion;
     CStringList m_lstProviders{10};
     CString m_cProviders;
+
+  private:
+    void GetVirtualDesktopClientName();
+
+    void GetStationAddresses(bool wantsMAC);
+    void GetSessionAddresses(bool wantsMAC);
+    int ReadAdapters();
+    int ReadTransports9x();
+    int ReadAdaptersNT();
+    void TakeDnsName(const char* name);
+
+    int AddNetDevice(HKEY instance);
+    void AddProtocol(const CString& description);
+
+    void AddInternetExplorer();
+    int AddNetscape(const char* product);
+    void AddFirefox();
+    void AddOpera();
+
+    void ReadTSVersion();
+
+    CStringList m_lstProtocols{10};  // descriptions that some provider has already put into m_cProtocols
 };

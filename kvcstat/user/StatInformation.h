@@ -11,7 +11,7 @@ class CStatInformation : public CObject {
     ~CStatInformation() override = default;
 
     // Chooses the station's name by "KVStationType". Overwrites members of the network collector: the overrides
-    // "KVRDPClientName" and "KVRDPClientIP", and the station type that was used. The result says nothing.
+    // "KVRDPClientName" and "KVRDPClientIP", and the station type that was used. The result, always 0, says nothing.
     int Collect(CNetworkInformation& network);
     void SetSessionFlags();
     // Marks the name of a station in a numbered remote session with "#1". Always 0.
@@ -20,9 +20,9 @@ class CStatInformation : public CObject {
     // Sets "KVStation", "KVTSSessionNumber" and "KVVCDVersion". Always 0.
     int Publish();
 
-    CString m_cStation;
+    CString m_cStation;  // upper-case, such as "PC-LAB3" or, in a remote session, "THIN07#1"
     int m_bWinFrame = 0;
     int m_bMetaFrame = 0;
     int m_bTSClientSession = 0;
-    CString m_cVCDVersion;
+    CString m_cVCDVersion;  // decimal number, or empty
 };

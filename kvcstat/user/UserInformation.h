@@ -7,18 +7,24 @@ class CUserInformation : public CObject {
   public:
     ~CUserInformation() override = default;
 
-    // Chooses the user's name, fills all members and hands the name out. The result says nothing.
+    // Chooses the user's name, fills all members and hands the name out. "KVUser" dictates the name; without it
+    // "KVUserType" says which source is asked first. There is always a name, at worst "UNKNOWN". The result, always 0,
+    // says nothing.
     int Collect(CString& cUserName);
     // 0 when m_cWinUser was filled, else -1.
     int ReadWinUser();
     // Always -1.
     int ReadDisplayedName();
-    // 0 with the upper-cased name of GetUserNameA in `cUserName`, else -1. Leaves `cUserName` in m_cUserName.
+    // 0 with the upper-cased name of GetUserNameA in `cUserName`, else -1 with `cUserName` as it was. Leaves
+    // `cUserName` in m_cUserName either way.
     int GetWindowsUser(CString& cUserName);
     // Sets "KVUser"; 0 when the environment took it, else -1.
     int PublishUser();
 
-    CString m_cUserName;
-    CString m_cWinUser;
-    CString m_cUserDisplayedName;
+    CString m_cUserName;           // "JDOE", or "KVUser" as it stands
+    CString m_cWinUser;            // "LAB\JDOE", or "JDOE@LAB.EXAMPLE" when "KVUSERNAMETYPE" asks for that form
+    CString m_cUserDisplayedName;  // "John Doe"
+
+  private:
+    void ChooseUserName(CString& cUserName);
 };
