@@ -1,5 +1,6 @@
 # Targets that carry the options every other target links.
 option(KV_SANITIZE "AddressSanitizer and UBSan in the native build" ON)
+option(KV_BENCH "The benchmark (needs libbenchmark-dev)" OFF)
 
 # Warnings, for all code of the project.
 add_library(kv_warnings INTERFACE)
@@ -19,6 +20,12 @@ if(WIN32)
   add_compile_options(-ffunction-sections -fdata-sections)
   add_link_options(-static -static-libgcc -static-libstdc++ -s
     -Wl,--gc-sections -Wl,--dynamicbase -Wl,--high-entropy-va -Wl,--nxcompat -Wl,--no-insert-timestamp)
+
+  # The formatted input and output of msvcrt.dll in place of MinGW's own, which would be linked in (30 KB).
+  # libstdc++'s headers ask for MinGW's; <stdio.h> read before them settles it.
+  add_library(kv_msvcrt_stdio INTERFACE)
+  target_compile_options(kv_msvcrt_stdio INTERFACE
+    $<$<COMPILE_LANGUAGE:CXX>:-D__USE_MINGW_ANSI_STDIO=0> $<$<COMPILE_LANGUAGE:CXX>:SHELL:-include stdio.h>)
 else()
   set(KV_WINE_HEADERS /usr/include/wine/wine/windows CACHE PATH "Wine's Windows headers (libwine-dev)")
   target_include_directories(kv_windows SYSTEM INTERFACE ${KV_WINE_HEADERS})

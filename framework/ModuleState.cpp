@@ -10,10 +10,16 @@ CModuleState* g_inForce = &g_state;
 
 }  // namespace
 
-CModuleState& GetStaticModuleState() noexcept { return g_state; }
+CModuleState& GetStaticModuleState() noexcept {
+    return g_state;
+}
 
-CModuleState& GetModuleState() noexcept { return *g_inForce; }
+CModuleState& GetModuleState() noexcept {
+    return *g_inForce;
+}
 
 CModuleStateScope::CModuleStateScope(CModuleState& state) noexcept : m_pPrevious(std::exchange(g_inForce, &state)) {}
 
-CModuleStateScope::~CModuleStateScope() { g_inForce = m_pPrevious; }
+CModuleStateScope::~CModuleStateScope() {
+    g_inForce = m_pPrevious;
+}

@@ -27,9 +27,15 @@ EmptyText g_empty = {{-1, 0, 0}, {}};
 
 constexpr std::size_t kLongest = 0x7FFFFFFF - sizeof(Header) - 1;
 
-Header* HeaderOf(char* data) noexcept { return reinterpret_cast<Header*>(data) - 1; }
-char* DataOf(Header* header) noexcept { return reinterpret_cast<char*>(header + 1); }
-const char* OrEmpty(const char* text) noexcept { return text != nullptr ? text : ""; }
+Header* HeaderOf(char* data) noexcept {
+    return reinterpret_cast<Header*>(data) - 1;
+}
+char* DataOf(Header* header) noexcept {
+    return reinterpret_cast<char*>(header + 1);
+}
+const char* OrEmpty(const char* text) noexcept {
+    return text != nullptr ? text : "";
+}
 
 char* Allocate(std::size_t capacity) {
     if (capacity > kLongest)
@@ -47,13 +53,17 @@ void SetLength(char* data, std::size_t length) noexcept {
     data[length] = '\0';
 }
 
-bool IsWhiteSpace(char character) noexcept { return std::strchr(" \t\n\v\f\r", character) != nullptr; }
+bool IsWhiteSpace(char character) noexcept {
+    return std::strchr(" \t\n\v\f\r", character) != nullptr;
+}
 
 }  // namespace
 
 CString::CString() noexcept : m_pszData(DataOf(&g_empty.header)) {}
 
-CString::CString(const char* text) : CString() { *this = text; }
+CString::CString(const char* text) : CString() {
+    *this = text;
+}
 
 CString::CString(const char* text, int length) : CString() {
     if (length > 0)
@@ -65,9 +75,13 @@ CString::CString(const CString& other) noexcept : m_pszData(other.m_pszData) {
         ++HeaderOf(m_pszData)->references;
 }
 
-CString::CString(CString&& other) noexcept : CString() { std::swap(m_pszData, other.m_pszData); }
+CString::CString(CString&& other) noexcept : CString() {
+    std::swap(m_pszData, other.m_pszData);
+}
 
-CString::~CString() { Release(); }
+CString::~CString() {
+    Release();
+}
 
 CString& CString::operator=(const CString& other) noexcept {
     CString copy(other);
@@ -85,7 +99,9 @@ CString& CString::operator=(const char* text) {
     return *this;
 }
 
-int CString::GetLength() const noexcept { return static_cast<int>(HeaderOf(m_pszData)->length); }
+int CString::GetLength() const noexcept {
+    return static_cast<int>(HeaderOf(m_pszData)->length);
+}
 
 void CString::Empty() noexcept {
     Release();
@@ -135,11 +151,17 @@ int CString::ReverseFind(char character) const noexcept {
     return found != nullptr ? static_cast<int>(found - m_pszData) : -1;
 }
 
-CString CString::Left(int count) const { return Mid(0, count); }
+CString CString::Left(int count) const {
+    return Mid(0, count);
+}
 
-CString CString::Right(int count) const { return count < GetLength() ? Mid(GetLength() - (count > 0 ? count : 0)) : *this; }
+CString CString::Right(int count) const {
+    return count < GetLength() ? Mid(GetLength() - (count > 0 ? count : 0)) : *this;
+}
 
-CString CString::Mid(int first) const { return Mid(first, GetLength()); }
+CString CString::Mid(int first) const {
+    return Mid(first, GetLength());
+}
 
 CString CString::Mid(int first, int count) const {
     if (first < 0)
@@ -173,7 +195,9 @@ CString& CString::Trim() {
     return *this = Mid(first, end - first);
 }
 
-int CString::Compare(const char* text) const noexcept { return std::strcmp(m_pszData, OrEmpty(text)); }
+int CString::Compare(const char* text) const noexcept {
+    return std::strcmp(m_pszData, OrEmpty(text));
+}
 
 int CString::CompareNoCase(const char* text) const {
     CString left(*this);

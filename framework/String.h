@@ -29,11 +29,12 @@ class CString {
     CString& operator+=(const char* text);  // null reads as empty; `text` may lie inside this string
     CString& operator+=(char character);
 
-    // Replaces the text by the formatted one. The arguments may be this string's own text.
-    #ifdef __GNUC__
+// Replaces the text by the formatted one. The arguments may be this string's own text.
+#ifdef __GNUC__
     __attribute__((format(printf, 2, 3)))
 #endif
-    void Format(const char* format, ...);
+    void
+    Format(const char* format, ...);
 
     // First (last) position of `character` or `part`; -1 when it does not occur.
     int Find(char character) const noexcept;
@@ -75,7 +76,9 @@ inline CString operator+(const CString& left, const CString& right) {
     return left + static_cast<const char*>(right);
 }
 
-inline bool operator==(const CString& left, const char* right) noexcept { return left.Compare(right) == 0; }
+inline bool operator==(const CString& left, const char* right) noexcept {
+    return left.Compare(right) == 0;
+}
 inline bool operator==(const CString& left, const CString& right) noexcept {
     return left.Compare(static_cast<const char*>(right)) == 0;
 }

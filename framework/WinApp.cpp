@@ -7,9 +7,13 @@ CWinApp::CWinApp(const char* profileFile) noexcept : m_pszProfileFile(profileFil
     GetStaticModuleState().m_pApp = this;
 }
 
-bool CWinApp::InitInstance() { return true; }
+bool CWinApp::InitInstance() {
+    return true;
+}
 
-int CWinApp::ExitInstance() { return 0; }
+int CWinApp::ExitInstance() {
+    return 0;
+}
 
 CString CWinApp::GetProfileString(const char* section, const char* entry) const {
     char text[4096] = {};
@@ -17,7 +21,9 @@ CString CWinApp::GetProfileString(const char* section, const char* entry) const 
     return text;
 }
 
-CWinApp* GetApp() noexcept { return GetModuleState().m_pApp; }
+CWinApp* GetApp() noexcept {
+    return GetModuleState().m_pApp;
+}
 
 bool StartSockets() {
     winsock::StartupData data;

@@ -25,8 +25,12 @@ inline constexpr int kNumericService = 8;  // NI_NUMERICSERV
 
 // Imported from ws2_32.dll.
 using StartupData = ::WSADATA;
-inline int Startup(WORD version, StartupData& data) { return ::WSAStartup(version, &data); }
-inline DWORD InetAddr(const char* address) { return KV_WINSOCK(inet_addr)(address); }
+inline int Startup(WORD version, StartupData& data) {
+    return ::WSAStartup(version, &data);
+}
+inline DWORD InetAddr(const char* address) {
+    return KV_WINSOCK(inet_addr)(address);
+}
 inline int NameInfo(const SocketAddressIPv4& address, char* host, DWORD hostSize, char* service, DWORD serviceSize,
                     int flags) {
     return KV_WINSOCK(getnameinfo)(reinterpret_cast<const SocketAddress*>(&address), sizeof address, host, hostSize,

@@ -59,13 +59,15 @@ void Publish(Collectors& collectors) {
 void AppendSessionSuffix(CHardwareInformation& hardware, const CNetworkInformation& network) {
     if (network.m_cTSProtocol.IsEmpty())
         return;
-    hardware.m_cRemovableDriveList.Format(
-        "%s|%s %s %s", static_cast<const char*>(hardware.m_cRemovableDriveList),
-        static_cast<const char*>(network.m_cTSProtocol), static_cast<const char*>(network.m_cTSBuildNo),
-        static_cast<const char*>(network.m_cTSProductID));
+    hardware.m_cRemovableDriveList.Format("%s|%s %s %s", static_cast<const char*>(hardware.m_cRemovableDriveList),
+                                          static_cast<const char*>(network.m_cTSProtocol),
+                                          static_cast<const char*>(network.m_cTSBuildNo),
+                                          static_cast<const char*>(network.m_cTSProductID));
 }
 
-std::uint32_t Contains(const CString& text, const char* word) { return text.Find(word) >= 0 ? 1 : 0; }
+std::uint32_t Contains(const CString& text, const char* word) {
+    return text.Find(word) >= 0 ? 1 : 0;
+}
 
 #define KV_FIELD(field) offsetof(STATIONDATA, field)
 #define KV_FIELD_AND_LIMIT(field) offsetof(STATIONDATA, field), sizeof(STATIONDATA::field) - 1

@@ -7,7 +7,9 @@
 
 namespace {
 
-std::size_t LengthOf(const CString& text) { return static_cast<std::size_t>(text.GetLength()); }
+std::size_t LengthOf(const CString& text) {
+    return static_cast<std::size_t>(text.GetLength());
+}
 
 }  // namespace
 
@@ -20,7 +22,9 @@ void RecordWriter::PutTextCountedBy(std::size_t offset, std::size_t limit, const
     Put(offset, text, LengthOf(text) <= limit ? LengthOf(biosDate) : limit);
 }
 
-void RecordWriter::PutOpenText(std::size_t offset, const CString& text) const { Put(offset, text, LengthOf(text) + 1); }
+void RecordWriter::PutOpenText(std::size_t offset, const CString& text) const {
+    Put(offset, text, LengthOf(text) + 1);
+}
 
 void RecordWriter::PutNumber(std::size_t offset, std::uint32_t number) const {
     std::memcpy(m_record + offset, &number, sizeof number);

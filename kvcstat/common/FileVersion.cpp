@@ -36,4 +36,6 @@ CString CStatGlobal::GetFileVersion(CString file) const {
 }
 
 // The version's texts are switched off: callers ask for one and get nothing.
-CString CStatGlobal::GetFileVersionString(CString, const char*) const { return {}; }
+CString CStatGlobal::GetFileVersionString(CString, const char*) const {
+    return {};
+}

@@ -22,6 +22,10 @@ void CStatGlobal::DeleteObList(CObList& list) const {
     list.RemoveAll();
 }
 
-const char* CStatGlobal::StrStr(const char* text, const char* part) const { return std::strstr(text, part); }
+const char* CStatGlobal::StrStr(const char* text, const char* part) const {
+    return std::strstr(text, part);
+}
 
-int CStatGlobal::MbsCmp(const unsigned char* left, const unsigned char* right) const { return _mbscmp(left, right); }
+int CStatGlobal::MbsCmp(const unsigned char* left, const unsigned char* right) const {
+    return _mbscmp(left, right);
+}

@@ -23,7 +23,7 @@ UniqueRegKey OpenMachineKey(const char* subKey, REGSAM access) {
 // Both functions are looked up, because the oldest systems have neither.
 bool IsTerminalSuite() {
     using VerSetConditionMaskFunction = ULONGLONG(WINAPI*)(ULONGLONG mask, DWORD type, BYTE condition);
-    using VerifyVersionInfoFunction = BOOL(WINAPI*)(OSVERSIONINFOEXA* version, DWORD type, DWORDLONG mask);
+    using VerifyVersionInfoFunction = BOOL(WINAPI*)(OSVERSIONINFOEXA * version, DWORD type, DWORDLONG mask);
 
     const HMODULE ntdll = GetModuleHandleA("ntdll.dll");
     if (ntdll == nullptr)
@@ -91,15 +91,22 @@ bool CStatGlobal::IsCitrixProduct(const char* word) const {
         return false;
     const UniqueRegKey key = OpenMachineKey("SYSTEM\\CurrentControlSet\\Control\\Citrix", KEY_QUERY_VALUE);
     char product[259] = {};
-    return key != nullptr &&
-           GetRegStringStrict(key.get(), "ProductName", product, sizeof product) == ERROR_SUCCESS &&
+    return key != nullptr && GetRegStringStrict(key.get(), "ProductName", product, sizeof product) == ERROR_SUCCESS &&
            StrStr(product, word) != nullptr;
 }
 
-bool CStatGlobal::IsWinFrame() const { return IsCitrixProduct("WinFrame"); }
+bool CStatGlobal::IsWinFrame() const {
+    return IsCitrixProduct("WinFrame");
+}
 
-bool CStatGlobal::IsMetaFrame() const { return IsCitrixProduct("MetaFrame"); }
+bool CStatGlobal::IsMetaFrame() const {
+    return IsCitrixProduct("MetaFrame");
+}
 
-bool CStatGlobal::IsTSClientSession() const { return !GetEnvVar("CLIENTNAME").IsEmpty() && IsTerminalServer(); }
+bool CStatGlobal::IsTSClientSession() const {
+    return !GetEnvVar("CLIENTNAME").IsEmpty() && IsTerminalServer();
+}
 
-bool CStatGlobal::IsRemoteSession() const { return IsMetaFrame() || IsTSClientSession() || IsWinFrame(); }
+bool CStatGlobal::IsRemoteSession() const {
+    return IsMetaFrame() || IsTSClientSession() || IsWinFrame();
+}

@@ -12,9 +12,12 @@ struct HiveName {
 // The first name that the path begins with wins. Only the name's own length is compared, so that a longer word such as
 // HKEY_USERSX names HKEY_USERS too; callers have come to rely on it.
 const HiveName kHives[] = {
-    {"HKEY_CLASSES_ROOT", HKEY_CLASSES_ROOT},     {"HKEY_CURRENT_CONFIG", HKEY_CURRENT_CONFIG},
-    {"HKEY_CURRENT_USER", HKEY_CURRENT_USER},     {"HKEY_LOCAL_MACHINE", HKEY_LOCAL_MACHINE},
-    {"HKEY_USERS", HKEY_USERS},                   {"HKEY_PERFORMANCE_DATA", HKEY_PERFORMANCE_DATA},
+    {"HKEY_CLASSES_ROOT", HKEY_CLASSES_ROOT},
+    {"HKEY_CURRENT_CONFIG", HKEY_CURRENT_CONFIG},
+    {"HKEY_CURRENT_USER", HKEY_CURRENT_USER},
+    {"HKEY_LOCAL_MACHINE", HKEY_LOCAL_MACHINE},
+    {"HKEY_USERS", HKEY_USERS},
+    {"HKEY_PERFORMANCE_DATA", HKEY_PERFORMANCE_DATA},
     {"HKEY_DYN_DATA", HKEY_DYN_DATA},
 };
 
@@ -25,7 +28,9 @@ CRegistryEntry::CRegistryEntry(unsigned int resourceId) {
     ParsePath();
 }
 
-CRegistryEntry::CRegistryEntry(const char* fullPath) : m_cPath(fullPath) { ParsePath(); }
+CRegistryEntry::CRegistryEntry(const char* fullPath) : m_cPath(fullPath) {
+    ParsePath();
+}
 
 CRegistryEntry::CRegistryEntry(HKEY hive, const char* subKey) : m_hRootKey(hive) {
     if (m_hRootKey != nullptr)

@@ -4,7 +4,9 @@
 #include "kvcstat/common/RegistryEntry.h"
 #include "kvcstat/common/StatGlobal.h"
 
-HKEY CStatGlobal::OpenRegKey(unsigned int resourceId) const { return CRegistryEntry(resourceId).Open(); }
+HKEY CStatGlobal::OpenRegKey(unsigned int resourceId) const {
+    return CRegistryEntry(resourceId).Open();
+}
 
 HKEY CStatGlobal::OpenRegKey(HKEY hive, const char* subKey) const {
     if (hive == nullptr || subKey == nullptr)
@@ -18,7 +20,9 @@ HKEY CStatGlobal::OpenRegKey(const char* fullPath) const {
     return CRegistryEntry(fullPath).Open();
 }
 
-void CStatGlobal::CloseRegKey(HKEY key) const { RegCloseKey(key); }
+void CStatGlobal::CloseRegKey(HKEY key) const {
+    RegCloseKey(key);
+}
 
 CString CStatGlobal::EnumRegKey(HKEY key, DWORD index) const {
     char name[255] = {};

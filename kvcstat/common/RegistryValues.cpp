@@ -20,7 +20,9 @@ ValueInfo AskValue(HKEY key, const char* valueName) {
 }
 
 // The types whose data reads as text; REG_EXPAND_SZ is not among them on purpose.
-bool IsTextType(DWORD type) { return type == REG_SZ || type == REG_MULTI_SZ || type == REG_BINARY; }
+bool IsTextType(DWORD type) {
+    return type == REG_SZ || type == REG_MULTI_SZ || type == REG_BINARY;
+}
 
 // Zero-filled room for the data and the padding behind it. REG_* data has no limit but memory.
 std::unique_ptr<BYTE[]> MakeBuffer(DWORD size) {
@@ -64,8 +66,8 @@ int CStatGlobal::GetRegDWORD(HKEY key, const char* valueName, DWORD& out) const 
         return -1;
     DWORD number = 0;
     DWORD size = std::min<DWORD>(info.size, sizeof number);
-    const bool read = RegQueryValueExA(key, valueName, nullptr, nullptr, reinterpret_cast<BYTE*>(&number), &size) ==
-                      ERROR_SUCCESS;
+    const bool read =
+        RegQueryValueExA(key, valueName, nullptr, nullptr, reinterpret_cast<BYTE*>(&number), &size) == ERROR_SUCCESS;
     out = read ? number : 0;
     return read ? 0 : -1;
 }

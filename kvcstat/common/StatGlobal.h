@@ -52,8 +52,8 @@ class CStatGlobal : public CObject {
     int MapNativeRegPath(HKEY& hive, CString& path) const;
 
     // --- Platform.
-    DWORD GetPlatformId() const;   // 1 Windows 9x, 2 Windows NT (GetVersionExA); 0 when it cannot be read
-    bool IsWindowsNT5() const;     // NT with major version 5 exactly: Windows 2000, XP, Server 2003
+    DWORD GetPlatformId() const;  // 1 Windows 9x, 2 Windows NT (GetVersionExA); 0 when it cannot be read
+    bool IsWindowsNT5() const;    // NT with major version 5 exactly: Windows 2000, XP, Server 2003
     bool IsTerminalServer() const;
     bool IsProductSuite(const char* suite) const;
     bool IsWinFrame() const;

@@ -1,0 +1,178 @@
+#include "tests/stations/ExpectedStation.h"
+
+#include <algorithm>
+#include <cstring>
+#include <fstream>
+#include <nlohmann/json.hpp>
+#include <sstream>
+#include <stdexcept>
+
+#include "include/kvcstat.h"
+#include "simwin/CodePage.h"
+
+namespace kvtest {
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+struct Field {
+    const char* name;
+    std::size_t offset;
+    std::size_t width;  // 0: a signed number, 1: an unsigned one
+};
+
+constexpr std::size_t kSigned = 0;
+constexpr std::size_t kUnsigned = 1;
+
+constexpr Field kFields[] = {
+#define KV_TEXT(name, offset, width, limit, group, meaning, source) {#name, offset, width},
+#define KV_NUMBER(name, offset, group, meaning, source) {#name, offset, kSigned},
+#define KV_UNSIGNED(name, offset, group, meaning, source) {#name, offset, kUnsigned},
+#include "include/kvcstat_fields.inc"
+};
+
+std::string bytesOf(const Json& text) {
+    return simwin::fromUtf8Leniently(text.get<std::string>());
+}
+
+FieldValue readValue(const Json& value) {
+    if (value.is_string())
+        return bytesOf(value);
+    return value.get<std::int64_t>();
+}
+
+template <class Number>
+Number numberAt(const std::string& record, std::size_t offset) {
+    Number number = 0;
+    std::memcpy(&number, record.data() + offset, sizeof number);
+    return number;
+}
+
+FieldValue valueOf(const Field& field, const std::string& record) {
+    if (field.width == kSigned)
+        return std::int64_t{numberAt<std::int32_t>(record, field.offset)};
+    if (field.width == kUnsigned)
+        return std::int64_t{numberAt<std::uint32_t>(record, field.offset)};
+    const std::string bytes = record.substr(field.offset, field.width);
+    return bytes.substr(0, bytes.find('\0'));
+}
+
+std::string quoted(const FieldValue& value) {
+    if (const auto* number = std::get_if<std::int64_t>(&value))
+        return std::to_string(*number);
+    return Json(simwin::toUtf8(std::get<std::string>(value))).dump();
+}
+
+std::string quoted(const simwin::TraceLine& line) {
+    return "level " + std::to_string(line.level) + " " + quoted(FieldValue(line.text));
+}
+
+void compare(std::vector<std::string>& lines, const std::string& what, const FieldValue& expected,
+             const FieldValue& found) {
+    if (expected != found)
+        lines.push_back(what + ": expected " + quoted(expected) + ", found " + quoted(found));
+}
+
+void compareRecords(std::vector<std::string>& lines, const ExpectedStation& expected, const std::string& record) {
+    for (std::size_t i = 0; i < std::size(kFields); ++i)
+        compare(lines, kFields[i].name, expected.record[i].second, valueOf(kFields[i], record));
+}
+
+void compareEnvironments(std::vector<std::string>& lines, const std::vector<simwin::Variable>& expected,
+                         std::vector<simwin::Variable> found) {
+    for (const simwin::Variable& variable : expected) {
+        const auto place =
+            std::find_if(found.begin(), found.end(), [&](const auto& other) { return other.name == variable.name; });
+        if (place == found.end()) {
+            lines.push_back("variable " + variable.name + ": expected " + quoted(FieldValue(variable.value)) +
+                            ", not set");
+            continue;
+        }
+        compare(lines, "variable " + variable.name, variable.value, place->value);
+        found.erase(place);
+    }
+    for (const simwin::Variable& variable : found)
+        lines.push_back("variable " + variable.name + ": not expected, set to " + quoted(FieldValue(variable.value)));
+}
+
+void compareTraces(std::vector<std::string>& lines, const std::vector<simwin::TraceLine>& expected,
+                   const std::vector<simwin::TraceLine>& found) {
+    for (std::size_t i = 0; i < std::max(expected.size(), found.size()); ++i) {
+        const std::string wanted = i < expected.size() ? quoted(expected[i]) : "no line";
+        const std::string line = i < found.size() ? quoted(found[i]) : "no line";
+        if (wanted != line)
+            lines.push_back("trace line " + std::to_string(i + 1) + ": expected " + wanted + ", found " + line);
+    }
+}
+
+std::string contentOf(const std::filesystem::path& path) {
+    std::ifstream file(path, std::ios::binary);
+    if (!file)
+        throw std::runtime_error(path.string() + ": cannot be read");
+    std::ostringstream content;
+    content << file.rdbuf();
+    return content.str();
+}
+
+void checkFields(const ExpectedStation& expected, const std::string& file) {
+    const bool complete =
+        std::equal(expected.record.begin(), expected.record.end(), std::begin(kFields), std::end(kFields),
+                   [](const auto& value, const Field& field) { return value.first == field.name; });
+    if (!complete)
+        throw std::runtime_error(file + ": record: does not list every field in the order of offsets");
+}
+
+ExpectedStation readContent(const Json& content) {
+    ExpectedStation expected;
+    for (const auto& [name, value] : content.at("record").items())
+        expected.record.emplace_back(name, readValue(value));
+    for (const auto& [name, value] : content.at("environment").items())
+        expected.environment.push_back({name, bytesOf(value)});
+    for (const auto& line : content.at("trace"))
+        expected.trace.push_back({line.at("level").get<int>(), {}, bytesOf(line.at("text"))});
+    expected.standardOutput = bytesOf(content.at("stdout"));
+    return expected;
+}
+
+}  // namespace
+
+ExpectedStation readExpectedStation(const std::filesystem::path& folder) {
+    const std::filesystem::path path = folder / "expected.json";
+    try {
+        ExpectedStation expected = readContent(Json::parse(contentOf(path)));
+        checkFields(expected, path.string());
+        return expected;
+    } catch (const Json::exception& error) {
+        throw std::runtime_error(path.string() + ": " + error.what());
+    }
+}
+
+std::vector<std::string> differences(const ExpectedStation& expected, const CollectedStation& found) {
+    std::vector<std::string> lines;
+    compareRecords(lines, expected, found.record);
+    compareEnvironments(lines, expected.environment, found.environment);
+    compareTraces(lines, expected.trace, found.trace);
+    compare(lines, "standard output", expected.standardOutput, found.standardOutput);
+    return lines;
+}
+
+std::vector<std::string> stationNames() {
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(KV_STATIONS)) {
+        if (entry.is_directory())
+            names.push_back(entry.path().filename().string());
+    }
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+std::vector<std::string> filledFields(const ExpectedStation& expected) {
+    std::vector<std::string> names;
+    for (const auto& [name, value] : expected.record) {
+        if (value != FieldValue(std::string()) && value != FieldValue(std::int64_t{0}))
+            names.push_back(name);
+    }
+    return names;
+}
+
+}  // namespace kvtest

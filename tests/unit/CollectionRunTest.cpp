@@ -1,0 +1,261 @@
+// The run as a whole: load and unload, the order of its steps, and what it writes into the record.
+#include <algorithm>
+
+#include "MachineTest.h"
+#include "framework/Windows.h"
+
+extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, LPVOID reserved);
+
+namespace {
+
+using simwin::HandleKind;
+using ::testing::ElementsAre;
+using ::testing::SizeIs;
+
+constexpr char kCitrix[] = "HKEY_LOCAL_MACHINE\\SYSTEM\\CurrentControlSet\\Control\\Citrix";
+constexpr char kSystem[] = "HKEY_LOCAL_MACHINE\\HARDWARE\\DESCRIPTION\\System";
+constexpr char kExplorer[] = "HKEY_LOCAL_MACHINE\\Software\\Microsoft\\Internet Explorer";
+constexpr char kFirefox[] = "HKEY_LOCAL_MACHINE\\Software\\Mozilla\\Mozilla Firefox";
+constexpr char kMail[] = "HKEY_LOCAL_MACHINE\\SOFTWARE\\Clients\\Mail\\";
+
+struct Area {
+    std::size_t offset;
+    std::size_t width;
+};
+constexpr Area kReserved[] = {{358, 2}, {1983, 9}, {3681, 27}, {4608, 4}};
+
+class CollectionRunTest : public kvtest::MachineTest {
+  protected:
+    CollectionRunTest() { station.version = simwin::WindowsVersion{2, 5, 1, 2600, "Service Pack 3", false}; }
+
+    // One call on a cleared record, on a machine started anew.
+    void Collect() {
+        Start();
+        record.Clear();
+        GetStationData(record.data());
+    }
+    void CollectOverPattern() {
+        Start();
+        GetStationData(record.data());
+    }
+
+    void DescribeMetaFrameSession() {
+        station.environment.push_back({"CLIENTNAME", "THIN07"});
+        station.registry.set(kCitrix, simwin::textValue("ProductName", "Citrix MetaFrame XP"));
+    }
+    void DescribeDrive(char letter, std::uint32_t type) { station.drives[letter].type = type; }
+
+    kvtest::PatternedRecord record;
+};
+
+TEST_F(CollectionRunTest, LoadStartsTheWrapperAndThenWindowsSocketsAndUnloadStopsTheWrapper) {
+    Start();
+    machine->keepLog(true);
+    EXPECT_TRUE(DllMain(nullptr, DLL_PROCESS_ATTACH, nullptr));
+    EXPECT_TRUE(DllMain(nullptr, DLL_THREAD_ATTACH, nullptr));
+    EXPECT_TRUE(DllMain(nullptr, DLL_THREAD_DETACH, nullptr));
+    EXPECT_TRUE(DllMain(nullptr, DLL_PROCESS_DETACH, nullptr));
+    std::vector<std::string> names;
+    for (const simwin::LoggedCall& call : machine->log())
+        names.push_back(call.name);
+    EXPECT_THAT(names, ElementsAre("ZRTSWRPInit", "WSAStartup", "ZRTSWRPFree"));
+}
+
+TEST_F(CollectionRunTest, LoadSucceedsWhateverTheWrapperAndSocketsAnswer) {
+    station.fails["WSAStartup"] = 10091;
+    station.fails["ZRTSWRPInit"] = 0;
+    Start();
+    EXPECT_TRUE(DllMain(nullptr, DLL_PROCESS_ATTACH, nullptr));
+    EXPECT_TRUE(DllMain(nullptr, DLL_PROCESS_DETACH, nullptr));
+}
+
+TEST_F(CollectionRunTest, FirstTraceLineSaysThatTheStationIsRead) {
+    Collect();
+    ASSERT_FALSE(machine->traceLines().empty());
+    const simwin::TraceLine& line = machine->traceLines().front();
+    EXPECT_EQ(line.level, 2);
+    EXPECT_EQ(line.component, "KelVor - Station registration (client)");
+    EXPECT_EQ(line.text, "Reading station data.\n");
+}
+
+TEST_F(CollectionRunTest, EmptyMachineLeavesEveryTextFieldAndTheReservedAreasAsTheCallerHadThem) {
+    station.version.reset();
+    CollectOverPattern();
+    for (const Area& area : kReserved)
+        EXPECT_TRUE(record.IsUntouched(area.offset, area.width)) << area.offset;
+    EXPECT_TRUE(record.IsUntouched(3600, 81)) << "szOS";
+    EXPECT_TRUE(record.IsUntouched(775, 251)) << "szCDRomDevices";
+    EXPECT_TRUE(record.IsUntouched(4868, 4)) << "dwSessionId";
+    EXPECT_TRUE(record.IsUntouchedBehindTheRecord());
+    EXPECT_THAT(machine->misuses(), SizeIs(0));
+}
+
+TEST_F(CollectionRunTest, TextsArriveWithoutTerminatorAndTheBytesBehindThemStay) {
+    CollectOverPattern();
+    const std::string description = "Windows NT 5.1 (Build 2600) Service Pack 3";
+    EXPECT_EQ(record.At(3600, description.size()), description);
+    EXPECT_TRUE(record.IsUntouched(3600 + description.size(), 81 - description.size()));
+    for (const Area& area : kReserved)
+        EXPECT_TRUE(record.IsUntouched(area.offset, area.width)) << area.offset;
+    EXPECT_TRUE(record.IsUntouchedBehindTheRecord());
+}
+
+TEST_F(CollectionRunTest, DescriptionLongerThanItsFieldIsCutTo80Characters) {
+    station.version->servicePack = std::string(127, 'x');
+    CollectOverPattern();
+    EXPECT_EQ(record.At(3600, 80), "Windows NT 5.1 (Build 2600) " + std::string(52, 'x'));
+    EXPECT_TRUE(record.IsUntouched(3680, 1));
+}
+
+TEST_F(CollectionRunTest, WithoutTheVCDModuleOneZeroByteEndsTheRecord) {
+    CollectOverPattern();
+    EXPECT_EQ(record.At(4922, 1), std::string(1, '\0'));
+    EXPECT_TRUE(record.IsUntouched(4923, 64));
+}
+
+TEST_F(CollectionRunTest, LongestVCDVersionEndsAtTheRecordsLastByte) {
+    station.vcdVersion = -2147483647 - 1;
+    CollectOverPattern();
+    EXPECT_EQ(record.At(4922, 12), std::string("-2147483648") + '\0');
+    EXPECT_TRUE(record.IsUntouchedBehindTheRecord());
+}
+
+TEST_F(CollectionRunTest, SessionIdIsTheTokensAndStaysTheCallersWhenItCannotBeRead) {
+    station.process = simwin::Process{1234, 3};
+    CollectOverPattern();
+    EXPECT_EQ(record.Number(4868), 3u);
+
+    for (const char* call : {"OpenProcess", "OpenProcessToken", "GetTokenInformation"}) {
+        station.fails = {{call, 5}};
+        kvtest::PatternedRecord untouched;
+        Start();
+        GetStationData(untouched.data());
+        EXPECT_TRUE(untouched.IsUntouched(4868, 4)) << call;
+    }
+}
+
+TEST_F(CollectionRunTest, EachCallLeavesOneProcessAndOneTokenHandleOpen) {
+    station.process = simwin::Process{1234, 0};
+    Collect();
+    GetStationData(record.data());
+    EXPECT_THAT(machine->openHandles(HandleKind::Process), SizeIs(2));
+    EXPECT_THAT(machine->openHandles(HandleKind::Token), SizeIs(2));
+    EXPECT_THAT(machine->openHandles(), SizeIs(4));
+    EXPECT_THAT(machine->misuses(), SizeIs(0));
+}
+
+TEST_F(CollectionRunTest, DefaultServerSessionsIsTheLeadingNumberOfItsVariable) {
+    const struct {
+        const char* text;
+        std::int32_t number;
+    } rows[] = {{"12abc", 12}, {"abc", 0}, {"", 0}, {" 7", 7}, {"-3", -3}};
+    for (const auto& row : rows) {
+        station.environment = {{"KVTSDefaultSrvSessions", row.text}};
+        Collect();
+        EXPECT_EQ(static_cast<std::int32_t>(record.Number(4416)), row.number) << row.text;
+    }
+    station.environment.clear();
+    CollectOverPattern();
+    EXPECT_EQ(record.Number(4416), 0u);
+}
+
+TEST_F(CollectionRunTest, SessionsProtocolBuildAndProductFollowTheRemovableDrivesBehindABar) {
+    DescribeMetaFrameSession();
+    station.environment.insert(station.environment.end(),
+                               {{"KVTSProtocol", "ICA"}, {"KVTSBuildNo", "2600"}, {"KVTSProductID", "1"}});
+    DescribeDrive('A', 2);
+    Collect();
+    EXPECT_EQ(record.Text(1730, 101), "A:\\|ICA 2600 1");
+}
+
+TEST_F(CollectionRunTest, SessionSuffixOfAStationWithoutRemovableDrivesBeginsWithTheBar) {
+    DescribeMetaFrameSession();
+    station.environment.push_back({"KVTSProtocol", "RDP"});
+    Collect();
+    EXPECT_EQ(record.Text(1730, 101), "|RDP  ");
+}
+
+TEST_F(CollectionRunTest, WithoutASessionProtocolTheRemovableDrivesStayAsTheyAre) {
+    DescribeMetaFrameSession();
+    station.environment.insert(station.environment.end(), {{"KVTSBuildNo", "2600"}, {"KVTSProductID", "1"}});
+    DescribeDrive('A', 2);
+    Collect();
+    EXPECT_EQ(record.Text(1730, 101), "A:\\");
+}
+
+TEST_F(CollectionRunTest, BrowserFlagsSayWhichWordsTheBrowserTextHolds) {
+    station.registry.set(kFirefox, simwin::textValue("CurrentVersion", "3.6.13 (en-US)"));
+    CollectOverPattern();
+    EXPECT_EQ(record.Number(1992), 0u);
+    EXPECT_EQ(record.Number(1996), 0u);
+
+    station.registry.set(kExplorer, simwin::textValue("Version", "6.0.2900.2180"));
+    station.registry.create("HKEY_LOCAL_MACHINE\\Software\\Netscape\\Netscape\\4.79");
+    CollectOverPattern();
+    EXPECT_EQ(record.Number(1992), 1u);
+    EXPECT_EQ(record.Number(1996), 1u);
+}
+
+TEST_F(CollectionRunTest, MailFlagsSayWhichWordsTheMailTextHolds) {
+    station.registry.create(std::string(kMail) + "Microsoft Outlook");
+    CollectOverPattern();
+    EXPECT_EQ(record.Number(3592), 1u);
+    EXPECT_EQ(record.Number(3596), 0u);
+
+    station.registry = {};
+    station.registry.create(std::string(kMail) + "Microsoft Exchange");
+    station.registry.create(std::string(kMail) + "outlook");
+    CollectOverPattern();
+    EXPECT_EQ(record.Number(3592), 0u);
+    EXPECT_EQ(record.Number(3596), 1u);
+}
+
+TEST_F(CollectionRunTest, BiosDateOfAnyLengthCountsTheCDRomDrivesAndWritesNothingBehindTheRecord) {
+    DescribeDrive('D', 5);
+    DescribeDrive('E', 5);
+    station.registry.set(kSystem, simwin::textValue("SystemBiosDate", "12/3"));
+    Collect();
+    EXPECT_EQ(record.Text(1629, 101), "D:\\;");
+    EXPECT_EQ(record.Text(4597, 11), "12/3");
+
+    // 2000 zeros from offset 1629 on; what is copied later stands again.
+    station.registry.set(kSystem, simwin::textValue("SystemBiosDate", std::string(2000, '9')));
+    CollectOverPattern();
+    EXPECT_EQ(record.Text(1629, 101), "D:\\;E:\\");
+    EXPECT_EQ(record.At(1983, 9), std::string(9, '\0'));
+    EXPECT_EQ(record.Text(3600, 81), "Windows NT 5.1 (Build 2600) Service Pack 3");
+    EXPECT_EQ(record.At(4597, 10), "9999999999");
+    EXPECT_TRUE(record.IsUntouched(4608, 4));
+
+    station.registry.set(kSystem, simwin::textValue("SystemBiosDate", std::string(65536, '9')));
+    CollectOverPattern();
+    EXPECT_EQ(record.At(4608, 4), std::string(4, '\0'));
+    EXPECT_TRUE(record.IsUntouchedBehindTheRecord());
+}
+
+TEST_F(CollectionRunTest, FieldsCopiedBeforeTheCDRomListsAreLostToALongPadding) {
+    station.registry.set("HKEY_LOCAL_MACHINE\\Software\\Microsoft\\Windows NT\\CurrentVersion\\NetworkCards\\1",
+                         simwin::textValue("Description", "AMD PCNET PCI Ethernet Adapter"));
+    station.registry.set(kSystem, simwin::textValue("SystemBiosDate", "12/03/02"));
+    Collect();
+    EXPECT_EQ(record.Text(3341, 251), "AMD PCNET PCI Ethernet Adapter");
+
+    // The adapters are copied before the padding that starts at offset 775, the operating system after it.
+    station.registry.set(kSystem, simwin::textValue("SystemBiosDate", std::string(3000, '9')));
+    Collect();
+    EXPECT_EQ(record.Text(3341, 251), "");
+    EXPECT_EQ(record.Text(3600, 81), "Windows NT 5.1 (Build 2600) Service Pack 3");
+}
+
+TEST_F(CollectionRunTest, EnvironmentIsPublishedOnAnEmptyMachineToo) {
+    station.version.reset();
+    Collect();
+    EXPECT_EQ(VariableSet("KVOS"), "");
+    EXPECT_EQ(VariableSet("KVUser"), "UNKNOWN");
+    EXPECT_EQ(VariableSet("KVStation"), "UNKNOWN");
+    EXPECT_EQ(VariableSet("KVVCDVersion"), "");
+    EXPECT_EQ(VariableSet("KVIP"), std::nullopt);
+    EXPECT_EQ(VariableSet("KVDnsName"), std::nullopt);
+}
+
+}  // namespace

@@ -1,0 +1,106 @@
+#include "framework/Collections.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace {
+
+class Item : public CObject {};
+
+TEST(CObList, WalksFromHeadToTailAcrossItsBlocks) {
+    std::vector<std::unique_ptr<Item>> items(25);
+    CObList list(10);
+    EXPECT_EQ(list.GetHeadPosition(), nullptr);
+    for (auto& item : items) {
+        item = std::make_unique<Item>();
+        list.AddTail(item.get());
+    }
+    EXPECT_EQ(list.GetCount(), 25);
+    POSITION place = list.GetHeadPosition();
+    for (const auto& item : items) {
+        ASSERT_NE(place, nullptr);
+        EXPECT_EQ(list.GetNext(place), item.get());
+    }
+    EXPECT_EQ(place, nullptr);
+}
+
+TEST(CObList, IsEmptyAndUsableAfterRemoveAll) {
+    Item item;
+    CObList list;
+    list.AddTail(&item);
+    list.RemoveAll();
+    EXPECT_TRUE(list.IsEmpty());
+    EXPECT_EQ(list.GetHeadPosition(), nullptr);
+    list.AddTail(&item);
+    EXPECT_EQ(list.GetCount(), 1);
+}
+
+TEST(CStringList, FindsItemsByExactText) {
+    CStringList list(10);
+    list.AddTail("NetBT");
+    list.AddTail("Tcpip");
+    EXPECT_EQ(list.Find("NetBT"), list.GetHeadPosition());
+    EXPECT_NE(list.Find("Tcpip"), nullptr);
+    EXPECT_EQ(list.Find("tcpip"), nullptr);
+    EXPECT_EQ(list.Find(""), nullptr);
+}
+
+TEST(CPtrList, KeepsAnyPointer) {
+    int number = 0;
+    CPtrList list;
+    list.AddTail(&number);
+    POSITION place = list.GetHeadPosition();
+    EXPECT_EQ(list.GetNext(place), &number);
+}
+
+TEST(CMapStringToOb, LooksUpByExactKeyAndReplacesOnSetAt) {
+    Item first;
+    Item second;
+    CMapStringToOb map(10);
+    CObject* found = nullptr;
+    EXPECT_FALSE(map.Lookup("disk", found));
+    map.SetAt("disk", &first);
+    map.SetAt("Disk", &second);
+    ASSERT_TRUE(map.Lookup("disk", found));
+    EXPECT_EQ(found, &first);
+    map.SetAt("disk", &second);
+    ASSERT_TRUE(map.Lookup("disk", found));
+    EXPECT_EQ(found, &second);
+    EXPECT_EQ(map.GetCount(), 2);
+}
+
+TEST(CMapStringToOb, IteratesInTheOrderInWhichKeysWereFirstStored) {
+    Item item;
+    CMapStringToOb map(10);
+    std::vector<std::string> keys;
+    for (int i = 99; i >= 0; --i) {
+        keys.push_back("device " + std::to_string(i));
+        map.SetAt(keys.back().c_str(), &item);
+    }
+    map.SetAt(keys[50].c_str(), nullptr);
+    POSITION place = map.GetStartPosition();
+    for (const std::string& key : keys) {
+        ASSERT_NE(place, nullptr);
+        CString name;
+        CObject* value = nullptr;
+        map.GetNextAssoc(place, name, value);
+        EXPECT_EQ(static_cast<const char*>(name), key);
+    }
+    EXPECT_EQ(place, nullptr);
+}
+
+TEST(CMapStringToOb, ForgetsEverythingOnRemoveAll) {
+    Item item;
+    CMapStringToOb map(10);
+    map.SetAt("", &item);
+    map.RemoveAll();
+    CObject* found = nullptr;
+    EXPECT_FALSE(map.Lookup("", found));
+    EXPECT_TRUE(map.IsEmpty());
+    EXPECT_EQ(map.GetStartPosition(), nullptr);
+}
+
+}  // namespace

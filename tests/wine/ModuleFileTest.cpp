@@ -1,0 +1,56 @@
+// What the file kvcstat64.dll promises to the loader: its tables, its hardening, its size.
+#include <gmock/gmock.h>
+
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include "tests/wine/LoadedModule.h"
+#include "tests/wine/StationModule.h"
+
+namespace {
+
+// A new dependency of the library is a reviewed change of this list.
+std::vector<std::string> ListedTables() {
+    std::ifstream file(KV_MODULE_TABLES);
+    std::vector<std::string> lines;
+    for (std::string line; std::getline(file, line);)
+        lines.push_back(line);
+    return lines;
+}
+
+std::vector<std::string> TablesOf(HMODULE module) {
+    std::vector<std::string> lines;
+    for (const Export& entry : ExportsOf(module))
+        lines.push_back("export " + entry.name);
+    for (const auto& [library, functions] : ImportsOf(module)) {
+        for (const std::string& function : functions)
+            lines.push_back("import " + library + " " + function);
+    }
+    return lines;
+}
+
+class ModuleFileTest : public ::testing::Test {
+  protected:
+    void SetUp() override { ASSERT_TRUE(module.IsLoaded()) << "error " << GetLastError(); }
+
+    kvtest::StationModule module{kvtest::ReleaseFolder()};
+};
+
+TEST_F(ModuleFileTest, ExportsAndImportsAreExactlyTheListedOnes) {
+    EXPECT_THAT(TablesOf(module.Library()), ::testing::ElementsAreArray(ListedTables()));
+}
+
+TEST_F(ModuleFileTest, IsHardenedWithHighEntropyAddressesAndNX) {
+    constexpr unsigned kExpected = IMAGE_DLLCHARACTERISTICS_HIGH_ENTROPY_VA | IMAGE_DLLCHARACTERISTICS_DYNAMIC_BASE |
+                                   IMAGE_DLLCHARACTERISTICS_NX_COMPAT;
+    EXPECT_EQ(CharacteristicsOf(module.Library()) & kExpected, kExpected);
+}
+
+TEST_F(ModuleFileTest, HasAtMost150Kilobytes) {
+    std::ifstream file(kvtest::ReleaseFolder() + "kvcstat64.dll", std::ios::binary | std::ios::ate);
+    EXPECT_GT(file.tellg(), 0);
+    EXPECT_LE(file.tellg(), 150 * 1024);
+}
+
+}  // namespace

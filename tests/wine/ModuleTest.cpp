@@ -1,0 +1,132 @@
+// The real kvcstat64.dll: loading, one call, what it writes and what it leaves open.
+#include <algorithm>
+#include <string>
+
+#include "tests/wine/StationModule.h"
+
+namespace {
+
+using kvtest::GuardedRecord;
+using kvtest::ReleaseFolder;
+using kvtest::StationModule;
+
+constexpr char kPattern = '\xA5';
+
+DWORD OpenHandles() {
+    DWORD count = 0;
+    GetProcessHandleCount(GetCurrentProcess(), &count);
+    return count;
+}
+
+bool IsPattern(GuardedRecord& record, std::size_t offset, std::size_t width) {
+    return std::string(record.data() + offset, width) == std::string(width, kPattern);
+}
+
+class ModuleTest : public ::testing::Test {
+  protected:
+    void SetUp() override { ASSERT_TRUE(module.IsLoaded()) << "error " << GetLastError(); }
+
+    StationModule module{ReleaseFolder()};
+    GuardedRecord record;
+};
+
+TEST_F(ModuleTest, FillsARecordOfThisStation) {
+    record.Fill('\0');
+    module.Collect(record.data());
+
+    OSVERSIONINFOA version = {};
+    version.dwOSVersionInfoSize = sizeof version;
+    GetVersionExA(&version);
+    const std::string os = "Windows NT " + std::to_string(version.dwMajorVersion) + "." +
+                           std::to_string(version.dwMinorVersion) + " (Build " + std::to_string(version.dwBuildNumber) +
+                           ")";
+    EXPECT_EQ(KV_TEXT_OF(record, szOS).substr(0, os.size()), os);
+
+    DWORD session = 0;
+    ProcessIdToSessionId(GetCurrentProcessId(), &session);
+    EXPECT_EQ(KV_NUMBER_OF(record, dwSessionId), session);
+    EXPECT_EQ(KV_NUMBER_OF(record, dwTSClientSession), 0u);
+    EXPECT_EQ(KV_TEXT_OF(record, szVCDVersion), "");
+}
+
+TEST_F(ModuleTest, LeavesTheReservedAreasAndTheBytesBehindItsTextsUntouched) {
+    record.Fill(kPattern);
+    module.Collect(record.data());
+    EXPECT_TRUE(IsPattern(record, 358, 2));
+    EXPECT_TRUE(IsPattern(record, 1983, 9));
+    EXPECT_TRUE(IsPattern(record, 3681, 27));
+    EXPECT_TRUE(IsPattern(record, 4608, 4));
+    EXPECT_EQ(record.data()[3600 + 80], kPattern) << "szOS";
+    EXPECT_EQ(record.data()[4922], '\0');
+    EXPECT_TRUE(IsPattern(record, 4923, 11));
+}
+
+TEST_F(ModuleTest, TwoCallsLeaveTwoProcessAndTwoTokenHandlesAndNothingElse) {
+    module.Collect(record.data());  // what Windows' own libraries open once
+    const DWORD before = OpenHandles();
+    module.Collect(record.data());
+    module.Collect(record.data());
+    EXPECT_EQ(OpenHandles() - before, 4u);
+}
+
+TEST_F(ModuleTest, DefaultServerSessionsFollowTheirVariable) {
+    SetEnvironmentVariableA("KVTSDefaultSrvSessions", "12abc");
+    record.Fill('\0');
+    module.Collect(record.data());
+    SetEnvironmentVariableA("KVTSDefaultSrvSessions", nullptr);
+    EXPECT_EQ(KV_NUMBER_OF(record, dwTSDefaultSrvSessions), 12u);
+}
+
+TEST_F(ModuleTest, PublishesTheOperatingSystemsNameToTheProcess) {
+    SetEnvironmentVariableA("KVOS", nullptr);
+    module.Collect(record.data());
+    char name[64] = {};
+    EXPECT_NE(GetEnvironmentVariableA("KVOS", name, sizeof name), 0u);
+    EXPECT_EQ(std::string(name).substr(0, 2), "NT");
+}
+
+TEST_F(ModuleTest, CarriesItsStringTableAndVersionAsResources) {
+    const struct {
+        UINT id;
+        const char* text;
+    } rows[] = {
+        {16002, "Microsoft Terminal Server"},
+        {16006, "%s"},
+        {16028, "Olivetti \"ICO\" keyboard (102 keys) "},
+        {16037, "Firefox"},
+    };
+    for (const auto& row : rows) {
+        char text[128] = {};
+        EXPECT_GT(LoadStringA(module.Library(), row.id, text, sizeof text), 0) << row.id;
+        EXPECT_STREQ(text, row.text);
+    }
+    char text[128] = {};
+    for (const UINT id : {16000u, 16001u, 16034u, 16038u})
+        EXPECT_EQ(LoadStringA(module.Library(), id, text, sizeof text), 0) << id;
+    EXPECT_NE(FindResourceA(module.Library(), MAKEINTRESOURCEA(1), reinterpret_cast<LPCSTR>(RT_VERSION)), nullptr);
+}
+
+// A site's own wrapper stands in the folder "site" in place of ours; it counts how often it is started and stopped.
+TEST(ModuleLifeTest, EachLoadStartsTheSitesWrapperOnceAndEachUnloadStopsItOnce) {
+    const std::string site = KV_SITE_FOLDER;
+    const HMODULE wrapper = LoadLibraryExA((site + "KVTSWRP64.dll").c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
+    ASSERT_NE(wrapper, nullptr);
+    const auto count = [wrapper](const char* name) {
+        return *reinterpret_cast<const int*>(reinterpret_cast<void (*)()>(GetProcAddress(wrapper, name)));
+    };
+    for (int loads = 1; loads <= 3; ++loads) {
+        {
+            const StationModule module(site);
+            ASSERT_TRUE(module.IsLoaded());
+            EXPECT_EQ(count("g_starts"), loads);
+            EXPECT_EQ(count("g_stops"), loads - 1);
+            GuardedRecord record;
+            module.Collect(record.data());
+        }
+        EXPECT_EQ(count("g_starts"), loads);
+        EXPECT_EQ(count("g_stops"), loads);
+    }
+    FreeLibrary(wrapper);
+}
+
+}  // namespace

@@ -1,0 +1,78 @@
+// The real kvcstat64.dll, loaded from a folder, and a record that a call can be caught writing behind.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <cstring>
+#include <string>
+
+#include "framework/Windows.h"
+#include "include/kvcstat.h"
+
+namespace kvtest {
+
+// The folder that the tests run in, that of the release files, with a backslash at its end.
+inline std::string ReleaseFolder() {
+    char path[MAX_PATH] = {};
+    GetCurrentDirectoryA(sizeof path, path);
+    return std::string(path) + '\\';
+}
+
+class StationModule {
+  public:
+    explicit StationModule(const std::string& folder)
+        : m_library(LoadLibraryExA((folder + "kvcstat64.dll").c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH)) {
+        if (m_library != nullptr)
+            m_collect = reinterpret_cast<decltype(&GetStationData)>(
+                reinterpret_cast<void (*)()>(GetProcAddress(m_library, "GetStationData")));
+    }
+    StationModule(const StationModule&) = delete;
+    StationModule& operator=(const StationModule&) = delete;
+    ~StationModule() {
+        if (m_library != nullptr)
+            FreeLibrary(m_library);
+    }
+
+    bool IsLoaded() const { return m_collect != nullptr; }
+    HMODULE Library() const { return m_library; }
+    void Collect(char* record) const { m_collect(record); }
+
+  private:
+    HMODULE m_library;
+    decltype(&GetStationData) m_collect = nullptr;
+};
+
+// A record whose end is the end of accessible memory: a byte written at offset 4934 is a crash.
+class GuardedRecord {
+  public:
+    GuardedRecord() : m_pages(static_cast<char*>(VirtualAlloc(nullptr, 3 * kPage, MEM_COMMIT, PAGE_READWRITE))) {
+        DWORD before = 0;
+        VirtualProtect(m_pages + 2 * kPage, kPage, PAGE_NOACCESS, &before);
+    }
+    GuardedRecord(const GuardedRecord&) = delete;
+    GuardedRecord& operator=(const GuardedRecord&) = delete;
+    ~GuardedRecord() { VirtualFree(m_pages, 0, MEM_RELEASE); }
+
+    char* data() { return m_pages + 2 * kPage - KVCSTAT_RECORD_SIZE; }
+    void Fill(char byte) { std::memset(data(), byte, KVCSTAT_RECORD_SIZE); }
+
+    std::string Text(std::size_t offset, std::size_t width) {
+        const std::string field(data() + offset, width);
+        return field.substr(0, field.find('\0'));
+    }
+    std::uint32_t Number(std::size_t offset) {
+        std::uint32_t number = 0;
+        std::memcpy(&number, data() + offset, sizeof number);
+        return number;
+    }
+
+  private:
+    static constexpr std::size_t kPage = 4096;
+    char* m_pages;
+};
+
+#define KV_TEXT_OF(record, field) (record).Text(offsetof(STATIONDATA, field), sizeof(STATIONDATA::field))
+#define KV_NUMBER_OF(record, field) (record).Number(offsetof(STATIONDATA, field))
+
+}  // namespace kvtest
