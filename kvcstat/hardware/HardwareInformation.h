@@ -1,10 +1,13 @@
 #pragma once
 
+#include <memory>
+
 #include "framework/Collections.h"
 #include "framework/Windows.h"
 #include "kvcstat/hardware/DeviceMap.h"
 
 class COSInformation;
+class CPrinterInformation;
 
 // What the station is made of. One object serves one collection; it owns the items of its lists and of its device
 // map, which the next collection's reset or the destructor deletes. Lists of texts are joined with ";".
@@ -19,37 +22,40 @@ class CHardwareInformation : public CObject {
     // The second step of the product's hardware run; it has nothing to do. Always 0.
     int CollectSecond() { return 0; }
 
-    // --- Processor (Processor.cpp, ProcessorName.cpp)
+    // The steps of the collection, a source file or two for each. A status is that of the last read, 0 or -1.
+
+    // --- Processors; the step goes on with BIOS, memory and owner, and its status is the owner step's.
     int GetProcessor();
     void GetPowerInformation();
+    // Names the processor by its numbers when nothing else has.
     void GetProcessorNameFallback();
 
-    // --- Machine and owner (Machine.cpp)
+    // --- Machine and owner
     int GetBios();
-    int GetMemory();
+    int GetMemory();  // always 0
     int GetOwner();
 
-    // --- Devices and keyboard (Devices.cpp, Keyboard.cpp)
-    int EnumerateDevices();
-    int ClassifyDevices();
-    int GetKeyboard();
+    // --- Devices and keyboard
+    int EnumerateDevices();  // -1 when the platform's device tree cannot be opened
+    int ClassifyDevices();   // always 0
+    int GetKeyboard();       // always 0
 
-    // --- Drives (Drives.cpp)
-    int GetDrives();
+    // --- Drives
+    int GetDrives();  // always 0
 
-    // --- Printers (Printers.cpp)
-    int GetPrinters();
-    int GetDefaultPrinter();
+    // --- Printers
+    int GetPrinters();        // 0 when there is at least one, else -1
+    int GetDefaultPrinter();  // 0 when there is one, else -1
 
-    WORD m_wProcessorArchitecture = 0;
+    WORD m_wProcessorArchitecture = 0;  // these five from GetSystemInfo: 0 Intel, 1 MIPS, 2 Alpha, 3 PowerPC
     DWORD m_dwNumberOfProcessors = 0;
-    DWORD m_dwProcessorType = 0;
-    DWORD m_dwProcessorLevel = 0;
+    DWORD m_dwProcessorType = 0;   // 386, 486, 586, 4000, 21064...
+    DWORD m_dwProcessorLevel = 0;  // 16 bits, widened with zeros
     WORD m_wProcessorRevision = 0;
-    DWORD m_nTotalMemoryMB = 0;
-    DWORD m_nVirtualMemoryMB = 0;
-    CString m_cSystemIdentifier;
-    CString m_cProcessorSpeed;
+    DWORD m_nTotalMemoryMB = 0;    // physical, rounded, and always even
+    DWORD m_nVirtualMemoryMB = 0;  // the process's address space, rounded
+    CString m_cSystemIdentifier;   // "AT/AT COMPATIBLE"; on Windows 9x the BIOS's machine type where there is one
+    CString m_cProcessorSpeed;     // MHz of each processor
     CString m_cProcessorIdentifier;
     CString m_cKeyboard;
     CString m_cMachineType;
@@ -59,15 +65,15 @@ class CHardwareInformation : public CObject {
     CString m_cRegisteredOwner;
     CString m_cRegisteredOrganization;
     CString m_cProductId;
-    CString m_cCurrentUser;
+    CString m_cCurrentUser;  // "Terminal server session (USER1)", the logged-on user's name, or "unknown"
     CDeviceMap m_DeviceMap;
     DWORD m_nRemovableDrives = 0;
-    CObList m_RemovableDrives{10};
+    CObList m_RemovableDrives{10};  // CDiskInformation, as are the next four
     CObList m_FixedDrives{10};
     CObList m_RemoteDrives{10};
     CObList m_CDRomDrives{10};
     CObList m_RamDisks{10};
-    CObList m_Printers{10};
+    CObList m_Printers{10};  // CPrinterInformation
     DWORD m_nFixedDrives = 0;
     DWORD m_nRemoteDrives = 0;
     DWORD m_nCDRomDrives = 0;
@@ -75,19 +81,31 @@ class CHardwareInformation : public CObject {
     DWORD m_nOEMCodePage = 0;
     int m_nKeyboardType = 0;
     int m_nKeyboardSubType = 0;
-    DWORD m_nCurrentMhz = 0;
-    CString m_cOtherDevices;
+    DWORD m_nCurrentMhz = 0;  // of the only processor; 0 when unknown or when there are more
+    CString m_cOtherDevices;  // "2 Generic disk;1 Other disk", as are the next three
     CString m_cDiskDevices;
     CString m_cCDRomDevices;
     CString m_cTapeDevices;
-    CString m_cCDRomDriveList;
-    CString m_cFixedDriveList;
+    CString m_cCDRomDriveList;  // "D:\;E:\"
+    CString m_cFixedDriveList;  // "C(SYSTEM):(NTFS:152625 MB 41% free) ;E:(FAT32:4094 MB 12% free) "
     CString m_cPrinterList;
-    CString m_cRemovableDriveList;
-    CString m_cProcessorName;
-    CString m_cUserName;  // set by the run before Collect
+    CString m_cRemovableDriveList;  // "A:\;B:\"
+    CString m_cProcessorName;       // of each processor
+    CString m_cUserName;            // set by the run before Collect
     COSInformation* m_pOSInformation;
 
   private:
     void Reset();
+    void ListProcessors();
+    bool ListProcessor(int index);
+    int GetBios9x();
+    int GetBiosNT();
+    void ReadBios9x(HKEY key);
+    int GetOwnerOf(const char* product);
+    void GetCurrentUser();
+    void FindKeyboard9x();
+    void FindKeyboardNT();
+    int ListPrinters9x(bool remote);
+    int ListPrintersNT();
+    void AddPrinter(std::unique_ptr<CPrinterInformation> printer, const char* name);
 };

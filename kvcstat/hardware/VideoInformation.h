@@ -1,6 +1,7 @@
 #pragma once
 
 #include "framework/Collections.h"
+#include "framework/Windows.h"
 
 // The monitor and the graphics adapter, from the registry.
 class CVideoInformation : public CObject {
@@ -17,6 +18,10 @@ class CVideoInformation : public CObject {
     int FindDisplayAdapters(const char* enumKey);
 
     CString m_cMonitor;
-    CString m_cVideoAdapter;
-    CString m_cVideoBiosDate;
+    CString m_cVideoAdapter;   // on Windows 9x all display devices, joined with ";"
+    CString m_cVideoBiosDate;  // Windows NT only
+
+  private:
+    void GetVideoAdapterNT();
+    void FindDisplayInstances(HKEY device, int& status);
 };

@@ -1,0 +1,6 @@
+#include "kvcstat/hardware/VideoInformation.h"
+
+int CVideoInformation::GetVideoInformation() {
+    GetMonitor();
+    return GetVideoAdapter();
+}
