@@ -1,0 +1,15 @@
+// One collection by the real library. It runs in a child process of the tool, so that a crash or a hang inside the
+// library, or inside what it calls, costs a line and not the terminal.
+#pragma once
+
+#include <chrono>
+
+#include "kvstation/Record.h"
+
+namespace kvstation {
+
+// Collects this station's record with the library beside the tool. Throws Failure, in one line that names the step
+// and, as far as known, the last platform call. Needs Windows and throws elsewhere.
+RecordBytes collectHere(std::chrono::seconds limit);
+
+}  // namespace kvstation

@@ -1,0 +1,10 @@
+#include "kvstation/Collection.h"
+#include "kvstation/Errors.h"
+
+namespace kvstation {
+
+RecordBytes collectHere(std::chrono::seconds) {
+    throw Failure("show needs Windows; 'kvstation simulate STATION' shows a described station here");
+}
+
+}  // namespace kvstation

@@ -1,0 +1,33 @@
+// The verb "decode": a record that was kept in a file.
+#include <CLI/App.hpp>
+#include <memory>
+
+#include "kvstation/Errors.h"
+#include "kvstation/RecordFile.h"
+#include "kvstation/ResultOptions.h"
+#include "kvstation/Verb.h"
+
+namespace kvstation {
+namespace {
+
+struct DecodeOptions {
+    ResultOptions result;
+    std::string file;
+};
+
+int decode(const DecodeOptions& options) {
+    giveOut(readRecordFile(options.file), options.result);
+    return kExitSuccess;
+}
+
+}  // namespace
+
+Verb addDecode(CLI::App& tool) {
+    const auto options = std::make_shared<DecodeOptions>();
+    CLI::App* command = tool.add_subcommand("decode", "Show a record from a file: its raw bytes, or JSON");
+    command->add_option("file", options->file, "The record's file")->type_name("FILE")->required();
+    addResultOptions(*command, options->result);
+    return {command, "kvstation decode station.bin --json", [options] { return decode(*options); }};
+}
+
+}  // namespace kvstation

@@ -1,0 +1,43 @@
+#include "kvstation/FieldTable.h"
+
+#include <algorithm>
+
+#include "kvstation/Similar.h"
+
+namespace kvstation {
+namespace {
+
+constexpr std::size_t kNumberWidth = 4;
+
+constexpr Field kFields[] = {
+#define KV_TEXT(name, offset, width, limit, group, meaning, source) \
+    {#name, offset, width, limit, FieldType::Text, group, meaning, source},
+#define KV_NUMBER(name, offset, group, meaning, source) \
+    {#name, offset, kNumberWidth, 0, FieldType::Number, group, meaning, source},
+#define KV_UNSIGNED(name, offset, group, meaning, source) \
+    {#name, offset, kNumberWidth, 0, FieldType::Unsigned, group, meaning, source},
+#include "include/kvcstat_fields.inc"
+};
+
+constexpr std::string_view kGroups[] = {"Station", "User",     "System", "Session",
+                                        "Network", "Software", "Drives", "Hardware"};
+
+}  // namespace
+
+std::span<const Field> fields() { return kFields; }
+
+std::span<const std::string_view> groups() { return kGroups; }
+
+std::size_t findField(std::string_view name) {
+    const auto found = std::ranges::find(kFields, name, &Field::name);
+    return static_cast<std::size_t>(found - std::begin(kFields));
+}
+
+std::vector<std::string_view> similarFields(std::string_view name) {
+    std::vector<std::string_view> names;
+    for (const Field& field : kFields)
+        names.push_back(field.name);
+    return similarWords(name, names);
+}
+
+}  // namespace kvstation

@@ -1,0 +1,41 @@
+// The fields of the station record as a table: every view, the layout and the documents come from it.
+#pragma once
+
+#include <cstddef>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kvstation {
+
+enum class FieldType {
+    Text,
+    Number,    // signed, 32 bits
+    Unsigned,  // 32 bits
+};
+
+struct Field {
+    std::string_view name;
+    std::size_t offset;
+    std::size_t width;  // in bytes
+    std::size_t limit;  // the most characters that a text receives; 0 for a number
+    FieldType type;
+    std::string_view group;
+    std::string_view meaning;
+    std::string_view source;
+};
+
+// In the order of their offsets.
+std::span<const Field> fields();
+
+// In the order in which people read them.
+std::span<const std::string_view> groups();
+
+// The index in fields(), or fields().size() when there is no such field.
+std::size_t findField(std::string_view name);
+
+// The names that someone may have meant who typed `name`, the closest first, at most three.
+std::vector<std::string_view> similarFields(std::string_view name);
+
+}  // namespace kvstation

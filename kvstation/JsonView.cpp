@@ -1,0 +1,90 @@
+#include "kvstation/JsonView.h"
+
+#include <limits>
+#include <nlohmann/json.hpp>
+
+#include "kvstation/Errors.h"
+#include "kvstation/VisibleText.h"
+
+namespace kvstation {
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+constexpr int kIndent = 2;
+
+[[noreturn]] void fail(std::string_view name, const std::string& what) {
+    throw Failure(std::string(name) + ": " + what);
+}
+
+Json parse(std::string_view json, std::string_view name) {
+    try {
+        return Json::parse(json);
+    } catch (const Json::parse_error& error) {
+        fail(name, "byte " + std::to_string(error.byte) + ": this is no JSON");
+    }
+}
+
+Value readText(const Json& value, const Field& field, std::string_view name) {
+    if (!value.is_string())
+        fail(name, std::string(field.name) + " must be a text");
+    std::string text = value.get<std::string>();
+    const std::size_t length = columns(text);
+    if (length > field.width)
+        fail(name, std::string(field.name) + " is longer than its " + std::to_string(field.width) + " bytes");
+    return {.text = std::move(text), .number = 0, .filled = length};
+}
+
+bool fits(const Json& value, FieldType type) {
+    if (!value.is_number_integer())
+        return false;
+    if (value.is_number_unsigned())
+        return value.get<std::uint64_t>() <= (type == FieldType::Unsigned
+                                                  ? std::numeric_limits<std::uint32_t>::max()
+                                                  : std::uint32_t{std::numeric_limits<std::int32_t>::max()});
+    return type == FieldType::Number && value.get<std::int64_t>() >= std::numeric_limits<std::int32_t>::min();
+}
+
+Value readNumber(const Json& value, const Field& field, std::string_view name) {
+    if (!fits(value, field.type))
+        fail(name, std::string(field.name) + " must be a whole number of 32 bits");
+    return {.text = {}, .number = value.get<std::int64_t>(), .filled = field.width};
+}
+
+void refuseForeignNames(const Json& object, std::string_view name) {
+    for (const auto& item : object.items())
+        if (findField(item.key()) == fields().size())
+            fail(name, "'" + item.key() + "' is no field of a station record");
+}
+
+}  // namespace
+
+std::string jsonView(const Record& record) {
+    Json object = Json::object();
+    for (std::size_t i = 0; i < fields().size(); ++i) {
+        const Field& field = fields()[i];
+        if (field.type == FieldType::Text)
+            object[std::string(field.name)] = record[i].text;
+        else
+            object[std::string(field.name)] = record[i].number;
+    }
+    return object.dump(kIndent) + "\n";
+}
+
+Record recordFromJson(std::string_view json, std::string_view name) {
+    const Json object = parse(json, name);
+    if (!object.is_object())
+        fail(name, "a station record in JSON is one object");
+    refuseForeignNames(object, name);
+    Record record;
+    for (std::size_t i = 0; i < fields().size(); ++i) {
+        const Field& field = fields()[i];
+        const auto found = object.find(std::string(field.name));
+        if (found == object.end())
+            fail(name, std::string(field.name) + " is missing: a station record in JSON has every field");
+        record[i] = field.type == FieldType::Text ? readText(*found, field, name) : readNumber(*found, field, name);
+    }
+    return record;
+}
+
+}  // namespace kvstation

@@ -1,0 +1,169 @@
+#include "kvstation/LayoutTable.h"
+
+#include <cstdio>
+#include <nlohmann/json.hpp>
+#include <vector>
+
+#include "include/kvcstat.h"
+#include "kvstation/FieldTable.h"
+
+namespace kvstation {
+namespace {
+
+// A field, or an area between two fields that the module never writes.
+struct Row {
+    std::string name;
+    std::size_t offset;
+    std::size_t width;
+    std::string limit;
+    std::string type;
+    std::string group;
+    std::string meaning;
+    std::string source;
+};
+
+std::string typeOf(const Field& field) {
+    switch (field.type) {
+        case FieldType::Text:
+            return "char[" + std::to_string(field.width) + "]";
+        case FieldType::Number:
+            return "int32";
+        case FieldType::Unsigned:
+            return "uint32";
+    }
+    return {};
+}
+
+Row rowOf(const Field& field) {
+    return {.name = std::string(field.name),
+            .offset = field.offset,
+            .width = field.width,
+            .limit = field.type == FieldType::Text ? std::to_string(field.limit) : "-",
+            .type = typeOf(field),
+            .group = std::string(field.group),
+            .meaning = std::string(field.meaning),
+            .source = std::string(field.source)};
+}
+
+Row reservedRow(std::size_t offset, std::size_t width) {
+    return {.name = "reserved" + std::to_string(offset),
+            .offset = offset,
+            .width = width,
+            .limit = "-",
+            .type = "char[" + std::to_string(width) + "]",
+            .group = "-",
+            .meaning = "reserved, never written",
+            .source = "-"};
+}
+
+std::vector<Row> rows() {
+    std::vector<Row> all;
+    std::size_t end = 0;
+    for (const Field& field : fields()) {
+        if (field.offset > end)
+            all.push_back(reservedRow(end, field.offset - end));
+        all.push_back(rowOf(field));
+        end = field.offset + field.width;
+    }
+    return all;
+}
+
+std::string hex(std::size_t offset) {
+    char text[16];
+    std::snprintf(text, sizeof text, "0x%04zX", offset);
+    return text;
+}
+
+using Cells = std::vector<std::string>;
+
+Cells cellsOf(const Row& row) {
+    return {std::to_string(row.offset), hex(row.offset), std::to_string(row.width), row.limit, row.type,
+            row.name, row.group, row.meaning, row.source};
+}
+
+Cells heading() { return {"offset", "hex", "width", "limit", "type", "field", "group", "meaning", "source"}; }
+
+// Offsets, widths and limits stand on the right.
+bool isNumeric(std::size_t column) { return column == 0 || column == 2 || column == 3; }
+
+std::string alignedLine(const Cells& cells, const std::vector<std::size_t>& widths) {
+    std::string line;
+    for (std::size_t i = 0; i < cells.size(); ++i) {
+        const std::string gap(widths[i] - cells[i].size(), ' ');
+        line += (i == 0 ? "" : "  ") + (isNumeric(i) ? gap + cells[i] : cells[i] + gap);
+    }
+    line.erase(line.find_last_not_of(' ') + 1);
+    return line + "\n";
+}
+
+std::string markdownLine(const Cells& cells) {
+    std::string line = "|";
+    for (const std::string& cell : cells)
+        line += " " + cell + " |";
+    return line + "\n";
+}
+
+constexpr const char* kDocument =
+    "# The station record\n"
+    "\n"
+    "`GetStationData` fills one record, `STATIONDATA` of `include/kvcstat.h`. The caller owns it, clears all of it and\n"
+    "passes its address; the module writes at most the first 4934 bytes.\n"
+    "\n"
+    "- Text is in the process's ANSI code page. A text receives at most *limit* characters and no terminator: the\n"
+    "  terminator is the zero that the caller put there. An empty result leaves the field as it was. `szVCDVersion`\n"
+    "  alone is written with its terminator.\n"
+    "- Numbers are 32-bit little-endian, flags 0 or 1. `dwSessionId` is written only when it could be read.\n"
+    "- Reserved areas are never written.\n"
+    "\n"
+    "This page is made by `kvstation layout --markdown`; the table behind it is `include/kvcstat_fields.inc`.\n"
+    "\n";
+
+}  // namespace
+
+std::string layoutText() {
+    std::vector<Cells> lines{heading()};
+    for (const Row& row : rows())
+        lines.push_back(cellsOf(row));
+    std::vector<std::size_t> widths(lines.front().size());
+    for (const Cells& cells : lines)
+        for (std::size_t i = 0; i < cells.size(); ++i)
+            widths[i] = std::max(widths[i], cells[i].size());
+    std::string text;
+    for (const Cells& cells : lines)
+        text += alignedLine(cells, widths);
+    return text;
+}
+
+std::string layoutJson() {
+    nlohmann::ordered_json array = nlohmann::ordered_json::array();
+    for (const Field& field : fields()) {
+        nlohmann::ordered_json object;
+        const Row row = rowOf(field);
+        object["name"] = row.name;
+        object["offset"] = row.offset;
+        object["hex"] = hex(row.offset);
+        object["width"] = row.width;
+        if (field.type == FieldType::Text)
+            object["limit"] = field.limit;
+        object["type"] = row.type;
+        object["group"] = row.group;
+        object["meaning"] = row.meaning;
+        object["source"] = row.source;
+        array.push_back(std::move(object));
+    }
+    return array.dump(2) + "\n";
+}
+
+std::string layoutMarkdown() {
+    std::string text = kDocument;
+    text += markdownLine(heading());
+    text += markdownLine(Cells{"---:", "---", "---:", "---:", "---", "---", "---", "---", "---"});
+    for (const Row& row : rows()) {
+        Cells cells = cellsOf(row);
+        cells[5] = "`" + cells[5] + "`";
+        text += markdownLine(cells);
+    }
+    return text;
+}
+
+}  // namespace kvstation

@@ -1,0 +1,47 @@
+#include "kvstation/Library.h"
+
+#include "kvstation/Errors.h"
+#include "kvstation/Paths.h"
+#include "kvstation/Utf16.h"
+
+namespace kvstation {
+namespace {
+
+constexpr const char* kFileName = "kvcstat64.dll";
+constexpr const char* kExportName = "GetStationData";
+
+[[noreturn]] void failToLoad(const std::string& path, DWORD error) {
+    const std::string reason = describeSystemError("LoadLibraryExW", path, error);
+    if (GetFileAttributesW(toWide(path).c_str()) == INVALID_FILE_ATTRIBUTES)
+        throw Failure(std::string(kFileName) + " is not beside the tool, put it there: " + reason);
+    if (error == ERROR_BAD_EXE_FORMAT)
+        throw Failure(std::string(kFileName) + " beside the tool is no library for 64-bit Windows: " + reason);
+    if (error == ERROR_MOD_NOT_FOUND)
+        throw Failure("a library that " + std::string(kFileName) + " needs is missing, put its companions beside it: " +
+                      reason);
+    throw Failure(reason);
+}
+
+// With the altered search path its companions are those beside it.
+HMODULE load(const std::string& path) {
+    const HMODULE module = LoadLibraryExW(toWide(path).c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
+    if (module == nullptr)
+        failToLoad(path, GetLastError());
+    return module;
+}
+
+}  // namespace
+
+Library::Library() : m_module(load(besideProgram(kFileName))) {
+    const FARPROC address = GetProcAddress(m_module, kExportName);
+    if (address == nullptr) {
+        const std::string reason = describeSystemError("GetProcAddress", kExportName, GetLastError());
+        FreeLibrary(m_module);
+        throw Failure(std::string(kFileName) + " beside the tool is another library: " + reason);
+    }
+    m_getStationData = reinterpret_cast<GetStationDataFunction>(reinterpret_cast<void*>(address));
+}
+
+Library::~Library() { FreeLibrary(m_module); }
+
+}  // namespace kvstation

@@ -1,0 +1,21 @@
+#include "kvstation/Tool.h"
+
+#ifdef _WIN32
+
+#include "kvstation/Utf16.h"
+
+extern "C" int wmain(int count, wchar_t** words) {
+    std::vector<std::string> arguments;
+    for (int i = 1; i < count; ++i)
+        arguments.push_back(kvstation::toUtf8(words[i]));
+    return kvstation::runTool(std::move(arguments));
+}
+
+#else
+
+int main(int count, char** words) {
+    return kvstation::runTool(count > 1 ? std::vector<std::string>(words + 1, words + count)
+                                        : std::vector<std::string>());
+}
+
+#endif

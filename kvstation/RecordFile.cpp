@@ -1,0 +1,57 @@
+#include "kvstation/RecordFile.h"
+
+#include <algorithm>
+
+#include "kvstation/Errors.h"
+#include "kvstation/Files.h"
+#include "kvstation/JsonView.h"
+#include "kvstation/ProductName.h"
+
+namespace kvstation {
+namespace {
+
+// Far more than a record in JSON takes, with every character escaped.
+constexpr std::size_t kLongestFile = 256 * 1024;
+
+// A record as the module needs it, or a caller's whole structure, which the compiler rounds up.
+bool isRawSize(std::size_t size) { return size == KVCSTAT_RECORD_SIZE || size == sizeof(STATIONDATA); }
+
+// JSON has no zero bytes, and a raw record has no room to be without.
+bool isJson(std::string_view bytes) {
+    const std::size_t first = bytes.find_first_not_of(" \t\r\n");
+    return first != std::string_view::npos && bytes[first] == '{' && bytes.find('\0') == std::string_view::npos;
+}
+
+std::string_view withoutByteOrderMark(std::string_view bytes) {
+    if (bytes.starts_with("\xEF\xBB\xBF"))
+        bytes.remove_prefix(3);
+    return bytes;
+}
+
+Report fromRaw(std::string_view bytes) {
+    RecordBytes raw{};
+    std::copy_n(bytes.begin(), raw.size(), raw.begin());
+    return {.record = Record(raw), .bytes = raw, .product = {}, .origin = {}};
+}
+
+}  // namespace
+
+Report recordFromFileBytes(std::string_view bytes, const std::string& name) {
+    const std::string_view text = withoutByteOrderMark(bytes);
+    Report report;
+    if (isJson(text))
+        report.record = recordFromJson(text, name);
+    else if (isRawSize(bytes.size()))
+        report = fromRaw(bytes);
+    else
+        throw Failure(name + " is no station record: it is no JSON object and has " + std::to_string(bytes.size()) +
+                      " bytes, where a raw record has " + std::to_string(KVCSTAT_RECORD_SIZE));
+    if (const auto version = versionFromDescription(report.record.at("szOS").text))
+        report.product = productName(*version);
+    report.origin = name;
+    return report;
+}
+
+Report readRecordFile(const std::string& path) { return recordFromFileBytes(readFile(path, kLongestFile), path); }
+
+}  // namespace kvstation

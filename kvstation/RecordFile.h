@@ -1,0 +1,16 @@
+// Records kept in files: the raw bytes, or JSON as the tool prints it.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "kvstation/Report.h"
+
+namespace kvstation {
+
+// Tells the two forms apart by what is in the file. Throws Failure when it is neither; `name` is the file it tells of.
+Report recordFromFileBytes(std::string_view bytes, const std::string& name);
+
+Report readRecordFile(const std::string& path);
+
+}  // namespace kvstation

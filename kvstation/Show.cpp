@@ -1,0 +1,43 @@
+// The verb "show": this station's record, collected now.
+#include <CLI/App.hpp>
+#include <memory>
+
+#include "kvstation/Collection.h"
+#include "kvstation/Errors.h"
+#include "kvstation/ProductName.h"
+#include "kvstation/ResultOptions.h"
+#include "kvstation/RunningSystem.h"
+#include "kvstation/Verb.h"
+
+namespace kvstation {
+namespace {
+
+constexpr unsigned kDefaultSeconds = 60;
+constexpr unsigned kMostSeconds = 24 * 60 * 60;
+
+struct ShowOptions {
+    ResultOptions result;
+    unsigned seconds = kDefaultSeconds;
+};
+
+int show(const ShowOptions& options) {
+    const RecordBytes bytes = collectHere(std::chrono::seconds(options.seconds));
+    giveOut({.record = Record(bytes), .bytes = bytes, .product = productName(runningSystem()), .origin = "this station"},
+            options.result);
+    return kExitSuccess;
+}
+
+}  // namespace
+
+Verb addShow(CLI::App& tool) {
+    const auto options = std::make_shared<ShowOptions>();
+    CLI::App* command = tool.add_subcommand("show", "Collect this station's record and show it (Windows)");
+    addResultOptions(*command, options->result);
+    command->add_option("--timeout", options->seconds, "End a collection that takes longer")
+        ->type_name("SECONDS")
+        ->check(CLI::Range(1U, kMostSeconds))
+        ->capture_default_str();
+    return {command, "kvstation show --field szIPAddress     # 10.0.0.5", [options] { return show(*options); }};
+}
+
+}  // namespace kvstation

@@ -1,0 +1,15 @@
+// Text that can neither break a line nor steer a terminal.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace kvstation {
+
+// The UTF-8 text with every control character (C0, DEL and C1) spelled out, such as \x1b.
+std::string visible(std::string_view utf8);
+
+// How many columns a text takes, counted as one for each character.
+std::size_t columns(std::string_view utf8);
+
+}  // namespace kvstation
