@@ -25,70 +25,70 @@ extern "C" {
  * The structure is 4936 bytes long because a 32-bit member rounds its size; the module writes only the first 4934.
  */
 typedef struct STATIONDATA {
-    char szStation[51];              /* name under which the station registers, upper case */
-    char szUserName[256];            /* user as the product knows him */
-    char szUserDisplayedName[51];    /* user's display name */
-    char reserved358[2];             /* alignment */
-    int32_t dwKeyboardType;          /* GetKeyboardType(0) */
-    int32_t dwOEMCodePage;           /* GetOEMCP() */
-    char szKeyboard[101];            /* keyboard description */
-    char szSystemIdentifier[51];     /* system identifier or machine type */
-    int32_t dwTotalMemoryMB;         /* physical memory in MB, always even */
-    char szDiskDevices[251];         /* "2 Disk X;1 Disk Y": disks of the SCSI/ESDI device keys */
-    char szCDRomDevices[251];        /* CD-ROM devices of the same keys */
-    char szTapeDevices[101];         /* tape devices of the same keys */
-    char szOtherDevices[251];        /* all other devices of the same keys */
-    char szPrinters[251];            /* printer names joined with ";" */
-    char szCDRomDrives[101];         /* CD-ROM drive roots joined with ";" */
-    char szRemovableDrives[101];     /* removable drive roots; "|PROTOCOL BUILD PRODUCT" behind them in a session */
-    char szFixedDrives[101];         /* fixed drives with label, file system, size in MB and percent free */
-    char szWorkgroup[51];            /* workgroup or LAN group */
-    char reserved1983[9];            /* one byte of alignment and eight reserved */
-    int32_t bInternetExplorer;       /* 1: szBrowser's source names "Internet Explorer" */
-    int32_t bNetscape;               /* 1: szBrowser's source names "Netscape" */
-    char szTSProduct[51];            /* Citrix product name and version */
-    char szDnsName[51];              /* DNS name of the station's address */
-    char szDefaultGateway[16];       /* default gateways joined with ";", the first 15 characters */
-    char szSubnetMask[16];           /* subnet masks joined with ";", the first 15 characters */
-    char szProtocols[251];           /* network protocols joined with ";" */
-    char szNetworkDrivers[256];      /* network drivers (Windows 9x) joined with ";" */
-    char szServerIPAddress[16];      /* in a remote session: the server's own IP address */
-    char szServerMACAddress[13];     /* in a remote session: the server's own MAC address, 12 hex digits */
-    char szTSClientName[51];         /* in a remote session: the client device's name */
-    char szMailClient[101];          /* registered mail clients joined with ";" */
-    char szProviders[251];           /* network providers in provider order, joined with ";" */
-    char szBrowser[201];             /* installed browsers with versions, joined with ";" */
-    char szDefaultBrowser[51];       /* name of the default browser */
-    char szIPAddress[16];            /* the station's (or remote client's) IP address */
-    char szNetworkAdapters[251];     /* network adapters joined with ";" */
-    int32_t bOutlook;                /* 1: szMailClient's source names "Outlook" */
-    int32_t bExchange;               /* 1: szMailClient's source names "Exchange" */
-    char szOS[81];                   /* operating-system description */
-    char reserved3681[27];           /* reserved */
-    char szClientName[51];           /* computer name, or the client device's name in a session */
-    char szBiosVersion[101];         /* BIOS version */
-    char szCurrentUser[51];          /* logged-on user, or the terminal-session text */
-    char szProcessorName[251];       /* processor names joined with ";" */
-    char szMonitor[51];              /* monitor description */
-    char szVideoAdapter[101];        /* video adapter description */
-    char szTSVersion[51];            /* Microsoft terminal-server product name and version */
-    char szServerName[51];           /* in a remote session: the server's computer name */
-    int32_t dwTSDefaultSrvSessions;  /* number in the variable KVTSDefaultSrvSessions */
-    int32_t dwWinFrame;              /* 1: WinFrame client session */
-    int32_t dwMetaFrame;             /* 1: MetaFrame client session */
-    int32_t dwTSClientSession;       /* 1: Terminal Services client session */
-    char szMACAddress[13];           /* the station's (or remote client's) MAC address, 12 hex digits */
-    char szDefaultPrinter[101];      /* default printer */
-    char szDefaultDomainName[51];    /* default logon domain (in a session) */
-    char szBiosDate[11];             /* BIOS date */
-    char reserved4608[4];            /* reserved */
-    char szWinUser[256];             /* Windows account name, upper case */
-    uint32_t dwSessionId;            /* Windows session of the process; written only when it could be read */
-    int32_t dwNumberOfProcessors;    /* number of logical processors */
-    int32_t dwCurrentMhz;            /* current clock of the first processor in MHz, 0 when unknown */
-    char szICAClient[21];            /* file version of the installed ICA client */
-    char szRDPClient[21];            /* file version of the installed RDP client */
-    char szVCDVersion[12];           /* version of the VCD module as decimal text, terminated */
+    char szStation[51];             /* name under which the station registers, upper case */
+    char szUserName[256];           /* user as the product knows him */
+    char szUserDisplayedName[51];   /* user's display name */
+    char reserved358[2];            /* alignment */
+    int32_t dwKeyboardType;         /* GetKeyboardType(0) */
+    int32_t dwOEMCodePage;          /* GetOEMCP() */
+    char szKeyboard[101];           /* keyboard description */
+    char szSystemIdentifier[51];    /* system identifier or machine type */
+    int32_t dwTotalMemoryMB;        /* physical memory in MB, always even */
+    char szDiskDevices[251];        /* "2 Disk X;1 Disk Y": disks of the SCSI/ESDI device keys */
+    char szCDRomDevices[251];       /* CD-ROM devices of the same keys */
+    char szTapeDevices[101];        /* tape devices of the same keys */
+    char szOtherDevices[251];       /* all other devices of the same keys */
+    char szPrinters[251];           /* printer names joined with ";" */
+    char szCDRomDrives[101];        /* CD-ROM drive roots joined with ";" */
+    char szRemovableDrives[101];    /* removable drive roots; "|PROTOCOL BUILD PRODUCT" behind them in a session */
+    char szFixedDrives[101];        /* fixed drives with label, file system, size in MB and percent free */
+    char szWorkgroup[51];           /* workgroup or LAN group */
+    char reserved1983[9];           /* one byte of alignment and eight reserved */
+    int32_t bInternetExplorer;      /* 1: szBrowser's source names "Internet Explorer" */
+    int32_t bNetscape;              /* 1: szBrowser's source names "Netscape" */
+    char szTSProduct[51];           /* Citrix product name and version */
+    char szDnsName[51];             /* DNS name of the station's address */
+    char szDefaultGateway[16];      /* default gateways joined with ";", the first 15 characters */
+    char szSubnetMask[16];          /* subnet masks joined with ";", the first 15 characters */
+    char szProtocols[251];          /* network protocols joined with ";" */
+    char szNetworkDrivers[256];     /* network drivers (Windows 9x) joined with ";" */
+    char szServerIPAddress[16];     /* in a remote session: the server's own IP address */
+    char szServerMACAddress[13];    /* in a remote session: the server's own MAC address, 12 hex digits */
+    char szTSClientName[51];        /* in a remote session: the client device's name */
+    char szMailClient[101];         /* registered mail clients joined with ";" */
+    char szProviders[251];          /* network providers in provider order, joined with ";" */
+    char szBrowser[201];            /* installed browsers with versions, joined with ";" */
+    char szDefaultBrowser[51];      /* name of the default browser */
+    char szIPAddress[16];           /* the station's (or remote client's) IP address */
+    char szNetworkAdapters[251];    /* network adapters joined with ";" */
+    int32_t bOutlook;               /* 1: szMailClient's source names "Outlook" */
+    int32_t bExchange;              /* 1: szMailClient's source names "Exchange" */
+    char szOS[81];                  /* operating-system description */
+    char reserved3681[27];          /* reserved */
+    char szClientName[51];          /* computer name, or the client device's name in a session */
+    char szBiosVersion[101];        /* BIOS version */
+    char szCurrentUser[51];         /* logged-on user, or the terminal-session text */
+    char szProcessorName[251];      /* processor names joined with ";" */
+    char szMonitor[51];             /* monitor description */
+    char szVideoAdapter[101];       /* video adapter description */
+    char szTSVersion[51];           /* Microsoft terminal-server product name and version */
+    char szServerName[51];          /* in a remote session: the server's computer name */
+    int32_t dwTSDefaultSrvSessions; /* number in the variable KVTSDefaultSrvSessions */
+    int32_t dwWinFrame;             /* 1: WinFrame client session */
+    int32_t dwMetaFrame;            /* 1: MetaFrame client session */
+    int32_t dwTSClientSession;      /* 1: Terminal Services client session */
+    char szMACAddress[13];          /* the station's (or remote client's) MAC address, 12 hex digits */
+    char szDefaultPrinter[101];     /* default printer */
+    char szDefaultDomainName[51];   /* default logon domain (in a session) */
+    char szBiosDate[11];            /* BIOS date */
+    char reserved4608[4];           /* reserved */
+    char szWinUser[256];            /* Windows account name, upper case */
+    uint32_t dwSessionId;           /* Windows session of the process; written only when it could be read */
+    int32_t dwNumberOfProcessors;   /* number of logical processors */
+    int32_t dwCurrentMhz;           /* current clock of the first processor in MHz, 0 when unknown */
+    char szICAClient[21];           /* file version of the installed ICA client */
+    char szRDPClient[21];           /* file version of the installed RDP client */
+    char szVCDVersion[12];          /* version of the VCD module as decimal text, terminated */
 } STATIONDATA;
 
 /*
@@ -100,7 +100,7 @@ typedef struct STATIONDATA {
 #if !defined(KVCSTAT_BUILD)
 __declspec(dllimport)
 #endif
-void __cdecl GetStationData(char* record);
+    void __cdecl GetStationData(char* record);
 #else
 void GetStationData(char* record);
 #endif
