@@ -57,13 +57,24 @@ HostEntry* answerHost(Machine& machine, const std::string& name, int addressType
     return &machine.state().hostAnswer->entry;
 }
 
+HostEntry* answerHost(Machine& machine, const Host& host) {
+    HostEntry* answer = answerHost(machine, host.name, host.addressType, host.addresses);
+    if (host.nullName)
+        answer->h_name = nullptr;
+    if (host.nullAddresses)
+        answer->h_addr_list = nullptr;
+    if (host.lengthSaid)
+        answer->h_length = static_cast<short>(*host.lengthSaid);
+    return answer;
+}
+
 // No name, or an empty one, means the machine itself.
 HostEntry* hostByName(Machine& machine, const char* name) {
     const StationNetwork& network = machine.station().network;
     const std::string wanted = name != nullptr && *name != '\0' ? name : network.hostName.value_or("");
     for (const Host& host : network.hosts)
         if (equalNoCase(host.hostName, wanted))
-            return answerHost(machine, host.name, host.addressType, host.addresses);
+            return answerHost(machine, host);
     return noHost(machine);
 }
 
