@@ -24,9 +24,9 @@ CString ReadLANGroup() {
     if (getInfo == nullptr || freeInfo == nullptr || getInfo(nullptr, 101, &info) != NERR_Success)
         return {};
     char group[260] = {};
-    WideCharToMultiByte(CP_ACP, 0, reinterpret_cast<const WKSTA_INFO_101*>(info)->wki101_langroup, -1, group,
-                        sizeof group, nullptr, nullptr);
-    group[sizeof group - 1] = '\0';  // a longer name fills the buffer
+    if (WideCharToMultiByte(CP_ACP, 0, reinterpret_cast<const WKSTA_INFO_101*>(info)->wki101_langroup, -1, group,
+                            sizeof group, nullptr, nullptr) == 0)
+        group[0] = '\0';  // a name that does not fit is none, and may have been written in part
     freeInfo(info);
     return group;
 }
