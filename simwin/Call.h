@@ -200,10 +200,11 @@ struct Structure {
 template <class T>
 Structure(T*) -> Structure<T>;
 
-// Room of `size` bytes for a text.
+// Room of `size` bytes for a text, which ends with a NUL or is `*length` bytes long.
 struct TextBuffer {
     char* buffer;
     std::size_t size;
+    const std::size_t* length = nullptr;
 
     struct Kept : KeptNothingOfIt {
         Kept(bool null, std::size_t s) : isNull(null), scratch(std::min(s, kLongestCopy)) {}
@@ -215,7 +216,7 @@ struct TextBuffer {
     void input(std::string&, Machine&) const {}
     void output(std::string& text, Machine&) const {
         if (buffer != nullptr && size != 0)
-            appendQuoted(text, std::string_view(buffer, strnlen(buffer, size)));
+            appendQuoted(text, std::string_view(buffer, length != nullptr ? *length : strnlen(buffer, size)));
     }
 };
 
@@ -404,16 +405,36 @@ auto watchCall(Machine& machine, const char* name, const Failure& failure, bool 
     }
 }
 
+// A failure that leaves more behind than its code.
+template <class Effect>
+struct FailureWith {
+    Failure failure;
+    Effect effect;
+};
+template <class Effect>
+FailureWith(Failure, Effect) -> FailureWith<Effect>;
+
 // Makes one call on the current machine. `answer` takes the machine and gives the call's result.
-template <auto Entry, class Answer, class... Roles>
-auto makeCall(const char* name, Failure failure, Answer&& answer, const Roles&... roles) {
+template <auto Entry, class Effect, class Answer, class... Roles>
+auto makeCall(const char* name, FailureWith<Effect> with, Answer&& answer, const Roles&... roles) {
     Machine& machine = Machine::current();
     using Result = decltype(answer(machine));
+    Failure& failure = with.failure;
     const bool fails = machine.countCall(name, failure);
-    const auto outcome = [&]() -> Result { return fails ? failedResult<Result>(machine, failure) : answer(machine); };
+    const auto outcome = [&]() -> Result {
+        if (!fails)
+            return answer(machine);
+        with.effect();
+        return failedResult<Result>(machine, failure);
+    };
     if (!machine.isWatched()) [[likely]]
         return outcome();
     return watchCall<Entry>(machine, name, failure, fails, outcome, roles...);
+}
+
+template <auto Entry, class Answer, class... Roles>
+auto makeCall(const char* name, Failure failure, Answer&& answer, const Roles&... roles) {
+    return makeCall<Entry>(name, FailureWith{failure, [] {}}, std::forward<Answer>(answer), roles...);
 }
 
 }  // namespace simwin

@@ -87,15 +87,24 @@ struct PlainText {
 }  // namespace
 
 DWORD WINAPI sim_GetEnvironmentVariableA(LPCSTR name, LPSTR buffer, DWORD size) {
+    std::size_t written = 0;
     return makeCall<sim_GetEnvironmentVariableA>(
         "GetEnvironmentVariableA", failsWithZero(ERROR_ENVVAR_NOT_FOUND),
-        [&](Machine& machine) { return getVariable(machine, name, buffer, size); }, Text{name},
-        TextBuffer{buffer, size}, Value{size});
+        [&](Machine& machine) {
+            const DWORD length = getVariable(machine, name, buffer, size);
+            written = length < size ? length : 0;
+            return length;
+        },
+        Text{name}, TextBuffer{buffer, size, &written}, Value{size});
 }
 
 int sim_KVGetEnv(const char* name, char* buffer, int size) {
+    const auto empty = [&] {
+        if (buffer != nullptr && size > 0)
+            *buffer = '\0';
+    };
     return makeCall<sim_KVGetEnv>(
-        "KVGetEnv", failsWithZero(ERROR_ENVVAR_NOT_FOUND),
+        "KVGetEnv", FailureWith{failsWithZero(ERROR_ENVVAR_NOT_FOUND), empty},
         [&](Machine& machine) { return companionGet(machine, name, buffer, size); }, Text{name},
         TextBuffer{buffer, static_cast<std::size_t>(std::max(size, 0))}, Value{size});
 }

@@ -40,7 +40,6 @@ DWORD versionSize(Machine& machine, const char* path, DWORD* handle) {
 }
 
 BOOL readVersion(Machine& machine, const char* path, DWORD size, void* data) {
-    machine.state().versionBlocks.erase(data);
     const std::string resource = resourceOf(machine, path);
     if (resource.empty())
         return FALSE;
@@ -120,6 +119,8 @@ DWORD WINAPI sim_GetFileVersionInfoSizeA(LPCSTR path, LPDWORD handle) {
 }
 
 BOOL WINAPI sim_GetFileVersionInfoA(LPCSTR path, DWORD ignored, DWORD size, LPVOID data) {
+    // Also before a failure on purpose: another block may have stood at this address.
+    Machine::current().state().versionBlocks.erase(data);
     return makeCall<sim_GetFileVersionInfoA>(
         "GetFileVersionInfoA", failsWithZero(ERROR_ACCESS_DENIED),
         [&](Machine& machine) { return readVersion(machine, path, size, data); }, Text{path}, Value{ignored},

@@ -41,6 +41,8 @@ UCHAR adapterStatus(Machine& machine, NCB& block) {
     const std::vector<std::uint8_t>& reset = machine.state().resetLanas;
     if (std::find(reset.begin(), reset.end(), block.ncb_lana_num) == reset.end())
         return NRC_ENVNOTDEF;
+    if (blockLength(block) == 0)
+        return NRC_BUFLEN;
     if (!lana->address || block.ncb_callname[0] != '*')
         return NRC_SYSTEM;
     ADAPTER_STATUS status{};
@@ -159,9 +161,12 @@ struct ControlBlock {
         appendNumber(text, static_cast<std::uint64_t>(place->ncb_lana_num));
     }
     void output(std::string& text, Machine&) const {
-        if (place->ncb_command != NCBRESET)
+        const std::size_t size = blockLength(*place);
+        if (place->ncb_command == NCBENUM)
             appendBytes(text, {reinterpret_cast<const char*>(place->ncb_buffer),
-                               std::min<std::size_t>(blockLength(*place), 6)});
+                               std::min<std::size_t>(size, place->ncb_buffer[0] + 1u)});
+        if (place->ncb_command == NCBASTAT)
+            appendBytes(text, {reinterpret_cast<const char*>(place->ncb_buffer), std::min<std::size_t>(size, 6)});
     }
 };
 

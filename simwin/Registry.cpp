@@ -22,6 +22,8 @@ std::optional<Hive> hiveOf(std::uintptr_t handle) {
             return Hive::LocalMachine;
         case 0x80000003:
             return Hive::Users;
+        case 0x80000004:
+            return Hive::PerformanceData;
         case 0x80000005:
             return Hive::CurrentConfig;
         case 0x80000006:
@@ -199,12 +201,17 @@ LSTATUS WINAPI sim_RegOpenKeyExA(HKEY key, LPCSTR subKey, DWORD options, REGSAM 
 }
 
 LSTATUS WINAPI sim_RegQueryValueExA(HKEY key, LPCSTR name, LPDWORD reserved, LPDWORD type, LPBYTE data, LPDWORD size) {
+    const bool isRead = data != nullptr && size != nullptr;
+    const DWORD room = isRead ? *size : 0;
     // A read fails because the value grew behind the caller's back, a question for the size because of its rights.
-    const Failure failure = failsWithCode(data != nullptr ? ERROR_MORE_DATA : ERROR_ACCESS_DENIED);
-    const DWORD room = data != nullptr && size != nullptr ? *size : 0;
+    const auto grow = [&] {
+        if (isRead)
+            ++*size;
+    };
     return makeCall<sim_RegQueryValueExA>(
-        "RegQueryValueExA", failure, [&](Machine& machine) { return queryValue(machine, key, name, type, data, size); },
-        Handle{key}, Text{name}, Handle{reserved}, Number{type}, ByteBuffer<LPBYTE>{data, room, size}, Number{size});
+        "RegQueryValueExA", FailureWith{failsWithCode(isRead ? ERROR_MORE_DATA : ERROR_ACCESS_DENIED), grow},
+        [&](Machine& machine) { return queryValue(machine, key, name, type, data, size); }, Handle{key}, Text{name},
+        Handle{reserved}, Number{type}, ByteBuffer<LPBYTE>{data, room, size}, Number{size});
 }
 
 LSTATUS WINAPI sim_RegEnumKeyA(HKEY key, DWORD index, LPSTR name, DWORD size) {

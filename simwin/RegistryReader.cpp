@@ -15,6 +15,8 @@ constexpr std::size_t kLargestFile = std::size_t{64} << 20;
 constexpr std::size_t kLongestKeyName = 255;
 constexpr std::size_t kLongestValueName = 16383;
 constexpr std::ptrdiff_t kDeepestKey = 512;
+constexpr std::size_t kMostKeys = 500000;
+constexpr std::size_t kMostValues = 1000000;
 constexpr std::size_t kMaximumTypeDigits = 8;
 
 constexpr std::string_view kVersion5 = "Windows Registry Editor Version 5.00";
@@ -102,6 +104,8 @@ class Reader {
         m_key = m_tree.create(path);
         if (!m_key)
             fail("the key's path has an empty piece");
+        if (m_tree.size() > kMostKeys)
+            fail("more than 500000 keys");
     }
 
     void checkPath(std::string_view path) const {
@@ -127,6 +131,8 @@ class Reader {
             fail("\"=\" is missing behind the value's name");
         m_line = withoutBlanks(m_line.substr(1));
         readData(value);
+        if (++m_values > kMostValues)
+            fail("more than 1000000 values");
         m_tree.set(*m_key, std::move(value));
     }
 
@@ -300,6 +306,7 @@ class Reader {
     bool m_isVersion5 = false;
     RegistryTree m_tree;
     std::optional<KeyId> m_key;
+    std::size_t m_values = 0;
 };
 
 }  // namespace

@@ -17,7 +17,8 @@ namespace simwin {
 // later value replaces an earlier one of the same name.
 //
 // Throws ReadError ("station/registry.reg:12: ...") for what is no export, for what removes keys or values, and
-// beyond these limits: 64 MiB, names of 255 (keys) and 16383 (values) characters, 512 levels.
+// beyond these limits: 64 MiB, names of 255 (keys) and 16383 (values) characters, 512 levels, 500000 keys, 1000000
+// values.
 RegistryTree readRegistry(std::string_view content, const std::string& fileName);
 
 }  // namespace simwin

@@ -14,11 +14,12 @@ struct NamedHive {
     std::string_view name;
 };
 
-constexpr std::array<NamedHive, 6> kHives = {{{Hive::LocalMachine, "HKEY_LOCAL_MACHINE"},
+constexpr std::array<NamedHive, 7> kHives = {{{Hive::LocalMachine, "HKEY_LOCAL_MACHINE"},
                                               {Hive::CurrentUser, "HKEY_CURRENT_USER"},
                                               {Hive::Users, "HKEY_USERS"},
                                               {Hive::CurrentConfig, "HKEY_CURRENT_CONFIG"},
                                               {Hive::DynData, "HKEY_DYN_DATA"},
+                                              {Hive::PerformanceData, "HKEY_PERFORMANCE_DATA"},
                                               {Hive::ClassesRoot, "HKEY_CLASSES_ROOT"}}};
 
 constexpr std::string_view kClasses = "SOFTWARE\\Classes";

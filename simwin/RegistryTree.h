@@ -10,7 +10,15 @@
 
 namespace simwin {
 
-enum class Hive : std::uint8_t { LocalMachine, CurrentUser, Users, CurrentConfig, DynData, ClassesRoot };
+enum class Hive : std::uint8_t {
+    LocalMachine,
+    CurrentUser,
+    Users,
+    CurrentConfig,
+    DynData,
+    PerformanceData,
+    ClassesRoot,
+};
 
 // Numbers of Windows' value types.
 enum class RegistryType : std::uint32_t {

@@ -107,9 +107,9 @@ struct Host {
     std::vector<std::string> addresses;  // raw bytes in network order; the first one's size is the answer's h_length
 
     // How an answer breaks what a resolver promises.
-    bool nullName = false;          // h_name is null
-    bool nullAddresses = false;     // h_addr_list is null
-    std::optional<int> lengthSaid;  // h_length, whatever the addresses are
+    bool nullName = false;            // h_name is null
+    bool nullAddresses = false;       // h_addr_list is null
+    std::optional<int> lengthSaid{};  // h_length, whatever the addresses are
 };
 
 struct ReverseEntry {

@@ -1,13 +1,17 @@
 #include "simwin/StationReader.h"
 
+#include <algorithm>
 #include <charconv>
 #include <fstream>
 #include <functional>
 #include <initializer_list>
 #include <iterator>
+#include <set>
+#include <span>
 #include <utility>
 
 #include "simwin/Address.h"
+#include "simwin/CallTable.h"
 #include "simwin/CodePage.h"
 #include "simwin/JsonView.h"
 #include "simwin/RegistryReader.h"
@@ -332,9 +336,33 @@ Read into(std::vector<std::string>& place) {
     };
 }
 
+bool isKnownCall(std::string_view name) {
+    const std::span<const CallEntry> table = callTable();
+    return std::any_of(table.begin(), table.end(), [name](const CallEntry& call) { return call.name == name; });
+}
+
 void readFails(const JsonView& view, std::map<std::string, std::uint32_t, std::less<>>& fails) {
-    view.eachMember(
-        [&](const std::string& call, const JsonView& value) { fails[call] = value.number<std::uint32_t>(); });
+    view.eachMember([&](const std::string& call, const JsonView& value) {
+        if (!isKnownCall(call))
+            value.fail("is no call that the module makes");
+        fails[call] = value.number<std::uint32_t>();
+        if (fails[call] == 0)
+            value.fail("is no error");
+    });
+}
+
+// "wsock32.dll" or "netapi32.dll!NetWkstaGetInfo".
+void readMissing(const JsonView& view, std::vector<std::string>& missing) {
+    view.eachItem([&](const JsonView& item) {
+        const std::string entry = item.utf8();
+        const std::size_t mark = entry.find('!');
+        const std::string_view library = std::string_view(entry).substr(0, mark);
+        if (!findLibrary(library))
+            item.fail("names no library that the module uses");
+        if (mark != std::string::npos && findCall(library, std::string_view(entry).substr(mark + 1)) == nullptr)
+            item.fail("names no function that the module looks up in that library");
+        missing.push_back(entry);
+    });
 }
 
 void readAll(const JsonView& view, Station& station) {
@@ -367,7 +395,7 @@ void readAll(const JsonView& view, Station& station) {
                   }},
                  {"vcdVersion", [&](const JsonView& value) { station.vcdVersion = value.number<int>(); }},
                  {"profile", [&](const JsonView& value) { readProfile(value, station.profile); }},
-                 {"missing", into(station.missing)},
+                 {"missing", [&](const JsonView& value) { readMissing(value, station.missing); }},
                  {"fails", [&](const JsonView& value) { readFails(value, station.fails); }},
                  {"deniedKeys", into(station.deniedKeys)}});
 }
@@ -388,17 +416,47 @@ void checkDeniedKeys(const Station& station, const std::string& fileName) {
             throw ReadError(fileName + ": /deniedKeys/" + std::to_string(i) + ": registry.reg has no such key");
 }
 
+// The parser itself takes any depth, and the last of several members of one name.
+class JsonGuard {
+  public:
+    explicit JsonGuard(const std::string& fileName) : m_fileName(fileName) {}
+
+    bool operator()(int depth, JsonView::Json::parse_event_t event, const JsonView::Json& parsed) {
+        using Event = JsonView::Json::parse_event_t;
+        if (depth > kDeepestJson)
+            throw ReadError(m_fileName + ": nested deeper than " + std::to_string(kDeepestJson) + " levels");
+        if (event == Event::object_start)
+            m_names.emplace_back();
+        else if (event == Event::object_end)
+            m_names.pop_back();
+        else if (event == Event::key && !m_names.back().insert(parsed.get<std::string>()).second)
+            throw ReadError(m_fileName + ": " + parsed.dump() + " stands twice in one object");
+        return true;
+    }
+
+  private:
+    static constexpr int kDeepestJson = 16;
+
+    const std::string& m_fileName;
+    std::vector<std::set<std::string>> m_names;
+};
+
+JsonView::Json parseJson(std::string_view content, const std::string& fileName) {
+    try {
+        return JsonView::Json::parse(content, JsonGuard(fileName));
+    } catch (const JsonView::Json::exception& error) {
+        // Without the name of the exception, which stands in brackets before the text.
+        const std::string_view what = error.what();
+        throw ReadError(fileName + ": " + std::string(what.substr(what.find("] ") + 2)));
+    }
+}
+
 }  // namespace
 
 Station parseStation(std::string_view content, const std::string& fileName) {
     if (content.size() > kLargestFile)
         throw ReadError(fileName + ": larger than 16 MiB");
-    JsonView::Json json;
-    try {
-        json = JsonView::Json::parse(content);
-    } catch (const JsonView::Json::parse_error& error) {
-        throw ReadError(fileName + ": " + error.what());
-    }
+    const JsonView::Json json = parseJson(content, fileName);
     Station station;
     readAll(JsonView(json, fileName, ""), station);
     return station;

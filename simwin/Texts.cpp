@@ -126,9 +126,10 @@ FormatSpecification takeSpecification(const char*& format) {
 }
 
 std::string digitsOf(std::uint64_t number, unsigned base, bool isUpper) {
+    const char* const hexDigits = isUpper ? "0123456789ABCDEF" : "0123456789abcdef";
     std::string digits;
     do {
-        digits.insert(digits.begin(), (isUpper ? "0123456789ABCDEF" : "0123456789abcdef")[number % base]);
+        digits.insert(digits.begin(), hexDigits[number % base]);
         number /= base;
     } while (number != 0);
     return digits;
@@ -199,13 +200,16 @@ std::string formatAll(const char* format, FormatArguments& arguments) {
 
 int WINAPI sim_WideCharToMultiByte(UINT codePage, DWORD flags, LPCWSTR text, int length, LPSTR buffer, int size,
                                    LPCSTR replacement, LPBOOL usedReplacement) {
+    std::size_t written = 0;
     return makeCall<sim_WideCharToMultiByte>(
         "WideCharToMultiByte", failsWithZero(ERROR_NO_UNICODE_TRANSLATION),
         [&](Machine& machine) {
-            return narrow(machine, codePage, {text, length, buffer, size, replacement, usedReplacement});
+            const int count = narrow(machine, codePage, {text, length, buffer, size, replacement, usedReplacement});
+            written = size != 0 ? static_cast<std::size_t>(count) : 0;
+            return count;
         },
         Value{codePage}, Value{flags}, Bytes{text, Machine::current().isWatched() ? wideBytes(text, length) : 0},
-        Value{length}, TextBuffer{buffer, static_cast<std::size_t>(std::max(size, 0))}, Value{size},
+        Value{length}, TextBuffer{buffer, static_cast<std::size_t>(std::max(size, 0)), &written}, Value{size},
         Bytes{replacement, 1}, Number{usedReplacement});
 }
 

@@ -84,6 +84,8 @@ struct NewString {
     struct Kept : KeptNothingOfIt {
         CString scratch;
         CString& argument(ReplayState&) { return scratch; }
+        // The machine's heap ends with the machine.
+        void done(ReplayState&) { scratch.Empty(); }
     };
     Kept keep(Recording&) const { return {}; }
     void input(std::string&, Machine&) const {}

@@ -1,0 +1,188 @@
+#include "simwin/RegistryReader.h"
+
+#include <gmock/gmock.h>
+
+namespace {
+
+using namespace simwin;
+using namespace std::string_literals;
+
+constexpr const char* kVersion5 = "Windows Registry Editor Version 5.00\r\n\r\n";
+constexpr const char* kVersion4 = "REGEDIT4\r\n\r\n";
+constexpr const char* kKey = "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Product]\r\n";
+
+const RegistryValue* find(const RegistryTree& tree, const char* name) {
+    const std::optional<KeyId> key = tree.find("HKEY_LOCAL_MACHINE\\SOFTWARE\\Product");
+    return key ? tree.findValue(*key, name) : nullptr;
+}
+
+struct ReadCase {
+    const char* data;
+    std::uint32_t type;
+    std::string bytes;
+};
+
+void expectRead(const char* header, const std::vector<ReadCase>& cases) {
+    for (const ReadCase& one : cases) {
+        const RegistryTree tree = readRegistry(header + std::string(kKey) + "\"Name\"=" + one.data + "\r\n", "x.reg");
+        const RegistryValue* value = find(tree, "name");
+        ASSERT_NE(value, nullptr) << one.data;
+        EXPECT_EQ(value->type, one.type) << one.data;
+        EXPECT_EQ(value->bytes, one.bytes) << one.data;
+    }
+}
+
+TEST(RegistryReader, ReadsEveryTypeOfAVersion5FileAsTheNarrowCallsSeeIt) {
+    expectRead(kVersion5, {{"\"text\"", 1, "text\0"s},
+                           {"\"\"", 1, "\0"s},
+                           {R"("C:\\a \"b\"")", 1, "C:\\a \"b\"\0"s},
+                           {"dword:0000ABcd", 4, "\xCD\xAB\0\0"s},
+                           {"dword:7", 4, "\7\0\0\0"s},
+                           {"hex:01,02,ff", 3, "\1\2\xFF"s},
+                           {"hex:", 3, ""},
+                           {"hex:1,2", 3, "\1\2"s},
+                           {"hex(0):01", 0, "\1"s},
+                           {"hex(1):41,00,42,00,00,00", 1, "AB\0"s},
+                           {"hex(2):25,00,00,00", 2, "%\0"s},
+                           {"hex(7):61,00,00,00,62,00,00,00,00,00", 7, "a\0b\0\0"s},
+                           {"hex(b):01,00,00,00,00,00,00,00", 11, "\1\0\0\0\0\0\0\0"s},
+                           {"hex(4):01,00", 4, "\1\0"s},
+                           {"hex(100000):41,00", 0x100000, "A\0"s}});
+}
+
+TEST(RegistryReader, KeepsMissingTerminatorsAndDropsHalfACharacter) {
+    expectRead(kVersion5, {{"hex(1):41,00,42,00", 1, "AB"},
+                           {"hex(1):41,00,42", 1, "A"},
+                           {"hex(1):41", 1, ""},
+                           {"hex(1):", 1, ""},
+                           {"hex(7):61,00,00,00", 7, "a\0"s},
+                           {"hex(7):61,00,00,00,62", 7, "a\0"s}});
+}
+
+TEST(RegistryReader, ReadsCodePageBytesOfAVersion4File) {
+    expectRead(kVersion4, {{"hex(1):41,42,00", 1, "AB\0"s},
+                           {"hex(7):61,00,62,00,00", 7, "a\0b\0\0"s},
+                           {"hex(2):25", 2, "%"},
+                           {"\"text\"", 1, "text\0"s}});
+}
+
+TEST(RegistryReader, JoinsContinuedLines) {
+    expectRead(kVersion5, {{"hex:01,02,\\\r\n  03,\\\r\n  04", 3, "\1\2\3\4"s},
+                           {"hex:\\\r\n  01", 3, "\1"s},
+                           {"hex:01,\\\n\\\n02", 3, "\1\2"s}});
+}
+
+TEST(RegistryReader, ReadsATextThatGoesOverALinesEnd) {
+    expectRead(kVersion5, {{"\"a\r\n  b\"", 1, "a\r\n  b\0"s}, {R"("a\r\nb")", 1, "a\r\nb\0"s}});
+}
+
+TEST(RegistryReader, PassesOverBlanksAndComments) {
+    const std::string file = std::string(kVersion5) + "; a comment\r\n  " + kKey +
+                             "\t\"A\" = dword:1 ; one\r\n\r\n\"B\"=\"b\";\r\n\"C\"=hex:01 ; bytes\r\n@=\"d\"";
+    const RegistryTree tree = readRegistry(file, "x.reg");
+    EXPECT_EQ(find(tree, "A")->bytes, "\1\0\0\0"s);
+    EXPECT_EQ(find(tree, "B")->bytes, "b\0"s);
+    EXPECT_EQ(find(tree, "C")->bytes, "\1");
+    EXPECT_EQ(find(tree, "")->bytes, "d\0"s);
+}
+
+TEST(RegistryReader, KeepsTheFirstNameAndTheLastDataOfAValue) {
+    const RegistryTree tree =
+        readRegistry(std::string(kVersion5) + kKey + "\"Name\"=\"one\"\n\"NAME\"=dword:2\n", "x.reg");
+    EXPECT_EQ(find(tree, "name")->name, "Name");
+    EXPECT_EQ(find(tree, "name")->bytes, "\2\0\0\0"s);
+    EXPECT_EQ(tree.value(*tree.find("HKEY_LOCAL_MACHINE\\SOFTWARE\\Product"), 1), nullptr);
+}
+
+TEST(RegistryReader, TakesAllEncodings) {
+    const std::string line = "\"N\xC3\xA4me\"=\"\xE2\x82\xAC\"\n";
+    const std::string utf8 = std::string(kVersion5) + kKey + line;
+    std::string utf16 = "\xFF\xFE";
+    for (const char letter : std::string(kVersion5) + kKey)
+        utf16 += std::string{letter, '\0'};
+    utf16 += "\"\0N\0\xE4\0m\0e\0\"\0=\0\"\0\xAC\x20\"\0\n\0"s;
+    const std::string codePage = std::string(kVersion4) + kKey + "\"N\xE4me\"=\"\x80\"\n";
+    for (const std::string& file : {utf8, "\xEF\xBB\xBF" + utf8, utf16, codePage}) {
+        const RegistryTree tree = readRegistry(file, "x.reg");
+        const RegistryValue* value = find(tree, "N\xC4ME");
+        ASSERT_NE(value, nullptr);
+        EXPECT_EQ(value->name, "N\xE4me");
+        EXPECT_EQ(value->bytes, "\x80\0"s);
+    }
+}
+
+TEST(RegistryReader, ReadsWhatTheCodePageDoesNotHoldAsQuestionMarks) {
+    const RegistryTree tree = readRegistry(std::string(kVersion5) + kKey + "\"Name\"=\"\xE4\xB8\xAD\"\n", "x.reg");
+    EXPECT_EQ(find(tree, "Name")->bytes, "?\0"s);
+}
+
+TEST(RegistryReader, SaysWhereAndWhatIsWrong) {
+    const std::string begin = std::string(kVersion5) + kKey;
+    struct {
+        std::string file;
+        const char* error;
+    } const cases[] = {
+        {"", "x.reg:1: the first line is neither \"Windows Registry Editor Version 5.00\" nor \"REGEDIT4\""},
+        {"regedit4", "x.reg:1: the first line is neither \"Windows Registry Editor Version 5.00\" nor \"REGEDIT4\""},
+        {begin + "[HKEY_LOCAL_MACHINE\\A", "x.reg:4: the key's closing bracket is missing"},
+        {begin + "[HKLM\\A]", "x.reg:4: the key begins with no hive's full name, such as HKEY_LOCAL_MACHINE"},
+        {begin + "[HKEY_LOCAL_MACHINEX\\A]",
+         "x.reg:4: the key begins with no hive's full name, such as HKEY_LOCAL_MACHINE"},
+        {begin + "[HKEY_LOCAL_MACHINE\\A\\\\B]", "x.reg:4: the key's path has an empty piece"},
+        {begin + "[HKEY_LOCAL_MACHINE\\A\\]", "x.reg:4: the key's path has an empty piece"},
+        {begin + "[HKEY_LOCAL_MACHINE\\]", "x.reg:4: the key's path has an empty piece"},
+        {begin + "[-HKEY_LOCAL_MACHINE\\A]",
+         "x.reg:4: a key that is to be removed; a station is described by what is there"},
+        {begin + "\"A\"=-", "x.reg:4: a value that is to be removed; a station is described by what is there"},
+        {kVersion5 + "\"A\"=\"a\""s, "x.reg:3: a value before the first key"},
+        {begin + "A=\"a\"", "x.reg:4: neither a key in brackets nor a value's name in quotes"},
+        {begin + "\"A\"\"a\"", "x.reg:4: \"=\" is missing behind the value's name"},
+        {begin + "\"A", "x.reg:4: the closing quote is missing"},
+        {begin + "\"A\"=\"a\nb\n", "x.reg:4: the closing quote is missing"},
+        {begin + "\"A\"=\"C:\\dir\"", "x.reg:4: a backslash that stands before neither \\, \", n nor r"},
+        {begin + "\"A\"=\"a\" b", "x.reg:4: something stands behind the value's data"},
+        {begin + "\"A\"=a", "x.reg:4: data that is neither a text in quotes nor dword: nor hex:"},
+        {begin + "\"A\"=", "x.reg:4: data that is neither a text in quotes nor dword: nor hex:"},
+        {begin + "\"A\"=dword:", "x.reg:4: dword: stands before no hexadecimal number of up to 8 digits"},
+        {begin + "\"A\"=dword:123456789", "x.reg:4: dword: stands before no hexadecimal number of up to 8 digits"},
+        {begin + "\"A\"=dword:1g", "x.reg:4: something stands behind the value's data"},
+        {begin + "\"A\"=hex01", "x.reg:4: \":\" is missing behind hex"},
+        {begin + "\"A\"=hex(7:01", "x.reg:4: hex( stands before no hexadecimal type number and \")\""},
+        {begin + "\"A\"=hex():01", "x.reg:4: hex( stands before no hexadecimal type number and \")\""},
+        {begin + "\"A\"=hex(100000000):01", "x.reg:4: hex( stands before no hexadecimal type number and \")\""},
+        {begin + "\"A\"=hex:01,zz", "x.reg:4: a byte is not written as hexadecimal digits"},
+        {begin + "\"A\"=hex:01 02", "x.reg:4: a comma is missing between two bytes"},
+        {begin + "\"A\"=hex:0102", "x.reg:4: a comma is missing between two bytes"},
+        {begin + "\"A\"=hex:01,\\\n  02,\\\n  xx", "x.reg:6: a byte is not written as hexadecimal digits"},
+        {begin + "\"A\"=hex:01,\\", "x.reg:4: the bytes go on behind the file's end"},
+    };
+    for (const auto& one : cases) {
+        try {
+            readRegistry(one.file, "x.reg");
+            ADD_FAILURE() << "read: " << one.file;
+        } catch (const ReadError& error) {
+            EXPECT_STREQ(error.what(), one.error);
+        }
+    }
+}
+
+std::string keyOf(std::size_t levels, std::size_t nameLength) {
+    std::string path = "[HKEY_USERS";
+    for (std::size_t i = 0; i < levels; ++i)
+        path += "\\" + std::string(nameLength, 'k');
+    return kVersion5 + path + "]\n";
+}
+
+TEST(RegistryReader, HoldsItsLimits) {
+    EXPECT_NO_THROW(readRegistry(keyOf(512, 1), "x.reg"));
+    EXPECT_NO_THROW(readRegistry(keyOf(1, 255), "x.reg"));
+    EXPECT_THROW(readRegistry(keyOf(513, 1), "x.reg"), ReadError);
+    EXPECT_THROW(readRegistry(keyOf(1, 256), "x.reg"), ReadError);
+    const auto valueOf = [](std::size_t length) {
+        return kVersion5 + std::string(kKey) + "\"" + std::string(length, 'v') + "\"=\"\"\n";
+    };
+    EXPECT_NO_THROW(readRegistry(valueOf(16383), "x.reg"));
+    EXPECT_THROW(readRegistry(valueOf(16384), "x.reg"), ReadError);
+}
+
+}  // namespace
