@@ -6,15 +6,14 @@
 // "kvenv"; the names exist for the compiler alone.
 
 extern "C" {
-// Stores value under name for the rest of the process. An empty value makes an empty variable, which exists; a
-// null value removes the variable. Non-zero when it is done; zero for a null or empty name and for one that holds
-// "=" (SetEnvironmentVariableA).
-// The texts are only read; the missing const is the library's interface.
+// Stores value under name for the rest of the process (SetEnvironmentVariableA). An empty value makes an empty
+// variable, which exists; a null value removes the variable. Non-zero when it is done; zero for a null name and for one
+// that Windows refuses. The texts are only read; the missing const is the library's interface.
 int KVSetEnv(char* name, char* value);
 
-// Fills buffer, size bytes long, with the value of name: non-zero when the variable exists, also with an empty
-// value, zero when it does not (GetEnvironmentVariableA). A value of size bytes or more arrives cut to size - 1.
-// The buffer always ends terminated, and empty when the variable does not exist. A null buffer or a size below 1
-// only asks whether the variable exists.
+// Fills buffer, size bytes long, with the value of name (GetEnvironmentVariableA): non-zero when the variable exists,
+// also with an empty value, zero when it does not. A value of size bytes or more arrives cut to size - 1. The buffer
+// always ends terminated, and empty when the variable does not exist. A null buffer or a size below 1 only asks whether
+// the variable exists.
 int KVGetEnv(const char* name, char* buffer, int size);
 }

@@ -49,8 +49,10 @@ extern "C" void KVGetDomainName(CString& name) {
     if (NetGetJoinInformation(nullptr, &joined, &status) != NERR_Success || joined == nullptr)
         return;
     char domain[kNameSize] = {};
-    if (status == NetSetupDomainName)
-        WideCharToMultiByte(CP_ACP, 0, joined, -1, domain, kNameSize - 1, nullptr, nullptr);
+    // A name that does not fit is left half-written.
+    const bool whole = status == NetSetupDomainName &&
+                       WideCharToMultiByte(CP_ACP, 0, joined, -1, domain, kNameSize - 1, nullptr, nullptr) > 0;
     NetApiBufferFree(joined);
-    Assign(name, domain);
+    if (whole)
+        Assign(name, domain);
 }

@@ -12,8 +12,8 @@ extern "C" {
 // has another source for the name turns to it on zero.
 int KVGetUserName(CString& name);
 
-// The user's name in a directory service below the context. Windows brings no such service and a directory's own
-// client library is needed to ask one, so this library always returns zero and leaves the name as it was.
+// The user's name in the network's directory service, below the context. Such a service is asked through a client
+// library of its own, which Windows does not bring, so this library always returns zero and leaves the name as it was.
 int KVNDSWhoAmI(const char* context, CString& name);
 
 // The domain that the machine is joined to, by its short name such as "LAB" (NetGetJoinInformation). The name ends

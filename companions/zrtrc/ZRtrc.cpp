@@ -24,17 +24,6 @@ class Variable {
     bool m_isSet;
 };
 
-// Sending to the debugger costs an exception even where nobody listens. A viewer of debug output, which need not be a
-// debugger, shows itself by this event.
-bool IsDebugOutputWatched() noexcept {
-    if (IsDebuggerPresent())
-        return true;
-    HANDLE viewer = OpenEventA(SYNCHRONIZE, FALSE, "DBWIN_BUFFER_READY");
-    if (viewer != nullptr)
-        CloseHandle(viewer);
-    return viewer != nullptr;
-}
-
 TraceTime LocalTime() noexcept {
     SYSTEMTIME now;
     GetLocalTime(&now);
@@ -43,8 +32,10 @@ TraceTime LocalTime() noexcept {
 
 void Trace(int level, const char* component, const char* format, va_list arguments) noexcept {
     const Variable<MAX_PATH> file("KVTraceFile");
-    const bool watched = IsDebugOutputWatched();
-    if ((file.Value() == nullptr && !watched) || !IsLevelTraced(level, Variable<16>("KVTraceLevel").Value()))
+    // Without a debugger, the output would go to whatever viewer of debug output there is, and a viewer that has
+    // stopped holds up every line for ten seconds.
+    const bool debugged = IsDebuggerPresent() != FALSE;
+    if ((file.Value() == nullptr && !debugged) || !IsLevelTraced(level, Variable<16>("KVTraceLevel").Value()))
         return;
 
     // A longer text is cut without a terminator, which the last byte then is.
@@ -52,7 +43,7 @@ void Trace(int level, const char* component, const char* format, va_list argumen
     _vsnprintf(text, sizeof text - 1, format, arguments);
     char line[kTraceLineSize];
     const std::size_t length = FormatTraceLine({LocalTime(), GetCurrentProcessId(), level, component, text}, line);
-    if (watched)
+    if (debugged)
         OutputDebugStringA(line);
     if (file.Value() != nullptr)
         AppendTraceLine(file.Value(), line, length);

@@ -2,12 +2,12 @@
 
 // ZRtrc64.dll: the product's trace lines.
 //
-// A line goes to the debugger (or a viewer of debug output) and to the file that the environment variable KVTraceFile
-// names, when its level is at most the number in KVTraceLevel; without that variable every level goes. Both variables
-// are read at each call, so that tracing can begin and end while the process runs.
+// A line goes to the debugger, when the process runs under one, and to the file that the environment variable
+// KVTraceFile names, when its level is at most the number in KVTraceLevel; without that variable every level goes. Both
+// variables are read at each call, so that tracing can begin and end while the process runs.
 
-// The text is formatted by Microsoft's C runtime (_vsnprintf of msvcrt.dll), whose formats GCC calls ms_printf: 64-bit
-// numbers are %I64d, and %ld is a 32-bit number.
+// The text is formatted by Microsoft's C runtime (_vsnprintf of msvcrt.dll), whose formats GCC calls ms_printf: %ld is
+// a 32-bit number and there is no %zu.
 #if defined(__MINGW32__) && !defined(__clang__)
 #define ZRTRC_FORMAT __attribute__((format(ms_printf, 3, 4)))
 #elif defined(__GNUC__)
@@ -18,8 +18,8 @@
 
 extern "C" {
 // Traces one line: level is a small number, higher for more detail; component names the module, such as
-// "KelVor - Station registration (client)"; format and what follows make the text. One newline at the end of the
-// text is dropped and other control characters are escaped, so that one call is one line. Texts are cut at 2047
-// bytes. Never fails, and leaves GetLastError as it was.
+// "KelVor - Station registration (client)"; format and what follows make the text. One line end at the end of the text
+// is dropped and other control characters are escaped, so that one call is one line. A line is cut at 4095 bytes. Never
+// fails, and leaves GetLastError as it was.
 ZRTRC_FORMAT void ZRTrace(int level, const char* component, const char* format, ...);
 }
