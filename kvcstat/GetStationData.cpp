@@ -26,8 +26,7 @@ struct Collectors {
     CString cUserName;
 };
 
-// The collector stays allocated when the run is over, one for each call: other modules of the product may still hold
-// what it lists.
+// The collector is left allocated on purpose, one for each call, with all that it owns.
 CHardwareInformation* CollectHardware(Collectors& collectors) {
     auto* hardware = new CHardwareInformation(&collectors.os);
     hardware->m_cUserName = collectors.cUserName;
