@@ -1,0 +1,79 @@
+// ZRtrc64.dll: the file that trace lines go to.
+#include "tests/wine/LoadedModule.h"
+#include "tests/wine/TraceFixture.h"
+
+namespace {
+
+using testing::ElementsAre;
+using testing::EndsWith;
+using testing::IsEmpty;
+
+TEST_F(Trace, AddsToWhatTheFileHolds) {
+    std::ofstream(m_file, std::ios::binary) << "kept): \r\n";
+    ZRTrace(2, kComponent, "added");
+    EXPECT_THAT(Texts(), ElementsAre("\r", "added\r"));
+}
+
+TEST_F(Trace, WritesNothingWhenNoFileIsNamed) {
+    for (const char* name : {static_cast<const char*>(nullptr), ""}) {
+        SetEnvironmentVariableA("KVTraceFile", name);
+        ZRTrace(2, kComponent, "text");
+    }
+    EXPECT_FALSE(HasFile());
+}
+
+TEST_F(Trace, LeavesAFileAloneThatCannotBeWritten) {
+    SetEnvironmentVariableA("KVTraceFile", "C:\\no such folder\\trace.log");
+    ZRTrace(2, kComponent, "text");
+    SetEnvironmentVariableA("KVTraceFile", std::string(2000, 'x').c_str());
+    ZRTrace(2, kComponent, "text");
+    EXPECT_THAT(Lines(), IsEmpty());
+}
+
+TEST_F(Trace, KeepsNoHandleOfTheFile) {
+    ZRTrace(2, kComponent, "before");
+    EXPECT_TRUE(DeleteFileA(m_file.c_str()));
+    EXPECT_FALSE(HasFile());
+    ZRTrace(2, kComponent, "after");
+    EXPECT_THAT(Texts(), ElementsAre("after\r"));
+}
+
+TEST_F(Trace, LetsOthersReadTheFileMeanwhile) {
+    ZRTrace(2, kComponent, "one");
+    std::ifstream reader(m_file, std::ios::binary);
+    ZRTrace(2, kComponent, "two");
+    std::string first;
+    std::string second;
+    std::getline(reader, first);
+    std::getline(reader, second);
+    EXPECT_THAT(second, EndsWith("two\r"));
+}
+
+TEST_F(Trace, WritesThoughAnotherWriterIsHeldUp) {
+    HANDLE file = CreateFileA(m_file.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_ALWAYS,
+                              FILE_ATTRIBUTE_NORMAL, nullptr);
+    OVERLAPPED place = {};
+    place.OffsetHigh = 0x7FFFFFFF;
+    ASSERT_TRUE(LockFileEx(file, LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY, 0, 1, 0, &place));
+    ZRTrace(2, kComponent, "text");
+    CloseHandle(file);
+    EXPECT_THAT(Texts(), ElementsAre("text\r"));
+}
+
+HANDLE WINAPI CreateFileWithoutReading(const char* name, DWORD access, DWORD share, SECURITY_ATTRIBUTES* attributes,
+                                       DWORD disposition, DWORD flags, HANDLE pattern) {
+    if ((access & FILE_READ_DATA) != 0) {
+        SetLastError(ERROR_ACCESS_DENIED);
+        return INVALID_HANDLE_VALUE;
+    }
+    return CreateFileA(name, access, share, attributes, disposition, flags, pattern);
+}
+
+TEST_F(Trace, WritesAFileThatMayOnlyBeAppendedTo) {
+    const ImportOverride rights(GetModuleHandleA("ZRtrc64.dll"), "kernel32.dll", "CreateFileA",
+                                CreateFileWithoutReading);
+    ZRTrace(2, kComponent, "text");
+    EXPECT_THAT(Texts(), ElementsAre("text\r"));
+}
+
+}  // namespace
