@@ -65,16 +65,18 @@ TEST_F(UserIdentityTest, DictatedNameIsKeptInItsLetterCaseAndNothingElseIsAskedF
     EXPECT_EQ(Collect(), "John.Doe");
     EXPECT_STREQ(user->m_cWinUser, "LAB\\JDOE");
     EXPECT_STREQ(user->m_cUserDisplayedName, "John Doe");
-    EXPECT_THAT(Trace(), ElementsAre(Pair(2, "KVUser='John.Doe'\n"), Pair(2, "m_cUserName='John.Doe'\n"),
-                                     Pair(2, "m_cWinUser='LAB\\JDOE'\n"), Pair(2, "m_cUserDisplayedName='John Doe'\n")));
+    EXPECT_THAT(Trace(),
+                ElementsAre(Pair(2, "KVUser='John.Doe'\n"), Pair(2, "m_cUserName='John.Doe'\n"),
+                            Pair(2, "m_cWinUser='LAB\\JDOE'\n"), Pair(2, "m_cUserDisplayedName='John Doe'\n")));
     ExpectEverythingClosed();
 }
 
 TEST_F(UserIdentityTest, WithoutAnyVariableTheWindowsAccountIsTheName) {
     EXPECT_EQ(Collect(), "JDOE");
-    EXPECT_THAT(Trace(), ElementsAre(Pair(2, "KVUser=''\n"), Pair(2, "KVUSERNAMETYPE=''\n"),
-                                     Pair(2, "KVUSERTYPE_WINDOWS"), Pair(2, "m_cUserName='JDOE'\n"),
-                                     Pair(2, "m_cWinUser='LAB\\JDOE'\n"), Pair(2, "m_cUserDisplayedName='John Doe'\n")));
+    EXPECT_THAT(Trace(),
+                ElementsAre(Pair(2, "KVUser=''\n"), Pair(2, "KVUSERNAMETYPE=''\n"), Pair(2, "KVUSERTYPE_WINDOWS"),
+                            Pair(2, "m_cUserName='JDOE'\n"), Pair(2, "m_cWinUser='LAB\\JDOE'\n"),
+                            Pair(2, "m_cUserDisplayedName='John Doe'\n")));
     ExpectEverythingClosed();
 }
 
@@ -83,7 +85,7 @@ TEST_F(UserIdentityTest, FirstCharacterOfTheUserTypeChoosesTheSource) {
         const char* userType;
         const char* name;
     } rows[] = {
-        {"0", "JDOE"},    {"1", "NETJDOE"},       {"2", "CN=JDOE.O=LAB"},        {"", "JDOE"},    {"3", "JDOE"},
+        {"0", "JDOE"},     {"1", "NETJDOE"},         {"2", "CN=JDOE.O=LAB"},  {"", "JDOE"},   {"3", "JDOE"},
         {"1x", "NETJDOE"}, {"2nd", "CN=JDOE.O=LAB"}, {"21", "CN=JDOE.O=LAB"}, {" 1", "JDOE"}, {"x2", "JDOE"},
     };
     for (const auto& row : rows)
