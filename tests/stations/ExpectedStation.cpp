@@ -76,6 +76,10 @@ void compare(std::vector<std::string>& lines, const std::string& what, const Fie
 void compareRecords(std::vector<std::string>& lines, const ExpectedStation& expected, const std::string& record) {
     for (std::size_t i = 0; i < std::size(kFields); ++i)
         compare(lines, kFields[i].name, expected.record[i].second, valueOf(kFields[i], record));
+    const std::string bytes = recordBytes(expected);
+    const auto [wanted, other] = std::mismatch(bytes.begin(), bytes.end(), record.begin(), record.end());
+    if (wanted != bytes.end() || other != record.end())
+        lines.push_back("record: the bytes differ from offset " + std::to_string(wanted - bytes.begin()) + " on");
 }
 
 void compareEnvironments(std::vector<std::string>& lines, const std::vector<simwin::Variable>& expected,
@@ -134,6 +138,15 @@ ExpectedStation readContent(const Json& content) {
     return expected;
 }
 
+void putValue(std::string& record, const Field& field, const FieldValue& value) {
+    if (const auto* text = std::get_if<std::string>(&value)) {
+        text->copy(record.data() + field.offset, field.width);
+        return;
+    }
+    const auto number = static_cast<std::uint32_t>(std::get<std::int64_t>(value));
+    std::memcpy(record.data() + field.offset, &number, sizeof number);
+}
+
 }  // namespace
 
 ExpectedStation readExpectedStation(const std::filesystem::path& folder) {
@@ -145,6 +158,13 @@ ExpectedStation readExpectedStation(const std::filesystem::path& folder) {
     } catch (const Json::exception& error) {
         throw std::runtime_error(path.string() + ": " + error.what());
     }
+}
+
+std::string recordBytes(const ExpectedStation& expected) {
+    std::string record(KVCSTAT_RECORD_SIZE, '\0');
+    for (std::size_t i = 0; i < std::size(kFields); ++i)
+        putValue(record, kFields[i], expected.record[i].second);
+    return record;
 }
 
 std::vector<std::string> differences(const ExpectedStation& expected, const CollectedStation& found) {

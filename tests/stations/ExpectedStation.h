@@ -24,6 +24,9 @@ struct ExpectedStation {
 // Throws std::runtime_error that names the file, when it is not as docs/stations.md says.
 ExpectedStation readExpectedStation(const std::filesystem::path& folder);
 
+// All bytes of the record: the run writes nothing but zeros behind a text, and nothing into the reserved areas.
+std::string recordBytes(const ExpectedStation& expected);
+
 // What one collection on a station gave.
 struct CollectedStation {
     std::string record;  // the bytes of the record, which was cleared before

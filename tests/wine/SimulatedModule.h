@@ -1,0 +1,34 @@
+// The real kvcstat64.dll on a simulated machine: what it imports and what it looks up is answered by simwin.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "redirect/Redirection.h"
+#include "simwin/Machine.h"
+#include "tests/stations/ExpectedStation.h"
+#include "tests/wine/StationModule.h"
+
+namespace kvtest {
+
+class SimulatedModule {
+  public:
+    SimulatedModule();
+
+    bool IsLoaded() const { return m_module.IsLoaded(); }
+    // One call on a cleared record. The machine's answers and what it saw are this call's and those before it.
+    CollectedStation Collect(simwin::Machine& machine);
+    // The same without a look at standard output, for calls in great number.
+    void CollectInto(char* record, simwin::Machine& machine) const;
+
+    // What the library would still ask of the real platform.
+    const std::vector<redirect::Import>& Unanswered() const { return m_redirection->untouched(); }
+
+  private:
+    StationModule m_module;
+    std::optional<redirect::Redirection> m_redirection;  // none when the library is not loaded; goes before it does
+    GuardedRecord m_record;
+};
+
+}  // namespace kvtest
