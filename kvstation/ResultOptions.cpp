@@ -4,6 +4,7 @@
 
 #include "kvstation/Errors.h"
 #include "kvstation/Files.h"
+#include "kvstation/HtmlView.h"
 #include "kvstation/JsonView.h"
 #include "kvstation/Output.h"
 #include "kvstation/Similar.h"
@@ -47,11 +48,14 @@ void addResultOptions(CLI::App& command, ResultOptions& options) {
     field->type_name("NAME")->excludes(json)->check(checkFieldName);
     CLI::Option* all = command.add_flag("--all", options.all, "Print the empty fields too");
     all->excludes(json)->excludes(field);
+    command.add_option("--html", options.html, "Write a page to FILE")->type_name("FILE");
     command.add_option("--raw", options.raw, "Write the record's bytes to FILE")->type_name("FILE");
 }
 
 void giveOut(const Report& report, const ResultOptions& options) {
-    const bool writesFiles = !options.raw.empty();
+    const bool writesFiles = !options.html.empty() || !options.raw.empty();
+    if (!options.html.empty())
+        writeFile(options.html, htmlView(report));
     if (!options.raw.empty())
         writeRaw(report, options.raw);
     if (options.json || options.all || !options.field.empty() || !writesFiles)

@@ -1,0 +1,170 @@
+#include "kvstation/HtmlView.h"
+
+#include <algorithm>
+#include <cstdio>
+
+#include "kvstation/FixedDrives.h"
+#include "kvstation/HtmlMap.h"
+#include "kvstation/HtmlStyle.h"
+#include "kvstation/HtmlText.h"
+
+namespace kvstation {
+namespace {
+
+std::string textAt(const Record& record, std::string_view field) { return record.at(field).text; }
+
+std::string stationName(const Record& record) {
+    for (const char* field : {"szStation", "szClientName", "szDnsName"})
+        if (!textAt(record, field).empty())
+            return textAt(record, field);
+    return "Unnamed station";
+}
+
+std::string head(const std::string& name) {
+    return "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
+           "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n"
+           "<meta http-equiv=\"Content-Security-Policy\" content=\"default-src 'none'; style-src 'unsafe-inline'\">\n"
+           "<title>" +
+           escapeHtml(name) + " - station record</title>\n<style>" + kPageStyle + "</style>\n</head>\n<body>\n";
+}
+
+// A card's first text that is not empty stands large, the others below it.
+std::string card(const char* label, std::initializer_list<std::string> texts) {
+    std::string html;
+    for (const std::string& text : texts)
+        if (!text.empty())
+            html += (html.empty() ? "<dd class=\"main\">" : "<dd>") + escapeHtml(text) + "</dd>";
+    return std::string("<div><dt>") + label + "</dt>" + (html.empty() ? "<dd class=\"main\">unknown</dd>" : html) +
+           "</div>\n";
+}
+
+// "005056AB12CD" as "00-50-56-AB-12-CD"; what is no such address stays.
+std::string readableMac(const std::string& mac) {
+    const bool isHex = mac.find_first_not_of("0123456789ABCDEFabcdef") == std::string::npos;
+    if (mac.size() != 12 || !isHex)
+        return mac;
+    std::string readable;
+    for (std::size_t i = 0; i < mac.size(); i += 2)
+        readable += (i == 0 ? "" : "-") + mac.substr(i, 2);
+    return readable;
+}
+
+std::string kindOfSession(const Record& record) {
+    if (record.at("dwMetaFrame").number != 0)
+        return "MetaFrame client";
+    if (record.at("dwTSClientSession").number != 0)
+        return "Terminal Services client";
+    if (record.at("dwWinFrame").number != 0)
+        return "WinFrame client";
+    return "At the station itself";
+}
+
+std::string labelled(const char* label, const std::string& text) { return text.empty() ? "" : label + text; }
+
+std::string glance(const Report& report) {
+    const Record& record = report.record;
+    return "<dl class=\"glance\">\n" +
+           card("User", {textAt(record, "szUserDisplayedName"), textAt(record, "szUserName"),
+                         labelled("Windows account ", textAt(record, "szWinUser"))}) +
+           card("Address", {textAt(record, "szIPAddress"), readableMac(textAt(record, "szMACAddress")),
+                            textAt(record, "szDnsName")}) +
+           card("Windows", {report.product, textAt(record, "szOS")}) +
+           card("Session", {kindOfSession(record), "session " + std::to_string(record.at("dwSessionId").number),
+                            labelled("client ", textAt(record, "szTSClientName")),
+                            labelled("server ", textAt(record, "szServerName"))}) +
+           "</dl>\n";
+}
+
+std::string readableSize(std::int64_t megabytes) {
+    char text[64];
+    if (megabytes < 1024)
+        std::snprintf(text, sizeof text, "%lld MB", static_cast<long long>(megabytes));
+    else
+        std::snprintf(text, sizeof text, "%.1f GB", static_cast<double>(megabytes) / 1024);
+    return text;
+}
+
+std::string driveBar(const FixedDrive& drive) {
+    std::string html = std::string("<li><p><strong>") + drive.letter + ": " + escapeHtml(drive.label) + "</strong><span>" +
+                       escapeHtml(drive.fileSystem);
+    if (!drive.hasSize())
+        return html + " size unknown</span></p></li>\n";
+    const std::string used = std::to_string(100 - drive.percentFree);
+    return html + " " + readableSize(drive.totalMB) + ", " + std::to_string(drive.percentFree) +
+           "% free</span></p><div class=\"bar\" role=\"img\" aria-label=\"" + used + "% used\"><b style=\"width:" + used +
+           "%\"></b></div></li>\n";
+}
+
+std::string driveBars(const Record& record) {
+    std::string html;
+    for (const FixedDrive& drive : parseFixedDrives(textAt(record, "szFixedDrives")).drives)
+        html += driveBar(drive);
+    return html.empty() ? "" : "<ul class=\"drives\">\n" + html + "</ul>\n";
+}
+
+// Lists have an item in each line.
+std::string shownValue(const std::string& text) {
+    std::string html;
+    std::size_t begin = 0;
+    for (std::size_t end = text.find(';'); end != std::string::npos; end = text.find(';', begin)) {
+        html += escapeHtml(text.substr(begin, end + 1 - begin)) + "\n";
+        begin = end + 1;
+    }
+    return html + escapeHtml(text.substr(begin));
+}
+
+std::string fieldRow(const Record& record, std::size_t index) {
+    const Field& field = fields()[index];
+    const std::string name(field.name);
+    return "<div id=\"" + name + "\"><dt><code>" + name + "</code><small>" + escapeHtml(field.meaning) +
+           "</small></dt><dd><span class=\"value\">" + shownValue(record.textOf(index)) + "</span><small>" +
+           placeOf(field, record[index]) + "</small></dd></div>\n";
+}
+
+std::string emptyField(const Field& field) {
+    const std::string name(field.name);
+    return "<code id=\"" + name + "\" title=\"" + escapeHtml(field.meaning) + "\">" + name + "</code>";
+}
+
+std::string groupSection(const Record& record, std::string_view group) {
+    std::string found;
+    std::string empty;
+    for (std::size_t i = 0; i < fields().size(); ++i) {
+        if (fields()[i].group != group)
+            continue;
+        if (record.isEmpty(i))
+            empty += (empty.empty() ? "" : ", ") + emptyField(fields()[i]);
+        else
+            found += fieldRow(record, i);
+    }
+    return "<section class=\"" + groupClass(group) + "\"><h2><i></i>" + std::string(group) + "</h2>\n" +
+           (group == "Drives" ? driveBars(record) : "") +
+           (found.empty() ? "" : "<dl class=\"fields\">\n" + found + "</dl>\n") +
+           (empty.empty() ? "" : "<p class=\"nothing\">Empty or 0: " + empty + "</p>\n") + "</section>\n";
+}
+
+std::string legend() {
+    std::string html = "<ul class=\"legend\">";
+    for (const std::string_view group : groups())
+        html += "<li><i class=\"" + groupClass(group) + "\"></i>" + std::string(group) + "</li>";
+    return html + "</ul>\n";
+}
+
+std::string foot(const std::string& origin) {
+    return "<footer>Record of " + escapeHtml(origin) + ", made with kvstation " KVSTATION_VERSION "</footer>\n</body>\n</html>\n";
+}
+
+}  // namespace
+
+std::string htmlView(const Report& report) {
+    const std::string name = stationName(report.record);
+    const std::string& product = report.product;
+    std::string html = head(name) + "<h1>" + escapeHtml(name) + "</h1>\n<p>" +
+                       (product.empty() ? "" : escapeHtml(product) + ", ") + "workstation record</p>\n" + glance(report);
+    for (const std::string_view group : groups())
+        html += groupSection(report.record, group);
+    html += "<section><h2>The record's bytes</h2>\n" + legend() + mapOfBytes(report.record) + "</section>\n";
+    return html + foot(report.origin);
+}
+
+}  // namespace kvstation

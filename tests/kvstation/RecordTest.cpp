@@ -1,0 +1,51 @@
+#include "kvstation/Record.h"
+
+#include <gtest/gtest.h>
+
+#include "Samples.h"
+
+namespace kvstation {
+namespace {
+
+TEST(Record, TextsEndAtTheirFirstZero) {
+    RecordBytes bytes{};
+    put(bytes, 0, std::string_view("PC\0LAB", 6));
+    EXPECT_EQ(Record(bytes).at("szStation").text, "PC");
+}
+
+TEST(Record, TextWithoutZeroEndsWithItsField) {
+    RecordBytes bytes;
+    bytes.fill('x');
+    const Record record(bytes);
+    EXPECT_EQ(record.at("szStation").text, std::string(51, 'x'));
+    EXPECT_EQ(record.at("szVCDVersion").text, std::string(12, 'x'));
+}
+
+TEST(Record, NumbersAreLittleEndianAndSigned) {
+    RecordBytes bytes{};
+    put(bytes, 360, {"\x04\x03\x02\x01", 4});
+    put(bytes, 520, {"\xFF\xFF\xFF\xFF", 4});
+    const Record record(bytes);
+    EXPECT_EQ(record.at("dwKeyboardType").number, 0x01020304);
+    EXPECT_EQ(record.at("dwTotalMemoryMB").number, -1);
+}
+
+TEST(Record, SessionIdIsUnsigned) {
+    RecordBytes bytes{};
+    put(bytes, 4868, {"\xFF\xFF\xFF\xFF", 4});
+    EXPECT_EQ(Record(bytes).at("dwSessionId").number, 4294967295);
+}
+
+TEST(Record, ZeroIsEmptyExceptForTheSession) {
+    const Record record{RecordBytes{}};
+    for (std::size_t i = 0; i < fields().size(); ++i)
+        EXPECT_EQ(record.isEmpty(i), fields()[i].name != "dwSessionId") << fields()[i].name;
+}
+
+TEST(Record, EveryGroupOfTheTableIsShown) {
+    for (const Field& field : fields())
+        EXPECT_NE(std::ranges::find(groups(), field.group), groups().end()) << field.group;
+}
+
+}  // namespace
+}  // namespace kvstation
