@@ -1,56 +1,45 @@
 #include "framework/String.h"
 
 #include <cstdarg>
-#include <cstdint>
 #include <cstdio>
 #include <cstring>
 #include <new>
 #include <utility>
 
 #include "framework/CRuntime.h"
-#include "framework/Windows.h"
+#include "framework/StringData.h"
 
 namespace {
 
-// Stands right before the characters.
-struct Header {
-    std::int32_t references;  // -1: the shared empty text, never counted and never released
-    std::uint32_t length;     // characters in use
-    std::uint32_t capacity;   // characters that fit, without the terminator
-};
+constexpr std::size_t kLongest = 0x7FFFFFFF - sizeof(StringData) - 1;
 
-struct EmptyText {
-    Header header;
-    char terminator[4];
-};
-EmptyText g_empty = {{-1, 0, 0}, {}};
-
-constexpr std::size_t kLongest = 0x7FFFFFFF - sizeof(Header) - 1;
-
-Header* HeaderOf(char* data) noexcept {
-    return reinterpret_cast<Header*>(data) - 1;
-}
-char* DataOf(Header* header) noexcept {
-    return reinterpret_cast<char*>(header + 1);
-}
 const char* OrEmpty(const char* text) noexcept {
     return text != nullptr ? text : "";
 }
 
-char* Allocate(std::size_t capacity) {
-    if (capacity > kLongest)
-        throw std::bad_alloc();
-    void* block = HeapAlloc(GetProcessHeap(), 0, sizeof(Header) + capacity + 1);
-    if (block == nullptr)
-        throw std::bad_alloc();
-    auto* header = new (block) Header{1, 0, static_cast<std::uint32_t>(capacity)};
-    DataOf(header)[0] = '\0';
-    return DataOf(header);
+char* EmptyText() noexcept {
+    return GetStringManager().GetNilString()->Text();
 }
 
-void SetLength(char* data, std::size_t length) noexcept {
-    HeaderOf(data)->length = static_cast<std::uint32_t>(length);
-    data[length] = '\0';
+bool IsEmptyText(char* text) noexcept {
+    return StringData::Of(text) == GetStringManager().GetNilString();
+}
+
+char* Allocate(std::size_t capacity) {
+    StringData* data =
+        capacity <= kLongest ? GetStringManager().Allocate(static_cast<int>(capacity), sizeof(char)) : nullptr;
+    if (data == nullptr)
+        throw std::bad_alloc();
+    return data->Text();
+}
+
+void SetLength(char* text, std::size_t length) noexcept {
+    StringData::Of(text)->length = static_cast<int>(length);
+    text[length] = '\0';
+}
+
+std::size_t CapacityOf(char* text) noexcept {
+    return static_cast<std::size_t>(StringData::Of(text)->capacity);
 }
 
 bool IsWhiteSpace(char character) noexcept {
@@ -59,7 +48,7 @@ bool IsWhiteSpace(char character) noexcept {
 
 }  // namespace
 
-CString::CString() noexcept : m_pszData(DataOf(&g_empty.header)) {}
+CString::CString() noexcept : m_pszData(EmptyText()) {}
 
 CString::CString(const char* text) : CString() {
     *this = text;
@@ -71,8 +60,8 @@ CString::CString(const char* text, int length) : CString() {
 }
 
 CString::CString(const CString& other) noexcept : m_pszData(other.m_pszData) {
-    if (HeaderOf(m_pszData)->references >= 0)
-        ++HeaderOf(m_pszData)->references;
+    if (!IsEmptyText(m_pszData))
+        ++StringData::Of(m_pszData)->references;
 }
 
 CString::CString(CString&& other) noexcept : CString() {
@@ -100,12 +89,12 @@ CString& CString::operator=(const char* text) {
 }
 
 int CString::GetLength() const noexcept {
-    return static_cast<int>(HeaderOf(m_pszData)->length);
+    return StringData::Of(m_pszData)->length;
 }
 
 void CString::Empty() noexcept {
     Release();
-    m_pszData = DataOf(&g_empty.header);
+    m_pszData = EmptyText();
 }
 
 CString& CString::operator+=(const char* text) {
@@ -210,7 +199,7 @@ void CString::Assign(const char* text, std::size_t length) {
         Empty();
         return;
     }
-    if (HeaderOf(m_pszData)->references != 1 || HeaderOf(m_pszData)->capacity < length) {
+    if (StringData::Of(m_pszData)->references != 1 || CapacityOf(m_pszData) < length) {
         char* data = Allocate(length);
         std::memcpy(data, text, length);
         Release();
@@ -224,8 +213,8 @@ void CString::Assign(const char* text, std::size_t length) {
 void CString::Append(const char* text, std::size_t length) {
     if (length == 0)
         return;
-    const std::size_t before = HeaderOf(m_pszData)->length;
-    if (HeaderOf(m_pszData)->references != 1 || HeaderOf(m_pszData)->capacity - before < length) {
+    const std::size_t before = static_cast<std::size_t>(GetLength());
+    if (StringData::Of(m_pszData)->references != 1 || CapacityOf(m_pszData) - before < length) {
         // Half as much again, so that a list built item by item is not copied for every item.
         char* data = Allocate(before + length + (before + length) / 2);
         std::memcpy(data, m_pszData, before);
@@ -239,8 +228,8 @@ void CString::Append(const char* text, std::size_t length) {
 }
 
 char* CString::Unshare() {
-    if (HeaderOf(m_pszData)->references > 1) {
-        const std::size_t length = HeaderOf(m_pszData)->length;
+    if (!IsEmptyText(m_pszData) && StringData::Of(m_pszData)->references > 1) {
+        const std::size_t length = static_cast<std::size_t>(GetLength());
         char* data = Allocate(length);
         std::memcpy(data, m_pszData, length);
         SetLength(data, length);
@@ -251,9 +240,10 @@ char* CString::Unshare() {
 }
 
 void CString::Release() noexcept {
-    Header* header = HeaderOf(m_pszData);
-    if (header->references > 0 && --header->references == 0)
-        HeapFree(GetProcessHeap(), 0, header);
+    StringData* data = StringData::Of(m_pszData);
+    // By the block's own manager: another library may have filled the string.
+    if (!IsEmptyText(m_pszData) && --data->references <= 0)
+        data->manager->Free(data);
 }
 
 CString operator+(const CString& left, const char* right) {

@@ -4,9 +4,9 @@
 
 // A narrow text in the ANSI code page, reference-counted: a copy shares the buffer until one of the two changes.
 //
-// The object is one pointer to the characters, which are always terminated. Behind the scenes a header stands before
-// them, and both come from the process heap (GetProcessHeap), so that a companion DLL that holds this class too can
-// fill a string of ours and either side can release it. Lengths and positions are bytes, without the terminator.
+// The object is one pointer to the characters, which are always terminated. A header stands before them
+// (framework/StringData.h), and both come from the process heap, so that a companion DLL can fill a string of ours and
+// either side can release it. Lengths and positions are bytes, without the terminator.
 // Not for use by two threads at once. A failed allocation throws std::bad_alloc; nothing else is thrown.
 class CString {
   public:

@@ -1,9 +1,11 @@
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <cstring>
 #include <string>
 
 #include "framework/String.h"
+#include "framework/StringData.h"
 
 namespace {
 
@@ -144,6 +146,72 @@ TEST(CString, KeepsMovedText) {
     CString third;
     third = std::move(second);
     EXPECT_STREQ(third, "text");
+}
+
+// What a library does that was built with the product's own framework and knows a string by its data alone.
+class ForeignString {
+  public:
+    explicit ForeignString(CString& string) : m_text(reinterpret_cast<char**>(&string)) {}
+
+    void Fill(const char* text) {
+        StringData* before = StringData::Of(*m_text);
+        const int length = static_cast<int>(std::strlen(text));
+        StringData* data = before->manager->Clone()->Allocate(length, sizeof(char));
+        std::strcpy(data->Text(), text);
+        data->length = length;
+        *m_text = data->Text();
+        if (--before->references <= 0)
+            before->manager->Free(before);
+    }
+    void FillInPlace(const char* text) {
+        StringData* data = StringData::Of(*m_text);
+        const int length = static_cast<int>(std::strlen(text));
+        if (data->capacity < length)
+            data = data->manager->Reallocate(data, length, sizeof(char));
+        std::strcpy(data->Text(), text);
+        data->length = length;
+        *m_text = data->Text();
+    }
+    void Empty() {
+        StringData* before = StringData::Of(*m_text);
+        *m_text = before->manager->GetNilString()->Text();
+        if (--before->references <= 0)
+            before->manager->Free(before);
+    }
+
+  private:
+    char** m_text;
+};
+
+TEST(CString, HasTheLayoutThatTheProductsOwnFrameworkGivesIt) {
+    static_assert(sizeof(CString) == sizeof(char*));
+    static_assert(sizeof(StringData) == 24 && offsetof(StringData, length) == 8 &&
+                  offsetof(StringData, capacity) == 12 && offsetof(StringData, references) == 16);
+    const CString text("LAB");
+    const auto* data = reinterpret_cast<const StringData*>(static_cast<const char*>(text)) - 1;
+    EXPECT_EQ(data->length, 3);
+    EXPECT_GE(data->capacity, 3);
+    EXPECT_EQ(data->references, 1);
+}
+
+TEST(CString, CanBeFilledAndEmptiedByALibraryThatKnowsItsDataAlone) {
+    for (int times = 0; times < 3; ++times) {
+        CString name;
+        ForeignString(name).Fill("JDOE");
+        EXPECT_STREQ(name, "JDOE");
+        EXPECT_EQ(name.GetLength(), 4);
+        ForeignString(name).FillInPlace("a longer name than the one before");
+        EXPECT_STREQ(name, "a longer name than the one before");
+        CString copy = name;
+        ForeignString(name).Fill("B");
+        EXPECT_STREQ(name, "B");
+        EXPECT_STREQ(copy, "a longer name than the one before");
+        ForeignString(copy).Empty();
+        EXPECT_TRUE(copy.IsEmpty());
+        copy = "again";
+        EXPECT_STREQ(copy, "again");
+        EXPECT_TRUE(CString().IsEmpty());
+    }
 }
 
 }  // namespace
