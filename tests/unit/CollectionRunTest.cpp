@@ -36,6 +36,7 @@ class CollectionRunTest : public kvtest::MachineTest {
     }
     void CollectOverPattern() {
         Start();
+        record = {};
         GetStationData(record.data());
     }
 
