@@ -66,16 +66,6 @@ bool AskStatus(UCHAR lana, AdapterStatus& status) {
     return Netbios(&block) == NRC_GOODRET;
 }
 
-// On the process's standard output: not a trace line. Through msvcrt's printf, because the compiler's own would write
-// the same and weigh more.
-void PrintAddress(const CString& address) {
-#ifdef __MINGW32__
-    __ms_printf("MAC address %s\n", static_cast<const char*>(address));
-#else
-    std::printf("MAC address %s\n", static_cast<const char*>(address));
-#endif
-}
-
 }  // namespace
 
 CString CNetworkInformation::GetNetbiosMACAddress() {
@@ -101,7 +91,7 @@ CString CNetworkInformation::GetARPMACAddress(CString ip) {
     // A text that is no address goes on as 255.255.255.255, for which nobody answers.
     if (SendARP(winsock::InetAddr(ip), 0, reinterpret_cast<ULONG*>(address), &length) == NO_ERROR && length != 0) {
         result = HexDigits(address, std::min<std::size_t>(length, sizeof address));
-        PrintAddress(result);
+        std::printf("MAC address %s\n", static_cast<const char*>(result));  // not a trace line
     }
     return result;
 }
