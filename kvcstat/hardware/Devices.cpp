@@ -47,26 +47,28 @@ struct SubKeyName {
     char text[260] = {};
 
     bool Read(HKEY key, DWORD index) { return RegEnumKeyA(key, index, text, sizeof text) == ERROR_SUCCESS; }
+
+    // Null for a name that reads as empty, because it begins with a NUL: Windows would answer the parent's own handle,
+    // which would then be closed twice.
+    HKEY Open(HKEY parent) const { return text[0] != '\0' ? CStatGlobal().OpenRegKey(parent, text) : nullptr; }
 };
 
 void AddUnits(HKEY target, CDeviceMap& devices) {
     static constexpr char kUnit[] = "Logical Unit Id";
-    const CStatGlobal global;
     SubKeyName name;
     for (DWORD index = 0; name.Read(target, index); ++index) {
         if (std::strncmp(name.text, kUnit, sizeof kUnit - 1) != 0)
             continue;
-        const UniqueRegKey unit(global.OpenRegKey(target, name.text));
+        const UniqueRegKey unit(name.Open(target));
         if (unit != nullptr)
             AddDevice(unit.get(), devices);
     }
 }
 
 void AddTargets(HKEY bus, CDeviceMap& devices) {
-    const CStatGlobal global;
     SubKeyName name;
     for (DWORD index = 0; name.Read(bus, index); ++index) {
-        const UniqueRegKey target(global.OpenRegKey(bus, name.text));
+        const UniqueRegKey target(name.Open(bus));
         if (target == nullptr)
             return;
         AddUnits(target.get(), devices);
@@ -91,7 +93,7 @@ int AddDevicesNT(CDeviceMap& devices) {
         return -1;
     SubKeyName name;
     for (DWORD index = 0; name.Read(scsi.get(), index); ++index) {
-        const UniqueRegKey port(global.OpenRegKey(scsi.get(), name.text));
+        const UniqueRegKey port(name.Open(scsi.get()));
         if (port == nullptr)
             break;
         AddBuses(port.get(), devices);
