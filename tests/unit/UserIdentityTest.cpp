@@ -113,6 +113,14 @@ TEST_F(UserIdentityTest, PrincipalNameIsUsedForTheNetworkAndTheWindowsAccountInU
     EXPECT_EQ(CollectAs("0", "nameuserprincipal "), "JDOE");
 }
 
+TEST_F(UserIdentityTest, PrincipalNameIsTracedAsItIsAnsweredBeforeItIsUpperCased) {
+    CollectAs("1", "nameuserprincipal");
+    EXPECT_THAT(Trace(), ElementsAre(Pair(2, "KVUser=''\n"), Pair(2, "KVUSERNAMETYPE='nameuserprincipal'\n"),
+                                     Pair(2, "KVUSERTYPE_WINDOWS_NET"), Pair(2, "GetUserNameEx='yes'\n"),
+                                     Pair(2, "cUserName='jd@lab'\n"), Pair(2, "m_cUserName='JD@LAB'\n"),
+                                     Pair(2, "m_cWinUser='JD@LAB'\n"), Pair(2, "m_cUserDisplayedName='John Doe'\n")));
+}
+
 TEST_F(UserIdentityTest, DirectoryServiceIsAskedWhateverTheNameTypeIs) {
     EXPECT_EQ(CollectAs("2", "nameuserprincipal"), "CN=JDOE.O=LAB");
 }
