@@ -185,6 +185,18 @@ TEST_F(DevicesTest, NamesOf255CharactersAreWalkedOnAllLevelsButTheBuses) {
     EXPECT_EQ(Collect().disks, "1 read;1 read too");
 }
 
+TEST_F(DevicesTest, NameThatBeginsWithANulIsNoKeyAndEndsItsWalk) {
+    DescribeWindowsNT();
+    const std::string name("\0x", 2);
+    DescribeUnit(Unit(0, 0, 0, 0), "a", "DiskPeripheral");
+    DescribeUnit("Scsi Port 0\\Scsi Bus 0\\" + name + "\\Logical Unit Id 0", "no target", "DiskPeripheral");
+    DescribeUnit("Scsi Port 0\\" + name + "\\Target Id 0\\Logical Unit Id 0", "no bus", "DiskPeripheral");
+    DescribeUnit(Unit(1, 0, 0, 0), "b", "DiskPeripheral");
+    DescribeUnit(name + "\\Scsi Bus 0\\Target Id 0\\Logical Unit Id 0", "no port", "DiskPeripheral");
+    DescribeUnit(Unit(2, 0, 0, 0), "behind it", "DiskPeripheral");
+    EXPECT_EQ(Collect().disks, "1 a;1 b");
+}
+
 TEST_F(DevicesTest, DevicesWithoutDescriptionAreCountedUnderOneEmptyEntry) {
     DescribeWindowsNT();
     CreateKey(std::string(kScsi) + "\\" + Unit(0, 0, 0, 0));
