@@ -69,8 +69,11 @@ std::optional<std::string> parseDotted(std::string_view text) {
 
 std::string dotted(std::string_view fourBytes) {
     std::string text;
-    for (const char byte : fourBytes.substr(0, 4))
-        text += (text.empty() ? "" : ".") + std::to_string(static_cast<unsigned char>(byte));
+    for (const char byte : fourBytes.substr(0, 4)) {
+        if (!text.empty())
+            text += '.';
+        text += std::to_string(static_cast<unsigned char>(byte));
+    }
     return text;
 }
 

@@ -27,6 +27,7 @@ struct ChangedText {
             return isNull ? nullptr : reinterpret_cast<Character*>(scratch.data());
         }
     };
+    Character* raw() const { return text; }
     Kept keep(Recording&) const { return Kept(text); }
     void input(std::string& log, Machine& machine) const {
         Text{reinterpret_cast<const char*>(text)}.input(log, machine);

@@ -2,23 +2,23 @@
 // logged and kept for replay.
 //
 // An answer names each of its parameters with a role that says how the parameter is told in the log and how it is
-// kept: what is read is copied, what is written gets room of its own.
+// kept.
 #pragma once
 
-#include <algorithm>
 #include <cstdint>
-#include <cstring>
 #include <optional>
 #include <string>
 #include <tuple>
 #include <type_traits>
 #include <utility>
-#include <vector>
 
 #include "framework/Windows.h"
+#include "simwin/CallObserver.h"
 #include "simwin/CallText.h"
 #include "simwin/Machine.h"
 #include "simwin/Recording.h"
+#include "simwin/Relay.h"
+#include "simwin/Roles.h"
 
 namespace simwin {
 
@@ -32,241 +32,6 @@ constexpr Failure failsWithZero(std::uint32_t lastError) {
 constexpr Failure failsWithMinusOne(std::uint32_t lastError) {
     return {Failure::How::ReturnsMinusOne, lastError};
 }
-
-template <class T>
-std::uintptr_t asNumber(T* pointer) {
-    return reinterpret_cast<std::uintptr_t>(pointer);
-}
-
-template <class Pointer>
-Pointer asPointer(std::uintptr_t number) {
-    return reinterpret_cast<Pointer>(number);
-}
-
-// The most that a log or a recording copies of one buffer.
-inline constexpr std::size_t kLongestCopy = 1 << 20;
-
-// A role has: Kept keep(Recording&), called before the answer; input(text, machine) and output(text, machine) for the
-// log, the latter only after success. Kept has: argument(state), made anew for each replay; finish(recording, machine)
-// once after the answer; done(state) after each replay.
-struct KeptNothingOfIt {
-    void finish(Recording&, Machine&) {}
-    void done(ReplayState&) {}
-};
-
-// A number.
-template <class T>
-struct Value {
-    T value;
-
-    struct Kept : KeptNothingOfIt {
-        explicit Kept(T v) : value(v) {}
-        T value;
-        T argument(ReplayState&) const { return value; }
-    };
-    Kept keep(Recording&) const { return Kept(value); }
-    void input(std::string& text, Machine&) const {
-        if constexpr (std::is_signed_v<T>)
-            appendNumber(text, static_cast<std::int64_t>(value));
-        else
-            appendNumber(text, static_cast<std::uint64_t>(value));
-    }
-    void output(std::string&, Machine&) const {}
-};
-template <class T>
-Value(T) -> Value<T>;
-
-// A text that is read, or null.
-struct Text {
-    const char* value;
-
-    struct Kept : KeptNothingOfIt {
-        explicit Kept(const char* v) {
-            if (v != nullptr)
-                copy = v;
-        }
-        std::optional<std::string> copy;
-        const char* argument(ReplayState&) const { return copy ? copy->c_str() : nullptr; }
-    };
-    Kept keep(Recording&) const { return Kept(value); }
-    void input(std::string& text, Machine&) const {
-        if (value == nullptr)
-            text += "null";
-        else
-            appendQuoted(text, value);
-    }
-    void output(std::string&, Machine&) const {}
-};
-
-// A handle, or a block's address, that another call gave.
-template <class H>
-struct Handle {
-    H value;
-
-    struct Kept : KeptNothingOfIt {
-        Kept(H v, std::size_t s) : value(v), slot(s) {}
-        H value;
-        std::size_t slot;
-        H argument(ReplayState& state) const {
-            return slot == Recording::kNoSlot ? value : asPointer<H>(state.values[slot]);
-        }
-    };
-    Kept keep(Recording& recording) const { return Kept(value, recording.slotOf(asNumber(value))); }
-    void input(std::string& text, Machine& machine) const { appendHandle(text, machine, asNumber(value)); }
-    void output(std::string&, Machine&) const {}
-};
-template <class H>
-Handle(H) -> Handle<H>;
-
-// Where a call puts a handle or a block's address.
-template <class H>
-struct NewHandle {
-    H* place;
-
-    struct Kept {
-        H* place;
-        H scratch{};
-        std::size_t slot = Recording::kNoSlot;
-        H* argument(ReplayState&) { return place != nullptr ? &scratch : nullptr; }
-        void finish(Recording& recording, Machine& machine) {
-            if (place != nullptr && machine.isOpen(asNumber(*place)))
-                slot = recording.newSlot(asNumber(*place));
-        }
-        void done(ReplayState& state) {
-            if (slot != Recording::kNoSlot)
-                state.values[slot] = asNumber(scratch);
-        }
-    };
-    Kept keep(Recording&) const { return Kept{place}; }
-    void input(std::string&, Machine&) const {}
-    void output(std::string& text, Machine& machine) const {
-        if (place != nullptr)
-            appendHandle(text, machine, asNumber(*place));
-    }
-};
-template <class H>
-NewHandle(H*) -> NewHandle<H>;
-
-// A number that is read and written.
-template <class T>
-struct Number {
-    T* place;
-
-    struct Kept : KeptNothingOfIt {
-        explicit Kept(T* p) : isNull(p == nullptr) {
-            if (p != nullptr)
-                before = *p;
-        }
-        bool isNull;
-        T before{};
-        T scratch{};
-        T* argument(ReplayState&) {
-            scratch = before;
-            return isNull ? nullptr : &scratch;
-        }
-    };
-    Kept keep(Recording&) const { return Kept(place); }
-    void input(std::string&, Machine&) const {}
-    void output(std::string& text, Machine&) const {
-        if (place != nullptr)
-            appendNumber(text, static_cast<std::uint64_t>(*place));
-    }
-};
-template <class T>
-Number(T*) -> Number<T>;
-
-// A structure that is read and written; the log does not tell it.
-template <class T>
-struct Structure {
-    T* place;
-
-    struct Kept : KeptNothingOfIt {
-        explicit Kept(T* p) : isNull(p == nullptr) {
-            if (p != nullptr)
-                std::memcpy(&before, p, sizeof before);
-        }
-        bool isNull;
-        T before{};
-        T scratch{};
-        T* argument(ReplayState&) {
-            std::memcpy(&scratch, &before, sizeof scratch);
-            return isNull ? nullptr : &scratch;
-        }
-    };
-    Kept keep(Recording&) const { return Kept(place); }
-    void input(std::string&, Machine&) const {}
-    void output(std::string&, Machine&) const {}
-};
-template <class T>
-Structure(T*) -> Structure<T>;
-
-// Room of `size` bytes for a text, which ends with a NUL or is `*length` bytes long.
-struct TextBuffer {
-    char* buffer;
-    std::size_t size;
-    const std::size_t* length = nullptr;
-
-    struct Kept : KeptNothingOfIt {
-        Kept(bool null, std::size_t s) : isNull(null), scratch(std::min(s, kLongestCopy)) {}
-        bool isNull;
-        std::vector<char> scratch;
-        char* argument(ReplayState&) { return isNull ? nullptr : scratch.data(); }
-    };
-    Kept keep(Recording&) const { return Kept(buffer == nullptr, size); }
-    void input(std::string&, Machine&) const {}
-    void output(std::string& text, Machine&) const {
-        if (buffer != nullptr && size != 0)
-            appendQuoted(text, std::string_view(buffer, length != nullptr ? *length : strnlen(buffer, size)));
-    }
-};
-
-// Room of `size` bytes, of which a call fills `*used` (all, when null).
-template <class Pointer>
-struct ByteBuffer {
-    Pointer buffer;
-    std::size_t size;
-    const DWORD* used = nullptr;
-
-    struct Kept : KeptNothingOfIt {
-        Kept(bool null, std::size_t s) : isNull(null), scratch(std::min(s, kLongestCopy)) {}
-        bool isNull;
-        std::vector<char> scratch;
-        Pointer argument(ReplayState&) { return isNull ? nullptr : reinterpret_cast<Pointer>(scratch.data()); }
-    };
-    Kept keep(Recording&) const { return Kept(buffer == nullptr, size); }
-    void input(std::string&, Machine&) const {}
-    void output(std::string& text, Machine&) const {
-        if (buffer != nullptr && used != nullptr)
-            appendBytes(text,
-                        std::string_view(reinterpret_cast<const char*>(buffer), std::min<std::size_t>(*used, size)));
-    }
-};
-
-// `size` bytes that are read.
-template <class Pointer>
-struct Bytes {
-    Pointer data;
-    std::size_t size;
-
-    struct Kept : KeptNothingOfIt {
-        Kept(Pointer from, std::size_t length) : isNull(from == nullptr) {
-            if (from != nullptr)
-                copy.assign(reinterpret_cast<const char*>(from),
-                            reinterpret_cast<const char*>(from) + std::min(length, kLongestCopy));
-        }
-        bool isNull;
-        std::vector<char> copy;
-        Pointer argument(ReplayState&) { return isNull ? nullptr : reinterpret_cast<Pointer>(copy.data()); }
-    };
-    Kept keep(Recording&) const { return Kept(data, size); }
-    void input(std::string& text, Machine&) const {
-        if (data == nullptr)
-            text += "null";
-        else
-            appendBytes(text, std::string_view(reinterpret_cast<const char*>(data), size));
-    }
-    void output(std::string&, Machine&) const {}
-};
 
 template <class Result>
 bool succeeded(const Failure& failure, Result result) {
@@ -315,9 +80,16 @@ std::string joinInputs(Machine& machine, const Roles&... roles) {
     return all;
 }
 
+template <class Role>
+constexpr bool kTellsAlways = requires {
+    Role::kTellsAlways;
+};
+
 template <class... Roles>
-void joinOutputs(std::string& all, Machine& machine, const Roles&... roles) {
+void joinOutputs(std::string& all, Machine& machine, bool succeeded, const Roles&... roles) {
     [[maybe_unused]] const auto append = [&](const auto& role) {
+        if (!succeeded && !kTellsAlways<std::remove_cvref_t<decltype(role)>>)
+            return;
         std::string part;
         role.output(part, machine);
         if (!part.empty())
@@ -328,7 +100,9 @@ void joinOutputs(std::string& all, Machine& machine, const Roles&... roles) {
 
 template <class Result>
 void appendResult(std::string& text, Machine& machine, Result result) {
-    if constexpr (std::is_pointer_v<Result>)
+    if constexpr (std::is_same_v<Result, winsock::HostEntry*>)
+        appendHost(text, result);
+    else if constexpr (std::is_pointer_v<Result>)
         appendHandle(text, machine, asNumber(result));
     else
         Value<Result>{result}.input(text, machine);
@@ -371,38 +145,122 @@ void addToRecording(Machine& machine, KeptTuple&& kept, std::optional<Result> re
     });
 }
 
+// What a call without a result gives.
+struct NoResult {};
+
+template <class Role>
+Fact factOf(const Role& role, [[maybe_unused]] bool succeeded) {
+    if constexpr (requires { role.fact(succeeded); })
+        return role.fact(succeeded || kTellsAlways<Role>);
+    else
+        return {};
+}
+
+template <class Result>
+Fact factOfResult(Result result) {
+    if constexpr (std::is_pointer_v<Result>)
+        return std::uint64_t{asNumber(result)};
+    else
+        return static_cast<std::uint64_t>(result);
+}
+
+// What the first handle that came in stands for.
+template <class... Roles>
+std::string subjectOf([[maybe_unused]] Machine& machine, const Roles&... roles) {
+    std::string subject;
+    [[maybe_unused]] bool found = false;
+    [[maybe_unused]] const auto look = [&](const auto& role) {
+        if constexpr (requires { role.handle(); })
+            if (!std::exchange(found, true))
+                subject = machine.describe(role.handle());
+    };
+    (look(roles), ...);
+    return subject;
+}
+
+// Notes the answer for whoever reads it.
+template <class Result, class... Roles>
+void noteAnswer(Machine& machine, ObservedCall& call, const Failure& failure, bool fails, const Result& result,
+                const Roles&... roles) {
+    call.error = machine.answering().lastError();
+    call.succeeded = !fails;
+    if constexpr (!std::is_same_v<Result, NoResult>) {
+        call.succeeded = succeeded(failure, result);
+        call.result = factOfResult(result);
+    }
+    call.parameters = {factOf(roles, call.succeeded)...};
+    if (machine.relay() != nullptr)
+        machine.relay()->learn(call);
+    if constexpr (!std::is_same_v<Result, NoResult>)
+        appendResult(call.answer, machine, result);
+    joinOutputs(call.answer, machine, call.succeeded, roles...);
+}
+
 // A watched call; `answer` makes it or fails it. Entry is the answer's own function, for replay.
 template <auto Entry, class Answer, class... Roles>
 auto watchCall(Machine& machine, const char* name, const Failure& failure, bool fails, Answer&& answer,
                const Roles&... roles) {
     using Result = decltype(answer());
-    const bool keepsLog = machine.keepsLog();
-    LoggedCall logged{name, keepsLog ? joinInputs(machine, roles...) : std::string(), {}, fails};
+    LastErrorKeeper lastError(machine.relay());
+    const bool isTold = machine.keepsLog() || machine.observer() != nullptr || machine.relay() != nullptr;
+    ObservedCall call{.name = name, .arguments = {}, .answer = {}, .subject = {}};
+    if (isTold) {
+        call.arguments = joinInputs(machine, roles...);
+        call.subject = subjectOf(machine, roles...);
+    }
+    if (machine.observer() != nullptr)
+        machine.observer()->begins(call);
     using KeptTuple = std::tuple<decltype(roles.keep(std::declval<Recording&>()))...>;
     std::optional<KeptTuple> kept;
     if (machine.recording() != nullptr)
         kept.emplace(roles.keep(*machine.recording())...);
-    if constexpr (std::is_void_v<Result>) {
-        answer();
-        if (keepsLog) {
-            if (!fails)
-                joinOutputs(logged.answer, machine, roles...);
-            machine.addToLog(std::move(logged));
+
+    lastError.restore();
+    const auto result = [&] {
+        if constexpr (std::is_void_v<Result>) {
+            answer();
+            return NoResult{};
+        } else {
+            return answer();
         }
+    }();
+    lastError.take();
+
+    if (isTold)
+        noteAnswer(machine, call, failure, fails, result, roles...);
+    if (machine.keepsLog())
+        machine.addToLog({call.name, call.arguments, call.answer, fails});
+    if (machine.observer() != nullptr)
+        machine.observer()->ends(call);
+    if constexpr (std::is_void_v<Result>) {
         if (kept)
             addToRecording<Entry>(machine, std::move(*kept), std::optional<int>());
     } else {
-        const Result result = answer();
-        if (keepsLog) {
-            appendResult(logged.answer, machine, result);
-            if (succeeded(failure, result))
-                joinOutputs(logged.answer, machine, roles...);
-            machine.addToLog(std::move(logged));
-        }
         if (kept)
             addToRecording<Entry>(machine, std::move(*kept), std::optional<Result>(result));
         return result;
     }
+}
+
+template <class Role>
+auto realOf(const Role& role) -> decltype(role.raw()) {
+    if constexpr (requires { role.real(); })
+        return role.real();
+    else
+        return role.raw();
+}
+
+// Makes the call of who answers in the machine's place.
+template <auto Entry, class Result, class... Roles>
+Result passOn(Relay& relay, [[maybe_unused]] const char* name, const Roles&... roles) {
+#ifdef _WIN32
+    if (relay.behind() == nullptr) {
+        using Real = Result (*)(decltype(roles.raw())...);
+        return asPointer<Real>(asNumber(relay.function(name)))(realOf(roles)...);
+    }
+#endif
+    const Machine::Scope scope(*relay.behind());
+    return static_cast<Result>(Entry(roles.raw()...));
 }
 
 // A failure that leaves more behind than its code.
@@ -429,6 +287,9 @@ auto makeCall(const char* name, FailureWith<Effect> with, Answer&& answer, const
     };
     if (!machine.isWatched()) [[likely]]
         return outcome();
+    if (Relay* relay = machine.relay())
+        return watchCall<Entry>(
+            machine, name, failure, false, [&] { return passOn<Entry, Result>(*relay, name, roles...); }, roles...);
     return watchCall<Entry>(machine, name, failure, fails, outcome, roles...);
 }
 

@@ -4,7 +4,9 @@
 #include <array>
 #include <cstdio>
 
+#include "simwin/Address.h"
 #include "simwin/CodePage.h"
+#include "simwin/HostAnswer.h"
 #include "simwin/Machine.h"
 
 namespace simwin {
@@ -71,10 +73,27 @@ void appendHandle(std::string& text, Machine& machine, std::uintptr_t handle) {
         return;
     }
     const std::string what = machine.describe(handle);
-    if (!what.empty())
-        text += what + " ";
-    text += "0x";
+    if (!machine.keepsLog()) {
+        text += what.empty() ? "not null" : what;
+        return;
+    }
+    text += what.empty() ? "0x" : what + " 0x";
     appendHex(text, handle, 1);
+}
+
+void appendHost(std::string& text, const winsock::HostEntry* host) {
+    if (host == nullptr) {
+        text += "null";
+        return;
+    }
+    appendQuoted(text, host->h_name != nullptr ? host->h_name : "");
+    for (const std::string& address : addressesOf(*host)) {
+        text += ", ";
+        if (address.size() == 4)
+            text += dotted(address);
+        else
+            appendBytes(text, address);
+    }
 }
 
 }  // namespace simwin

@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+#include "framework/WindowsSockets.h"
+
 namespace simwin {
 
 class Machine;
@@ -19,7 +21,10 @@ void appendBytes(std::string& text, std::string_view bytes);
 void appendNumber(std::string& text, std::int64_t number);
 void appendNumber(std::string& text, std::uint64_t number);
 
-// The number in hexadecimal digits and, where it is open, what it stands for.
+// What the handle stands for, where it is open, and in a log its number in hexadecimal digits.
 void appendHandle(std::string& text, Machine& machine, std::uintptr_t handle);
+
+// A resolver's answer: its name and its addresses, dotted where they have four bytes.
+void appendHost(std::string& text, const winsock::HostEntry* host);
 
 }  // namespace simwin

@@ -120,6 +120,10 @@ struct LargeNumber {
     ULARGE_INTEGER* place;
 
     using Kept = Structure<ULARGE_INTEGER>::Kept;
+    ULARGE_INTEGER* raw() const { return place; }
+    Fact fact(bool succeeded) const {
+        return succeeded && place != nullptr ? Fact(std::uint64_t{place->QuadPart}) : Fact();
+    }
     Kept keep(Recording&) const { return Kept(place); }
     void input(std::string&, Machine&) const {}
     void output(std::string& text, Machine&) const {

@@ -79,6 +79,8 @@ struct PlainText {
         std::optional<std::string> copy;
         char* argument(ReplayState&) { return copy ? copy->data() : nullptr; }
     };
+    char* raw() const { return value; }
+    Fact fact(bool succeeded) const { return Text{value}.fact(succeeded); }
     Kept keep(Recording&) const { return Kept(value); }
     void input(std::string& text, Machine& machine) const { Text{value}.input(text, machine); }
     void output(std::string&, Machine&) const {}
@@ -87,15 +89,10 @@ struct PlainText {
 }  // namespace
 
 DWORD WINAPI sim_GetEnvironmentVariableA(LPCSTR name, LPSTR buffer, DWORD size) {
-    std::size_t written = 0;
     return makeCall<sim_GetEnvironmentVariableA>(
         "GetEnvironmentVariableA", failsWithZero(ERROR_ENVVAR_NOT_FOUND),
-        [&](Machine& machine) {
-            const DWORD length = getVariable(machine, name, buffer, size);
-            written = length < size ? length : 0;
-            return length;
-        },
-        Text{name}, TextBuffer{buffer, size, &written}, Value{size});
+        [&](Machine& machine) { return getVariable(machine, name, buffer, size); }, Text{name},
+        TextBuffer{buffer, size}, Value{size});
 }
 
 int sim_KVGetEnv(const char* name, char* buffer, int size) {

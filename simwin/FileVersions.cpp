@@ -90,14 +90,16 @@ struct VersionBlock {
                 state.values[slot] = asNumber(scratch.data());
         }
     };
+    void* raw() const { return place; }
     Kept keep(Recording&) const { return {place, std::vector<char>(std::min(size, kLongestCopy))}; }
     void input(std::string&, Machine&) const {}
     void output(std::string&, Machine&) const {}
 };
 
-// Where a call puts an address into a block of the caller's.
+// Where a call puts the address of a value in a block of the caller's.
 struct AddressInBlock {
     void** place;
+    const UINT* length;
 
     struct Kept : KeptNothingOfIt {
         explicit Kept(bool null) : isNull(null) {}
@@ -105,6 +107,12 @@ struct AddressInBlock {
         void* scratch = nullptr;
         void** argument(ReplayState&) { return isNull ? nullptr : &scratch; }
     };
+    void** raw() const { return place; }
+    Fact fact(bool succeeded) const {
+        if (!succeeded || place == nullptr || *place == nullptr || length == nullptr)
+            return {};
+        return std::string(static_cast<const char*>(*place), std::min<std::size_t>(*length, kLongestCopy));
+    }
     Kept keep(Recording&) const { return Kept(place == nullptr); }
     void input(std::string&, Machine&) const {}
     void output(std::string&, Machine&) const {}
@@ -131,5 +139,5 @@ BOOL WINAPI sim_VerQueryValueA(LPCVOID data, LPCSTR subBlock, LPVOID* value, PUI
     return makeCall<sim_VerQueryValueA>(
         "VerQueryValueA", failsWithZero(ERROR_RESOURCE_TYPE_NOT_FOUND),
         [&](Machine& machine) { return queryValue(machine, data, subBlock, value, length); }, Handle{data},
-        Text{subBlock}, AddressInBlock{value}, Number{length});
+        Text{subBlock}, AddressInBlock{value, length}, Number{length});
 }

@@ -16,4 +16,7 @@ struct HostAnswer {
     winsock::HostEntry entry{};
 };
 
+// The addresses that an answer names, as raw bytes: at most 64, each as long as it says and at most 16 bytes.
+std::vector<std::string> addressesOf(const winsock::HostEntry& answer);
+
 }  // namespace simwin

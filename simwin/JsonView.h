@@ -8,7 +8,6 @@
 #include <string>
 #include <string_view>
 
-#include "simwin/CodePage.h"
 #include "simwin/ReadError.h"
 
 namespace simwin {
@@ -73,5 +72,9 @@ class JsonView {
     std::string m_fileName;
     std::string m_path;
 };
+
+// A file's JSON. Throws ReadError for what is none, for a member that stands twice in one object, and for more than 16
+// levels.
+JsonView::Json parseJson(std::string_view content, const std::string& fileName);
 
 }  // namespace simwin

@@ -119,6 +119,8 @@ struct FunctionName {
         std::optional<std::string> copy;
         const char* argument(ReplayState&) const { return copy ? copy->c_str() : ordinal; }
     };
+    const char* raw() const { return value; }
+    Fact fact(bool) const { return isOrdinal(value) ? Fact(std::uint64_t{asNumber(value)}) : Fact(std::string(value)); }
     Kept keep(Recording&) const { return Kept(value); }
     void input(std::string& text, Machine&) const {
         if (isOrdinal(value))
@@ -167,5 +169,7 @@ FARPROC WINAPI sim_GetProcAddress(HMODULE module, LPCSTR name) {
     }>(
         "GetProcAddress", failsWithZero(ERROR_PROC_NOT_FOUND),
         [&](Machine& machine) { return procAddress(machine, module, name); }, Handle{module}, FunctionName{name});
+    if (Relay* relay = Machine::current().relay())
+        address = relay->watched(asNumber(module), name, address);
     return reinterpret_cast<FARPROC>(asNumber(address));
 }

@@ -6,10 +6,11 @@
 
 #include "simwin/CallTable.h"
 #include "simwin/CodePage.h"
+#include "simwin/Heap.h"
 #include "simwin/Libraries.h"
 #include "simwin/MachineState.h"
-#include "simwin/Memory.h"
 #include "simwin/Registry.h"
+#include "simwin/Relay.h"
 
 namespace simwin {
 namespace {
@@ -100,10 +101,30 @@ void Machine::failCall(std::uint64_t n) noexcept {
 
 void Machine::keepLog(bool keep) noexcept {
     m_keepsLog = keep;
+    noteWatch();
 }
 
 void Machine::record(Recording* recording) noexcept {
     m_recording = recording;
+    noteWatch();
+}
+
+void Machine::observe(CallObserver* observer) noexcept {
+    m_observer = observer;
+    noteWatch();
+}
+
+void Machine::relayTo(Relay* relay) noexcept {
+    m_relay = relay;
+    noteWatch();
+}
+
+void Machine::noteWatch() noexcept {
+    m_isWatched = m_keepsLog || m_recording != nullptr || m_observer != nullptr || m_relay != nullptr;
+}
+
+const Machine& Machine::answering() const noexcept {
+    return m_relay != nullptr && m_relay->behind() != nullptr ? *m_relay->behind() : *this;
 }
 
 bool Machine::decideFailure(std::string_view name, Failure& failure) {
@@ -147,6 +168,8 @@ bool Machine::isOpen(std::uintptr_t value) {
 }
 
 std::string Machine::describe(std::uintptr_t handle) {
+    if (m_relay != nullptr)
+        return m_relay->nameOf(handle);
     if (const std::optional<KeyId> key = findKey(*this, handle))
         return m_station->registry.path(*key);
     if (const std::optional<std::size_t> library = findLibraryByHandle(handle))

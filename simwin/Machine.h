@@ -16,7 +16,9 @@
 
 namespace simwin {
 
+class CallObserver;
 class Recording;
+class Relay;
 struct MachineState;
 
 struct TraceLine {
@@ -119,6 +121,13 @@ class Machine {
     // Records the calls from now on; null ends it. The recording must outlive its being set here.
     void record(Recording* recording) noexcept;
 
+    // Tells each call from now on; null ends it.
+    void observe(CallObserver* observer) noexcept;
+
+    // Passes the calls on from now on in place of answering them, so that this machine only watches; null ends it.
+    // The process heap's are answered all the same.
+    void relayTo(Relay* relay) noexcept;
+
     // The rest is for the answers.
 
     MachineState& state() noexcept { return *m_state; }
@@ -135,9 +144,13 @@ class Machine {
     bool countAllocation() noexcept { return ++m_allocations == m_allocationToFail; }
     void countHeapBlocks(int change) noexcept { m_openHeapBlocks += static_cast<std::size_t>(change); }
 
-    bool isWatched() const noexcept { return m_keepsLog || m_recording != nullptr; }
+    bool isWatched() const noexcept { return m_isWatched; }
     bool keepsLog() const noexcept { return m_keepsLog; }
     Recording* recording() const noexcept { return m_recording; }
+    CallObserver* observer() const noexcept { return m_observer; }
+    Relay* relay() const noexcept { return m_relay; }
+    // Who answers in the end.
+    const Machine& answering() const noexcept;
     void addToLog(LoggedCall call) { m_log.push_back(std::move(call)); }
 
     void reportMisuse(std::string_view call, std::uintptr_t handle, std::string_view what);
@@ -151,6 +164,7 @@ class Machine {
 
   private:
     bool decideFailure(std::string_view name, Failure& failure);
+    void noteWatch() noexcept;
 
     std::shared_ptr<const Station> m_station;
     std::unique_ptr<MachineState> m_state;
@@ -164,7 +178,10 @@ class Machine {
     bool m_mayFail = false;
     bool m_keepsTrace = true;
     bool m_keepsLog = false;
+    bool m_isWatched = false;
     Recording* m_recording = nullptr;
+    CallObserver* m_observer = nullptr;
+    Relay* m_relay = nullptr;
     std::string m_failedCall;
     std::vector<std::string> m_misuses;
     std::vector<TraceLine> m_traceLines;

@@ -1,34 +1,18 @@
-#include "simwin/Memory.h"
-
-#include <cstdlib>
-#include <new>
-#include <unordered_map>
+#include <memory>
 
 #include "simwin/Call.h"
 #include "simwin/Calls.h"
+#include "simwin/Heap.h"
 #include "simwin/MachineState.h"
 
 using namespace simwin;
 
-namespace simwin {
 namespace {
-
-constexpr std::uintptr_t kProcessHeap = 0xA0000;
-
-// One for all machines, because a text may be made under one machine and released under another. It stands until the
-// end of the process: the module's own statics are released then.
-std::unordered_map<void*, Machine*>& heapBlocks() {
-    static auto* blocks = new std::unordered_map<void*, Machine*>;
-    return *blocks;
-}
 
 HGLOBAL failAllocation(Machine& machine) {
     machine.setLastError(ERROR_NOT_ENOUGH_MEMORY);
     return nullptr;
 }
-
-// More than this no machine of the time has; the answer is the one of a full address space.
-constexpr SIZE_T kLargestBlock = SIZE_T{1} << 31;
 
 HGLOBAL allocateGlobal(Machine& machine, UINT flags, SIZE_T size) {
     if (size > kLargestBlock)
@@ -81,54 +65,6 @@ HGLOBAL freeBlock(Machine& machine, const char* call, HGLOBAL handle) {
 }
 
 }  // namespace
-
-void freeHeapBlocks(Machine& machine) {
-    std::erase_if(heapBlocks(), [&machine](const auto& block) {
-        if (block.second != &machine)
-            return false;
-        std::free(block.first);
-        return true;
-    });
-}
-
-}  // namespace simwin
-
-HANDLE WINAPI sim_GetProcessHeap() {
-    return asPointer<HANDLE>(kProcessHeap);
-}
-
-// The process heap is the program's own work: it is neither logged nor kept for replay.
-LPVOID WINAPI sim_HeapAlloc(HANDLE heap, DWORD flags, SIZE_T size) {
-    Machine& machine = Machine::current();
-    if (asNumber(heap) != kProcessHeap) {
-        machine.reportMisuse("HeapAlloc", asNumber(heap), "is no heap");
-        return nullptr;
-    }
-    if (machine.countAllocation() || size > kLargestBlock)
-        return nullptr;
-    const SIZE_T room = size != 0 ? size : 1;
-    void* block = (flags & HEAP_ZERO_MEMORY) != 0 ? std::calloc(1, room) : std::malloc(room);
-    if (block == nullptr)
-        return nullptr;
-    heapBlocks()[block] = &machine;
-    machine.countHeapBlocks(1);
-    return block;
-}
-
-BOOL WINAPI sim_HeapFree(HANDLE heap, DWORD, LPVOID block) {
-    if (block == nullptr)
-        return TRUE;
-    const auto found = asNumber(heap) == kProcessHeap ? heapBlocks().find(block) : heapBlocks().end();
-    if (found == heapBlocks().end()) {
-        Machine::current().reportMisuse("HeapFree", asNumber(block), "is no block of this heap");
-        Machine::current().setLastError(ERROR_INVALID_PARAMETER);
-        return FALSE;
-    }
-    found->second->countHeapBlocks(-1);
-    heapBlocks().erase(found);
-    std::free(block);
-    return TRUE;
-}
 
 HLOCAL WINAPI sim_LocalAlloc(UINT flags, SIZE_T size) {
     return makeCall<sim_LocalAlloc>(

@@ -14,61 +14,6 @@ namespace {
 // The widest physical address that IP Helper knows; callers hold a buffer of so many bytes.
 constexpr std::size_t kPhysicalAddressRoom = 8;
 
-std::size_t blockLength(const NCB& block) {
-    return block.ncb_buffer != nullptr ? block.ncb_length : 0;
-}
-
-UCHAR enumerateLanas(const Station& station, NCB& block) {
-    if (blockLength(block) == 0)
-        return NRC_BUFLEN;
-    std::string answer(1, '\0');
-    for (const Lana& lana : station.network.netbios)
-        answer.push_back(static_cast<char>(lana.number));
-    answer[0] = static_cast<char>(std::min(answer.size(), blockLength(block)) - 1);
-    std::memcpy(block.ncb_buffer, answer.data(), std::min(answer.size(), blockLength(block)));
-    return NRC_GOODRET;
-}
-
-const Lana* findLana(const Station& station, UCHAR number) {
-    for (const Lana& lana : station.network.netbios)
-        if (lana.number == number)
-            return &lana;
-    return nullptr;
-}
-
-UCHAR adapterStatus(Machine& machine, NCB& block) {
-    const Lana* lana = findLana(machine.station(), block.ncb_lana_num);
-    const std::vector<std::uint8_t>& reset = machine.state().resetLanas;
-    if (std::find(reset.begin(), reset.end(), block.ncb_lana_num) == reset.end())
-        return NRC_ENVNOTDEF;
-    if (blockLength(block) == 0)
-        return NRC_BUFLEN;
-    if (!lana->address || block.ncb_callname[0] != '*')
-        return NRC_SYSTEM;
-    ADAPTER_STATUS status{};
-    std::copy_n(lana->address->begin(), std::min<std::size_t>(lana->address->size(), 6), status.adapter_address);
-    std::memcpy(block.ncb_buffer, &status, std::min(sizeof status, blockLength(block)));
-    return blockLength(block) < sizeof status ? NRC_INCOMP : NRC_GOODRET;
-}
-
-UCHAR netbios(Machine& machine, NCB* block) {
-    if (block == nullptr)
-        return NRC_INVADDRESS;
-    if (block->ncb_command == NCBENUM)
-        return enumerateLanas(machine.station(), *block);
-    if (findLana(machine.station(), block->ncb_lana_num) == nullptr)
-        return NRC_BRIDGE;
-    switch (block->ncb_command) {
-        case NCBRESET:
-            machine.state().resetLanas.push_back(block->ncb_lana_num);
-            return NRC_GOODRET;
-        case NCBASTAT:
-            return adapterStatus(machine, *block);
-        default:
-            return NRC_ILLCMD;
-    }
-}
-
 DWORD sendArp(Machine& machine, IPAddr destination, void* buffer, ULONG* length) {
     if (buffer == nullptr || length == nullptr)
         return ERROR_INVALID_PARAMETER;
@@ -130,64 +75,30 @@ NET_API_STATUS freeBuffer(Machine& machine, void* buffer) {
     return ERROR_INVALID_PARAMETER;
 }
 
-// A NetBIOS control block and the buffer that it names.
-struct ControlBlock {
-    NCB* place;
-
-    struct Kept : KeptNothingOfIt {
-        explicit Kept(const NCB* block) : isNull(block == nullptr) {
-            if (block != nullptr) {
-                before = *block;
-                buffer.resize(block->ncb_length);
-            }
-        }
-        bool isNull;
-        NCB before{};
-        NCB scratch{};
-        std::vector<UCHAR> buffer;
-        NCB* argument(ReplayState&) {
-            scratch = before;
-            scratch.ncb_buffer = before.ncb_buffer != nullptr ? buffer.data() : nullptr;
-            return isNull ? nullptr : &scratch;
-        }
-    };
-    Kept keep(Recording&) const { return Kept(place); }
+// An address in network order; the log tells it dotted.
+struct Address : Value<IPAddr> {
     void input(std::string& text, Machine&) const {
-        if (place == nullptr)
-            return;
-        text += "command ";
-        appendNumber(text, static_cast<std::uint64_t>(place->ncb_command));
-        text += ", lana ";
-        appendNumber(text, static_cast<std::uint64_t>(place->ncb_lana_num));
+        text += dotted({reinterpret_cast<const char*>(&value), sizeof value});
     }
+};
+
+// Where a call puts the address of a block about the workstation; the log tells its group.
+struct NewWorkstationInfo : NewHandle<LPBYTE> {
     void output(std::string& text, Machine&) const {
-        const std::size_t size = blockLength(*place);
-        if (place->ncb_command == NCBENUM)
-            appendBytes(text, {reinterpret_cast<const char*>(place->ncb_buffer),
-                               std::min<std::size_t>(size, place->ncb_buffer[0] + 1u)});
-        if (place->ncb_command == NCBASTAT)
-            appendBytes(text, {reinterpret_cast<const char*>(place->ncb_buffer), std::min<std::size_t>(size, 6)});
+        const WCHAR* group = reinterpret_cast<const WKSTA_INFO_101*>(*place)->wki101_langroup;
+        std::string bytes;
+        while (group != nullptr && *group != 0)
+            bytes.push_back(fromUnicode(static_cast<char16_t>(*group++)).value_or('?'));
+        appendQuoted(text, bytes);
     }
 };
 
 }  // namespace
 
-UCHAR WINAPI sim_Netbios(PNCB block) {
-    return makeCall<sim_Netbios>(
-        "Netbios", failsWithCode(NRC_SYSTEM),
-        [&](Machine& machine) {
-            const UCHAR code = netbios(machine, block);
-            if (block != nullptr)
-                block->ncb_retcode = code;
-            return code;
-        },
-        ControlBlock{block});
-}
-
 DWORD WINAPI sim_SendARP(IPAddr destination, IPAddr source, PhysicalAddressPlace buffer, PULONG length) {
     return makeCall<sim_SendARP>(
         "SendARP", failsWithCode(ERROR_GEN_FAILURE),
-        [&](Machine& machine) { return sendArp(machine, destination, buffer, length); }, Value{destination},
+        [&](Machine& machine) { return sendArp(machine, destination, buffer, length); }, Address{{destination}},
         Value{source},
         ByteBuffer<PhysicalAddressPlace>{
             buffer, std::max<std::size_t>(length != nullptr ? *length : 0, kPhysicalAddressRoom), length},
@@ -198,7 +109,7 @@ NET_API_STATUS WINAPI sim_NetWkstaGetInfo(LPWSTR server, DWORD level, LPBYTE* bu
     return makeCall<sim_NetWkstaGetInfo>(
         "NetWkstaGetInfo", failsWithCode(NERR_WkstaNotStarted),
         [&](Machine& machine) { return workstationInfo(machine, level, buffer); }, Handle{server}, Value{level},
-        NewHandle{buffer});
+        NewWorkstationInfo{{buffer}});
 }
 
 NET_API_STATUS WINAPI sim_NetApiBufferFree(LPVOID buffer) {

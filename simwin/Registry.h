@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <optional>
 
+#include "framework/Windows.h"
 #include "simwin/RegistryTree.h"
 
 namespace simwin {
@@ -11,5 +12,9 @@ class Machine;
 
 // The key behind a predefined or open handle.
 std::optional<KeyId> findKey(Machine& machine, std::uintptr_t handle);
+
+// The same for a call that uses it: a handle that is none is reported as misused, but for null, which is what a program
+// passes on when an open failed.
+std::optional<KeyId> useKey(Machine& machine, const char* call, HKEY handle);
 
 }  // namespace simwin

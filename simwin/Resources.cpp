@@ -1,9 +1,9 @@
 #include <algorithm>
-#include <cstring>
+#include <iterator>
+#include <string_view>
 
 #include "simwin/Call.h"
 #include "simwin/Calls.h"
-#include "simwin/CodePage.h"
 
 using namespace simwin;
 
@@ -31,43 +31,6 @@ int loadString(UINT id, char* buffer, int size) {
     return static_cast<int>(length);
 }
 
-constexpr std::string_view kProfile = "kvcstat64.ini";
-
-// Windows takes one pair of like quotes off a value.
-std::string_view withoutQuotes(std::string_view value) {
-    if (value.size() >= 2 && (value.front() == '"' || value.front() == '\'') && value.back() == value.front())
-        return value.substr(1, value.size() - 2);
-    return value;
-}
-
-std::string_view trimmedDefault(const char* text) {
-    const std::string_view whole = text != nullptr ? text : "";
-    return whole.substr(0, whole.find_last_not_of(' ') + 1);
-}
-
-std::string_view findEntry(const Machine& machine, const char* section, const char* entry, const char* otherwise,
-                           const char* file) {
-    const std::string_view fileName = file != nullptr ? file : "";
-    if (section != nullptr && entry != nullptr &&
-        equalNoCase(fileName.substr(fileName.find_last_of('\\') + 1), kProfile))
-        for (const ProfileEntry& one : machine.station().profile)
-            if (equalNoCase(one.section, section) && equalNoCase(one.entry, entry))
-                return withoutQuotes(one.value);
-    return trimmedDefault(otherwise);
-}
-
-// The declarations that there are differ in it.
-using ProfileResult = decltype(::GetPrivateProfileStringA(nullptr, nullptr, nullptr, nullptr, 0, nullptr));
-
-ProfileResult copyEntry(std::string_view text, char* buffer, DWORD size) {
-    if (buffer == nullptr || size == 0)
-        return 0;
-    const std::size_t length = std::min<std::size_t>(text.size(), size - 1);
-    std::copy_n(text.data(), length, buffer);
-    buffer[length] = '\0';
-    return static_cast<ProfileResult>(length);
-}
-
 }  // namespace
 
 int WINAPI sim_LoadStringA(HINSTANCE instance, UINT id, LPSTR buffer, int size) {
@@ -75,12 +38,4 @@ int WINAPI sim_LoadStringA(HINSTANCE instance, UINT id, LPSTR buffer, int size) 
         "LoadStringA", failsWithZero(ERROR_RESOURCE_NAME_NOT_FOUND),
         [&](Machine&) { return loadString(id, buffer, size); }, Handle{instance}, Value{id},
         TextBuffer{buffer, static_cast<std::size_t>(std::max(size, 0))}, Value{size});
-}
-
-ProfileResult WINAPI sim_GetPrivateProfileStringA(LPCSTR section, LPCSTR entry, LPCSTR otherwise, LPSTR buffer,
-                                                  DWORD size, LPCSTR file) {
-    return makeCall<sim_GetPrivateProfileStringA>(
-        "GetPrivateProfileStringA", kNeverFails,
-        [&](Machine& machine) { return copyEntry(findEntry(machine, section, entry, otherwise, file), buffer, size); },
-        Text{section}, Text{entry}, Text{otherwise}, TextBuffer{buffer, size}, Value{size}, Text{file});
 }

@@ -28,7 +28,7 @@ int queryText(const char* name, std::optional<CompanionText> Session::*text, cha
     return makeCall<Entry>(
         name, failsWithZero(ERROR_GEN_FAILURE),
         [&](Machine& machine) { return fillText(machine.station().session.*text, buffer, size); },
-        TextBuffer{buffer, static_cast<std::size_t>(std::max(size, 0))}, Value{size});
+        TextBufferReadAlways{{buffer, static_cast<std::size_t>(std::max(size, 0))}}, Value{size});
 }
 
 BOOL queryCitrix(Machine& machine, DWORD session, int informationClass, char** buffer, DWORD* bytes) {
@@ -45,6 +45,12 @@ BOOL queryCitrix(Machine& machine, DWORD session, int informationClass, char** b
     *bytes = static_cast<DWORD>(text.size() + 1);
     return citrix->clientName->result;
 }
+
+// Where Citrix's interface puts the address of a text.
+struct NewText : NewHandle<LPSTR> {
+    Fact fact(bool succeeded) const { return succeeded ? Text{*place}.fact(true) : Fact(); }
+    void output(std::string& text, Machine& machine) const { Text{*place}.input(text, machine); }
+};
 
 }  // namespace
 
@@ -78,7 +84,7 @@ BOOL WINAPI sim_WFQuerySessionInformationA(HANDLE server, DWORD session, int inf
     return makeCall<sim_WFQuerySessionInformationA>(
         "WFQuerySessionInformationA", failsWithZero(ERROR_GEN_FAILURE),
         [&](Machine& machine) { return queryCitrix(machine, session, informationClass, buffer, bytes); },
-        Handle{server}, Value{session}, Value{informationClass}, NewHandle{buffer}, Number{bytes});
+        Handle{server}, Value{session}, Value{informationClass}, NewText{{buffer}}, Number{bytes});
 }
 
 int sim_KVGetVCDVersion() {

@@ -1,116 +1,21 @@
 #include "simwin/StationReader.h"
 
 #include <algorithm>
-#include <charconv>
 #include <fstream>
-#include <functional>
-#include <initializer_list>
 #include <iterator>
-#include <set>
 #include <span>
-#include <utility>
 
-#include "simwin/Address.h"
 #include "simwin/CallTable.h"
 #include "simwin/CodePage.h"
-#include "simwin/JsonView.h"
+#include "simwin/MemberReaders.h"
+#include "simwin/NetworkReader.h"
 #include "simwin/RegistryReader.h"
+#include "simwin/StorageReader.h"
 
 namespace simwin {
 namespace {
 
 constexpr std::size_t kLargestFile = std::size_t{16} << 20;
-constexpr std::size_t kLongestPhysicalAddress = 16;
-constexpr std::size_t kLanaAddressSize = 6;
-
-using Read = std::function<void(const JsonView&)>;
-
-struct Member {
-    std::string_view name;
-    Read read;
-};
-
-void readMembers(const JsonView& object, std::initializer_list<Member> members) {
-    object.eachMember([&](const std::string& name, const JsonView& value) {
-        for (const Member& member : members)
-            if (member.name == name)
-                return member.read(value);
-        value.fail("is not known");
-    });
-}
-
-template <class Number>
-Read into(Number& place) requires std::is_integral_v<Number> {
-    return [&place](const JsonView& value) { place = value.number<Number>(); };
-}
-
-Read into(bool& place) {
-    return [&place](const JsonView& value) { place = value.flag(); };
-}
-
-bool isHexDigit(char character) {
-    return std::string_view("0123456789abcdefABCDEF").find(character) != std::string_view::npos;
-}
-
-// "41 42", "41-42" or "4142".
-std::string readHex(const JsonView& view) {
-    const std::string text = view.utf8();
-    std::string bytes;
-    for (std::size_t i = 0; i < text.size();) {
-        if (text[i] == ' ' || text[i] == '-') {
-            ++i;
-            continue;
-        }
-        if (i + 1 == text.size() || !isHexDigit(text[i]) || !isHexDigit(text[i + 1]))
-            view.fail("is no row of bytes of two hexadecimal digits each");
-        unsigned byte = 0;
-        std::from_chars(text.data() + i, text.data() + i + 2, byte, 16);
-        bytes.push_back(static_cast<char>(static_cast<unsigned char>(byte)));
-        i += 2;
-    }
-    return bytes;
-}
-
-std::string toCodePage(const std::string& utf8, const JsonView& view) {
-    Utf8Error error{};
-    const std::optional<std::string> bytes = fromUtf8(utf8, error);
-    if (!bytes)
-        view.fail(error.outsideCodePage ? "holds a character that code page 1252 does not have" : "is no UTF-8 text");
-    return *bytes;
-}
-
-// A text, or its bytes as {"hex": "41 42"}.
-std::string readText(const JsonView& view) {
-    if (!view.isObject())
-        return toCodePage(view.utf8(), view);
-    std::string bytes;
-    readMembers(view, {{"hex", [&](const JsonView& hex) { bytes = readHex(hex); }}});
-    return bytes;
-}
-
-Read into(std::string& place) {
-    return [&place](const JsonView& value) { place = readText(value); };
-}
-
-Read into(OptionalText& place) {
-    return [&place](const JsonView& value) { place = readText(value); };
-}
-
-// A companion's text, or {"text": ..., "result": 0, "terminated": false}.
-Read into(std::optional<CompanionText>& place) {
-    return [&place](const JsonView& value) {
-        CompanionText& text = place.emplace();
-        bool isRaw = !value.isObject();
-        if (!isRaw)
-            value.eachMember([&](const std::string& name, const JsonView&) { isRaw = isRaw || name == "hex"; });
-        if (isRaw)
-            text.text = readText(value);
-        else
-            readMembers(
-                value,
-                {{"text", into(text.text)}, {"result", into(text.result)}, {"terminated", into(text.terminated)}});
-    };
-}
 
 void readCodePages(const JsonView& view, CodePages& pages) {
     const auto readAnsi = [&](const JsonView& value) {
@@ -148,9 +53,7 @@ void readEnvironment(const JsonView& view, std::vector<Variable>& variables) {
 }
 
 void readProcess(const JsonView& view, Process& process) {
-    readMembers(view, {{"id", into(process.id)}, {"sessionId", [&](const JsonView& value) {
-                                                      process.sessionId = value.number<std::uint32_t>();
-                                                  }}});
+    readMembers(view, {{"id", into(process.id)}, {"sessionId", into(process.sessionId)}});
 }
 
 void readProcessors(const JsonView& view, Processors& processors) {
@@ -163,156 +66,6 @@ void readProcessors(const JsonView& view, Processors& processors) {
                        {"level", into(processors.level)},
                        {"revision", into(processors.revision)},
                        {"currentMhz", readClocks}});
-}
-
-std::uint32_t readDriveType(const JsonView& view) {
-    if (!view.isText())
-        return view.number<std::uint32_t>();
-    const std::string name = view.utf8();
-    constexpr std::string_view names[] = {"removable", "fixed", "remote", "cdrom", "ramdisk"};
-    for (std::size_t i = 0; i < std::size(names); ++i)
-        if (names[i] == name)
-            return static_cast<std::uint32_t>(i + 2);
-    view.fail("is none of removable, fixed, remote, cdrom, ramdisk and no number");
-}
-
-void readClusters(const JsonView& view, Clusters& clusters) {
-    readMembers(view, {{"sectorsPerCluster", into(clusters.sectorsPerCluster)},
-                       {"bytesPerSector", into(clusters.bytesPerSector)},
-                       {"free", into(clusters.free)},
-                       {"total", into(clusters.total)}});
-}
-
-void readDrive(const JsonView& view, Drive& drive) {
-    Space space;
-    bool hasTotal = false;
-    bool hasTotalFree = false;
-    readMembers(
-        view, {{"type", [&](const JsonView& value) { drive.type = readDriveType(value); }},
-               {"label", into(drive.label)},
-               {"fileSystem", into(drive.fileSystem)},
-               {"serial", into(drive.serial)},
-               {"total", [&](const JsonView& value) { space.total = value.number<std::uint64_t>(), hasTotal = true; }},
-               {"free", into(space.free)},
-               {"totalFree",
-                [&](const JsonView& value) { space.totalFree = value.number<std::uint64_t>(), hasTotalFree = true; }},
-               {"clusters", [&](const JsonView& value) { readClusters(value, drive.clusters.emplace()); }}});
-    if (!hasTotalFree)
-        space.totalFree = space.free;
-    if (hasTotal)
-        drive.space = space;
-}
-
-void readDrives(const JsonView& view, std::map<char, Drive>& drives) {
-    view.eachMember([&](const std::string& name, const JsonView& value) {
-        if (name.size() != 1 || name[0] < 'A' || name[0] > 'Z')
-            value.fail("is no drive's letter from A to Z");
-        readDrive(value, drives[name[0]]);
-    });
-}
-
-FileVersion readFileVersion(const JsonView& view) {
-    const std::string text = view.utf8();
-    FileVersion version{};
-    const char* place = text.data();
-    const char* end = text.data() + text.size();
-    for (std::size_t i = 0; i < version.size(); ++i) {
-        if (i != 0 && (place == end || *place++ != '.'))
-            view.fail("is no version of four numbers up to 65535, such as 10.200.2650.0");
-        const auto [next, error] = std::from_chars(place, end, version[i]);
-        if (error != std::errc())
-            view.fail("is no version of four numbers up to 65535, such as 10.200.2650.0");
-        place = next;
-    }
-    if (place != end)
-        view.fail("is no version of four numbers up to 65535, such as 10.200.2650.0");
-    return version;
-}
-
-void readFiles(const JsonView& view, std::vector<File>& files) {
-    view.eachMember([&](const std::string& path, const JsonView& value) {
-        File file;
-        file.path = toCodePage(path, value);
-        if (path.size() < 4 || path[1] != ':' || path[2] != '\\' || path.ends_with('\\'))
-            value.fail("is no full path of a file, such as C:\\WINDOWS\\notepad.exe");
-        readMembers(value, {{"version", [&](const JsonView& version) { file.version = readFileVersion(version); }},
-                            {"resource", into(file.resource)}});
-        files.push_back(std::move(file));
-    });
-}
-
-// A dotted address, as it stands.
-std::string checkDotted(const std::string& text, const JsonView& view) {
-    const std::optional<std::string> bytes = parseDotted(text);
-    if (!bytes)
-        view.fail("is no IPv4 address such as 10.0.0.5");
-    return dotted(*bytes);
-}
-
-// A dotted address' bytes, or raw ones as {"hex": ...}.
-std::string readAddressBytes(const JsonView& view) {
-    if (view.isObject())
-        return readText(view);
-    return *parseDotted(checkDotted(view.utf8(), view));
-}
-
-void readHosts(const JsonView& view, std::vector<Host>& hosts) {
-    view.eachMember([&](const std::string& name, const JsonView& value) {
-        Host host;
-        host.hostName = toCodePage(name, value);
-        host.name = host.hostName;
-        const auto readAddresses = [&](const JsonView& list) {
-            list.eachItem([&](const JsonView& address) {
-                host.addresses.push_back(readAddressBytes(address));
-                if (host.addresses.back().size() != host.addresses.front().size())
-                    address.fail("is not as long as the first address");
-            });
-        };
-        readMembers(value,
-                    {{"name", into(host.name)}, {"addressType", into(host.addressType)}, {"addresses", readAddresses}});
-        hosts.push_back(std::move(host));
-    });
-}
-
-void readReverseEntries(const JsonView& view, std::vector<ReverseEntry>& entries) {
-    view.eachMember([&](const std::string& address, const JsonView& value) {
-        entries.push_back({checkDotted(address, value), readText(value)});
-    });
-}
-
-std::string readPhysicalAddress(const JsonView& view, std::size_t least, std::size_t most) {
-    std::string bytes = view.isObject() ? readText(view) : readHex(view);
-    if (bytes.size() < least || bytes.size() > most)
-        view.fail("is no physical address of " + (least == most ? "" : std::to_string(least) + " to ") +
-                  std::to_string(most) + " bytes, such as 00-0C-29-AB-CD-EF");
-    return bytes;
-}
-
-void readArp(const JsonView& view, std::vector<ArpEntry>& entries) {
-    view.eachMember([&](const std::string& address, const JsonView& value) {
-        entries.push_back({checkDotted(address, value), readPhysicalAddress(value, 0, kLongestPhysicalAddress)});
-    });
-}
-
-void readNetbios(const JsonView& view, std::vector<Lana>& lanas) {
-    view.eachItem([&](const JsonView& item) {
-        Lana lana;
-        readMembers(item, {{"lana", into(lana.number)}, {"address", [&](const JsonView& value) {
-                                                             lana.address = readPhysicalAddress(value, kLanaAddressSize,
-                                                                                                kLanaAddressSize);
-                                                         }}});
-        lanas.push_back(std::move(lana));
-    });
-}
-
-void readNetwork(const JsonView& view, StationNetwork& network) {
-    readMembers(view, {{"hostName", into(network.hostName)},
-                       {"hosts", [&](const JsonView& value) { readHosts(value, network.hosts); }},
-                       {"addresses", [&](const JsonView& value) { readReverseEntries(value, network.addresses); }},
-                       {"arp", [&](const JsonView& value) { readArp(value, network.arp); }},
-                       {"netbios", [&](const JsonView& value) { readNetbios(value, network.netbios); }},
-                       {"lanGroup", into(network.lanGroup)},
-                       {"domain", into(network.domain)}});
 }
 
 void readSession(const JsonView& view, Session& session) {
@@ -328,12 +81,6 @@ void readProfile(const JsonView& view, std::vector<ProfileEntry>& profile) {
             profile.push_back({toCodePage(section, entries), toCodePage(entry, value), readText(value)});
         });
     });
-}
-
-Read into(std::vector<std::string>& place) {
-    return [&place](const JsonView& list) {
-        list.eachItem([&](const JsonView& item) { place.push_back(readText(item)); });
-    };
 }
 
 bool isKnownCall(std::string_view name) {
@@ -393,7 +140,7 @@ void readAll(const JsonView& view, Station& station) {
                   [&](const JsonView& value) {
                       readMembers(value, {{"clientName", into(station.citrix.emplace().clientName)}});
                   }},
-                 {"vcdVersion", [&](const JsonView& value) { station.vcdVersion = value.number<int>(); }},
+                 {"vcdVersion", into(station.vcdVersion)},
                  {"profile", [&](const JsonView& value) { readProfile(value, station.profile); }},
                  {"missing", [&](const JsonView& value) { readMissing(value, station.missing); }},
                  {"fails", [&](const JsonView& value) { readFails(value, station.fails); }},
@@ -414,41 +161,6 @@ void checkDeniedKeys(const Station& station, const std::string& fileName) {
     for (std::size_t i = 0; i < station.deniedKeys.size(); ++i)
         if (!station.registry.find(station.deniedKeys[i]))
             throw ReadError(fileName + ": /deniedKeys/" + std::to_string(i) + ": registry.reg has no such key");
-}
-
-// The parser itself takes any depth, and the last of several members of one name.
-class JsonGuard {
-  public:
-    explicit JsonGuard(const std::string& fileName) : m_fileName(fileName) {}
-
-    bool operator()(int depth, JsonView::Json::parse_event_t event, const JsonView::Json& parsed) {
-        using Event = JsonView::Json::parse_event_t;
-        if (depth > kDeepestJson)
-            throw ReadError(m_fileName + ": nested deeper than " + std::to_string(kDeepestJson) + " levels");
-        if (event == Event::object_start)
-            m_names.emplace_back();
-        else if (event == Event::object_end)
-            m_names.pop_back();
-        else if (event == Event::key && !m_names.back().insert(parsed.get<std::string>()).second)
-            throw ReadError(m_fileName + ": " + parsed.dump() + " stands twice in one object");
-        return true;
-    }
-
-  private:
-    static constexpr int kDeepestJson = 16;
-
-    const std::string& m_fileName;
-    std::vector<std::set<std::string>> m_names;
-};
-
-JsonView::Json parseJson(std::string_view content, const std::string& fileName) {
-    try {
-        return JsonView::Json::parse(content, JsonGuard(fileName));
-    } catch (const JsonView::Json::exception& error) {
-        // Without the name of the exception, which stands in brackets before the text.
-        const std::string_view what = error.what();
-        throw ReadError(fileName + ": " + std::string(what.substr(what.find("] ") + 2)));
-    }
 }
 
 }  // namespace

@@ -31,5 +31,5 @@ void sim_ZRTrace(int level, const char* component, const char* format, ...) {
         [&](Machine& machine) {
             machine.trace({level, component != nullptr ? component : "", text});
         },
-        Value{level}, Text{component}, Text{text.c_str()});
+        Value{level}, Text{component}, FormattedText{{text.c_str()}});
 }

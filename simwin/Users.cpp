@@ -87,6 +87,8 @@ struct NewString {
         // The machine's heap ends with the machine.
         void done(ReplayState&) { scratch.Empty(); }
     };
+    CString& raw() const { return place; }
+    Fact fact(bool) const { return std::string(static_cast<const char*>(place)); }
     Kept keep(Recording&) const { return {}; }
     void input(std::string&, Machine&) const {}
     void output(std::string& text, Machine&) const { appendQuoted(text, static_cast<const char*>(place)); }

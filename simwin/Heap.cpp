@@ -1,0 +1,78 @@
+#include "simwin/Heap.h"
+
+#include <cstdlib>
+#include <new>
+#include <unordered_map>
+
+#include "simwin/Calls.h"
+#include "simwin/Machine.h"
+#include "simwin/Roles.h"
+
+using namespace simwin;
+
+namespace simwin {
+namespace {
+
+constexpr std::uintptr_t kProcessHeap = 0xA0000;
+
+// One for all machines, because a text may be made under one machine and released under another. It stands until the
+// end of the process: the module's own statics are released then.
+std::unordered_map<void*, Machine*>& heapBlocks() {
+    static auto* blocks = new std::unordered_map<void*, Machine*>;
+    return *blocks;
+}
+
+}  // namespace
+
+void freeHeapBlocks(Machine& machine) {
+    std::erase_if(heapBlocks(), [&machine](const auto& block) {
+        if (block.second != &machine)
+            return false;
+        std::free(block.first);
+        return true;
+    });
+}
+
+}  // namespace simwin
+
+HANDLE WINAPI sim_GetProcessHeap() {
+    return asPointer<HANDLE>(kProcessHeap);
+}
+
+// The process heap is the program's own work: it is neither logged nor kept for replay.
+LPVOID WINAPI sim_HeapAlloc(HANDLE heap, DWORD flags, SIZE_T size) {
+    Machine& machine = Machine::current();
+    if (asNumber(heap) != kProcessHeap) {
+        machine.reportMisuse("HeapAlloc", asNumber(heap), "is no heap");
+        return nullptr;
+    }
+    if (machine.countAllocation() || size > kLargestBlock)
+        return nullptr;
+    const SIZE_T room = size != 0 ? size : 1;
+    void* block = (flags & HEAP_ZERO_MEMORY) != 0 ? std::calloc(1, room) : std::malloc(room);
+    if (block == nullptr)
+        return nullptr;
+    try {
+        heapBlocks().emplace(block, &machine);
+    } catch (const std::bad_alloc&) {
+        std::free(block);
+        return nullptr;
+    }
+    machine.countHeapBlocks(1);
+    return block;
+}
+
+BOOL WINAPI sim_HeapFree(HANDLE heap, DWORD, LPVOID block) {
+    if (block == nullptr)
+        return TRUE;
+    const auto found = asNumber(heap) == kProcessHeap ? heapBlocks().find(block) : heapBlocks().end();
+    if (found == heapBlocks().end()) {
+        Machine::current().reportMisuse("HeapFree", asNumber(block), "is no block of this heap");
+        Machine::current().setLastError(ERROR_INVALID_PARAMETER);
+        return FALSE;
+    }
+    found->second->countHeapBlocks(-1);
+    heapBlocks().erase(found);
+    std::free(block);
+    return TRUE;
+}

@@ -1,0 +1,10 @@
+#pragma once
+
+#include "simwin/JsonView.h"
+#include "simwin/Station.h"
+
+namespace simwin {
+
+void readNetwork(const JsonView& view, StationNetwork& network);
+
+}  // namespace simwin

@@ -1,0 +1,147 @@
+#include "simwin/Registry.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "simwin/Call.h"
+#include "simwin/Calls.h"
+#include "simwin/MachineState.h"
+
+using namespace simwin;
+
+namespace simwin {
+namespace {
+
+std::optional<Hive> hiveOf(std::uintptr_t handle) {
+    // The predefined handles are negative 32-bit numbers.
+    if (handle >> 32 != 0xFFFFFFFF)
+        return std::nullopt;
+    switch (static_cast<std::uint32_t>(handle)) {
+        case 0x80000000:
+            return Hive::ClassesRoot;
+        case 0x80000001:
+            return Hive::CurrentUser;
+        case 0x80000002:
+            return Hive::LocalMachine;
+        case 0x80000003:
+            return Hive::Users;
+        case 0x80000004:
+            return Hive::PerformanceData;
+        case 0x80000005:
+            return Hive::CurrentConfig;
+        case 0x80000006:
+            return Hive::DynData;
+        default:
+            return std::nullopt;
+    }
+}
+
+// Windows takes no path with an empty piece in it.
+bool isProperPath(std::string_view path) {
+    return !path.starts_with('\\') && !path.ends_with('\\') && path.find("\\\\") == std::string_view::npos;
+}
+
+LSTATUS openKey(Machine& machine, const char* call, HKEY handle, const char* subKey, HKEY* result) {
+    const std::optional<KeyId> from = useKey(machine, call, handle);
+    if (!from)
+        return ERROR_INVALID_HANDLE;
+    const std::string_view path = subKey != nullptr ? subKey : "";
+    if (!isProperPath(path))
+        return ERROR_BAD_PATHNAME;
+    const std::optional<KeyId> key = machine.station().registry.find(*from, path);
+    if (!key)
+        return ERROR_FILE_NOT_FOUND;
+    const std::vector<KeyId>& denied = machine.state().deniedKeys;
+    if (std::find(denied.begin(), denied.end(), *key) != denied.end())
+        return ERROR_ACCESS_DENIED;
+    *result = asPointer<HKEY>(machine.state().keys.open(*key));
+    return ERROR_SUCCESS;
+}
+
+bool isEmpty(const char* text) {
+    return text == nullptr || *text == '\0';
+}
+
+LSTATUS enumKey(Machine& machine, HKEY handle, DWORD index, char* name, DWORD size) {
+    const std::optional<KeyId> key = useKey(machine, "RegEnumKeyA", handle);
+    if (!key)
+        return ERROR_INVALID_HANDLE;
+    const std::string* found = machine.station().registry.subKeyName(*key, index);
+    if (found == nullptr)
+        return ERROR_NO_MORE_ITEMS;
+    if (name == nullptr || found->size() >= size)
+        return ERROR_MORE_DATA;
+    std::memcpy(name, found->c_str(), found->size() + 1);
+    return ERROR_SUCCESS;
+}
+
+LSTATUS closeKey(Machine& machine, HKEY handle) {
+    if (hiveOf(asNumber(handle)))
+        return ERROR_SUCCESS;
+    if (machine.state().keys.close(asNumber(handle)))
+        return ERROR_SUCCESS;
+    machine.reportMisuse("RegCloseKey", asNumber(handle), "is no open key");
+    return ERROR_INVALID_HANDLE;
+}
+
+}  // namespace
+
+std::optional<KeyId> findKey(Machine& machine, std::uintptr_t handle) {
+    if (const KeyId* key = machine.state().keys.find(handle))
+        return *key;
+    if (const std::optional<Hive> hive = hiveOf(handle))
+        return machine.station().registry.root(*hive);
+    return std::nullopt;
+}
+
+std::optional<KeyId> useKey(Machine& machine, const char* call, HKEY handle) {
+    const std::optional<KeyId> key = findKey(machine, asNumber(handle));
+    if (!key && handle != nullptr)
+        machine.reportMisuse(call, asNumber(handle), "is no open key");
+    return key;
+}
+
+}  // namespace simwin
+
+LSTATUS WINAPI sim_RegOpenKeyA(HKEY key, LPCSTR subKey, PHKEY result) {
+    return makeCall<sim_RegOpenKeyA>(
+        "RegOpenKeyA", failsWithCode(ERROR_ACCESS_DENIED),
+        [&](Machine& machine) -> LSTATUS {
+            if (result == nullptr)
+                return ERROR_INVALID_PARAMETER;
+            // The old call answers the same handle, not a new one, when no sub-key is asked for.
+            if (isEmpty(subKey)) {
+                *result = key;
+                return ERROR_SUCCESS;
+            }
+            return openKey(machine, "RegOpenKeyA", key, subKey, result);
+        },
+        Handle{key}, Text{subKey}, NewHandle{result});
+}
+
+LSTATUS WINAPI sim_RegOpenKeyExA(HKEY key, LPCSTR subKey, DWORD options, REGSAM access, PHKEY result) {
+    return makeCall<sim_RegOpenKeyExA>(
+        "RegOpenKeyExA", failsWithCode(ERROR_ACCESS_DENIED),
+        [&](Machine& machine) -> LSTATUS {
+            if (result == nullptr)
+                return ERROR_INVALID_PARAMETER;
+            if (isEmpty(subKey) && hiveOf(asNumber(key))) {
+                *result = key;
+                return ERROR_SUCCESS;
+            }
+            return openKey(machine, "RegOpenKeyExA", key, subKey, result);
+        },
+        Handle{key}, Text{subKey}, Value{options}, Value{access}, NewHandle{result});
+}
+
+LSTATUS WINAPI sim_RegEnumKeyA(HKEY key, DWORD index, LPSTR name, DWORD size) {
+    return makeCall<sim_RegEnumKeyA>(
+        "RegEnumKeyA", failsWithCode(ERROR_ACCESS_DENIED),
+        [&](Machine& machine) { return enumKey(machine, key, index, name, size); }, Handle{key}, Value{index},
+        TextBuffer{name, size}, Value{size});
+}
+
+LSTATUS WINAPI sim_RegCloseKey(HKEY key) {
+    return makeCall<sim_RegCloseKey>(
+        "RegCloseKey", kNeverFails, [&](Machine& machine) { return closeKey(machine, key); }, Handle{key});
+}

@@ -1,0 +1,77 @@
+#include <algorithm>
+#include <optional>
+
+#include "simwin/Call.h"
+#include "simwin/Calls.h"
+#include "simwin/CodePage.h"
+
+using namespace simwin;
+
+namespace {
+
+int failConversion(Machine& machine, DWORD error) {
+    machine.setLastError(error);
+    return 0;
+}
+
+// The length of a wide text that ends with a NUL, which counts.
+std::size_t wideLength(const WCHAR* text) {
+    std::size_t length = 0;
+    while (text[length] != 0)
+        ++length;
+    return length + 1;
+}
+
+bool isAnsi(UINT codePage) {
+    return codePage == CP_ACP || codePage == CP_THREAD_ACP || codePage == kAnsiCodePage;
+}
+
+struct Narrowing {
+    const WCHAR* text;
+    int length;
+    char* buffer;
+    int size;
+    const char* replacement;
+    BOOL* usedReplacement;
+};
+
+int narrow(Machine& machine, UINT codePage, const Narrowing& job) {
+    if (!isAnsi(codePage) || job.text == nullptr || job.length == 0 || job.length < -1 || job.size < 0 ||
+        (job.size != 0 && job.buffer == nullptr))
+        return failConversion(machine, ERROR_INVALID_PARAMETER);
+    const std::size_t length = job.length == -1 ? wideLength(job.text) : static_cast<std::size_t>(job.length);
+    if (job.size == 0)
+        return static_cast<int>(length);
+    if (static_cast<std::size_t>(job.size) < length)
+        return failConversion(machine, ERROR_INSUFFICIENT_BUFFER);
+    const char replacement = job.replacement != nullptr ? *job.replacement : '?';
+    bool used = false;
+    for (std::size_t i = 0; i < length; ++i) {
+        const std::optional<char> byte = fromUnicode(static_cast<char16_t>(job.text[i]));
+        job.buffer[i] = byte.value_or(replacement);
+        used = used || !byte;
+    }
+    if (job.usedReplacement != nullptr)
+        *job.usedReplacement = used ? TRUE : FALSE;
+    return static_cast<int>(length);
+}
+
+std::size_t wideBytes(const WCHAR* text, int length) {
+    if (text == nullptr)
+        return 0;
+    return sizeof(WCHAR) * (length < 0 ? wideLength(text) : static_cast<std::size_t>(length));
+}
+
+}  // namespace
+
+int WINAPI sim_WideCharToMultiByte(UINT codePage, DWORD flags, LPCWSTR text, int length, LPSTR buffer, int size,
+                                   LPCSTR replacement, LPBOOL usedReplacement) {
+    return makeCall<sim_WideCharToMultiByte>(
+        "WideCharToMultiByte", failsWithZero(ERROR_NO_UNICODE_TRANSLATION),
+        [&](Machine& machine) {
+            return narrow(machine, codePage, {text, length, buffer, size, replacement, usedReplacement});
+        },
+        Value{codePage}, Value{flags}, Bytes{text, Machine::current().isWatched() ? wideBytes(text, length) : 0},
+        Value{length}, TextBuffer{buffer, static_cast<std::size_t>(std::max(size, 0))}, Value{size},
+        Bytes{replacement, 1}, Number{usedReplacement});
+}
