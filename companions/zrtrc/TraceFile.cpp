@@ -11,7 +11,7 @@ constexpr ULONGLONG kPatience = 250;  // milliseconds
 // Opened for appending only, a write goes to the end of the file as one step. Reading is asked for only because a lock
 // needs it; a file whose rights allow just appending is written without one.
 HANDLE OpenForAppending(const char* path) noexcept {
-    for (const DWORD access : {FILE_APPEND_DATA | FILE_READ_DATA, FILE_APPEND_DATA}) {
+    for (const DWORD access : {DWORD{FILE_APPEND_DATA | FILE_READ_DATA}, DWORD{FILE_APPEND_DATA}}) {
         HANDLE file = CreateFileA(path, access, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
                                   OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
         if (file != INVALID_HANDLE_VALUE || GetLastError() != ERROR_ACCESS_DENIED)

@@ -1,0 +1,4 @@
+/* What it costs to start a program at all. */
+int main(void) {
+    return 0;
+}

@@ -1,0 +1,16 @@
+// What a fuzzed run promises; a broken promise is told in one line and ends the program.
+#pragma once
+
+#include <cstdio>
+#include <cstdlib>
+
+namespace kvfuzz {
+
+inline void check(bool holds, const char* promise) {
+    if (holds)
+        return;
+    std::fprintf(stderr, "broken promise: %s\n", promise);
+    std::abort();
+}
+
+}  // namespace kvfuzz
