@@ -1,0 +1,13 @@
+// A station as the files that StationReader reads back.
+#pragma once
+
+#include <string>
+
+#include "simwin/Station.h"
+
+namespace simwin {
+
+// station.json, in UTF-8: members in the order in which docs/stations.md tells them, what is not described left out.
+std::string writeStation(const Station& station);
+
+}  // namespace simwin
