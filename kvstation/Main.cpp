@@ -8,7 +8,7 @@ extern "C" int wmain(int count, wchar_t** words) {
     std::vector<std::string> arguments;
     for (int i = 1; i < count; ++i)
         arguments.push_back(kvstation::toUtf8(words[i]));
-    return kvstation::runTool(std::move(arguments));
+    return kvstation::runTool(arguments);
 }
 
 #else

@@ -18,7 +18,7 @@ CString TextOfUtf16(const BYTE* data) {
         return {};
     const std::unique_ptr<char[]> text(new char[static_cast<std::size_t>(needed) + 1]());
     WideCharToMultiByte(CP_ACP, 0, wide, -1, text.get(), needed, nullptr, nullptr);
-    return text.get();
+    return text.get();  // cppcheck-suppress returnDanglingLifetime ; the string copies the characters
 }
 
 }  // namespace

@@ -8,7 +8,7 @@ int CDeviceMap::Add(std::unique_ptr<CDeviceInformation> device) {
     }
     device->m_nCount = 1;
     SetAt(device->m_cDescription, device.get());
-    device.release();
+    static_cast<void>(device.release());
     return 0;
 }
 

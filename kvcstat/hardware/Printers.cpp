@@ -74,7 +74,7 @@ int CHardwareInformation::ListPrinters9x(bool remote) {
 void CHardwareInformation::AddPrinter(std::unique_ptr<CPrinterInformation> printer, const char* name) {
     const CStatGlobal global;
     m_Printers.AddTail(printer.get());
-    printer.release();
+    static_cast<void>(printer.release());
     global.AppendString(m_cPrinterList, name, ";");
 }
 

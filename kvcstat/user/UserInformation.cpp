@@ -107,7 +107,7 @@ int CUserInformation::ReadWinUser() {
         return -1;
     }
     m_cWinUser = name.get();
-    m_cWinUser.MakeUpper();
+    m_cWinUser.MakeUpper();  // cppcheck-suppress danglingLifetime ; the string copied the name
     return 0;
 }
 
