@@ -182,7 +182,6 @@ std::string subjectOf([[maybe_unused]] Machine& machine, const Roles&... roles) 
 template <class Result, class... Roles>
 void noteAnswer(Machine& machine, ObservedCall& call, const Failure& failure, bool fails, const Result& result,
                 const Roles&... roles) {
-    call.error = machine.answering().lastError();
     call.succeeded = !fails;
     if constexpr (!std::is_same_v<Result, NoResult>) {
         call.succeeded = succeeded(failure, result);
@@ -225,6 +224,7 @@ auto watchCall(Machine& machine, const char* name, const Failure& failure, bool 
         }
     }();
     lastError.take();
+    call.error = lastError.error(machine);
 
     if (isTold)
         noteAnswer(machine, call, failure, fails, result, roles...);

@@ -4,6 +4,7 @@
 
 #include "framework/Windows.h"
 #include "simwin/CallTable.h"
+#include "simwin/Machine.h"
 #include "simwin/RegistryTree.h"
 
 namespace simwin {
@@ -69,6 +70,10 @@ const void* Relay::watched(std::uintptr_t library, const char* function, const v
         return found;
     addFunction(function, found);
     return entry->address;
+}
+
+std::uint32_t LastErrorKeeper::error(const Machine& machine) const {
+    return m_isReal ? m_error : machine.answering().lastError();
 }
 
 #ifdef _WIN32

@@ -57,6 +57,9 @@ class LastErrorKeeper {
     void restore() const;
     void take();
 
+    // Behind the call: the error that it left, of the thread or else of the machine that answered.
+    std::uint32_t error(const Machine& machine) const;
+
   private:
     bool m_isReal;
     std::uint32_t m_error = 0;
