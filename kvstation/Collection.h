@@ -3,13 +3,15 @@
 #pragma once
 
 #include <chrono>
+#include <string>
 
 #include "kvstation/Record.h"
 
 namespace kvstation {
 
 // Collects this station's record with the library beside the tool. Throws Failure, in one line that names the step
-// and, as far as known, the last platform call. Needs Windows and throws elsewhere.
-RecordBytes collectHere(std::chrono::seconds limit);
+// and the last platform call. Where `times` is not null it receives the text of CallTimes.h. Needs Windows and throws
+// elsewhere.
+RecordBytes collectHere(std::chrono::seconds limit, std::string* times);
 
 }  // namespace kvstation

@@ -3,8 +3,10 @@
 #include <CLI/App.hpp>
 #include <memory>
 
+#include "kvstation/CallTimes.h"
 #include "kvstation/Errors.h"
 #include "kvstation/Library.h"
+#include "kvstation/ObservedLibrary.h"
 #include "kvstation/SharedCollection.h"
 #include "kvstation/Verb.h"
 
@@ -29,12 +31,35 @@ void catchCrashes(SharedCollection& shared) {
     SetUnhandledExceptionFilter(noteCrash);
 }
 
+// Notes each call before it is made, for a parent that must tell where the collection ended.
+class NotedCalls : public CallLog {
+  public:
+    explicit NotedCalls(SharedCollection& shared) : m_shared(shared) {}
+
+    void begins(const simwin::ObservedCall& call) override {
+        CallLog::begins(call);
+        note(m_shared.step, "collecting: " + std::string(step()));
+        note(m_shared.call, call.name + "(" + call.arguments + ")");
+    }
+    // The calls themselves are kept for their times alone.
+    void ends(const simwin::ObservedCall& call) override {
+        if (m_shared.wantsTimes)
+            CallLog::ends(call);
+    }
+
+  private:
+    SharedCollection& m_shared;
+};
+
 void collect(SharedCollection& shared) {
     note(shared.step, "loading kvcstat64.dll");
     const Library library;
     note(shared.step, "collecting");
-    library.getStationData(shared.record);
+    NotedCalls calls(shared);
+    shared.record = collectObserved(library, calls);
     note(shared.step, "unloading kvcstat64.dll");
+    if (shared.wantsTimes)
+        note(shared.times, timesText(calls.calls()));
 }
 
 int collectForParent(std::uintptr_t memory) {

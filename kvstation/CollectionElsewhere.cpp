@@ -3,7 +3,7 @@
 
 namespace kvstation {
 
-RecordBytes collectHere(std::chrono::seconds) {
+RecordBytes collectHere(std::chrono::seconds, std::string*) {
     throw Failure("show needs Windows; 'kvstation simulate STATION' shows a described station here");
 }
 

@@ -108,9 +108,10 @@ RecordBytes resultOf(const SharedCollection& shared, HANDLE child) {
 
 }  // namespace
 
-RecordBytes collectHere(std::chrono::seconds limit) {
+RecordBytes collectHere(std::chrono::seconds limit, std::string* times) {
     const OwnedHandle memory = makeSharedMemory();
     const MappedCollection shared(memory.get());
+    shared->wantsTimes = times != nullptr;
     const OwnedHandle job = makeJob();
     const OwnedHandle null = openNull();
     const OwnedHandle child = startChild(memory.get(), null.get());
@@ -118,7 +119,10 @@ RecordBytes collectHere(std::chrono::seconds limit) {
     const auto milliseconds = static_cast<DWORD>(std::chrono::milliseconds(limit).count());
     if (WaitForSingleObject(child.get(), milliseconds) != WAIT_OBJECT_0)
         failByTime(*shared, child.get(), limit);
-    return resultOf(*shared, child.get());
+    const RecordBytes record = resultOf(*shared, child.get());
+    if (times != nullptr)
+        *times = noted(shared->times);
+    return record;
 }
 
 }  // namespace kvstation

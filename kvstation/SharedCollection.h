@@ -21,12 +21,15 @@ enum class CollectionState : std::uint32_t {
 struct SharedCollection {
     static constexpr std::size_t kLongestNote = 256;
     static constexpr std::size_t kLongestFailure = 2048;
+    static constexpr std::size_t kLongestTimes = 8192;
 
     std::atomic<CollectionState> state;
     std::uint32_t exceptionCode;
     std::uint64_t exceptionAddress;
     char step[kLongestNote];  // what the child does, such as "loading kvcstat64.dll"
-    char call[kLongestNote];  // the last platform call, as far as it is watched; else empty
+    char call[kLongestNote];  // the last platform call; empty before the first
+    bool wantsTimes;          // the parent's wish; `times` then tells them
+    char times[kLongestTimes];
     char failure[kLongestFailure];
     RecordBytes record;
 };

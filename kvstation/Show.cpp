@@ -4,6 +4,7 @@
 
 #include "kvstation/Collection.h"
 #include "kvstation/Errors.h"
+#include "kvstation/Output.h"
 #include "kvstation/ProductName.h"
 #include "kvstation/ResultOptions.h"
 #include "kvstation/RunningSystem.h"
@@ -18,12 +19,16 @@ constexpr unsigned kMostSeconds = 24 * 60 * 60;
 struct ShowOptions {
     ResultOptions result;
     unsigned seconds = kDefaultSeconds;
+    bool times = false;
 };
 
 int show(const ShowOptions& options) {
-    const RecordBytes bytes = collectHere(std::chrono::seconds(options.seconds));
+    std::string times;
+    const RecordBytes bytes = collectHere(std::chrono::seconds(options.seconds), options.times ? &times : nullptr);
     giveOut({.record = Record(bytes), .bytes = bytes, .product = productName(runningSystem()), .origin = "this station"},
             options.result);
+    if (options.times)
+        writeResult("\n" + times);
     return kExitSuccess;
 }
 
@@ -33,6 +38,9 @@ Verb addShow(CLI::App& tool) {
     const auto options = std::make_shared<ShowOptions>();
     CLI::App* command = tool.add_subcommand("show", "Collect this station's record and show it (Windows)");
     addResultOptions(*command, options->result);
+    command->add_flag("--times", options->times, "The milliseconds of each step and the slowest platform calls too")
+        ->excludes(command->get_option("--json"))
+        ->excludes(command->get_option("--field"));
     command->add_option("--timeout", options->seconds, "End a collection that takes longer")
         ->type_name("SECONDS")
         ->check(CLI::Range(1U, kMostSeconds))

@@ -20,6 +20,9 @@ std::vector<Verb> addVerbs(CLI::App& tool) {
         addDecode(tool),
         addDiff(tool),
         addLayout(tool),
+        addTrace(tool),
+        addExplain(tool),
+        addCapture(tool),
 #ifdef _WIN32
         addCollectForParent(tool),
 #endif
@@ -87,7 +90,7 @@ int runGuarded(CLI::App& tool, const std::vector<Verb>& verbs, const std::vector
 
 }  // namespace
 
-int runTool(std::vector<std::string> arguments) {
+int runTool(const std::vector<std::string>& arguments) {
     try {
         CLI::App tool("Sees, explains and compares what the workstation-inventory module kvcstat64.dll tells of a station.",
                       "kvstation");

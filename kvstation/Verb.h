@@ -22,6 +22,9 @@ Verb addSimulate(CLI::App& tool);
 Verb addDecode(CLI::App& tool);
 Verb addDiff(CLI::App& tool);
 Verb addLayout(CLI::App& tool);
+Verb addTrace(CLI::App& tool);
+Verb addExplain(CLI::App& tool);
+Verb addCapture(CLI::App& tool);
 #ifdef _WIN32
 Verb addCollectForParent(CLI::App& tool);
 #endif

@@ -1,0 +1,70 @@
+// The verb "capture": this computer as a described station.
+#include <CLI/App.hpp>
+#include <memory>
+
+#include "kvstation/Differences.h"
+#include "kvstation/Errors.h"
+#include "kvstation/Output.h"
+#include "kvstation/ProductName.h"
+#include "kvstation/Record.h"
+#include "kvstation/Redaction.h"
+#include "kvstation/RunningSystem.h"
+#include "kvstation/Stage.h"
+#include "kvstation/StationCapture.h"
+#include "kvstation/StationFolder.h"
+#include "kvstation/Verb.h"
+
+namespace kvstation {
+namespace {
+
+struct CaptureOptions {
+    std::string station;
+    bool redact = false;
+};
+
+// The folder as it was written answers the same, or somebody would look for a fault where there is none.
+void checkReplay(const std::string& folder, const RecordBytes& wanted) {
+    simwin::Machine machine(readStationFolder(folder));
+    const RecordBytes found = collectOn(machine);
+    if (found == wanted)
+        return;
+    std::string names;
+    const Record left(wanted);
+    const Record right(found);
+    for (std::size_t i = 0; i < fields().size(); ++i)
+        if (left.textOf(i) != right.textOf(i))
+            names += (names.empty() ? "" : ", ") + std::string(fields()[i].name);
+    throw Failure(folder + " was written, but it gives another record (" + names +
+                  "): this computer answered one question in two ways");
+}
+
+int capture(const CaptureOptions& options) {
+    StationCapture capture;
+    const RecordBytes record = collectHereObserved(capture);
+    simwin::Station station = capture.station();
+    station.description = "captured from " + productName(runningSystem());
+    if (options.redact) {
+        writeStationFolder(redacted(station), options.station);
+    } else {
+        writeStationFolder(station, options.station);
+        checkReplay(options.station, record);
+    }
+    writeResult(options.station + "\n");
+    return kExitSuccess;
+}
+
+}  // namespace
+
+Verb addCapture(CLI::App& tool) {
+    const auto options = std::make_shared<CaptureOptions>();
+    CLI::App* command = tool.add_subcommand("capture", "Write this computer down as a described station (Windows)");
+    command->add_option("station", options->station, "The folder to write registry.reg and station.json into")
+        ->type_name("STATION")
+        ->required();
+    command->add_flag("--redact", options->redact,
+                      "Stand-ins for names, addresses, product ids and serial numbers, of the same form");
+    return {command, "kvstation capture station     # then: kvstation simulate station",
+            [options] { return capture(*options); }};
+}
+
+}  // namespace kvstation

@@ -1,0 +1,12 @@
+// A station without what tells whose it is.
+#pragma once
+
+#include "simwin/Station.h"
+
+namespace kvstation {
+
+// The station with stand-ins in the place of user, computer, client and domain names, addresses, MACs, owner, product
+// ids and serial numbers, in whatever text they stand. A collection on it takes the same ways.
+simwin::Station redacted(const simwin::Station& station);
+
+}  // namespace kvstation

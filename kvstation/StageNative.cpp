@@ -1,0 +1,35 @@
+#include "framework/Windows.h"
+#include "kvstation/Errors.h"
+#include "kvstation/Stage.h"
+#include "kvstation/StandardOutputAside.h"
+
+extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, LPVOID reserved);
+
+namespace kvstation {
+namespace {
+
+// The library loaded, as Windows tells it.
+class LoadedModule {
+  public:
+    LoadedModule() { DllMain(nullptr, DLL_PROCESS_ATTACH, nullptr); }
+    LoadedModule(const LoadedModule&) = delete;
+    LoadedModule& operator=(const LoadedModule&) = delete;
+    ~LoadedModule() { DllMain(nullptr, DLL_PROCESS_DETACH, nullptr); }
+};
+
+}  // namespace
+
+RecordBytes collectOn(simwin::Machine& machine) {
+    const simwin::Machine::Scope scope(machine);
+    const StandardOutputAside aside;
+    const LoadedModule module;
+    RecordBytes record{};
+    GetStationData(record.data());
+    return record;
+}
+
+RecordBytes collectHereObserved(simwin::CallObserver&) {
+    throw Failure("this computer can be looked at under Windows alone; name a described station");
+}
+
+}  // namespace kvstation

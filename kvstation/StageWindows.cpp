@@ -1,0 +1,67 @@
+#include <algorithm>
+
+#include "kvstation/Library.h"
+#include "kvstation/ObservedLibrary.h"
+#include "kvstation/Stage.h"
+#include "kvstation/StandardOutputAside.h"
+#include "redirect/Redirection.h"
+#include "simwin/CallTable.h"
+#include "simwin/Relay.h"
+
+namespace kvstation {
+namespace {
+
+bool isHeap(const simwin::CallEntry& call) {
+    return call.name == "GetProcessHeap" || call.name == "HeapAlloc" || call.name == "HeapFree";
+}
+
+// A machine that only watches leaves the library its heap, which its companions share.
+std::vector<redirect::Replacement> answers(bool withHeap) {
+    std::vector<redirect::Replacement> all;
+    for (const simwin::CallEntry& call : simwin::callTable())
+        if (call.imported && (withHeap || !isHeap(call)))
+            all.push_back({call.library, call.name, call.ordinal, call.address});
+    return all;
+}
+
+void addFunctions(simwin::Relay& relay, HMODULE library) {
+    for (const redirect::Import& import : redirect::importsOf(library)) {
+        const simwin::CallEntry* call = import.ordinal != 0 ? simwin::findCall(import.library, import.ordinal)
+                                                            : simwin::findCall(import.library, import.name);
+        if (call != nullptr)
+            relay.addFunction(call->name, reinterpret_cast<const void*>(*import.slot));
+    }
+}
+
+RecordBytes collect(const Library& library, simwin::Machine& machine, bool withHeap) {
+    const redirect::Redirection redirection(library.handle(), answers(withHeap));
+    const simwin::Machine::Scope scope(machine);
+    RecordBytes record{};
+    library.getStationData(record);
+    return record;
+}
+
+}  // namespace
+
+RecordBytes collectOn(simwin::Machine& machine) {
+    const StandardOutputAside aside;
+    const Library library;
+    return collect(library, machine, true);
+}
+
+RecordBytes collectHereObserved(simwin::CallObserver& observer) {
+    const StandardOutputAside aside;
+    const Library library;
+    return collectObserved(library, observer);
+}
+
+RecordBytes collectObserved(const Library& library, simwin::CallObserver& observer) {
+    simwin::Relay relay;
+    addFunctions(relay, library.handle());
+    simwin::Machine machine{simwin::Station()};
+    machine.relayTo(&relay);
+    machine.observe(&observer);
+    return collect(library, machine, false);
+}
+
+}  // namespace kvstation

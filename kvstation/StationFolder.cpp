@@ -1,0 +1,40 @@
+#include "kvstation/StationFolder.h"
+
+#include <filesystem>
+#include <system_error>
+
+#include "kvstation/Errors.h"
+#include "kvstation/Files.h"
+#include "simwin/RegistryWriter.h"
+#include "simwin/StationWriter.h"
+
+namespace kvstation {
+namespace {
+
+using Path = std::filesystem::path;
+
+Path pathOf(const std::string& utf8) { return reinterpret_cast<const char8_t*>(utf8.c_str()); }
+
+void makeFolder(const std::string& folder) {
+    std::error_code error;
+    std::filesystem::create_directories(pathOf(folder), error);
+    if (!isFolder(folder))
+        throw Failure(folder + ": the folder cannot be made" + (error ? ": " + error.message() : ""));
+}
+
+void refuseStation(const std::string& folder) {
+    for (const char* name : {"/registry.reg", "/station.json"})
+        if (std::error_code error; std::filesystem::exists(pathOf(folder + name), error))
+            throw Failure(folder + name + " is there already; name a folder that holds no station");
+}
+
+}  // namespace
+
+void writeStationFolder(const simwin::Station& station, const std::string& folder) {
+    makeFolder(folder);
+    refuseStation(folder);
+    writeFile(folder + "/registry.reg", simwin::writeRegistry(station.registry));
+    writeFile(folder + "/station.json", simwin::writeStation(station));
+}
+
+}  // namespace kvstation
