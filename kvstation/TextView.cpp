@@ -66,7 +66,7 @@ class TextWriter {
         m_text += kNormal;
     }
 
-    // Breaks behind blanks and list separators where there are any; what follows stands below the first line.
+    // Breaks behind an item of a list, else behind a blank, else anywhere; the rest stands below the first line.
     void appendWrapped(std::string_view text, std::size_t column) {
         if (m_options.width < column + kNarrowestValue) {
             m_text += text;
@@ -87,8 +87,10 @@ class TextWriter {
         std::size_t end = 0;
         for (std::size_t used = 0; used < room; ++used)
             end += characterSize(text.substr(end));
-        const std::size_t separator = text.substr(0, end).find_last_of("; ");
-        return separator == std::string_view::npos ? end : separator + 1;
+        for (const char separator : {';', ' '})
+            if (const std::size_t place = text.substr(0, end).rfind(separator); place != std::string_view::npos)
+                return place + 1;
+        return end;
     }
 
     static std::size_t characterSize(std::string_view text) {

@@ -7,6 +7,6 @@
 namespace kvstation {
 
 // `arguments` are UTF-8, without the program's name. Gives the exit status.
-int runTool(std::vector<std::string> arguments);
+int runTool(const std::vector<std::string>& arguments);
 
 }  // namespace kvstation

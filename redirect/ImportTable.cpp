@@ -25,8 +25,12 @@ Import importOf(HMODULE library, const IMAGE_IMPORT_DESCRIPTOR& from, const IMAG
 
 }  // namespace
 
+std::string Import::function() const {
+    return ordinal != 0 ? "#" + std::to_string(ordinal) : std::string(name);
+}
+
 std::string Import::text() const {
-    return std::string(library) + "!" + (ordinal != 0 ? "#" + std::to_string(ordinal) : std::string(name));
+    return std::string(library) + "!" + function();
 }
 
 std::vector<Import> importsOf(HMODULE library) {

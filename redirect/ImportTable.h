@@ -17,8 +17,8 @@ struct Import {
     std::uint16_t ordinal;     // 0: imported by name
     ULONG_PTR* slot;           // holds the function's address
 
-    // "KERNEL32.dll!GetVersion" or "kvenv64.dll!#2".
-    std::string text() const;
+    std::string function() const;  // "GetVersion" or "#2"
+    std::string text() const;      // "KERNEL32.dll!GetVersion" or "kvenv64.dll!#2"
 };
 
 // In the order of the image. Delay-loaded functions are not among them.

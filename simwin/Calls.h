@@ -41,6 +41,8 @@ extern "C" {
 #define SIMWIN_CALL(library, name) decltype(::name) sim_##name;
 #include "simwin/Calls.inc"
 
+ZRTRC_FORMAT decltype(::ZRTrace) sim_ZRTrace;
+
 decltype(::VerSetConditionMask) sim_VerSetConditionMask;
 decltype(::VerifyVersionInfoA) sim_VerifyVersionInfoA;
 decltype(::GetDiskFreeSpaceExA) sim_GetDiskFreeSpaceExA;

@@ -9,6 +9,9 @@ using namespace simwin;
 
 namespace {
 
+#ifdef __GNUC__
+__attribute__((format(printf, 1, 0)))
+#endif
 std::string formatText(const char* format, va_list arguments) {
     va_list again;
     va_copy(again, arguments);

@@ -32,7 +32,8 @@ std::string changed(Change change) {
 
 TEST(JsonView, HasTheRecordsFieldsInTheOrderOfTheirOffsets) {
     std::vector<std::string> names;
-    for (const auto& item : Json::parse(jsonView(Record(sampleBytes()))).items())
+    const Json json = Json::parse(jsonView(Record(sampleBytes())));
+    for (const auto& item : json.items())
         names.push_back(item.key());
     ASSERT_EQ(names.size(), 60u);
     EXPECT_EQ(names.front(), "szStation");

@@ -74,9 +74,10 @@ void compare(std::vector<std::string>& lines, const std::string& what, const Fie
 }
 
 void compareRecords(std::vector<std::string>& lines, const ExpectedStation& expected, const std::string& record) {
-    for (std::size_t i = 0; i < std::size(kFields); ++i)
-        compare(lines, kFields[i].name, expected.record[i].second, valueOf(kFields[i], record));
-    const std::string bytes = recordBytes(expected);
+    const Fields fields = fieldsOf(record);
+    for (std::size_t i = 0; i < fields.size(); ++i)
+        compare(lines, fields[i].first, expected.record[i].second, fields[i].second);
+    const std::string bytes = recordBytes(expected.record);
     const auto [wanted, other] = std::mismatch(bytes.begin(), bytes.end(), record.begin(), record.end());
     if (wanted != bytes.end() || other != record.end())
         lines.push_back("record: the bytes differ from offset " + std::to_string(wanted - bytes.begin()) + " on");
@@ -160,10 +161,17 @@ ExpectedStation readExpectedStation(const std::filesystem::path& folder) {
     }
 }
 
-std::string recordBytes(const ExpectedStation& expected) {
+Fields fieldsOf(const std::string& record) {
+    Fields fields;
+    for (const Field& field : kFields)
+        fields.emplace_back(field.name, valueOf(field, record));
+    return fields;
+}
+
+std::string recordBytes(const Fields& fields) {
     std::string record(KVCSTAT_RECORD_SIZE, '\0');
     for (std::size_t i = 0; i < std::size(kFields); ++i)
-        putValue(record, kFields[i], expected.record[i].second);
+        putValue(record, kFields[i], fields[i].second);
     return record;
 }
 

@@ -14,8 +14,10 @@ namespace kvtest {
 
 using FieldValue = std::variant<std::int64_t, std::string>;  // texts are bytes of the ANSI code page
 
+using Fields = std::vector<std::pair<std::string, FieldValue>>;
+
 struct ExpectedStation {
-    std::vector<std::pair<std::string, FieldValue>> record;  // every field, in the order of offsets
+    Fields record;  // every field, in the order of offsets
     std::vector<simwin::Variable> environment;               // in the order of their names
     std::vector<simwin::TraceLine> trace;
     std::string standardOutput;
@@ -24,8 +26,12 @@ struct ExpectedStation {
 // Throws std::runtime_error that names the file, when it is not as docs/stations.md says.
 ExpectedStation readExpectedStation(const std::filesystem::path& folder);
 
-// All bytes of the record: the run writes nothing but zeros behind a text, and nothing into the reserved areas.
-std::string recordBytes(const ExpectedStation& expected);
+// The fields of a record, each text up to its first NUL.
+Fields fieldsOf(const std::string& record);
+
+// All bytes of a record with these fields: into one that was cleared a run writes nothing but zeros behind a text, and
+// nothing into the reserved areas.
+std::string recordBytes(const Fields& fields);
 
 // What one collection on a station gave.
 struct CollectedStation {

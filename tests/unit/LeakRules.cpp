@@ -3,3 +3,8 @@
 extern "C" const char* __lsan_default_suppressions() {
     return "leak:CollectHardware\n";
 }
+
+// Nothing of it on standard error.
+extern "C" const char* __lsan_default_options() {
+    return "print_suppressions=0";
+}

@@ -24,35 +24,6 @@ std::string LowerCase(std::string text) {
     return text;
 }
 
-// Calls visit(library, function, slot) for every import, until it returns true.
-template <typename Visit>
-void VisitImports(HMODULE module, Visit visit) {
-    const auto& directory = HeaderOf(module).DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT];
-    if (directory.Size == 0)
-        return;
-    for (auto* library = At<IMAGE_IMPORT_DESCRIPTOR>(module, directory.VirtualAddress); library->Name != 0; ++library) {
-        const std::string name = LowerCase(At<char>(module, library->Name));
-        const auto* slot = At<ULONG_PTR>(module, library->FirstThunk);
-        const auto* import = At<IMAGE_THUNK_DATA>(module, library->OriginalFirstThunk);
-        for (; import->u1.AddressOfData != 0; ++import, ++slot) {
-            const ULONGLONG ordinal = import->u1.Ordinal;
-            const std::string function =
-                IMAGE_SNAP_BY_ORDINAL(ordinal)
-                    ? "#" + std::to_string(IMAGE_ORDINAL(ordinal))
-                    : reinterpret_cast<const char*>(At<IMAGE_IMPORT_BY_NAME>(module, import->u1.AddressOfData)->Name);
-            if (visit(name, function, slot))
-                return;
-        }
-    }
-}
-
-void Write(ULONG_PTR* slot, ULONG_PTR value) {
-    DWORD protection = 0;
-    VirtualProtect(slot, sizeof *slot, PAGE_READWRITE, &protection);
-    *slot = value;
-    VirtualProtect(slot, sizeof *slot, protection, &protection);
-}
-
 }  // namespace
 
 std::vector<Export> ExportsOf(HMODULE module) {
@@ -76,10 +47,8 @@ std::vector<Export> ExportsOf(HMODULE module) {
 
 std::map<std::string, std::set<std::string>> ImportsOf(HMODULE module) {
     std::map<std::string, std::set<std::string>> imports;
-    VisitImports(module, [&](const std::string& library, const std::string& function, const ULONG_PTR*) {
-        imports[library].insert(function);
-        return false;
-    });
+    for (const redirect::Import& import : redirect::importsOf(module))
+        imports[LowerCase(std::string(import.library))].insert(import.function());
     return imports;
 }
 
@@ -87,21 +56,8 @@ unsigned CharacteristicsOf(HMODULE module) {
     return HeaderOf(module).DllCharacteristics;
 }
 
-ImportOverride::ImportOverride(HMODULE module, const char* library, const char* name, ULONG_PTR replacement) {
-    VisitImports(module, [&](const std::string& from, const std::string& function, const ULONG_PTR* slot) {
-        if (from == library && function == name)
-            m_slot = const_cast<ULONG_PTR*>(slot);
-        return m_slot != nullptr;
-    });
-    if (m_slot == nullptr) {
-        ADD_FAILURE() << "nothing imports " << name << " of " << library;
-        return;
-    }
-    m_original = *m_slot;
-    Write(m_slot, replacement);
-}
-
-ImportOverride::~ImportOverride() {
-    if (m_slot != nullptr)
-        Write(m_slot, m_original);
+ImportOverride::ImportOverride(HMODULE module, const redirect::Replacement& replacement)
+    : m_redirection(module, std::span(&replacement, 1)) {
+    if (m_redirection.replaced() == 0)
+        ADD_FAILURE() << "nothing imports " << replacement.name << " of " << replacement.library;
 }

@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+#include "redirect/Redirection.h"
+
 struct Export {
     DWORD ordinal;
     std::string name;  // empty: exported by ordinal only
@@ -24,19 +26,16 @@ std::map<std::string, std::set<std::string>> ImportsOf(HMODULE module);
 // IMAGE_DLLCHARACTERISTICS_... of the library.
 unsigned CharacteristicsOf(HMODULE module);
 
-// Puts a function in the place of one that a module imports (the library's name in lower case), as long as it lives.
+// Puts a function in the place of one that a module imports by name, as long as it lives. The test fails when the module
+// does not import it.
 class ImportOverride {
   public:
     template <typename Function>
     ImportOverride(HMODULE module, const char* library, const char* name, Function* replacement)
-        : ImportOverride(module, library, name, reinterpret_cast<ULONG_PTR>(replacement)) {}
-    ImportOverride(const ImportOverride&) = delete;
-    ImportOverride& operator=(const ImportOverride&) = delete;
-    ~ImportOverride();
+        : ImportOverride(module, {library, name, 0, reinterpret_cast<const void*>(replacement)}) {}
 
   private:
-    ImportOverride(HMODULE module, const char* library, const char* name, ULONG_PTR replacement);
+    ImportOverride(HMODULE module, const redirect::Replacement& replacement);
 
-    ULONG_PTR* m_slot = nullptr;
-    ULONG_PTR m_original = 0;
+    redirect::Redirection m_redirection;
 };

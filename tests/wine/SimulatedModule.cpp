@@ -9,14 +9,19 @@ namespace {
 
 // The string table is the one thing that the shipped file answers itself: its entries are resources of this very file,
 // and the records prove them.
-bool isOwnResource(const simwin::CallEntry& call) {
-    return call.name == "LoadStringA";
+bool isOwnResource(std::string_view name) {
+    return name == "LoadStringA";
 }
 
-std::vector<redirect::Replacement> answers() {
+bool isHeapCall(std::string_view name) {
+    return name == "GetProcessHeap" || name == "HeapAlloc" || name == "HeapFree";
+}
+
+std::vector<redirect::Replacement> answers(SimulatedModule::Heap heap) {
     std::vector<redirect::Replacement> all;
     for (const simwin::CallEntry& call : simwin::callTable()) {
-        if (call.imported && !isOwnResource(call))
+        const bool isReal = isOwnResource(call.name) || (heap == SimulatedModule::Heap::Real && isHeapCall(call.name));
+        if (call.imported && !isReal)
             all.push_back({call.library, call.name, call.ordinal, call.address});
     }
     return all;
@@ -24,20 +29,24 @@ std::vector<redirect::Replacement> answers() {
 
 }  // namespace
 
-SimulatedModule::SimulatedModule() : m_module(ReleaseFolder()) {
+SimulatedModule::SimulatedModule(Heap heap) : m_module(ReleaseFolder()) {
     if (m_module.IsLoaded())
-        m_redirection.emplace(m_module.Library(), answers());
+        m_redirection.emplace(m_module.Library(), answers(heap));
 }
 
 CollectedStation SimulatedModule::Collect(simwin::Machine& machine) {
-    m_record.Fill('\0');
     std::fflush(stdout);
     testing::internal::CaptureStdout();
-    CollectInto(m_record.data(), machine);
+    std::string record = CollectRecord(machine);
     std::fflush(stdout);
     std::string output = testing::internal::GetCapturedStdout();
-    return {std::string(m_record.data(), KVCSTAT_RECORD_SIZE), machine.variablesSet(), machine.traceLines(),
-            std::move(output)};
+    return {std::move(record), machine.variablesSet(), machine.traceLines(), std::move(output)};
+}
+
+std::string SimulatedModule::CollectRecord(simwin::Machine& machine) {
+    m_record.Fill('\0');
+    CollectInto(m_record.data(), machine);
+    return std::string(m_record.data(), KVCSTAT_RECORD_SIZE);
 }
 
 void SimulatedModule::CollectInto(char* record, simwin::Machine& machine) const {

@@ -14,12 +14,16 @@ namespace kvtest {
 
 class SimulatedModule {
   public:
-    SimulatedModule();
+    // The heap that the library's strings come from: the machine's, or this process's own, where what stays is seen.
+    enum class Heap { Simulated, Real };
+
+    explicit SimulatedModule(Heap heap = Heap::Simulated);
 
     bool IsLoaded() const { return m_module.IsLoaded(); }
     // One call on a cleared record. The machine's answers and what it saw are this call's and those before it.
     CollectedStation Collect(simwin::Machine& machine);
-    // The same without a look at standard output, for calls in great number.
+    // The same without a look at standard output, for calls in great number: the record's bytes.
+    std::string CollectRecord(simwin::Machine& machine);
     void CollectInto(char* record, simwin::Machine& machine) const;
 
     // What the library would still ask of the real platform.

@@ -1,0 +1,53 @@
+#include "tests/faults/FaultsTest.h"
+
+#include <algorithm>
+
+#include "simwin/StationReader.h"
+#include "tests/stations/QuietOutput.h"
+
+namespace kvtest {
+namespace {
+
+constexpr std::size_t kMostComplaints = 20;
+
+std::filesystem::path folderOf(const std::string& station) {
+    return std::filesystem::path(KV_STATIONS) / station;
+}
+
+}  // namespace
+
+FaultsTest::FaultsTest()
+    : station(std::make_shared<const simwin::Station>(simwin::readStation(folderOf(GetParam())))),
+      expected(readExpectedStation(folderOf(GetParam()))) {}
+
+void FaultsTest::SetUp() {
+    undisturbed = Run({});
+    ASSERT_THAT(undisturbed.leftovers, ::testing::IsEmpty());
+    ASSERT_EQ(undisturbed.record, recordBytes(expected.record));
+}
+
+FaultedRun FaultsTest::Run(Fault fault) const {
+    const QuietOutput quiet;
+    return runWithFault(station, fault);
+}
+
+void FaultsTest::FailEach(Fault::Kind kind, std::uint64_t count, const Complain& complain) const {
+    std::vector<std::string> all;
+    {
+        const QuietOutput quiet;
+        for (std::uint64_t number = 1; number <= count && all.size() < kMostComplaints; ++number) {
+            const FaultedRun run = runWithFault(station, {kind, number});
+            for (const std::string& line : complain(run))
+                all.push_back("number " + std::to_string(number) + " " + run.failedCall + ": " + line);
+        }
+    }
+    EXPECT_THAT(all, ::testing::IsEmpty());
+}
+
+INSTANTIATE_TEST_SUITE_P(Stations, FaultsTest, ::testing::ValuesIn(stationNames()), [](const auto& test) {
+    std::string name = test.param;
+    std::replace(name.begin(), name.end(), '-', '_');
+    return name;
+});
+
+}  // namespace kvtest

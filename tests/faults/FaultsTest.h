@@ -1,0 +1,33 @@
+// A described station on which everything that can fail fails once.
+#pragma once
+
+#include <gmock/gmock.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "tests/faults/FaultedStation.h"
+#include "tests/stations/ExpectedStation.h"
+
+namespace kvtest {
+
+class FaultsTest : public ::testing::TestWithParam<std::string> {
+  protected:
+    FaultsTest();
+    void SetUp() override;
+
+    // The lines that the run prints are left out: thousands of runs print thousands of them.
+    FaultedRun Run(Fault fault) const;
+
+    // Runs once for each number from 1 to `count`. The test fails with the complaints of the first few runs that have
+    // any.
+    using Complain = std::function<std::vector<std::string>(const FaultedRun& run)>;
+    void FailEach(Fault::Kind kind, std::uint64_t count, const Complain& complain) const;
+
+    const std::shared_ptr<const simwin::Station> station;
+    const ExpectedStation expected;
+    FaultedRun undisturbed;
+};
+
+}  // namespace kvtest

@@ -1,0 +1,241 @@
+// The built program: what it writes where, and its exit status.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <nlohmann/json.hpp>
+
+#include "RunningProgram.h"
+#include "Samples.h"
+#include "TemporaryFolder.h"
+#include "kvstation/Files.h"
+#include "kvstation/JsonView.h"
+
+namespace kvstation {
+namespace {
+
+using testing::AllOf;
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+using testing::StartsWith;
+
+const std::string kStation = KV_STATIONS "/windows-xp-console";
+
+std::vector<std::string> commandLine(std::vector<std::string> arguments) {
+    arguments.insert(arguments.begin(), KVSTATION_PROGRAM);
+    return arguments;
+}
+
+ProgramRun run(const std::vector<std::string>& arguments) { return runProgram(commandLine(arguments)); }
+
+// One line on standard error, nothing on standard output.
+void expectRefusal(const ProgramRun& refused, int status, const std::string& line) {
+    EXPECT_EQ(refused.status, status);
+    EXPECT_EQ(refused.output, "");
+    EXPECT_EQ(refused.errors, "kvstation: " + line + "\n");
+}
+
+class Program : public testing::Test {
+  protected:
+    Program() {
+        const RecordBytes bytes = sampleBytes();
+        writeFile(raw, {bytes.data(), bytes.size()});
+        writeFile(json, jsonView(Record(bytes)));
+    }
+
+    TemporaryFolder folder;
+    const std::string raw = folder / "record.bin";
+    const std::string json = folder / "record.json";
+};
+
+TEST_F(Program, HelpHasAnExampleOfEachVerb) {
+    const ProgramRun help = run({"--help"});
+    EXPECT_EQ(help.status, 0);
+    EXPECT_EQ(help.errors, "");
+    for (const char* verb : {"show", "simulate", "decode", "diff", "layout"}) {
+        EXPECT_THAT(help.output, HasSubstr(std::string("\n  kvstation ") + verb));
+        const ProgramRun own = run({verb, "--help"});
+        EXPECT_EQ(own.status, 0);
+        EXPECT_THAT(own.output, HasSubstr(std::string("Example:\n  kvstation ") + verb));
+    }
+}
+
+TEST_F(Program, VersionIsOneLine) {
+    const ProgramRun version = run({"--version"});
+    EXPECT_EQ(version.status, 0);
+    EXPECT_THAT(version.output, testing::MatchesRegex("kvstation [0-9]+\\.[0-9]+\\.[0-9]+\n"));
+}
+
+TEST_F(Program, WrongUseIsOneLineAndStatus2) {
+    expectRefusal(run({}), 2, "which verb? 'kvstation --help' lists them");
+    expectRefusal(run({"shwo"}), 2, "'shwo' is no verb; close to it: show; 'kvstation --help' lists the verbs");
+    expectRefusal(run({"decode"}), 2, "file is required; 'kvstation decode --help' tells more");
+    expectRefusal(run({"layout", "--nothing"}), 2,
+                  "The following argument was not expected: --nothing; 'kvstation layout --help' tells more");
+    EXPECT_EQ(run({"decode", raw, "--json", "--field", "szOS"}).status, 2);
+    EXPECT_EQ(run({"show", "--timeout", "0"}).status, 2);
+    EXPECT_EQ(run({"diff", raw}).status, 2);
+}
+
+TEST_F(Program, AnUnknownFieldNamesThoseCloseToIt) {
+    const ProgramRun refused = run({"decode", raw, "--field", "szMacAdress"});
+    EXPECT_EQ(refused.status, 2);
+    EXPECT_THAT(refused.errors, HasSubstr("'szMacAdress' is no field; close to it: szMACAddress"));
+}
+
+TEST_F(Program, ShowNeedsWindows) {
+    expectRefusal(run({"show"}), 1, "show needs Windows; 'kvstation simulate STATION' shows a described station here");
+}
+
+TEST_F(Program, DecodesRawBytesAndJsonAlike) {
+    const ProgramRun fromRaw = run({"decode", raw});
+    EXPECT_EQ(fromRaw.status, 0);
+    EXPECT_THAT(fromRaw.output, HasSubstr("  szStation               PC-LAB3\n"));
+    EXPECT_EQ(run({"decode", json}).output, fromRaw.output);
+    EXPECT_EQ(run({"decode", raw, "--json"}).output, jsonView(Record(sampleBytes())));
+}
+
+TEST_F(Program, AFieldIsItsValueAlone) {
+    EXPECT_EQ(run({"decode", raw, "--field", "szIPAddress"}).output, "10.0.0.5\n");
+    EXPECT_EQ(run({"decode", raw, "--field", "dwSessionId"}).output, "4294967294\n");
+    EXPECT_EQ(run({"decode", raw, "--field", "szKeyboard"}).output, "\n");
+}
+
+TEST_F(Program, WritesPageAndBytesToFilesOnly) {
+    const std::string page = folder / "page.html";
+    const std::string copy = folder / "copy.bin";
+    const ProgramRun written = run({"decode", raw, "--html", page, "--raw", copy});
+    EXPECT_EQ(written.status, 0);
+    EXPECT_EQ(written.output + written.errors, "");
+    EXPECT_THAT(readFile(page, 1 << 20), AllOf(StartsWith("<!DOCTYPE html>"), EndsWith("</html>\n")));
+    EXPECT_EQ(readFile(copy, 1 << 20), readFile(raw, 1 << 20));
+}
+
+TEST_F(Program, JsonHasNoRawBytesToWrite) {
+    const std::string copy = folder / "copy.bin";
+    expectRefusal(run({"decode", json, "--raw", copy}), 1,
+                  copy + " is not written: a record that was read from JSON has no raw bytes");
+}
+
+TEST_F(Program, AFileThatIsNotThereIsOneLine) {
+    const std::string missing = folder / "missing\n.bin";
+    expectRefusal(run({"decode", missing}), 1,
+                  "fopen(" + (folder / "missing\\x0a.bin") + ") failed: No such file or directory (error 2)");
+    expectRefusal(run({"decode", raw, "--html", folder / "no/page.html"}), 1,
+                  "fopen(" + (folder / "no/page.html") + ") failed: No such file or directory (error 2)");
+}
+
+TEST_F(Program, AForeignFileIsOneLine) {
+    const std::string path = folder / "foreign";
+    writeFile(path, std::string(300000, 'x'));
+    expectRefusal(run({"decode", path}), 1, path + " is longer than 262144 bytes: it is no station record");
+    writeFile(path, "hello");
+    expectRefusal(run({"decode", path}), 1,
+                  path + " is no station record: it is no JSON object and has 5 bytes, where a raw record has 4934");
+    EXPECT_EQ(run({"decode", KV_STATIONS}).status, 1);
+}
+
+TEST_F(Program, EqualRecordsDifferInNothing) {
+    const ProgramRun equal = run({"diff", raw, json});
+    EXPECT_EQ(equal.status, 0);
+    EXPECT_EQ(equal.output + equal.errors, "");
+}
+
+TEST_F(Program, DifferentRecordsGiveStatus1) {
+    const std::string other = folder / "other.bin";
+    RecordBytes bytes = sampleBytes();
+    put(bytes, 3325, "10.0.0.6");
+    writeFile(other, {bytes.data(), bytes.size()});
+    const ProgramRun different = run({"diff", json, other});
+    EXPECT_EQ(different.status, 1);
+    EXPECT_EQ(different.output, "szIPAddress\n  - \"10.0.0.5\"\n  + \"10.0.0.6\"\n");
+    EXPECT_EQ(different.errors, "");
+}
+
+TEST_F(Program, ARecordThatCannotBeReadIsNoDifference) {
+    const ProgramRun refused = run({"diff", raw, folder / "missing"});
+    EXPECT_EQ(refused.status, 1);
+    EXPECT_EQ(refused.output, "");
+    EXPECT_THAT(refused.errors, HasSubstr("No such file or directory"));
+}
+
+TEST_F(Program, SimulatesADescribedStation) {
+    const ProgramRun simulated = run({"simulate", kStation, "--json"});
+    EXPECT_EQ(simulated.errors, "");
+    ASSERT_EQ(simulated.status, 0);
+    const auto record = nlohmann::json::parse(simulated.output);
+    const auto expected = nlohmann::json::parse(readFile(kStation + "/expected.json", 1 << 20))["record"];
+    EXPECT_EQ(record, expected);
+}
+
+TEST_F(Program, ASimulatedStationEqualsItsRecord) {
+    const std::string bytes = folder / "station.bin";
+    ASSERT_EQ(run({"simulate", kStation, "--raw", bytes}).status, 0);
+    EXPECT_EQ(run({"diff", kStation, bytes}).status, 0);
+}
+
+TEST_F(Program, AFolderThatDescribesNoStationIsOneLine) {
+    const ProgramRun missing = run({"simulate", folder / "nothing"});
+    EXPECT_EQ(missing.status, 1);
+    EXPECT_EQ(missing.output, "");
+    EXPECT_EQ(std::ranges::count(missing.errors, '\n'), 1);
+
+    const std::string station = folder / "station";
+    ASSERT_EQ(mkdir(station.c_str(), 0700), 0);
+    writeFile(station + "/station.json", "{\"nothing\": 1}");
+    writeFile(station + "/registry.reg", "REGEDIT4\n");
+    const ProgramRun wrong = run({"simulate", station});
+    EXPECT_EQ(wrong.status, 1);
+    EXPECT_EQ(wrong.output, "");
+    EXPECT_THAT(wrong.errors, AllOf(StartsWith("kvstation: "), HasSubstr("station.json"), HasSubstr("nothing")));
+}
+
+// What bash offers behind these words, the last of which is being typed.
+std::string completions(const std::string& words) {
+    return runProgram({"/bin/bash", "-c",
+                       "source '" KV_COMPLETION "'; COMP_WORDS=('" KVSTATION_PROGRAM "' " + words +
+                           "); COMP_CWORD=$((${#COMP_WORDS[@]} - 1)); _kvstation; echo \"${COMPREPLY[*]}\""})
+        .output;
+}
+
+TEST_F(Program, BashCompletesVerbsOptionsAndFields) {
+    EXPECT_EQ(completions("sim"), "simulate\n");
+    EXPECT_EQ(completions("decode --"), "--help --json --field --all --html --raw\n");
+    EXPECT_EQ(completions("decode x --field szMA"), "szMACAddress\n");
+    EXPECT_EQ(completions("decode ''"), "\n");
+    EXPECT_THAT(completions("''"), AllOf(HasSubstr("layout"), HasSubstr("--version"), Not(HasSubstr("Examples"))));
+}
+
+TEST_F(Program, AFullDiskIsTold) {
+    const ProgramRun full = runProgram({"/bin/sh", "-c", "exec '" KVSTATION_PROGRAM "' layout >/dev/full"});
+    EXPECT_EQ(full.status, 1);
+    EXPECT_EQ(full.errors, "kvstation: write(standard output) failed: No space left on device (error 28)\n");
+}
+
+TEST_F(Program, ATerminalGetsColoursAndItsWidth) {
+    const ProgramRun shown = runOnTerminal(commandLine({"decode", raw}), 60, {"TERM=xterm"});
+    EXPECT_EQ(shown.status, 0);
+    EXPECT_THAT(shown.output, HasSubstr("\x1b[1mStation\x1b[0m\r\n"));
+    EXPECT_THAT(shown.output, HasSubstr("(NTFS:152625 MB 41% \r\n"));
+}
+
+TEST_F(Program, NoColoursWhenTheyAreNotWanted) {
+    for (const char* wish : {"NO_COLOR=1", "TERM=dumb"}) {
+        const ProgramRun shown = runOnTerminal(commandLine({"decode", raw}), 60, {"TERM=xterm", wish});
+        EXPECT_THAT(shown.output, AllOf(HasSubstr("Station\r\n"), Not(HasSubstr("\x1b")))) << wish;
+    }
+}
+
+TEST_F(Program, AFieldCannotSteerATerminal) {
+    RecordBytes bytes = sampleBytes();
+    put(bytes, 0, "PC\x1b[2JX");
+    writeFile(raw, {bytes.data(), bytes.size()});
+    EXPECT_EQ(runOnTerminal(commandLine({"decode", raw, "--field", "szStation"}), 80, {"TERM=xterm"}).output,
+              "PC\\x1b[2JX\r\n");
+    EXPECT_EQ(run({"decode", raw, "--field", "szStation"}).output, "PC\x1b[2JX\n");
+}
+
+}  // namespace
+}  // namespace kvstation

@@ -1,0 +1,125 @@
+// The verb "show" of the built Windows program: with the real library, and with libraries that are wrong.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <nlohmann/json.hpp>
+
+#include "RunningProgram.h"
+#include "framework/Windows.h"
+
+namespace kvstation {
+namespace {
+
+using testing::AllOf;
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::MatchesRegex;
+using testing::StartsWith;
+
+namespace fs = std::filesystem;
+
+// A folder with the tool and, beside it, what the test puts there.
+class Show : public testing::Test {
+  protected:
+    Show() : folder(fs::temp_directory_path() / ("kvstation-" + std::to_string(GetCurrentProcessId()))) {
+        fs::create_directories(folder);
+        fs::copy_file(KVSTATION_PROGRAM, folder / "kvstation.exe");
+    }
+    ~Show() override {
+        _putenv("KV_MISBEHAVIOUR=");
+        std::error_code ignored;
+        fs::remove_all(folder, ignored);
+    }
+
+    void putLibrary(const fs::path& file) { fs::copy_file(file, folder / "kvcstat64.dll"); }
+
+    void putMisbehavingLibrary(const std::string& behaviour) {
+        putLibrary(KV_MISBEHAVING_LIBRARY);
+        _putenv(("KV_MISBEHAVIOUR=" + behaviour).c_str());
+    }
+
+    ProgramRun show(std::vector<std::string> arguments = {}) {
+        arguments.insert(arguments.begin(), {(folder / "kvstation.exe").string(), "show"});
+        return runProgram(arguments);
+    }
+
+    // One line on standard error, nothing on standard output.
+    void expectRefusal(const ProgramRun& refused, const testing::Matcher<const std::string&>& line) {
+        EXPECT_EQ(refused.status, 1);
+        EXPECT_EQ(refused.output, "");
+        EXPECT_THAT(refused.errors, line);
+        EXPECT_EQ(std::ranges::count(refused.errors, '\n'), 1);
+    }
+
+    const fs::path folder;
+};
+
+TEST_F(Show, CollectsWithTheLibraryBesideTheTool) {
+    const ProgramRun shown = runProgram({KVSTATION_PROGRAM, "show", "--json"});
+    EXPECT_EQ(shown.status, 0);
+    EXPECT_EQ(shown.errors, "");
+    const auto record = nlohmann::json::parse(shown.output);
+    EXPECT_EQ(record.size(), 60u);
+    EXPECT_THAT(record["szOS"].get<std::string>(), StartsWith("Windows NT "));
+    EXPECT_GT(record["dwTotalMemoryMB"].get<int>(), 0);
+}
+
+TEST_F(Show, NothingButTheResultGoesToStandardOutput) {
+    putMisbehavingLibrary("print");
+    const ProgramRun shown = show({"--field", "szStation"});
+    EXPECT_EQ(shown.status, 0);
+    EXPECT_EQ(shown.output, "PC-\xE2\x82\xAC\xC2\x81\xC3\xA9\n");
+    EXPECT_EQ(shown.errors, "");
+}
+
+TEST_F(Show, AHangIsEndedAndToldInOneLine) {
+    putMisbehavingLibrary("hang");
+    expectRefusal(show({"--timeout", "1"}), "kvstation: the collection hung while collecting: ended after 1 seconds; "
+                                            "--timeout SECONDS gives it longer\n");
+}
+
+TEST_F(Show, ACrashIsToldInOneLine) {
+    putMisbehavingLibrary("crash");
+    expectRefusal(show(), AllOf(StartsWith("kvstation: the collection crashed while collecting (exception 0xC0000005 at "),
+                                EndsWith(")\n")));
+}
+
+TEST_F(Show, ALibraryThatEndsTheProcessIsToldInOneLine) {
+    putMisbehavingLibrary("exit");
+    expectRefusal(show(), "kvstation: the collection ended by itself while collecting (exit status 7)\n");
+}
+
+TEST_F(Show, AMissingLibraryIsToldInOneLine) {
+    expectRefusal(show(), AllOf(StartsWith("kvstation: kvcstat64.dll is not beside the tool, put it there: "),
+                                EndsWith("(error 126)\n")));
+}
+
+TEST_F(Show, AFileThatIsNoLibraryIsToldInOneLine) {
+    std::ofstream(folder / "kvcstat64.dll") << "This is no library.";
+    expectRefusal(show(), AllOf(StartsWith("kvstation: kvcstat64.dll beside the tool is no library for 64-bit Windows: "),
+                                EndsWith("(error 193)\n")));
+}
+
+TEST_F(Show, AnotherLibraryIsToldInOneLine) {
+    putLibrary(KV_ANOTHER_LIBRARY);
+    expectRefusal(show(), AllOf(StartsWith("kvstation: kvcstat64.dll beside the tool is another library: "),
+                                HasSubstr("GetProcAddress(GetStationData)"), EndsWith("(error 127)\n")));
+}
+
+TEST_F(Show, MissingCompanionsAreToldInOneLine) {
+    putLibrary(KV_MODULE);
+    expectRefusal(show(), AllOf(StartsWith("kvstation: a library that kvcstat64.dll needs is missing"),
+                                EndsWith("(error 126)\n")));
+}
+
+TEST_F(Show, ALibraryThatIsNotThereIsNoReasonToForgetAWrongUse) {
+    const ProgramRun refused = show({"--field", "nothing"});
+    EXPECT_EQ(refused.status, 2);
+    EXPECT_EQ(refused.output, "");
+}
+
+}  // namespace
+}  // namespace kvstation

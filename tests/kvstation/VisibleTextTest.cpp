@@ -1,0 +1,22 @@
+#include "kvstation/VisibleText.h"
+
+#include <gtest/gtest.h>
+
+namespace kvstation {
+namespace {
+
+TEST(VisibleText, OrdinaryTextStays) { EXPECT_EQ(visible("M\xC3\xBCller \xE2\x82\xAC"), "M\xC3\xBCller \xE2\x82\xAC"); }
+
+TEST(VisibleText, ControlCharactersAreSpelledOut) {
+    EXPECT_EQ(visible("a\nb\x1b[31m\x7f"), "a\\x0ab\\x1b[31m\\x7f");
+    EXPECT_EQ(visible("\xC2\x9B"), "\\x9b");
+}
+
+TEST(VisibleText, NoBreakSpaceIsNoControlCharacter) { EXPECT_EQ(visible("\xC2\xA0"), "\xC2\xA0"); }
+
+TEST(VisibleText, CutCharacterStays) { EXPECT_EQ(visible("\xC2"), "\xC2"); }
+
+TEST(VisibleText, ColumnsAreCharacters) { EXPECT_EQ(columns("M\xC3\xBC\xE2\x82\xAC"), 3u); }
+
+}  // namespace
+}  // namespace kvstation

@@ -1,0 +1,194 @@
+// Very many calls, loads and unloads in one process: what each leaves behind, and that nothing else does.
+// KV_SOAK says how many (200 unless told).
+#include <gmock/gmock.h>
+
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "simwin/StationReader.h"
+#include "tests/stations/QuietOutput.h"
+#include "tests/wine/CrashReport.h"
+#include "tests/wine/ProcessUsage.h"
+#include "tests/wine/SimulatedModule.h"
+
+namespace {
+
+using kvtest::MeasureUsage;
+using kvtest::ProcessUsage;
+
+// Windows and Wine keep things of their own in the first rounds: library data, caches, a resolver.
+constexpr std::size_t kWarmUps = 10;
+
+std::size_t Rounds() {
+    const char* wanted = std::getenv("KV_SOAK");
+    const long rounds = wanted != nullptr ? std::strtol(wanted, nullptr, 10) : 0;
+    return rounds > 0 ? static_cast<std::size_t>(rounds) : 200;
+}
+
+double Growth(std::size_t before, std::size_t after, std::size_t rounds) {
+    return (static_cast<double>(after) - static_cast<double>(before)) / static_cast<double>(rounds);
+}
+
+class Clock {
+  public:
+    double MillisecondsPer(std::size_t rounds) const {
+        const std::chrono::duration<double, std::milli> passed = std::chrono::steady_clock::now() - m_start;
+        return passed.count() / static_cast<double>(rounds);
+    }
+
+  private:
+    std::chrono::steady_clock::time_point m_start = std::chrono::steady_clock::now();
+};
+
+void Print(const char* what, std::size_t rounds, const Clock& clock, const ProcessUsage& before,
+           const ProcessUsage& after) {
+    std::printf("%zu %s: %.2f ms, %+.3f handles, %+.3f heap blocks of %+.1f bytes, %+.1f private bytes for each\n",
+                rounds, what, clock.MillisecondsPer(rounds), Growth(before.handles, after.handles, rounds),
+                Growth(before.heapBlocks, after.heapBlocks, rounds), Growth(before.heapBytes, after.heapBytes, rounds),
+                Growth(before.privateBytes, after.privateBytes, rounds));
+}
+
+// On a machine that is in use these two go their own way.
+std::vector<std::string> StableFields(const std::string& record) {
+    std::vector<std::string> fields;
+    for (const auto& [name, value] : kvtest::fieldsOf(record)) {
+        if (name == "szFixedDrives" || name == "dwCurrentMhz")
+            continue;
+        const auto* text = std::get_if<std::string>(&value);
+        fields.push_back(name + "=" + (text != nullptr ? *text : std::to_string(std::get<std::int64_t>(value))));
+    }
+    return fields;
+}
+
+std::string CollectHere(const kvtest::StationModule& module, kvtest::GuardedRecord& record) {
+    record.Fill('\0');
+    module.Collect(record.data());
+    return std::string(record.data(), KVCSTAT_RECORD_SIZE);
+}
+
+// The stable fields of that many calls: of the last, or of the first that differs from the one before it.
+std::vector<std::string> CollectHere(std::size_t rounds, const kvtest::StationModule& module,
+                                     kvtest::GuardedRecord& record) {
+    const kvtest::QuietOutput quiet;
+    const std::vector<std::string> first = StableFields(CollectHere(module, record));
+    for (std::size_t i = 1; i < rounds; ++i) {
+        const std::vector<std::string> fields = StableFields(CollectHere(module, record));
+        if (fields != first)
+            return fields;
+    }
+    return first;
+}
+
+// What the library keeps of one call, when everything around it has settled.
+ProcessUsage UsageOfOneCall(const kvtest::StationModule& module, kvtest::GuardedRecord& record) {
+    const ProcessUsage before = MeasureUsage();
+    CollectHere(module, record);
+    const ProcessUsage after = MeasureUsage();
+    return {after.handles - before.handles, after.heapBlocks - before.heapBlocks, after.heapBytes - before.heapBytes,
+            0, 0};
+}
+
+TEST(SoakTest, EachCallOnThisStationLeavesTwoHandlesAndItsHardwareCollectorAndTheRecordStays) {
+    const kvtest::StationModule module(kvtest::ReleaseFolder());
+    ASSERT_TRUE(module.IsLoaded());
+    kvtest::GuardedRecord record;
+    const std::vector<std::string> expected = CollectHere(kWarmUps, module, record);
+    const ProcessUsage one = UsageOfOneCall(module, record);
+
+    const std::size_t rounds = Rounds();
+    const ProcessUsage before = MeasureUsage();
+    const Clock clock;
+    EXPECT_EQ(CollectHere(rounds, module, record), expected);
+    const ProcessUsage after = MeasureUsage();
+    Print("calls of the real library on this station", rounds, clock, before, after);
+
+    EXPECT_EQ(one.handles, 2u);
+    EXPECT_EQ(after.handles - before.handles, 2 * rounds);
+    EXPECT_LE(after.heapBlocks - before.heapBlocks, one.heapBlocks * rounds);
+    EXPECT_LE(after.heapBytes - before.heapBytes, one.heapBytes * rounds);
+    EXPECT_EQ(after.freeTlsIndexes, before.freeTlsIndexes);
+}
+
+TEST(SoakTest, LoadAndUnloadLoseNoHandleNoHeapBlockAndNoThreadLocalIndex) {
+    const auto cycle = [] {
+        const kvtest::StationModule module(kvtest::ReleaseFolder());
+        ASSERT_TRUE(module.IsLoaded());
+    };
+    for (std::size_t i = 0; i < kWarmUps; ++i)
+        cycle();
+
+    const std::size_t rounds = Rounds();
+    const ProcessUsage before = MeasureUsage();
+    const Clock clock;
+    for (std::size_t i = 0; i < rounds; ++i)
+        cycle();
+    const ProcessUsage after = MeasureUsage();
+    Print("loads and unloads of the real library", rounds, clock, before, after);
+
+    EXPECT_EQ(after.handles, before.handles);
+    EXPECT_EQ(after.heapBlocks, before.heapBlocks);
+    EXPECT_EQ(after.heapBytes, before.heapBytes);
+    EXPECT_EQ(after.freeTlsIndexes, before.freeTlsIndexes);
+}
+
+// A described station, its whole record, and the machine that answers for it.
+struct Station {
+    explicit Station(const std::string& stationName)
+        : name(stationName),
+          described(std::make_shared<const simwin::Station>(simwin::readStation(folder()))),
+          record(kvtest::recordBytes(kvtest::readExpectedStation(folder()).record)) {}
+
+    std::filesystem::path folder() const { return std::filesystem::path(KV_STATIONS) / name; }
+
+    std::string name;
+    std::shared_ptr<const simwin::Station> described;
+    std::string record;
+};
+
+// One call on each station, on a machine of its own. The first station whose record is not as it must be, or none.
+std::string CollectAll(const std::vector<Station>& stations, kvtest::SimulatedModule& module) {
+    for (const Station& station : stations) {
+        kvtest::NameStationInCrashes(station.name);
+        simwin::Machine machine(station.described);
+        if (module.CollectRecord(machine) != station.record)
+            return station.name;
+    }
+    return {};
+}
+
+std::string CollectAll(std::size_t passes, const std::vector<Station>& stations, kvtest::SimulatedModule& module) {
+    const kvtest::QuietOutput quiet;
+    std::string wrong;
+    for (std::size_t i = 0; i < passes && wrong.empty(); ++i)
+        wrong = CollectAll(stations, module);
+    return wrong;
+}
+
+TEST(SoakTest, CallsOnTheDescribedStationsLeaveNothingButTheirHardwareCollectors) {
+    kvtest::SimulatedModule module(kvtest::SimulatedModule::Heap::Real);
+    ASSERT_TRUE(module.IsLoaded());
+    std::vector<Station> stations;
+    for (const std::string& name : kvtest::stationNames())
+        stations.emplace_back(name);
+    ASSERT_EQ(CollectAll(1, stations, module), "");
+    const ProcessUsage first = MeasureUsage();
+    ASSERT_EQ(CollectAll(1, stations, module), "");
+    const ProcessUsage before = MeasureUsage();
+
+    const std::size_t passes = Rounds() / stations.size() + 1;
+    const Clock clock;
+    EXPECT_EQ(CollectAll(passes, stations, module), "");
+    const ProcessUsage after = MeasureUsage();
+    kvtest::NameStationInCrashes({});
+    Print("calls of the real library on the described stations", passes * stations.size(), clock, before, after);
+
+    EXPECT_EQ(after.handles, before.handles);
+    EXPECT_EQ(after.heapBlocks - before.heapBlocks, passes * (before.heapBlocks - first.heapBlocks));
+    EXPECT_EQ(after.freeTlsIndexes, before.freeTlsIndexes);
+}
+
+}  // namespace
