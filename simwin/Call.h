@@ -117,15 +117,36 @@ std::size_t slotOfResult(Recording& recording, Machine& machine, Result result) 
     return Recording::kNoSlot;
 }
 
+// What a kept parameter is for the real function.
+template <class Kept>
+auto realArgumentOf(Kept& kept, ReplayState& state) {
+    if constexpr (requires { kept.realArgument(state); })
+        return kept.realArgument(state);
+    else
+        return kept.argument(state);
+}
+
+// `real` is the function that answered in the machine's place, or null.
+template <auto Entry, class... Kept>
+auto callAgain([[maybe_unused]] const void* real, ReplayState& state, Kept&... kept) {
+#ifdef _WIN32
+    if (real != nullptr) {
+        using Real = decltype(Entry(kept.argument(state)...)) (*)(decltype(realArgumentOf(kept, state))...);
+        return asPointer<Real>(asNumber(real))(realArgumentOf(kept, state)...);
+    }
+#endif
+    return Entry(kept.argument(state)...);
+}
+
 template <auto Entry, class KeptTuple>
-void makeAgain(KeptTuple& kept, std::size_t slot, ReplayState& state) {
+void makeAgain(const void* real, KeptTuple& kept, std::size_t slot, ReplayState& state) {
     std::apply(
         [&](auto&... one) {
             using Result = decltype(Entry(one.argument(state)...));
             if constexpr (std::is_void_v<Result>) {
-                Entry(one.argument(state)...);
+                callAgain<Entry>(real, state, one...);
             } else {
-                [[maybe_unused]] const Result result = Entry(one.argument(state)...);
+                [[maybe_unused]] const Result result = callAgain<Entry>(real, state, one...);
                 if constexpr (std::is_pointer_v<Result>)
                     if (slot != Recording::kNoSlot)
                         state.values[slot] = asNumber(result);
@@ -136,12 +157,12 @@ void makeAgain(KeptTuple& kept, std::size_t slot, ReplayState& state) {
 }
 
 template <auto Entry, class Result, class KeptTuple>
-void addToRecording(Machine& machine, KeptTuple&& kept, std::optional<Result> result) {
+void addToRecording(Machine& machine, const void* real, KeptTuple&& kept, std::optional<Result> result) {
     Recording& recording = *machine.recording();
     std::apply([&](auto&... one) { (one.finish(recording, machine), ...); }, kept);
     const std::size_t slot = result ? slotOfResult(recording, machine, *result) : Recording::kNoSlot;
-    recording.add([kept = std::forward<KeptTuple>(kept), slot](ReplayState& state) mutable {
-        makeAgain<Entry>(kept, slot, state);
+    recording.add([real, kept = std::forward<KeptTuple>(kept), slot](ReplayState& state) mutable {
+        makeAgain<Entry>(real, kept, slot, state);
     });
 }
 
@@ -232,12 +253,13 @@ auto watchCall(Machine& machine, const char* name, const Failure& failure, bool 
         machine.addToLog({call.name, call.arguments, call.answer, fails});
     if (machine.observer() != nullptr)
         machine.observer()->ends(call);
+    const void* real = machine.relay() != nullptr ? machine.relay()->function(name) : nullptr;
     if constexpr (std::is_void_v<Result>) {
         if (kept)
-            addToRecording<Entry>(machine, std::move(*kept), std::optional<int>());
+            addToRecording<Entry>(machine, real, std::move(*kept), std::optional<int>());
     } else {
         if (kept)
-            addToRecording<Entry>(machine, std::move(*kept), std::optional<Result>(result));
+            addToRecording<Entry>(machine, real, std::move(*kept), std::optional<Result>(result));
         return result;
     }
 }

@@ -33,6 +33,12 @@ inline std::string_view textOf(const Fact& fact) {
     return text != nullptr ? std::string_view(*text) : std::string_view();
 }
 
+// The full path of the key that a call of RegOpenKeyA or RegOpenKeyExA asks for.
+inline std::string openedKey(const ObservedCall& call) {
+    const std::string_view subKey = textOf(call.parameters[1]);
+    return call.subject + (subKey.empty() ? "" : "\\") + std::string(subKey);
+}
+
 class CallObserver {
   public:
     virtual ~CallObserver() = default;

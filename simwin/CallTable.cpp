@@ -54,6 +54,14 @@ const CallEntry* findCall(std::string_view library, std::uint16_t ordinal) {
     return nullptr;
 }
 
+const CallEntry* findCall(std::string_view library, std::string_view name, std::uint16_t ordinal) {
+    return ordinal != 0 ? findCall(library, ordinal) : findCall(library, name);
+}
+
+bool isHeapCall(std::string_view name) {
+    return name == "GetProcessHeap" || name == "HeapAlloc" || name == "HeapFree";
+}
+
 std::span<const LibraryEntry> libraries() {
     static const std::vector<LibraryEntry> found = collectLibraries();
     return found;

@@ -21,6 +21,11 @@ std::span<const CallEntry> callTable();
 // The answer for a function of a library, without regard to the case of the library's name; null when there is none.
 const CallEntry* findCall(std::string_view library, std::string_view name);
 const CallEntry* findCall(std::string_view library, std::uint16_t ordinal);
+// The same for an import: by its ordinal, or by its name when the ordinal is 0.
+const CallEntry* findCall(std::string_view library, std::string_view name, std::uint16_t ordinal);
+
+// Whether it is a call on the process heap, which a library shares with its companions.
+bool isHeapCall(std::string_view name);
 
 struct LibraryEntry {
     std::string_view name;

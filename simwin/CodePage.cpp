@@ -62,6 +62,10 @@ char toLower(char character) noexcept {
     return static_cast<char>(kLower[byteOf(character)]);
 }
 
+bool isControl(char character) noexcept {
+    return byteOf(character) < 0x20 || byteOf(character) == 0x7F;
+}
+
 int compareNoCase(std::string_view left, std::string_view right) noexcept {
     const std::size_t shorter = std::min(left.size(), right.size());
     for (std::size_t i = 0; i < shorter; ++i) {

@@ -14,6 +14,8 @@ inline constexpr unsigned kAnsiCodePage = 1252;
 // A letter's other case; a byte without one stays as it is. Two letters have an upper case outside the code page
 // (0x83 and 0xB5) and one has none (0xDF).
 char toUpper(char character) noexcept;
+// Below the blank, or DEL.
+bool isControl(char character) noexcept;
 char toLower(char character) noexcept;
 
 // Below 0, 0 or above 0: the order of two names without regard to case, as registry, files and variables compare them.

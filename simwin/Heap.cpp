@@ -6,6 +6,7 @@
 
 #include "simwin/Calls.h"
 #include "simwin/Machine.h"
+#include "simwin/Recording.h"
 #include "simwin/Roles.h"
 
 using namespace simwin;
@@ -20,6 +21,21 @@ constexpr std::uintptr_t kProcessHeap = 0xA0000;
 std::unordered_map<void*, Machine*>& heapBlocks() {
     static auto* blocks = new std::unordered_map<void*, Machine*>;
     return *blocks;
+}
+
+void keepAllocation(Recording& recording, void* block, DWORD flags, SIZE_T size) {
+    recording.add([slot = recording.newSlot(asNumber(block)), flags, size](ReplayState& state) {
+        state.values[slot] = asNumber(sim_HeapAlloc(sim_GetProcessHeap(), flags, size));
+    });
+}
+
+// A block of before the recording is not there when the calls are made again.
+void keepRelease(Recording& recording, void* block) {
+    const std::size_t slot = recording.slotOf(asNumber(block));
+    if (slot != Recording::kNoSlot)
+        recording.add([slot](ReplayState& state) {
+            sim_HeapFree(sim_GetProcessHeap(), 0, asPointer<void*>(state.values[slot]));
+        });
 }
 
 }  // namespace
@@ -39,7 +55,7 @@ HANDLE WINAPI sim_GetProcessHeap() {
     return asPointer<HANDLE>(kProcessHeap);
 }
 
-// The process heap is the program's own work: it is neither logged nor kept for replay.
+// The process heap is the program's own work: nobody is told of it. It is kept for replay, because it costs time.
 LPVOID WINAPI sim_HeapAlloc(HANDLE heap, DWORD flags, SIZE_T size) {
     Machine& machine = Machine::current();
     if (asNumber(heap) != kProcessHeap) {
@@ -59,6 +75,8 @@ LPVOID WINAPI sim_HeapAlloc(HANDLE heap, DWORD flags, SIZE_T size) {
         return nullptr;
     }
     machine.countHeapBlocks(1);
+    if (Recording* recording = machine.recording())
+        keepAllocation(*recording, block, flags, size);
     return block;
 }
 
@@ -72,6 +90,8 @@ BOOL WINAPI sim_HeapFree(HANDLE heap, DWORD, LPVOID block) {
         return FALSE;
     }
     found->second->countHeapBlocks(-1);
+    if (Recording* recording = Machine::current().recording())
+        keepRelease(*recording, block);
     heapBlocks().erase(found);
     std::free(block);
     return TRUE;

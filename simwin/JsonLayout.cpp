@@ -15,17 +15,17 @@ constexpr std::size_t kStep = 2;
 constexpr std::string_view kAlwaysBroken[] = {"environment", "drives", "files", "network"};
 
 std::size_t columnsOf(std::string_view utf8) {
-    return static_cast<std::size_t>(std::count_if(utf8.begin(), utf8.end(), [](char byte) {
-        return (static_cast<unsigned char>(byte) & 0xC0) != 0x80;
-    }));
+    return static_cast<std::size_t>(std::count_if(
+        utf8.begin(), utf8.end(), [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0) != 0x80; }));
 }
 
-std::string keyText(const std::string& name) { return Json(name).dump() + ": "; }
+std::string keyText(const std::string& name) {
+    return Json(name).dump() + ": ";
+}
 
 bool isTight(const Json& json) {
-    return json.empty() || (json.is_array() && std::all_of(json.begin(), json.end(), [](const Json& item) {
-                                return item.is_number();
-                            }));
+    return json.empty() || (json.is_array() &&
+                            std::all_of(json.begin(), json.end(), [](const Json& item) { return item.is_number(); }));
 }
 
 std::string inlineText(const Json& json) {
@@ -62,8 +62,8 @@ std::string onePerLine(const Json& json, std::size_t indent) {
     std::string text;
     for (const auto& [name, value] : json.items()) {
         const std::string key = json.is_object() ? keyText(name) : "";
-        const bool isBroken = std::find(std::begin(kAlwaysBroken), std::end(kAlwaysBroken), name) !=
-                              std::end(kAlwaysBroken);
+        const bool isBroken =
+            std::find(std::begin(kAlwaysBroken), std::end(kAlwaysBroken), name) != std::end(kAlwaysBroken);
         text += (text.empty() ? "" : ",") + ("\n" + std::string(indent, ' ')) + key +
                 laidOut(value, indent, indent + columnsOf(key), isBroken && indent == kStep);
     }
@@ -71,12 +71,11 @@ std::string onePerLine(const Json& json, std::size_t indent) {
 }
 
 std::string laidOut(const Json& json, std::size_t indent, std::size_t column, bool isBroken) {
-    const std::string line = inlineText(json);
+    std::string line = inlineText(json);
     if (!json.is_structured() || json.empty() || (!isBroken && column + columnsOf(line) < kWidth))
         return line;
-    const bool isSimple = !isBroken && std::none_of(json.begin(), json.end(), [](const Json& value) {
-        return value.is_object();
-    });
+    const bool isSimple =
+        !isBroken && std::none_of(json.begin(), json.end(), [](const Json& value) { return value.is_object(); });
     const std::string members = isSimple ? filled(json, indent + kStep) : onePerLine(json, indent + kStep);
     const std::string end = "\n" + std::string(indent, ' ');
     return json.is_object() ? "{" + members + end + "}" : "[" + members + end + "]";

@@ -160,6 +160,9 @@ void Machine::noteVariable(std::string_view name, std::string_view value) {
 }
 
 bool Machine::isOpen(std::uintptr_t value) {
+    // Whatever a real function gives may come back to one.
+    if (m_relay != nullptr)
+        return m_relay->behind() != nullptr ? m_relay->behind()->isOpen(value) : value != 0;
     const auto* block = reinterpret_cast<const void*>(value);
     return m_state->keys.find(value) != nullptr || m_state->processes.find(value) != nullptr ||
            m_state->tokens.find(value) != nullptr || m_state->finds.find(value) != nullptr ||

@@ -20,7 +20,8 @@ HGLOBAL allocateGlobal(Machine& machine, UINT flags, SIZE_T size) {
     MachineState& state = machine.state();
     if ((flags & GMEM_MOVEABLE) == 0)
         return state.fixedBlocks.open(size);
-    return asPointer<HGLOBAL>(state.globalBlocks.open({std::make_unique<char[]>(size != 0 ? size : 1), 0}));
+    GlobalBlock block{std::make_unique<char[]>(size != 0 ? size : 1)};
+    return asPointer<HGLOBAL>(state.globalBlocks.open(std::move(block)));
 }
 
 LPVOID lockGlobal(Machine& machine, HGLOBAL handle) {

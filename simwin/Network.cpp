@@ -53,7 +53,7 @@ NET_API_STATUS workstationInfo(Machine& machine, DWORD level, BYTE** place) {
     auto* block =
         static_cast<char*>(machine.state().netBuffers.open(sizeof(WKSTA_INFO_101) + texts.size() * sizeof(char16_t)));
     auto* first = reinterpret_cast<WCHAR*>(block + sizeof(WKSTA_INFO_101));
-    std::memcpy(first, texts.data(), texts.size() * sizeof(char16_t));
+    std::copy(texts.begin(), texts.end(), first);
     WKSTA_INFO_101 info{};
     info.wki101_platform_id = 500;
     info.wki101_computername = first;

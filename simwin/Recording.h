@@ -20,8 +20,9 @@ struct ReplayState {
 };
 
 // Each call is kept with copies of what it read and with room of its own for what it writes. Handles and blocks that
-// one call gave and another took are passed on in the same way when the calls are made again. Calls on the process
-// heap are not kept: they are the program's own work. Fill it with Machine::record.
+// one call gave and another took are passed on in the same way when the calls are made again. Fill it with
+// Machine::record. A machine that relays to real functions records calls of these: they are then made themselves,
+// without the machine between.
 class Recording {
   public:
     explicit Recording(std::shared_ptr<const Station> station);

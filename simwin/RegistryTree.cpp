@@ -73,6 +73,16 @@ std::optional<HivePath> splitHive(std::string_view fullPath) {
     return std::nullopt;
 }
 
+std::optional<std::string_view> restBelow(std::string_view path, std::string_view root) {
+    if (!equalNoCase(path.substr(0, root.size()), root))
+        return std::nullopt;
+    if (path.size() == root.size())
+        return std::string_view();
+    if (path[root.size()] != '\\')
+        return std::nullopt;
+    return path.substr(root.size() + 1);
+}
+
 RegistryTree::RegistryTree() {
     for (const NamedHive& hive : kHives) {
         m_keys.emplace_back();

@@ -106,4 +106,8 @@ struct HivePath {
 };
 std::optional<HivePath> splitHive(std::string_view fullPath);
 
+// What stands behind `root` and a backslash in the path of a key that is `root` or lies below it, without regard to
+// letter case; none of any other key.
+std::optional<std::string_view> restBelow(std::string_view path, std::string_view root);
+
 }  // namespace simwin

@@ -12,13 +12,8 @@ namespace {
 
 constexpr std::size_t kLongestLine = 77;  // before the backslash that continues it
 
-constexpr Hive kHives[] = {Hive::LocalMachine, Hive::CurrentUser,     Hive::Users,
-                           Hive::CurrentConfig, Hive::DynData, Hive::PerformanceData};
-
-bool isControl(char character) {
-    const auto byte = static_cast<unsigned char>(character);
-    return byte < 0x20 || byte == 0x7F;
-}
+constexpr Hive kHives[] = {Hive::LocalMachine,  Hive::CurrentUser, Hive::Users,
+                           Hive::CurrentConfig, Hive::DynData,     Hive::PerformanceData};
 
 std::string quoted(std::string_view text) {
     std::string line = "\"";

@@ -24,11 +24,6 @@ std::string_view fileNameOf(std::string_view path) {
     return path.substr(path.find_last_of("\\/") + 1);
 }
 
-std::string subKeyName(const ObservedCall& call) {
-    const std::string_view subKey = textOf(call.parameters[1]);
-    return subKey.empty() ? call.subject : call.subject + "\\" + std::string(subKey);
-}
-
 }  // namespace
 
 const void* Relay::function(std::string_view name) const {
@@ -44,7 +39,7 @@ void Relay::learn(const ObservedCall& call) {
     if (!call.succeeded)
         return;
     if (call.name == "RegOpenKeyA" || call.name == "RegOpenKeyExA")
-        give(call.parameters.back(), subKeyName(call));
+        give(call.parameters.back(), openedKey(call));
     else if (call.name == "LoadLibraryA" || call.name == "GetModuleHandleA")
         give(call.result, std::string(fileNameOf(textOf(call.parameters[0]))));
     else if (call.name == "OpenProcess")

@@ -3,9 +3,9 @@
 //
 // A role has: raw(), the parameter as it came; Kept keep(Recording&), called before the answer; input(text, machine)
 // and output(text, machine) for the log, the latter only after success. Kept has: argument(state), asked for at each
-// replay; finish(recording, machine), once after the answer; done(state), after each replay. It may have:
-// fact(succeeded), its value after the call; kTellsAlways, where a failed call has an output too; handle(), the number
-// of a handle that came in.
+// replay; finish(recording, machine), once after the answer; done(state), after each replay; and may have
+// realArgument(state), where the real function takes another one. A role may have: fact(succeeded), its value after the
+// call; kTellsAlways, where a failed call has an output too; handle(), the number of a handle that came in.
 #pragma once
 
 #include <algorithm>
@@ -94,6 +94,12 @@ struct Text {
 struct FormattedText : Text {
     mutable std::string format{};
 
+    struct Kept : Text::Kept {
+        Kept(const char* v, std::string f) : Text::Kept(v), format(std::move(f)) {}
+        std::string format;
+        const char* realArgument(ReplayState&) const { return format.c_str(); }
+    };
+    Kept keep(Recording&) const { return Kept(value, real()); }
     const char* real() const {
         format.clear();
         for (const char* place = value; *place != '\0'; ++place)

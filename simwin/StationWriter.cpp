@@ -5,8 +5,8 @@
 #include <cstdio>
 
 #include "simwin/Address.h"
-#include "simwin/JsonLayout.h"
 #include "simwin/CodePage.h"
+#include "simwin/JsonLayout.h"
 
 namespace simwin {
 namespace {
@@ -23,11 +23,6 @@ std::string hexText(std::string_view bytes, char separator) {
         text += digits.data();
     }
     return text;
-}
-
-bool isControl(char character) {
-    const auto byte = static_cast<unsigned char>(character);
-    return byte < 0x20 || byte == 0x7F;
 }
 
 Json text(std::string_view bytes) {

@@ -12,7 +12,8 @@ namespace {
 #ifdef __GNUC__
 __attribute__((format(printf, 1, 0)))
 #endif
-std::string formatText(const char* format, va_list arguments) {
+std::string
+formatText(const char* format, va_list arguments) {
     va_list again;
     va_copy(again, arguments);
     const int length = std::vsnprintf(nullptr, 0, format, arguments);
