@@ -29,10 +29,10 @@ if(WIN32)
     -Wl,--gc-sections -Wl,--dynamicbase -Wl,--high-entropy-va -Wl,--nxcompat -Wl,--no-insert-timestamp)
 
   # The formatted input and output of msvcrt.dll in place of MinGW's own, which would be linked in (30 KB).
-  # libstdc++'s headers ask for MinGW's; <stdio.h> read before them settles it.
   add_library(kv_msvcrt_stdio INTERFACE)
   target_compile_options(kv_msvcrt_stdio INTERFACE
-    $<$<COMPILE_LANGUAGE:CXX>:-D__USE_MINGW_ANSI_STDIO=0> $<$<COMPILE_LANGUAGE:CXX>:SHELL:-include stdio.h>)
+    $<$<COMPILE_LANGUAGE:CXX>:-D__USE_MINGW_ANSI_STDIO=0>
+    $<$<COMPILE_LANGUAGE:CXX>:SHELL:-include ${PROJECT_SOURCE_DIR}/framework/MsvcrtStdio.h>)
 else()
   set(KV_WINE_HEADERS /usr/include/wine/wine/windows CACHE PATH "Wine's Windows headers (libwine-dev)")
   target_include_directories(kv_windows SYSTEM INTERFACE ${KV_WINE_HEADERS})

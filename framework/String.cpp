@@ -11,6 +11,8 @@
 
 namespace {
 
+// Most formatted texts are shorter.
+constexpr std::size_t kShortFormatted = 256;
 constexpr std::size_t kLongest = 0x7FFFFFFF - sizeof(StringData) - 1;
 
 const char* OrEmpty(const char* text) noexcept {
@@ -18,11 +20,11 @@ const char* OrEmpty(const char* text) noexcept {
 }
 
 char* EmptyText() noexcept {
-    return GetStringManager().GetNilString()->Text();
+    return g_nilString.data.Text();
 }
 
-bool IsEmptyText(char* text) noexcept {
-    return StringData::Of(text) == GetStringManager().GetNilString();
+bool IsEmptyText(const char* text) noexcept {
+    return text == EmptyText();
 }
 
 char* Allocate(std::size_t capacity) {
@@ -112,17 +114,21 @@ void CString::Format(const char* format, ...) {
     va_start(arguments, format);
     va_list again;
     va_copy(again, arguments);
-    const int length = std::vsnprintf(nullptr, 0, format, arguments);
+    char text[kShortFormatted];
+    const int result = std::vsnprintf(text, sizeof text, format, arguments);
     va_end(arguments);
-    CString formatted;
-    if (length > 0) {
+    const std::size_t length = result > 0 ? static_cast<std::size_t>(result) : 0;
+    if (length < sizeof text) {
+        Assign(text, length);
+    } else {
         // A new buffer, because the arguments may point into this one.
-        formatted.m_pszData = Allocate(static_cast<std::size_t>(length));
-        std::vsnprintf(formatted.m_pszData, static_cast<std::size_t>(length) + 1, format, again);
-        SetLength(formatted.m_pszData, static_cast<std::size_t>(length));
+        CString formatted;
+        formatted.m_pszData = Allocate(length);
+        std::vsnprintf(formatted.m_pszData, length + 1, format, again);
+        SetLength(formatted.m_pszData, length);
+        *this = std::move(formatted);
     }
     va_end(again);
-    *this = std::move(formatted);
 }
 
 int CString::Find(char character) const noexcept {
@@ -246,14 +252,21 @@ void CString::Release() noexcept {
         data->manager->Free(data);
 }
 
-CString operator+(const CString& left, const char* right) {
-    CString result(left);
-    result += right;
+CString CString::Join(const char* left, std::size_t leftLength, const char* right, std::size_t rightLength) {
+    CString result;
+    if (leftLength + rightLength == 0)
+        return result;
+    result.m_pszData = Allocate(leftLength + rightLength);
+    std::memcpy(result.m_pszData, left, leftLength);
+    std::memcpy(result.m_pszData + leftLength, right, rightLength);
+    SetLength(result.m_pszData, leftLength + rightLength);
     return result;
 }
 
+CString operator+(const CString& left, const char* right) {
+    return CString::Join(left, static_cast<std::size_t>(left.GetLength()), OrEmpty(right), std::strlen(OrEmpty(right)));
+}
+
 CString operator+(const char* left, const CString& right) {
-    CString result(left);
-    result += right;
-    return result;
+    return CString::Join(OrEmpty(left), std::strlen(OrEmpty(left)), right, static_cast<std::size_t>(right.GetLength()));
 }

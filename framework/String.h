@@ -61,7 +61,11 @@ class CString {
     // Replaces the text by the entry of the module's string table; false, and empty, when there is none.
     bool LoadString(unsigned int id);
 
+    friend CString operator+(const CString& left, const char* right);
+    friend CString operator+(const char* left, const CString& right);
+
   private:
+    static CString Join(const char* left, std::size_t leftLength, const char* right, std::size_t rightLength);
     void Assign(const char* text, std::size_t length);
     void Append(const char* text, std::size_t length);
     char* Unshare();

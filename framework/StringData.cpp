@@ -43,20 +43,15 @@ class ProcessHeapManager final : public IStringManager {
         return larger;
     }
 
-    StringData* GetNilString() noexcept override { return &m_nil.data; }
+    StringData* GetNilString() noexcept override { return &g_nilString.data; }
     IStringManager* Clone() noexcept override { return this; }
-
-  private:
-    struct Nil {
-        StringData data;
-        char terminator[8];
-    };
-    Nil m_nil = {{this, 0, 0, kNeverReleased}, {}};
 };
 
 constinit ProcessHeapManager g_manager;
 
 }  // namespace
+
+constinit NilString g_nilString = {{&g_manager, 0, 0, kNeverReleased}, {}};
 
 IStringManager& GetStringManager() noexcept {
     return g_manager;

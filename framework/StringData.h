@@ -36,3 +36,10 @@ class IStringManager {
 
 // The manager of this module's strings; their blocks are on the process heap.
 IStringManager& GetStringManager() noexcept;
+
+// The empty text of that manager: characters of either size end it.
+struct NilString {
+    StringData data;
+    char terminator[8];
+};
+extern NilString g_nilString;

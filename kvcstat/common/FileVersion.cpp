@@ -9,7 +9,7 @@ bool ReadFixedInfo(const char* file, void* block, DWORD size, VS_FIXEDFILEINFO& 
     void* found = nullptr;
     UINT length = 0;
     GetFileVersionInfoA(file, 0, size, block);
-    if (VerQueryValueA(block, "\\", &found, &length) == FALSE || found == nullptr || length < sizeof info)
+    if (VerQueryValueA(block, "\\", &found, &length) == FALSE || length < sizeof info)
         return false;
     info = *static_cast<const VS_FIXEDFILEINFO*>(found);
     return true;

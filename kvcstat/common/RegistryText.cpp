@@ -14,7 +14,7 @@ bool LooksLikeUtf16(const BYTE* data, DWORD size) {
 CString TextOfUtf16(const BYTE* data) {
     const auto* wide = reinterpret_cast<const WCHAR*>(data);
     const int needed = WideCharToMultiByte(CP_ACP, 0, wide, -1, nullptr, 0, nullptr, nullptr);
-    if (needed < 0)
+    if (needed < 0)  // Windows has never answered so
         return {};
     const std::unique_ptr<char[]> text(new char[static_cast<std::size_t>(needed) + 1]());
     WideCharToMultiByte(CP_ACP, 0, wide, -1, text.get(), needed, nullptr, nullptr);

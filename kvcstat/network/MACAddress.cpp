@@ -14,11 +14,11 @@
 namespace {
 
 CString HexDigits(const UCHAR* bytes, std::size_t count) {
+    constexpr char kDigits[] = "0123456789ABCDEF";
     CString digits;
     for (std::size_t index = 0; index < count; ++index) {
-        CString number;
-        number.Format("%02X", unsigned{bytes[index]});
-        digits += number;
+        digits += kDigits[bytes[index] >> 4];
+        digits += kDigits[bytes[index] & 0xF];
     }
     return digits;
 }

@@ -23,12 +23,17 @@ const char* BoundService(char* binding) {
     return std::strtok(binding, kDelimiters) != nullptr ? std::strtok(nullptr, kDelimiters) : nullptr;
 }
 
+CString ServiceKey(const char* service, const char* subKey) {
+    CString key;
+    key.Format("SYSTEM\\CurrentControlSet\\Services\\%s\\%s", service, subKey);
+    return key;
+}
+
 // The description of the service's first device.
 int ReadDeviceDescription(const char* service, CString& description) {
     const CStatGlobal global;
-    const CString services("SYSTEM\\CurrentControlSet\\Services\\");
     CString instance;
-    const int status = global.GetRegString(HKEY_LOCAL_MACHINE, services + service + "\\Enum", "0", instance);
+    const int status = global.GetRegString(HKEY_LOCAL_MACHINE, ServiceKey(service, "Enum"), "0", instance);
     if (status != 0)
         return status;
     return global.GetRegString(HKEY_LOCAL_MACHINE, "SYSTEM\\CurrentControlSet\\Enum\\" + instance, "DeviceDesc",
@@ -87,8 +92,7 @@ int CNetworkInformation::GetProviderOrderNT() {
 
 int CNetworkInformation::AddProvider(const char* service) {
     const CStatGlobal global;
-    const CString services("SYSTEM\\CurrentControlSet\\Services\\");
-    const UniqueRegKey provider(global.OpenRegKey(HKEY_LOCAL_MACHINE, services + service + "\\NetWorkProvider"));
+    const UniqueRegKey provider(global.OpenRegKey(HKEY_LOCAL_MACHINE, ServiceKey(service, "NetWorkProvider")));
     if (provider == nullptr)
         return -1;
     CString name;
@@ -100,9 +104,8 @@ int CNetworkInformation::AddProvider(const char* service) {
 
 int CNetworkInformation::AddProviderProtocols(const char* service) {
     const CStatGlobal global;
-    const CString services("SYSTEM\\CurrentControlSet\\Services\\");
     BYTE* data = nullptr;
-    int status = global.GetRegBinary(HKEY_LOCAL_MACHINE, services + service + "\\Linkage", "Bind", data);
+    int status = global.GetRegBinary(HKEY_LOCAL_MACHINE, ServiceKey(service, "Linkage"), "Bind", data);
     if (status != 0)
         return -1;
     const std::unique_ptr<BYTE[]> bindings(data);

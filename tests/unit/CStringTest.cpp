@@ -6,6 +6,7 @@
 
 #include "framework/String.h"
 #include "framework/StringData.h"
+#include "simwin/Machine.h"
 
 namespace {
 
@@ -85,6 +86,7 @@ TEST(CString, FindsCharactersAndParts) {
     EXPECT_EQ(text.ReverseFind('.'), 15);
     EXPECT_EQ(text.ReverseFind('x'), -1);
     EXPECT_EQ(text.Find('\0'), -1);
+    EXPECT_EQ(text.ReverseFind('\0'), -1);
 }
 
 TEST(CString, LeftMidAndRightCutAtTheTextsEnds) {
@@ -212,6 +214,35 @@ TEST(CString, CanBeFilledAndEmptiedByALibraryThatKnowsItsDataAlone) {
         EXPECT_STREQ(copy, "again");
         EXPECT_TRUE(CString().IsEmpty());
     }
+}
+
+TEST(StringManager, AnswersNullToSizesThatAreNone) {
+    EXPECT_EQ(GetStringManager().Allocate(-1, 1), nullptr);
+    EXPECT_EQ(GetStringManager().Allocate(1, 0), nullptr);
+}
+
+TEST(StringManager, KeepsTheSharedEmptyTextWhenItIsReleased) {
+    GetStringManager().Free(GetStringManager().GetNilString());
+    EXPECT_TRUE(CString().IsEmpty());
+}
+
+TEST(StringManager, KeepsTheOldBlockWhenThereIsNoMemoryForAnother) {
+    simwin::Machine machine{simwin::Station()};
+    const simwin::Machine::Scope scope(machine);
+    StringData* data = GetStringManager().Allocate(3, 1);
+    ASSERT_NE(data, nullptr);
+    std::strcpy(data->Text(), "LAB");
+    machine.failAllocation(machine.allocations() + 1);
+    EXPECT_EQ(GetStringManager().Reallocate(data, 300, 1), nullptr);
+    EXPECT_STREQ(data->Text(), "LAB");
+    GetStringManager().Free(data);
+    EXPECT_EQ(machine.openHeapBlocks(), 0u);
+}
+
+TEST(CString, ThrowsWhenATextIsLongerThanALengthCanSay) {
+    CString text("LAB");
+    EXPECT_THROW(text.Format("%*d", 0x7FFFFFF0, 1), std::bad_alloc);
+    EXPECT_STREQ(text, "LAB");
 }
 
 }  // namespace

@@ -72,6 +72,19 @@ TEST(CMapStringToOb, LooksUpByExactKeyAndReplacesOnSetAt) {
     EXPECT_EQ(map.GetCount(), 2);
 }
 
+TEST(CMapStringToOb, TellsKeysOfTheSameHashApart) {
+    Item first;
+    Item second;
+    CMapStringToOb map(10);
+    map.SetAt("ab", &first);  // 97 * 33 + 98 = 98 * 33 + 65
+    map.SetAt("bA", &second);
+    CObject* found = nullptr;
+    ASSERT_TRUE(map.Lookup("ab", found));
+    EXPECT_EQ(found, &first);
+    ASSERT_TRUE(map.Lookup("bA", found));
+    EXPECT_EQ(found, &second);
+}
+
 TEST(CMapStringToOb, IteratesInTheOrderInWhichKeysWereFirstStored) {
     Item item;
     CMapStringToOb map(10);

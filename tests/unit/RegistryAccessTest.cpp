@@ -86,6 +86,31 @@ TEST_F(RegistryAccessTest, NullHiveOrSubKeyOrPathOpensNothing) {
     EXPECT_EQ(machine->calls(), 0u);
 }
 
+TEST_F(RegistryAccessTest, EntryWithoutAHiveKeepsNoSubKeyAndOpensNothing) {
+    Start();
+    const CRegistryEntry entry(nullptr, "SOFTWARE");
+    EXPECT_STREQ(entry.GetSubKey(), "");
+    EXPECT_EQ(entry.Open(), nullptr);
+    EXPECT_EQ(machine->calls(), 0u);
+}
+
+TEST_F(RegistryAccessTest, NullKeyOrNullNameIsAskedForNothing) {
+    Describe(simwin::dwordValue("there", 7));
+    Start();
+    const HKEY key = global.OpenRegKey(HKEY_LOCAL_MACHINE, kKey);
+    const std::uint64_t before = machine->calls();
+    DWORD number = 5;
+    BYTE* bytes = nullptr;
+    EXPECT_EQ(global.GetRegDWORD(nullptr, "there", number), -1);
+    EXPECT_EQ(global.GetRegDWORD(key, nullptr, number), -1);
+    EXPECT_EQ(number, 5u);
+    EXPECT_EQ(global.GetRegBinary(nullptr, "there", bytes), -1);
+    EXPECT_EQ(global.GetRegBinary(key, nullptr, bytes), -1);
+    EXPECT_EQ(bytes, nullptr);
+    EXPECT_EQ(machine->calls(), before);
+    global.CloseRegKey(key);
+}
+
 TEST_F(RegistryAccessTest, TextReadsByTheTypeOfItsValue) {
     const struct {
         const char* name;
@@ -287,6 +312,8 @@ TEST_F(RegistryAccessTest, StrictReadTakesOnlyTerminatedTexts) {
         {"expandable text", RegistryType::ExpandText, "%x%\0"s, ERROR_SUCCESS, "%x%"},
         {"list", RegistryType::MultiText, "a\0b\0\0"s, ERROR_SUCCESS, "a"},
         {"no bytes", RegistryType::Text, ""s, ERROR_SUCCESS, ""},
+        {"expandable, no bytes", RegistryType::ExpandText, ""s, ERROR_SUCCESS, ""},
+        {"list, no bytes", RegistryType::MultiText, ""s, ERROR_SUCCESS, ""},
         {"unterminated text", RegistryType::Text, "MetaFrame"s, ERROR_INVALID_DATA, ""},
         {"list with one zero", RegistryType::MultiText, "a\0"s, ERROR_INVALID_DATA, ""},
         {"list of one zero", RegistryType::MultiText, "\0"s, ERROR_INVALID_DATA, ""},

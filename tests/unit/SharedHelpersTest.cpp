@@ -3,6 +3,7 @@
 
 #include "MachineTest.h"
 #include "kvcstat/common/StatGlobal.h"
+#include "simwin/VersionResource.h"
 
 namespace {
 
@@ -53,6 +54,15 @@ TEST_F(SharedHelpersTest, VersionResourceWithoutFixedInformationGivesTheEmptyTex
     Start();
     EXPECT_STREQ(global.GetFileVersion("C:\\cut.exe"), "");
     EXPECT_STREQ(global.GetFileVersion("C:\\byte.exe"), "");
+    ExpectEverythingClosed();
+}
+
+TEST_F(SharedHelpersTest, VersionResourceWhoseFixedInformationIsShortGivesTheEmptyText) {
+    std::string resource = simwin::makeVersionResource({6, 0, 2900, 2180});
+    resource[2] = 51;  // one byte less than the structure has
+    station.files.push_back({"C:\\short.exe", {}, resource});
+    Start();
+    EXPECT_STREQ(global.GetFileVersion("C:\\short.exe"), "");
     ExpectEverythingClosed();
 }
 
