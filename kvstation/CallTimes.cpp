@@ -37,8 +37,10 @@ std::vector<StepTime> stepTimes(const std::vector<StepCall>& calls) {
 
 std::string callText(const simwin::ObservedCall& call) {
     std::string arguments = visible(call.arguments);
-    if (columns(arguments) > kLongestArguments)
-        arguments = arguments.substr(0, kLongestArguments) + "...";
+    if (columns(arguments) > kLongestArguments) {
+        arguments.resize(bytesOf(arguments, kLongestArguments));
+        arguments += "...";
+    }
     return call.name + "(" + arguments + ")";
 }
 
@@ -50,6 +52,7 @@ std::string timesText(const std::vector<StepCall>& calls) {
         text += line(time.duration, std::string(time.step.empty() ? "before the first step" : time.step) + " (" +
                                         std::to_string(time.calls) + (time.calls == 1 ? " call)" : " calls)"));
     std::vector<const StepCall*> slowest;
+    slowest.reserve(calls.size());
     for (const StepCall& call : calls)
         slowest.push_back(&call);
     std::ranges::stable_sort(slowest, std::greater(), [](const StepCall* call) { return call->duration; });

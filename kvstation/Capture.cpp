@@ -58,8 +58,8 @@ int capture(const CaptureOptions& options) {
 Verb addCapture(CLI::App& tool) {
     const auto options = std::make_shared<CaptureOptions>();
     CLI::App* command = tool.add_subcommand("capture", "Write this computer down as a described station (Windows)");
-    command->add_option("station", options->station, "The folder to write registry.reg and station.json into")
-        ->type_name("STATION")
+    command->add_option("STATION", options->station, "The folder to write registry.reg and station.json into")
+        ->type_name("")
         ->required();
     command->add_flag("--redact", options->redact,
                       "Stand-ins for names, addresses, product ids and serial numbers, of the same form");

@@ -14,7 +14,9 @@ using simwin::textOf;
 
 constexpr std::size_t kLongestValue = 1 << 20;
 
-std::ptrdiff_t depthOf(const std::string& key) { return std::count(key.begin(), key.end(), '\\'); }
+std::ptrdiff_t depthOf(const std::string& key) {
+    return std::count(key.begin(), key.end(), '\\');
+}
 
 template <class Places>
 void addOnce(Places& places, const std::string& text) {
@@ -51,8 +53,7 @@ void CapturedRegistry::take(const ObservedCall& call) {
 }
 
 void CapturedRegistry::takeOpen(const ObservedCall& call) {
-    const std::string_view subKey = textOf(call.parameters[1]);
-    const std::string key = call.subject + (subKey.empty() ? "" : "\\") + std::string(subKey);
+    const std::string key = openedKey(call);
     if (call.succeeded)
         addOnce(m_keys, key);
     else if (numberOf(call.result) == ERROR_ACCESS_DENIED)

@@ -33,7 +33,7 @@ class CapturedRegistry {
     void takeOpen(const simwin::ObservedCall& call);
     void takeValue(const simwin::ObservedCall& call);
 
-    std::vector<std::string> m_keys;    // opened
+    std::vector<std::string> m_keys;  // opened
     std::vector<std::string> m_denied;
     std::vector<NamePlace> m_subKeys;
     std::vector<NamePlace> m_valueNames;

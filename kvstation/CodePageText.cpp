@@ -21,7 +21,9 @@ std::string utf8FromAnsi(std::string_view bytes) {
 
 #else
 
-std::string utf8FromAnsi(std::string_view bytes) { return simwin::toUtf8(bytes); }
+std::string utf8FromAnsi(std::string_view bytes) {
+    return simwin::toUtf8(bytes);
+}
 
 #endif
 

@@ -38,6 +38,9 @@ class NotedCalls : public CallLog {
 
     void begins(const simwin::ObservedCall& call) override {
         CallLog::begins(call);
+        // A process that is ended while it collects unloads the library, but that is not where the collection ended.
+        if (step() == "module end")
+            return;
         note(m_shared.step, "collecting: " + std::string(step()));
         note(m_shared.call, call.name + "(" + call.arguments + ")");
     }

@@ -22,8 +22,8 @@ constexpr DWORD kLastBreath = 5000;
 
 OwnedHandle makeSharedMemory() {
     SECURITY_ATTRIBUTES inherited{sizeof inherited, nullptr, TRUE};
-    OwnedHandle memory(CreateFileMappingW(INVALID_HANDLE_VALUE, &inherited, PAGE_READWRITE, 0, sizeof(SharedCollection),
-                                          nullptr));
+    OwnedHandle memory(
+        CreateFileMappingW(INVALID_HANDLE_VALUE, &inherited, PAGE_READWRITE, 0, sizeof(SharedCollection), nullptr));
     if (!memory)
         failBy("CreateFileMappingW", "the collection's memory");
     return memory;

@@ -25,7 +25,7 @@ int decode(const DecodeOptions& options) {
 Verb addDecode(CLI::App& tool) {
     const auto options = std::make_shared<DecodeOptions>();
     CLI::App* command = tool.add_subcommand("decode", "Show a record from a file: its raw bytes, or JSON");
-    command->add_option("file", options->file, "The record's file")->type_name("FILE")->required();
+    command->add_option("FILE", options->file, "The record's file")->type_name("")->required();
     addResultOptions(*command, options->result);
     return {command, "kvstation decode station.bin --json", [options] { return decode(*options); }};
 }

@@ -26,16 +26,18 @@ std::string describe(std::string_view call, std::string_view asked, std::string_
 #ifdef _WIN32
 std::string systemText(std::uint32_t code) {
     wchar_t text[512];
-    const DWORD length = FormatMessageW(
-        FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS | FORMAT_MESSAGE_MAX_WIDTH_MASK, nullptr, code, 0,
-        text, sizeof text / sizeof *text, nullptr);
+    const DWORD length =
+        FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS | FORMAT_MESSAGE_MAX_WIDTH_MASK,
+                       nullptr, code, 0, text, sizeof text / sizeof *text, nullptr);
     std::string utf8 = toUtf8(std::wstring_view(text, length));
     while (utf8.ends_with(' ') || utf8.ends_with('.'))
         utf8.pop_back();
     return utf8.empty() ? "no text for this code" : utf8;
 }
 #else
-std::string systemText(std::uint32_t code) { return std::generic_category().message(static_cast<int>(code)); }
+std::string systemText(std::uint32_t code) {
+    return std::generic_category().message(static_cast<int>(code));
+}
 #endif
 
 }  // namespace

@@ -19,8 +19,8 @@ struct ExplainOptions {
 
 int explainField(const ExplainOptions& options) {
     if (findField(options.field) == fields().size())
-        throw WrongUse("the record has no field '" + options.field + "'" + describeSimilar(similarFields(options.field)) +
-                       "; 'kvstation layout' lists them");
+        throw WrongUse("the record has no field '" + options.field + "'" +
+                       describeSimilar(similarFields(options.field)) + "; 'kvstation layout' lists them");
     const WatchedRun run = watchRun(options.station);
     writeResult(explanationText(options.field, run, standardOutput().hasColours));
     return kExitSuccess;
@@ -31,9 +31,9 @@ int explainField(const ExplainOptions& options) {
 Verb addExplain(CLI::App& tool) {
     const auto options = std::make_shared<ExplainOptions>();
     CLI::App* command = tool.add_subcommand("explain", "Show a field's sources, what each gave and which was taken");
-    command->add_option("field", options->field, "The field, such as szMACAddress")->type_name("FIELD")->required();
-    command->add_option("station", options->station, "A described station's folder; without it this computer (Windows)")
-        ->type_name("STATION");
+    command->add_option("FIELD", options->field, "The field, such as szMACAddress")->type_name("")->required();
+    command->add_option("STATION", options->station, "A described station's folder; without it this computer (Windows)")
+        ->type_name("");
     return {command, "kvstation explain szMACAddress stations/metaframe-session",
             [options] { return explainField(*options); }};
 }

@@ -12,7 +12,9 @@ namespace {
 
 using State = Finding::State;
 
-bool isCandidate(const Finding& finding) { return finding.source.role == Role::Takes && finding.state == State::Gave; }
+bool isCandidate(const Finding& finding) {
+    return finding.source.role == Role::Takes && finding.state == State::Gave;
+}
 
 // The name that a station registers under, by its type: which of the fields comes first, and which then.
 constexpr std::array<std::string_view, 4> kNameOrders[] = {
@@ -24,7 +26,8 @@ constexpr std::array<std::string_view, 4> kNameOrders[] = {
 
 Finding* chosenName(std::vector<Finding>& findings) {
     const std::string type = findings.front().lines.empty() ? "" : findings.front().lines.front();  // in quotes
-    const std::size_t order = type.size() > 2 && type[1] >= '1' && type[1] <= '3' ? static_cast<std::size_t>(type[1] - '0') : 0;
+    const std::size_t order =
+        type.size() > 2 && type[1] >= '1' && type[1] <= '3' ? static_cast<std::size_t>(type[1] - '0') : 0;
     for (const std::string_view field : kNameOrders[order])
         for (Finding& finding : findings)
             if (isCandidate(finding) && finding.source.what == field)

@@ -24,9 +24,13 @@ constexpr std::string_view kGroups[] = {"Station", "User",     "System", "Sessio
 
 }  // namespace
 
-std::span<const Field> fields() { return kFields; }
+std::span<const Field> fields() {
+    return kFields;
+}
 
-std::span<const std::string_view> groups() { return kGroups; }
+std::span<const std::string_view> groups() {
+    return kGroups;
+}
 
 std::size_t findField(std::string_view name) {
     const auto found = std::ranges::find(kFields, name, &Field::name);

@@ -2,7 +2,6 @@
 
 #include <cerrno>
 #include <cstdio>
-#include <filesystem>
 #include <memory>
 
 #include "kvstation/Errors.h"
@@ -18,34 +17,69 @@ struct CloseFile {
 };
 using OwnedFile = std::unique_ptr<std::FILE, CloseFile>;
 
-std::filesystem::path nativePath(const std::string& path) {
+// `name` is the one that an error tells.
+OwnedFile open(const std::filesystem::path& path, bool forWriting, const std::string& name) {
 #ifdef _WIN32
-    return toWide(path);
-#else
-    return path;
-#endif
-}
-
-OwnedFile open(const std::string& path, bool forWriting) {
-#ifdef _WIN32
-    OwnedFile file(_wfopen(toWide(path).c_str(), forWriting ? L"wb" : L"rb"));
+    OwnedFile file(_wfopen(path.c_str(), forWriting ? L"wb" : L"rb"));
 #else
     OwnedFile file(std::fopen(path.c_str(), forWriting ? "wb" : "rb"));
 #endif
     if (!file)
-        throw Failure(describeLibraryError("fopen", path, errno));
+        throw Failure(describeLibraryError("fopen", name, errno));
     return file;
+}
+
+void fill(const std::filesystem::path& path, std::string_view bytes, const std::string& name) {
+    OwnedFile file = open(path, true, name);
+    const bool written = std::fwrite(bytes.data(), 1, bytes.size(), file.get()) == bytes.size();
+    const bool closed = std::fclose(file.release()) == 0;
+    if (!written || !closed)
+        throw Failure(describeLibraryError("fwrite", name, errno));
+}
+
+// A file can be replaced by another one; a device, a pipe and what a link leads to cannot.
+bool isReplaceable(const std::filesystem::path& path) {
+    std::error_code ignored;
+    const std::filesystem::file_status status = std::filesystem::symlink_status(path, ignored);
+    return !std::filesystem::exists(status) || std::filesystem::is_regular_file(status);
+}
+
+// Beside the old file, in whose place it comes when it is whole.
+void replace(const std::filesystem::path& path, std::string_view bytes, const std::string& name) {
+    std::filesystem::path part = path;
+    part += ".part";
+    std::error_code error;
+    try {
+        fill(part, bytes, name);
+    } catch (const Failure&) {
+        std::filesystem::remove(part, error);
+        throw;
+    }
+    std::filesystem::rename(part, path, error);
+    if (!error)
+        return;
+    const std::string message = describeLibraryError("rename", name, error.default_error_condition().value());
+    std::filesystem::remove(part, error);
+    throw Failure(message);
 }
 
 }  // namespace
 
+std::filesystem::path pathOf(const std::string& utf8) {
+#ifdef _WIN32
+    return toWide(utf8);
+#else
+    return utf8;
+#endif
+}
+
 bool isFolder(const std::string& path) {
     std::error_code ignored;
-    return std::filesystem::is_directory(nativePath(path), ignored);
+    return std::filesystem::is_directory(pathOf(path), ignored);
 }
 
 std::string readFile(const std::string& path, std::size_t limit) {
-    const OwnedFile file = open(path, false);
+    const OwnedFile file = open(pathOf(path), false, path);
     std::string bytes;
     char block[4096];
     while (const std::size_t count = std::fread(block, 1, sizeof block, file.get())) {
@@ -59,15 +93,11 @@ std::string readFile(const std::string& path, std::size_t limit) {
 }
 
 void writeFile(const std::string& path, std::string_view bytes) {
-    OwnedFile file = open(path, true);
-    const bool written = std::fwrite(bytes.data(), 1, bytes.size(), file.get()) == bytes.size();
-    const bool closed = std::fclose(file.release()) == 0;
-    if (written && closed)
-        return;
-    const std::string message = describeLibraryError("fwrite", path, errno);
-    std::error_code ignored;
-    std::filesystem::remove(nativePath(path), ignored);
-    throw Failure(message);
+    const std::filesystem::path whole = pathOf(path);
+    if (isReplaceable(whole))
+        replace(whole, bytes, path);
+    else
+        fill(whole, bytes, path);
 }
 
 }  // namespace kvstation

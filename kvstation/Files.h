@@ -2,17 +2,21 @@
 #pragma once
 
 #include <cstddef>
+#include <filesystem>
 #include <string>
 #include <string_view>
 
 namespace kvstation {
+
+std::filesystem::path pathOf(const std::string& utf8);
 
 bool isFolder(const std::string& path);
 
 // The file's bytes; a file longer than `limit` is refused.
 std::string readFile(const std::string& path, std::size_t limit);
 
-// A file that could not be written whole does not stay.
+// A file that could not be written whole does not stay, and the one that it was to replace does. A device, a pipe or
+// the end of a link takes the bytes as they come.
 void writeFile(const std::string& path, std::string_view bytes);
 
 }  // namespace kvstation

@@ -17,7 +17,9 @@ bool endsWith(std::string_view text, std::string_view end) {
     return text.size() >= end.size() && simwin::equalNoCase(text.substr(text.size() - end.size()), end);
 }
 
-bool isIn(const StepCall& call, std::string_view step) { return step.empty() || call.step == step; }
+bool isIn(const StepCall& call, std::string_view step) {
+    return step.empty() || call.step == step;
+}
 
 std::string failure(const ObservedCall& call) {
     const bool isRegistry = call.name.starts_with("Reg");
@@ -62,7 +64,7 @@ void lookForValue(Finding& finding, const WatchedRun& run) {
     }
     for (const ObservedCall* call : found) {
         const bool isRead = call->succeeded && call->parameters[4].index() != 0;
-        const std::string told = isRead             ? givenBy(*call)
+        const std::string told = isRead            ? givenBy(*call)
                                  : call->succeeded ? "of a type that is not read"
                                                    : "not there (error " + call->answer + ")";
         add(finding, call->subject + ": " + told, isRead && told != "\"\"");
@@ -99,7 +101,9 @@ void lookForVariable(Finding& finding, const WatchedRun& run) {
     }
 }
 
-bool isNoDrive(const ObservedCall& call) { return call.name == "GetDriveTypeA" && simwin::numberOf(call.result) <= 1; }
+bool isNoDrive(const ObservedCall& call) {
+    return call.name == "GetDriveTypeA" && simwin::numberOf(call.result) <= 1;
+}
 
 void lookForCall(Finding& finding, const WatchedRun& run) {
     const Source& source = finding.source;

@@ -18,14 +18,25 @@ struct GivenText {
 };
 
 // Where a call puts what it was asked for.
-constexpr GivenText kGivenTexts[] = {
-    {"GetComputerNameA", 0},    {"GetEnvironmentVariableA", 1},    {"GetPrivateProfileStringA", 3},
-    {"GetUserNameA", 0},        {"GetUserNameExA", 1},             {"KVGetDomainName", 0},
-    {"KVGetEnv", 1},            {"KVGetUserName", 0},              {"KVNDSWhoAmI", 1},
-    {"LoadStringA", 2},         {"RegEnumKeyA", 2},                {"RegEnumValueA", 2},
-    {"SendARP", 2},             {"WFQuerySessionInformationA", 3}, {"ZRTSDomainName", 0},
-    {"ZRTSQueryClientName", 0}, {"ZRTSQueryIPAddress", 0},         {"getnameinfo", 2},
-    {"gethostname", 0}};
+constexpr GivenText kGivenTexts[] = {{"GetComputerNameA", 0},
+                                     {"GetEnvironmentVariableA", 1},
+                                     {"GetPrivateProfileStringA", 3},
+                                     {"GetUserNameA", 0},
+                                     {"GetUserNameExA", 1},
+                                     {"KVGetDomainName", 0},
+                                     {"KVGetEnv", 1},
+                                     {"KVGetUserName", 0},
+                                     {"KVNDSWhoAmI", 1},
+                                     {"LoadStringA", 2},
+                                     {"RegEnumKeyA", 2},
+                                     {"RegEnumValueA", 2},
+                                     {"SendARP", 2},
+                                     {"WFQuerySessionInformationA", 3},
+                                     {"ZRTSDomainName", 0},
+                                     {"ZRTSQueryClientName", 0},
+                                     {"ZRTSQueryIPAddress", 0},
+                                     {"getnameinfo", 2},
+                                     {"gethostname", 0}};
 
 std::string quoted(std::string_view bytes) {
     std::string text;
@@ -89,7 +100,9 @@ std::string memoryStatus(const simwin::ObservedCall& call) {
     return "physical " + std::to_string(status.dwTotalPhys) + ", virtual " + std::to_string(status.dwTotalVirtual);
 }
 
-std::string session(const simwin::ObservedCall& call) { return std::to_string(structure<std::uint32_t>(call, 2)); }
+std::string session(const simwin::ObservedCall& call) {
+    return std::to_string(structure<std::uint32_t>(call, 2));
+}
 
 // The third number of a processor's record.
 std::string clock(const simwin::ObservedCall& call) {

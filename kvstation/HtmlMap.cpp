@@ -16,7 +16,9 @@ constexpr double kBarHeight = 2.2;
 constexpr double kBaseline = 1.5;
 constexpr double kLetterWidth = 0.82;
 
-constexpr std::size_t rowCount() { return (KVCSTAT_RECORD_SIZE + kBytesInRow - 1) / kBytesInRow; }
+constexpr std::size_t rowCount() {
+    return (KVCSTAT_RECORD_SIZE + kBytesInRow - 1) / kBytesInRow;
+}
 
 std::string number(double value) {
     char text[32];
@@ -30,7 +32,9 @@ std::string hex(std::size_t offset) {
     return text;
 }
 
-double top(std::size_t row) { return static_cast<double>(row) * kRowHeight; }
+double top(std::size_t row) {
+    return static_cast<double>(row) * kRowHeight;
+}
 
 // Calls `draw(row, first column, count)` for each row that the bytes touch.
 template <class Draw>

@@ -32,7 +32,7 @@ h2 i, .legend i {
 }
 section, .glance div { background: var(--card); border: 1px solid var(--line); border-radius: .75rem }
 section { margin: 1.25rem 0; padding: 1.25rem 1.5rem }
-.glance { display: grid; grid-template-columns: repeat(auto-fit, minmax(14rem, 1fr)); gap: 1.25rem; margin: 0 }
+.glance { display: grid; grid-template-columns: repeat(4, minmax(0, 1fr)); gap: 1.25rem; margin: 0 }
 .glance div { padding: 1rem 1.5rem; min-width: 0 }
 .glance dt { color: var(--quiet); font-size: .85rem }
 .glance dd { margin: 0; overflow-wrap: anywhere; font-size: .9rem; color: var(--quiet) }
@@ -67,6 +67,9 @@ dt code { font-size: .9rem }
 .legend { display: flex; flex-wrap: wrap; gap: .25rem 1.25rem; margin: 0 0 1rem; padding: 0; list-style: none }
 .legend li { display: flex; align-items: center; gap: .45rem; color: var(--quiet); font-size: .85rem }
 footer { color: var(--quiet); font-size: .8rem; overflow-wrap: anywhere }
+@media (max-width: 60rem) {
+  .glance { grid-template-columns: repeat(2, minmax(0, 1fr)) }
+}
 @media (max-width: 40rem) {
   body { padding: 1.25rem .75rem }
   h1 { font-size: 1.7rem }
@@ -75,7 +78,7 @@ footer { color: var(--quiet); font-size: .8rem; overflow-wrap: anywhere }
   section { margin: .75rem 0 }
   .glance { gap: .75rem; grid-template-columns: minmax(0, 1fr) }
   .fields div { grid-template-columns: minmax(0, 1fr) }
-  .map { aspect-ratio: auto; height: 27rem }
+  .map { aspect-ratio: auto; height: 27rem; width: 107.03%; margin-left: -7.03% }
   .map a text { display: none }
   .map .offset { font-size: 0 }
 }
@@ -86,6 +89,7 @@ footer { color: var(--quiet); font-size: .8rem; overflow-wrap: anywhere }
     --filled: 62% 74%; --empty: 45% 93%; --ink: 45% 22%; --mark: 45% 55%; --reserved: #e9e9e4;
   }
   body { padding: 0; max-width: none; font-size: 11pt }
+  .glance { grid-template-columns: repeat(2, minmax(0, 1fr)); gap: .75rem }
   section { border: 0; border-top: 1px solid var(--line); border-radius: 0; padding: .75rem 0; margin: .5rem 0 }
   h2, .fields div, .drives li, .glance div, .map { break-inside: avoid }
   h2 { break-after: avoid }

@@ -11,7 +11,9 @@
 namespace kvstation {
 namespace {
 
-std::string textAt(const Record& record, std::string_view field) { return record.at(field).text; }
+std::string textAt(const Record& record, std::string_view field) {
+    return record.at(field).text;
+}
 
 std::string stationName(const Record& record) {
     for (const char* field : {"szStation", "szClientName", "szDnsName"})
@@ -26,6 +28,14 @@ std::string head(const std::string& name) {
            "<meta http-equiv=\"Content-Security-Policy\" content=\"default-src 'none'; style-src 'unsafe-inline'\">\n"
            "<title>" +
            escapeHtml(name) + " - station record</title>\n<style>" + kPageStyle + "</style>\n</head>\n<body>\n";
+}
+
+// A long name breaks behind its parts.
+std::string heading(std::string_view name) {
+    std::string html;
+    for (std::size_t end; (end = name.find_first_of(".\\@")) != std::string_view::npos; name.remove_prefix(end + 1))
+        html += escapeHtml(name.substr(0, end + 1)) + "<wbr>";
+    return "<h1>" + html + escapeHtml(name) + "</h1>\n";
 }
 
 // A card's first text that is not empty stands large, the others below it.
@@ -59,7 +69,9 @@ std::string kindOfSession(const Record& record) {
     return "At the station itself";
 }
 
-std::string labelled(const char* label, const std::string& text) { return text.empty() ? "" : label + text; }
+std::string labelled(const char* label, const std::string& text) {
+    return text.empty() ? "" : label + text;
+}
 
 std::string glance(const Report& report) {
     const Record& record = report.record;
@@ -85,14 +97,14 @@ std::string readableSize(std::int64_t megabytes) {
 }
 
 std::string driveBar(const FixedDrive& drive) {
-    std::string html = std::string("<li><p><strong>") + drive.letter + ": " + escapeHtml(drive.label) + "</strong><span>" +
-                       escapeHtml(drive.fileSystem);
+    std::string html = std::string("<li><p><strong>") + drive.letter + ": " + escapeHtml(drive.label) +
+                       "</strong><span>" + escapeHtml(drive.fileSystem);
     if (!drive.hasSize())
-        return html + " size unknown</span></p></li>\n";
+        return html + (drive.fileSystem.empty() ? "" : ", ") + "size unknown</span></p></li>\n";
     const std::string used = std::to_string(100 - drive.percentFree);
     return html + " " + readableSize(drive.totalMB) + ", " + std::to_string(drive.percentFree) +
-           "% free</span></p><div class=\"bar\" role=\"img\" aria-label=\"" + used + "% used\"><b style=\"width:" + used +
-           "%\"></b></div></li>\n";
+           "% free</span></p><div class=\"bar\" role=\"img\" aria-label=\"" + used +
+           "% used\"><b style=\"width:" + used + "%\"></b></div></li>\n";
 }
 
 std::string driveBars(const Record& record) {
@@ -151,7 +163,8 @@ std::string legend() {
 }
 
 std::string foot(const std::string& origin) {
-    return "<footer>Record of " + escapeHtml(origin) + ", made with kvstation " KVSTATION_VERSION "</footer>\n</body>\n</html>\n";
+    return "<footer>Record of " + escapeHtml(origin) +
+           ", made with kvstation " KVSTATION_VERSION "</footer>\n</body>\n</html>\n";
 }
 
 }  // namespace
@@ -159,8 +172,8 @@ std::string foot(const std::string& origin) {
 std::string htmlView(const Report& report) {
     const std::string name = stationName(report.record);
     const std::string& product = report.product;
-    std::string html = head(name) + "<h1>" + escapeHtml(name) + "</h1>\n<p>" +
-                       (product.empty() ? "" : escapeHtml(product) + ", ") + "workstation record</p>\n" + glance(report);
+    std::string html = head(name) + heading(name) + "<p>" + (product.empty() ? "" : escapeHtml(product) + ", ") +
+                       "workstation record</p>\n" + glance(report);
     for (const std::string_view group : groups())
         html += groupSection(report.record, group);
     html += "<section><h2>The record's bytes</h2>\n" + legend() + mapOfBytes(report.record) + "</section>\n";

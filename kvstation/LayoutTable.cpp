@@ -77,14 +77,25 @@ std::string hex(std::size_t offset) {
 using Cells = std::vector<std::string>;
 
 Cells cellsOf(const Row& row) {
-    return {std::to_string(row.offset), hex(row.offset), std::to_string(row.width), row.limit, row.type,
-            row.name, row.group, row.meaning, row.source};
+    return {std::to_string(row.offset),
+            hex(row.offset),
+            std::to_string(row.width),
+            row.limit,
+            row.type,
+            row.name,
+            row.group,
+            row.meaning,
+            row.source};
 }
 
-Cells heading() { return {"offset", "hex", "width", "limit", "type", "field", "group", "meaning", "source"}; }
+Cells heading() {
+    return {"offset", "hex", "width", "limit", "type", "field", "group", "meaning", "source"};
+}
 
 // Offsets, widths and limits stand on the right.
-bool isNumeric(std::size_t column) { return column == 0 || column == 2 || column == 3; }
+bool isNumeric(std::size_t column) {
+    return column == 0 || column == 2 || column == 3;
+}
 
 std::string alignedLine(const Cells& cells, const std::vector<std::size_t>& widths) {
     std::string line;
@@ -106,7 +117,8 @@ std::string markdownLine(const Cells& cells) {
 constexpr const char* kDocument =
     "# The station record\n"
     "\n"
-    "`GetStationData` fills one record, `STATIONDATA` of `include/kvcstat.h`. The caller owns it, clears all of it and\n"
+    "`GetStationData` fills one record, `STATIONDATA` of `include/kvcstat.h`. The caller owns it, clears all of it "
+    "and\n"
     "passes its address; the module writes at most the first 4934 bytes.\n"
     "\n"
     "- Text is in the process's ANSI code page. A text receives at most *limit* characters and no terminator: the\n"

@@ -17,8 +17,8 @@ constexpr const char* kExportName = "GetStationData";
     if (error == ERROR_BAD_EXE_FORMAT)
         throw Failure(std::string(kFileName) + " beside the tool is no library for 64-bit Windows: " + reason);
     if (error == ERROR_MOD_NOT_FOUND)
-        throw Failure("a library that " + std::string(kFileName) + " needs is missing, put its companions beside it: " +
-                      reason);
+        throw Failure("a library that " + std::string(kFileName) +
+                      " needs is missing, put its companions beside it: " + reason);
     throw Failure(reason);
 }
 
@@ -42,6 +42,8 @@ Library::Library() : m_module(load(besideProgram(kFileName))) {
     m_getStationData = reinterpret_cast<GetStationDataFunction>(reinterpret_cast<void*>(address));
 }
 
-Library::~Library() { FreeLibrary(m_module); }
+Library::~Library() {
+    FreeLibrary(m_module);
+}
 
 }  // namespace kvstation

@@ -12,7 +12,9 @@ namespace {
 // Consoles refuse very long writes.
 constexpr std::size_t kConsoleChunk = 8000;
 
-HANDLE outputHandle() { return GetStdHandle(STD_OUTPUT_HANDLE); }
+HANDLE outputHandle() {
+    return GetStdHandle(STD_OUTPUT_HANDLE);
+}
 
 bool isConsole(HANDLE handle) {
     DWORD mode = 0;
@@ -94,7 +96,8 @@ Terminal standardOutput() {
     GetConsoleScreenBufferInfo(handle, &info);
     const int width = info.srWindow.Right - info.srWindow.Left + 1;
     // A line that fills the last column would break twice.
-    return {.isTerminal = true, .hasColours = wantsColours(), .width = static_cast<std::size_t>(std::max(width - 1, 0))};
+    return {
+        .isTerminal = true, .hasColours = wantsColours(), .width = static_cast<std::size_t>(std::max(width - 1, 0))};
 }
 
 void writeResult(std::string_view text) {

@@ -41,8 +41,8 @@ constexpr Product kProducts[] = {
 
 std::string productName(const SystemVersion& version) {
     for (const Product& product : kProducts)
-        if (product.platform == version.platform && product.major == version.major &&
-            product.minor == version.minor && version.build >= product.firstBuild)
+        if (product.platform == version.platform && product.major == version.major && product.minor == version.minor &&
+            version.build >= product.firstBuild)
             return version.isServer ? product.server : product.workstation;
     return {};
 }
@@ -50,8 +50,8 @@ std::string productName(const SystemVersion& version) {
 std::optional<SystemVersion> versionFromDescription(std::string_view szOS) {
     SystemVersion version;
     const std::string text(szOS);
-    if (std::sscanf(text.c_str(), "Windows NT %9u.%9u (Build %9u)", &version.major, &version.minor,
-                    &version.build) == 3)
+    if (std::sscanf(text.c_str(), "Windows NT %9u.%9u (Build %9u)", &version.major, &version.minor, &version.build) ==
+        3)
         return version;
     return std::nullopt;
 }

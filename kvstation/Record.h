@@ -16,9 +16,9 @@ namespace kvstation {
 using RecordBytes = std::array<char, KVCSTAT_RECORD_SIZE>;
 
 struct Value {
-    std::string text;          // of a text field, in UTF-8
-    std::int64_t number = 0;   // of a number
-    std::size_t filled = 0;    // how many bytes of the field the value takes; 0 when it is empty
+    std::string text;         // of a text field, in UTF-8
+    std::int64_t number = 0;  // of a number
+    std::size_t filled = 0;   // how many bytes of the field the value takes; 0 when it is empty
 };
 
 // The values in the order of fields().

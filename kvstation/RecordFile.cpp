@@ -14,7 +14,9 @@ namespace {
 constexpr std::size_t kLongestFile = 256 * 1024;
 
 // A record as the module needs it, or a caller's whole structure, which the compiler rounds up.
-bool isRawSize(std::size_t size) { return size == KVCSTAT_RECORD_SIZE || size == sizeof(STATIONDATA); }
+bool isRawSize(std::size_t size) {
+    return size == KVCSTAT_RECORD_SIZE || size == sizeof(STATIONDATA);
+}
 
 // JSON has no zero bytes, and a raw record has no room to be without.
 bool isJson(std::string_view bytes) {
@@ -52,6 +54,8 @@ Report recordFromFileBytes(std::string_view bytes, const std::string& name) {
     return report;
 }
 
-Report readRecordFile(const std::string& path) { return recordFromFileBytes(readFile(path, kLongestFile), path); }
+Report readRecordFile(const std::string& path) {
+    return recordFromFileBytes(readFile(path, kLongestFile), path);
+}
 
 }  // namespace kvstation

@@ -20,23 +20,31 @@ using simwin::RegistryValue;
 using simwin::Station;
 
 // Variables and registry values that tell a name.
-constexpr std::string_view kSecretVariables[] = {"CLIENTNAME",      "COMPUTERNAME", "KVRDPClientName", "KVUser",
-                                                 "LOGONSERVER",     "USERDNSDOMAIN", "USERDOMAIN",     "USERNAME"};
+constexpr std::string_view kSecretVariables[] = {"CLIENTNAME",  "COMPUTERNAME",  "KVRDPClientName", "KVUser",
+                                                 "LOGONSERVER", "USERDNSDOMAIN", "USERDOMAIN",      "USERNAME"};
 constexpr std::string_view kAddressVariables[] = {"KVIP", "KVRDPClientIP"};
-constexpr std::string_view kSecretValues[] = {"AltDefaultDomainName", "AltDefaultUserName", "ComputerName",
-                                              "DefaultDomainName",    "DefaultUserName",    "DhcpDomain",
-                                              "Domain",               "Hostname",           "NV Hostname",
-                                              "ProductId",            "RegisteredOrganization", "RegisteredOwner"};
+constexpr std::string_view kSecretValues[] = {"AltDefaultDomainName",
+                                              "AltDefaultUserName",
+                                              "ComputerName",
+                                              "DefaultDomainName",
+                                              "DefaultUserName",
+                                              "DhcpDomain",
+                                              "Domain",
+                                              "Hostname",
+                                              "NV Hostname",
+                                              "ProductId",
+                                              "RegisteredOrganization",
+                                              "RegisteredOwner"};
 constexpr std::string_view kAddressValues[] = {"DefaultGateway", "DhcpIPAddress", "DhcpServer", "IPAddress",
                                                "NameServer"};
 
 // Words of Windows and of the product that the module or a program asks for; a name made of them stays in paths.
 constexpr std::string_view kCommonWords =
-    "Windows Microsoft NT System System32 Software Program Files Version Service Pack Server Client Terminal unknown "
-    "Citrix MetaFrame WinFrame Presentation Enterprise Internet Explorer Outlook Exchange Netscape Mozilla Firefox Opera "
-    "HP LaserJet winspool keyboard display net DiskPeripheral DiskDrive CdRomPeripheral TapePeripheral nameuserprincipal "
-    "com dll exe htmlfile ICA RDP wfica32 mstscax iexplore NTFS FAT FAT32 REGISTRY Machine Logical Unit Id Default_Monitor "
-    "LanmanWorkstation NetBT Tcpip Intel Pentium AMD";
+    "Windows Microsoft NT System System32 Software Program Files Version Service Pack Server Client Terminal "
+    "unknown Citrix MetaFrame WinFrame Presentation Enterprise Internet Explorer Outlook Exchange Netscape Mozilla "
+    "Firefox Opera HP LaserJet winspool keyboard display net DiskPeripheral DiskDrive CdRomPeripheral "
+    "TapePeripheral nameuserprincipal com dll exe htmlfile ICA RDP wfica32 mstscax iexplore NTFS FAT FAT32 "
+    "REGISTRY Machine Logical Unit Id Default_Monitor LanmanWorkstation NetBT Tcpip Intel Pentium AMD";
 
 template <class List>
 bool isAmong(const List& list, std::string_view name) {
@@ -76,6 +84,11 @@ void eachKey(const RegistryTree& tree, Visit visit) {
     for (const simwin::Hive hive : {simwin::Hive::LocalMachine, simwin::Hive::CurrentUser, simwin::Hive::Users,
                                     simwin::Hive::CurrentConfig, simwin::Hive::DynData, simwin::Hive::PerformanceData})
         eachKey(tree, tree.root(hive), visit);
+}
+
+// Windows calls the session at the machine itself so: nobody's name, and it tells why a station passes for a session.
+bool isName(const simwin::Variable& variable) {
+    return isAmong(kSecretVariables, variable.name) && !simwin::equalNoCase(variable.value, "Console");
 }
 
 // Texts that are names as a whole.
@@ -128,7 +141,7 @@ class Redactor {
         if (m_station.citrix)
             addWords(m_station.citrix->clientName);
         for (const simwin::Variable& variable : m_station.environment)
-            if (isAmong(kSecretVariables, variable.name))
+            if (isName(variable))
                 m_standIns.addWords(variable.value);
         for (const simwin::Host& host : m_station.network.hosts)
             m_standIns.addWords(host.name + " " + host.hostName);
@@ -177,7 +190,8 @@ class Redactor {
         const RegistryTree& tree = m_station.registry;
         eachKey(tree, [&](KeyId key) {
             for (std::size_t i = 0; const RegistryValue* value = tree.value(key, i); ++i) {
-                if (isSecretValue(value->name) && value->type != static_cast<std::uint32_t>(simwin::RegistryType::DWord))
+                if (isSecretValue(value->name) &&
+                    value->type != static_cast<std::uint32_t>(simwin::RegistryType::DWord))
                     m_standIns.addWords(value->bytes);
                 if (isAmong(kAddressValues, value->name))
                     addAddresses(value->bytes);
@@ -206,7 +220,8 @@ class Redactor {
         }
         for (simwin::ReverseEntry& entry : m_station.network.addresses) {
             entry.address = m_standIns.address(entry.address);
-            entry.name = simwin::parseDotted(entry.name) ? m_standIns.address(entry.name) : m_standIns.whole(entry.name);
+            entry.name =
+                simwin::parseDotted(entry.name) ? m_standIns.address(entry.name) : m_standIns.whole(entry.name);
         }
         for (simwin::ArpEntry& entry : m_station.network.arp)
             entry = {m_standIns.address(entry.address), m_standIns.physical(entry.physical)};
@@ -218,8 +233,7 @@ class Redactor {
     void redactTexts() {
         m_station.description = m_standIns.inside(m_station.description);
         for (simwin::Variable& variable : m_station.environment)
-            variable.value = isAmong(kSecretVariables, variable.name) ? m_standIns.whole(variable.value)
-                                                                      : m_standIns.inside(variable.value);
+            variable.value = isName(variable) ? m_standIns.whole(variable.value) : m_standIns.inside(variable.value);
         for (simwin::File& file : m_station.files)
             file.path = m_standIns.inside(file.path);
         for (simwin::ProfileEntry& entry : m_station.profile)
@@ -262,9 +276,8 @@ class Redactor {
         eachKey(old, [&](KeyId key) {
             const std::string path = old.path(key);
             const std::size_t hive = path.find('\\');
-            const std::string made = hive == std::string::npos
-                                         ? path
-                                         : path.substr(0, hive) + m_standIns.inside(path.substr(hive));
+            const std::string made =
+                hive == std::string::npos ? path : path.substr(0, hive) + m_standIns.inside(path.substr(hive));
             m_station.registry.create(made);
             for (std::size_t i = 0; const RegistryValue* value = old.value(key, i); ++i)
                 m_station.registry.set(made, {m_standIns.inside(value->name), value->type, redactBytes(*value)});

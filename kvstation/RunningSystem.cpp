@@ -13,8 +13,7 @@ SystemVersion runningSystem() {
     const FARPROC address = GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "RtlGetVersion");
     OSVERSIONINFOEXW info{};
     info.dwOSVersionInfoSize = sizeof info;
-    if (address == nullptr ||
-        reinterpret_cast<RtlGetVersionFunction>(reinterpret_cast<void*>(address))(&info) != 0)
+    if (address == nullptr || reinterpret_cast<RtlGetVersionFunction>(reinterpret_cast<void*>(address))(&info) != 0)
         return {};
     return {.platform = info.dwPlatformId,
             .major = info.dwMajorVersion,
@@ -25,7 +24,9 @@ SystemVersion runningSystem() {
 
 #else
 
-SystemVersion runningSystem() { return {}; }
+SystemVersion runningSystem() {
+    return {};
+}
 
 #endif
 

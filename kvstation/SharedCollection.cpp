@@ -11,6 +11,8 @@ MappedCollection::MappedCollection(HANDLE memory)
         throw Failure(describeSystemError("MapViewOfFile", "the collection's memory", GetLastError()));
 }
 
-MappedCollection::~MappedCollection() { UnmapViewOfFile(m_shared); }
+MappedCollection::~MappedCollection() {
+    UnmapViewOfFile(m_shared);
+}
 
 }  // namespace kvstation

@@ -25,8 +25,9 @@ struct ShowOptions {
 int show(const ShowOptions& options) {
     std::string times;
     const RecordBytes bytes = collectHere(std::chrono::seconds(options.seconds), options.times ? &times : nullptr);
-    giveOut({.record = Record(bytes), .bytes = bytes, .product = productName(runningSystem()), .origin = "this station"},
-            options.result);
+    giveOut(
+        {.record = Record(bytes), .bytes = bytes, .product = productName(runningSystem()), .origin = "this station"},
+        options.result);
     if (options.times)
         writeResult("\n" + times);
     return kExitSuccess;

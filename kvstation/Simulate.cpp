@@ -25,8 +25,8 @@ int simulate(const SimulateOptions& options) {
 Verb addSimulate(CLI::App& tool) {
     const auto options = std::make_shared<SimulateOptions>();
     CLI::App* command = tool.add_subcommand("simulate", "Collect the record of a described station and show it");
-    command->add_option("station", options->station, "The folder with registry.reg and station.json")
-        ->type_name("STATION")
+    command->add_option("STATION", options->station, "The folder with registry.reg and station.json")
+        ->type_name("")
         ->required();
     addResultOptions(*command, options->result);
     return {command, "kvstation simulate stations/metaframe-session --html page.html",

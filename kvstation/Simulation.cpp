@@ -1,5 +1,5 @@
-#include "kvstation/ProductName.h"
 #include "kvstation/Simulation.h"
+#include "kvstation/ProductName.h"
 #include "kvstation/Stage.h"
 
 namespace kvstation {

@@ -18,6 +18,8 @@ constexpr Source kSources[] = {
     {"szStation", Steers, Variable, "session mark", "CLIENTNAME", "",
      "a client session with an id other than 0 marks the name with \"#1\""},
     {"szStation", Steers, Call, "session number", "ZRTSQuerySessionID", "", "the session's id"},
+    {"szUserName", Takes, Variable, "user name", "KVUser", "",
+     "the administrator's choice, as it stands; then nothing else is asked"},
     {"szUserName", Steers, Variable, "user name", "KVUserType", "",
      "1 network account, 2 directory, else the Windows account"},
     {"szUserName", Steers, Variable, "user name", "KVUSERNAMETYPE", "",
@@ -26,8 +28,6 @@ constexpr Source kSources[] = {
     {"szUserName", Takes, Call, "user name", "KVGetUserName", "", "the network account"},
     {"szUserName", Takes, Call, "user name", "KVNDSWhoAmI", "", "the directory's name"},
     {"szUserName", Takes, Call, "user name", "GetUserNameA", "", "the Windows account, upper case"},
-    {"szUserName", Takes, Variable, "user name", "KVUser", "",
-     "the administrator's choice, as it stands; then nothing else is asked"},
     {"szUserName", Otherwise, Nothing, "", "UNKNOWN", "", ""},
     {"szUserDisplayedName", Takes, Call, "display name", "GetUserNameExA", "3", "the display name"},
     {"dwKeyboardType", Takes, Call, "keyboard", "GetKeyboardType", "0", "the keyboard's type"},
@@ -93,8 +93,8 @@ constexpr Source kSources[] = {
     {"szTSProduct", Steers, Variable, "terminal-server product", "CLIENTNAME", "", "a session has a client's name"},
     {"szTSProduct", Adds, Value, "terminal-server product", "SYSTEM\\CurrentControlSet\\Control\\Citrix", "ProductName",
      "asked for in a Citrix session"},
-    {"szTSProduct", Adds, Value, "terminal-server product", "SYSTEM\\CurrentControlSet\\Control\\Citrix", "ProductVersion",
-     "behind a blank"},
+    {"szTSProduct", Adds, Value, "terminal-server product", "SYSTEM\\CurrentControlSet\\Control\\Citrix",
+     "ProductVersion", "behind a blank"},
     {"szDnsName", Takes, Call, "host name", "gethostbyaddr", "", "the name of the address in KVIP"},
     {"szDnsName", Takes, Call, "host name", "gethostbyname", "", "the name that the host's own name resolves to"},
     {"szDnsName", Takes, Call, "host name", "gethostname", "", "the host's own name, where it does not resolve"},
@@ -190,10 +190,10 @@ constexpr Source kSources[] = {
     {"szVideoAdapter", Takes, Value, "video adapter", "", "Device Description", "the driver's description"},
     {"szVideoAdapter", Adds, Value, "video adapter", "", "DeviceDesc", "each display device (Windows 9x)"},
     {"szTSVersion", Steers, Variable, "terminal-server product", "CLIENTNAME", "", "a session has a client's name"},
-    {"szTSVersion", Adds, Value, "terminal-server product", "SYSTEM\\CurrentControlSet\\Control\\Terminal Server", "ProductName",
-     "asked for in a Terminal Services session that is not Citrix's"},
-    {"szTSVersion", Adds, Value, "terminal-server product", "SYSTEM\\CurrentControlSet\\Control\\Terminal Server", "ProductVersion",
-     "behind a blank"},
+    {"szTSVersion", Adds, Value, "terminal-server product", "SYSTEM\\CurrentControlSet\\Control\\Terminal Server",
+     "ProductName", "asked for in a Terminal Services session that is not Citrix's"},
+    {"szTSVersion", Adds, Value, "terminal-server product", "SYSTEM\\CurrentControlSet\\Control\\Terminal Server",
+     "ProductVersion", "behind a blank"},
     {"szTSVersion", Otherwise, Call, "terminal-server product", "LoadStringA", "", "where the key is there"},
     {"szServerName", Steers, Variable, "IP configuration", "CLIENTNAME", "",
      "a server is told only in a client session"},
@@ -218,10 +218,10 @@ constexpr Source kSources[] = {
     {"szMACAddress", Takes, Call, "MAC address", "Netbios", "command 51", "the first adapter that tells its status"},
     {"szMACAddress", Takes, Call, "MAC address", "SendARP", "", "ARP for the station's or client's address"},
     {"szMACAddress", Otherwise, Nothing, "", "unknown", "", ""},
-    {"szDefaultPrinter", Takes, Value, "default printer", "Software\\Microsoft\\Windows NT\\CurrentVersion\\Windows", "device",
-     "Windows NT"},
-    {"szDefaultPrinter", Takes, Value, "default printer", "System\\CurrentControlSet\\Control\\Print\\Printers", "default",
-     "Windows 9x"},
+    {"szDefaultPrinter", Takes, Value, "default printer", "Software\\Microsoft\\Windows NT\\CurrentVersion\\Windows",
+     "device", "Windows NT"},
+    {"szDefaultPrinter", Takes, Value, "default printer", "System\\CurrentControlSet\\Control\\Print\\Printers",
+     "default", "Windows 9x"},
     {"szDefaultPrinter", Takes, Call, "default printer", "GetPrivateProfileStringA", "",
      "other platforms: the name alone"},
     {"szDefaultDomainName", Steers, Variable, "terminal-server product", "CLIENTNAME", "",
@@ -258,7 +258,8 @@ constexpr Reason kReasons[] = {
     {"szMACAddress", "MAC address", "Netbios", "command 51", State::NotMade, "NetBIOS lists no adapter"},
     {"szMACAddress", "IP configuration", "KVGetEnv", "\"KVGetClientMACAddress\"", State::Made,
      "asking is switched off: in a session (CLIENTNAME is set) KVGetClientMACAddress must be 1"},
-    {"szServerMACAddress", "server's MAC address", "SendARP", "", State::Failed, "nothing answered ARP for the address"},
+    {"szServerMACAddress", "server's MAC address", "SendARP", "", State::Failed,
+     "nothing answered ARP for the address"},
     {"szServerMACAddress", "server's MAC address", "Netbios", "", State::Made, "no adapter told its NetBIOS status"},
     {"szUserName", "user name", "GetUserNameA", "", State::Failed, "Windows tells no user's name"},
     {"szMonitor", "monitor", "RegEnumKeyA", "", State::Made, "no monitor but Default_Monitor has a description"},
@@ -278,6 +279,8 @@ std::vector<Source> sourcesOf(std::string_view field) {
     return found;
 }
 
-std::span<const Reason> reasons() { return kReasons; }
+std::span<const Reason> reasons() {
+    return kReasons;
+}
 
 }  // namespace kvstation

@@ -10,7 +10,7 @@ namespace kvstation {
 simwin::Station readStationFolder(const std::string& folder) {
     if (!isFolder(folder))
         throw Failure(folder + " is no folder; a station is a folder with registry.reg and station.json");
-    return simwin::readStation(reinterpret_cast<const char8_t*>(folder.c_str()));
+    return simwin::readStation(pathOf(folder));
 }
 
 WatchedRun watchRun(const std::string& folder) {

@@ -29,7 +29,7 @@ RecordBytes collectOn(simwin::Machine& machine) {
 }
 
 RecordBytes collectHereObserved(simwin::CallObserver&) {
-    throw Failure("this computer can be looked at under Windows alone; name a described station");
+    throw Failure("looking at this computer needs Windows; trace, explain and simulate take a described station here");
 }
 
 }  // namespace kvstation

@@ -11,23 +11,18 @@
 namespace kvstation {
 namespace {
 
-bool isHeap(const simwin::CallEntry& call) {
-    return call.name == "GetProcessHeap" || call.name == "HeapAlloc" || call.name == "HeapFree";
-}
-
 // A machine that only watches leaves the library its heap, which its companions share.
 std::vector<redirect::Replacement> answers(bool withHeap) {
     std::vector<redirect::Replacement> all;
     for (const simwin::CallEntry& call : simwin::callTable())
-        if (call.imported && (withHeap || !isHeap(call)))
+        if (call.imported && (withHeap || !simwin::isHeapCall(call.name)))
             all.push_back({call.library, call.name, call.ordinal, call.address});
     return all;
 }
 
 void addFunctions(simwin::Relay& relay, HMODULE library) {
     for (const redirect::Import& import : redirect::importsOf(library)) {
-        const simwin::CallEntry* call = import.ordinal != 0 ? simwin::findCall(import.library, import.ordinal)
-                                                            : simwin::findCall(import.library, import.name);
+        const simwin::CallEntry* call = simwin::findCall(import.library, import.name, import.ordinal);
         if (call != nullptr)
             relay.addFunction(call->name, reinterpret_cast<const void*>(*import.slot));
     }

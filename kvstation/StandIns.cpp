@@ -9,17 +9,21 @@
 namespace kvstation {
 namespace {
 
-constexpr std::size_t kShortestWord = 3;        // shorter ones are replaced in their own texts alone
-constexpr std::size_t kShortestInside = 5;      // from here on also inside longer words
-constexpr std::size_t kShortNameLength = 6;     // of DHINRI~1
+constexpr std::size_t kShortestWord = 3;     // shorter ones are replaced in their own texts alone
+constexpr std::size_t kShortestInside = 5;   // from here on also inside longer words
+constexpr std::size_t kShortNameLength = 6;  // of DHINRI~1
 constexpr std::string_view kAccented = "\xE0\xE4\xE8\xE9\xF6\xFC";
 
-bool isDigit(char character) { return character >= '0' && character <= '9'; }
+bool isDigit(char character) {
+    return character >= '0' && character <= '9';
+}
 bool isLetter(char character) {
     return (character >= 'a' && character <= 'z') || (character >= 'A' && character <= 'Z') ||
            static_cast<unsigned char>(character) >= 0xC0;
 }
-bool isWord(char character) { return isDigit(character) || isLetter(character); }
+bool isWord(char character) {
+    return isDigit(character) || isLetter(character);
+}
 
 std::string lower(std::string_view text) {
     std::string result(text);
@@ -48,7 +52,9 @@ void eachRun(std::string_view text, bool (*belongs)(char), Visit&& visit) {
     }
 }
 
-bool isDotted(char character) { return isDigit(character) || character == '.'; }
+bool isDotted(char character) {
+    return isDigit(character) || character == '.';
+}
 
 bool isNobodys(std::string_view address) {
     return address == "0.0.0.0" || address == "127.0.0.1" || address.starts_with("255.");

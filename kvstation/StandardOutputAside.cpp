@@ -16,15 +16,31 @@ namespace {
 constexpr int kStandardOutput = 1;
 
 #ifdef _WIN32
-int openNowhere() { return _open("NUL", _O_WRONLY); }
-int copyOf(int file) { return _dup(file); }
-void put(int file, int place) { _dup2(file, place); }
-void closeFile(int file) { _close(file); }
+int openNowhere() {
+    return _open("NUL", _O_WRONLY);
+}
+int copyOf(int file) {
+    return _dup(file);
+}
+void put(int file, int place) {
+    _dup2(file, place);
+}
+void closeFile(int file) {
+    _close(file);
+}
 #else
-int openNowhere() { return open("/dev/null", O_WRONLY | O_CLOEXEC); }
-int copyOf(int file) { return dup(file); }
-void put(int file, int place) { dup2(file, place); }
-void closeFile(int file) { close(file); }
+int openNowhere() {
+    return open("/dev/null", O_WRONLY | O_CLOEXEC);
+}
+int copyOf(int file) {
+    return dup(file);
+}
+void put(int file, int place) {
+    dup2(file, place);
+}
+void closeFile(int file) {
+    close(file);
+}
 #endif
 
 }  // namespace

@@ -25,9 +25,13 @@ using simwin::textOf;
 constexpr std::uint32_t kBufferTooSmall = 0xC0000023;
 constexpr std::size_t kLongestStandIn = 4096;
 
-std::string text(const ObservedCall& call, std::size_t parameter) { return std::string(textOf(call.parameters[parameter])); }
+std::string text(const ObservedCall& call, std::size_t parameter) {
+    return std::string(textOf(call.parameters[parameter]));
+}
 
-std::uint64_t number(const ObservedCall& call, std::size_t parameter) { return numberOf(call.parameters[parameter]); }
+std::uint64_t number(const ObservedCall& call, std::size_t parameter) {
+    return numberOf(call.parameters[parameter]);
+}
 
 template <class Type>
 Type structure(const ObservedCall& call, std::size_t parameter) {
@@ -73,8 +77,7 @@ simwin::Process& processOf(Station& station) {
 
 void addReverse(Station& station, const std::string& address, const std::string& name) {
     auto& entries = station.network.addresses;
-    if (name != address &&
-        std::ranges::find(entries, address, &simwin::ReverseEntry::address) == entries.end())
+    if (name != address && std::ranges::find(entries, address, &simwin::ReverseEntry::address) == entries.end())
         entries.push_back({address, name});
 }
 
@@ -91,7 +94,8 @@ struct CaptureTaker {
         if (!call.succeeded)
             return;
         const auto info = structure<OSVERSIONINFOA>(call, 0);
-        simwin::WindowsVersion& version = capture.m_station.version ? *capture.m_station.version : capture.m_station.version.emplace();
+        simwin::WindowsVersion& version =
+            capture.m_station.version ? *capture.m_station.version : capture.m_station.version.emplace();
         const bool is9x = info.dwPlatformId == VER_PLATFORM_WIN32_WINDOWS;
         version.platformId = info.dwPlatformId;
         version.major = info.dwMajorVersion;
@@ -104,7 +108,8 @@ struct CaptureTaker {
             capture.m_station.version->terminalServices = call.succeeded;
     }
     static void keyboard(StationCapture& capture, const ObservedCall& call) {
-        simwin::Keyboard& keyboard = capture.m_station.keyboard ? *capture.m_station.keyboard : capture.m_station.keyboard.emplace();
+        simwin::Keyboard& keyboard =
+            capture.m_station.keyboard ? *capture.m_station.keyboard : capture.m_station.keyboard.emplace();
         (number(call, 0) == 0 ? keyboard.type : keyboard.subType) = static_cast<int>(numberOf(call.result));
     }
     static void computerName(StationCapture& capture, const ObservedCall& call) {
@@ -151,7 +156,9 @@ struct CaptureTaker {
         if (call.succeeded && !capture.m_published.contains(name) && std::ranges::none_of(variables, isSame))
             variables.push_back({name, text(call, 1)});
     }
-    static void publish(StationCapture& capture, const ObservedCall& call) { capture.m_published.insert(text(call, 0)); }
+    static void publish(StationCapture& capture, const ObservedCall& call) {
+        capture.m_published.insert(text(call, 0));
+    }
     static void processId(StationCapture& capture, const ObservedCall& call) {
         processOf(capture.m_station).id = static_cast<std::uint32_t>(numberOf(call.result));
     }
@@ -206,9 +213,9 @@ struct CaptureTaker {
     }
     static void clusters(StationCapture& capture, const ObservedCall& call) {
         if (simwin::Drive* drive = call.succeeded ? driveOf(capture.m_station, call) : nullptr)
-            drive->clusters =
-                simwin::Clusters{static_cast<std::uint32_t>(number(call, 1)), static_cast<std::uint32_t>(number(call, 2)),
-                                 static_cast<std::uint32_t>(number(call, 3)), static_cast<std::uint32_t>(number(call, 4))};
+            drive->clusters = simwin::Clusters{
+                static_cast<std::uint32_t>(number(call, 1)), static_cast<std::uint32_t>(number(call, 2)),
+                static_cast<std::uint32_t>(number(call, 3)), static_cast<std::uint32_t>(number(call, 4))};
     }
     // Each part of a path is looked for below the parts before it, which are known by then.
     static void foundFile(StationCapture& capture, const ObservedCall& call) {
@@ -218,11 +225,12 @@ struct CaptureTaker {
         const auto data = structure<WIN32_FIND_DATAA>(call, 1);
         const std::string parent = asked.substr(0, asked.find_last_of('\\'));
         const auto known = capture.m_realPaths.find(parent);
-        const std::string real =
-            (known != capture.m_realPaths.end() ? known->second : parent) + "\\" +
-            std::string(data.cFileName, strnlen(data.cFileName, sizeof data.cFileName));
+        const std::string real = (known != capture.m_realPaths.end() ? known->second : parent) + "\\" +
+                                 std::string(data.cFileName, strnlen(data.cFileName, sizeof data.cFileName));
         capture.m_realPaths[asked] = real;
-        std::erase_if(capture.m_station.files, [&](const simwin::File& file) { return file.path == parent || (known != capture.m_realPaths.end() && file.path == known->second); });
+        std::erase_if(capture.m_station.files, [&](const simwin::File& file) {
+            return file.path == parent || (known != capture.m_realPaths.end() && file.path == known->second);
+        });
         if (isFullPath(real))
             fileOf(capture.m_station, real);
     }
@@ -299,8 +307,8 @@ struct CaptureTaker {
     static void sessionText(StationCapture& capture, const ObservedCall& call) {
         const std::string told = text(call, 0);
         if (!told.empty() || call.succeeded)
-            capture.m_station.session.*Member = simwin::CompanionText{
-                told, static_cast<int>(numberOf(call.result)), told.size() < number(call, 1)};
+            capture.m_station.session.*Member =
+                simwin::CompanionText{told, static_cast<int>(numberOf(call.result)), told.size() < number(call, 1)};
     }
     static void sessionNumber(StationCapture& capture, const ObservedCall& call) {
         capture.m_station.session.id = static_cast<int>(numberOf(call.result));
@@ -425,7 +433,8 @@ simwin::Station StationCapture::station() const {
         const auto outcome = m_outcomes.find(failure.call);
         if (outcome == m_outcomes.end() || outcome->second.hasSucceeded || outcome->second.error == 0)
             continue;
-        const bool isSizeOnly = failure.call == "GetUserNameExA" && (station.user.samCompatible || station.user.principal);
+        const bool isSizeOnly =
+            failure.call == "GetUserNameExA" && (station.user.samCompatible || station.user.principal);
         if (outcome->second.error != failure.natural && !isSizeOnly)
             station.fails[std::string(failure.call)] = outcome->second.error;
     }

@@ -32,11 +32,11 @@ class StationCapture : public simwin::CallObserver {
     simwin::Station m_station;
     CapturedRegistry m_registry;
     std::map<std::string, Outcome, std::less<>> m_outcomes;
-    std::set<std::string, std::less<>> m_published;        // variables that the module itself has set
+    std::set<std::string, std::less<>> m_published;               // variables that the module itself has set
     std::map<std::string, std::string, std::less<>> m_realPaths;  // by the path that was asked for
-    std::map<std::uint64_t, std::string> m_libraries;      // by handle
-    std::string m_versionedFile;                           // whose version resource was read last
-    bool m_expectsGroup = false;                           // the group's name is converted next
+    std::map<std::uint64_t, std::string> m_libraries;             // by handle
+    std::string m_versionedFile;                                  // whose version resource was read last
+    bool m_expectsGroup = false;                                  // the group's name is converted next
 };
 
 }  // namespace kvstation

@@ -1,6 +1,5 @@
 #include "kvstation/StationFolder.h"
 
-#include <filesystem>
 #include <system_error>
 
 #include "kvstation/Errors.h"
@@ -10,10 +9,6 @@
 
 namespace kvstation {
 namespace {
-
-using Path = std::filesystem::path;
-
-Path pathOf(const std::string& utf8) { return reinterpret_cast<const char8_t*>(utf8.c_str()); }
 
 void makeFolder(const std::string& folder) {
     std::error_code error;

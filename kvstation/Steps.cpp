@@ -93,7 +93,9 @@ bool holds(std::string_view arguments, std::string_view argument) {
 
 }  // namespace
 
-std::span<const StepMark> stepMarks() { return kMarks; }
+std::span<const StepMark> stepMarks() {
+    return kMarks;
+}
 
 const StepMark* findMark(std::string_view step, std::string_view call, std::string_view arguments) {
     const auto* found = std::ranges::find_if(kMarks, [&](const StepMark& mark) {

@@ -84,20 +84,11 @@ class TextWriter {
     }
 
     static std::size_t breakBefore(std::string_view text, std::size_t room) {
-        std::size_t end = 0;
-        for (std::size_t used = 0; used < room; ++used)
-            end += characterSize(text.substr(end));
+        const std::size_t end = bytesOf(text, room);
         for (const char separator : {';', ' '})
             if (const std::size_t place = text.substr(0, end).rfind(separator); place != std::string_view::npos)
                 return place + 1;
         return end;
-    }
-
-    static std::size_t characterSize(std::string_view text) {
-        std::size_t size = 1;
-        while (size < text.size() && columns(text.substr(size, 1)) == 0)
-            ++size;
-        return size;
     }
 
     const TextOptions& m_options;

@@ -9,9 +9,9 @@
 namespace kvstation {
 
 struct TextOptions {
-    bool all = false;        // empty fields in their groups too
+    bool all = false;  // empty fields in their groups too
     bool colours = false;
-    std::size_t width = 0;   // columns at which lines wrap; 0: never
+    std::size_t width = 0;  // columns at which lines wrap; 0: never
 };
 
 std::string textView(const Report& report, const TextOptions& options);

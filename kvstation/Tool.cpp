@@ -92,8 +92,10 @@ int runGuarded(CLI::App& tool, const std::vector<Verb>& verbs, const std::vector
 
 int runTool(const std::vector<std::string>& arguments) {
     try {
-        CLI::App tool("Sees, explains and compares what the workstation-inventory module kvcstat64.dll tells of a station.",
-                      "kvstation");
+        CLI::App tool(
+            "Sees, explains and compares what the workstation-inventory module kvcstat64.dll tells of a station.",
+            "kvstation");
+        tool.allow_windows_style_options(false);  // "/mnt/station" is a path under Wine
         tool.set_version_flag("--version", "kvstation " KVSTATION_VERSION);
         tool.set_help_flag("-h,--help", "Print this help");
         const std::vector<Verb> verbs = addVerbs(tool);

@@ -28,8 +28,8 @@ Verb addTrace(CLI::App& tool) {
     const auto options = std::make_shared<TraceVerbOptions>();
     CLI::App* command =
         tool.add_subcommand("trace", "Show every question that a collection asks, in its order, and the answers");
-    command->add_option("station", options->station, "A described station's folder; without it this computer (Windows)")
-        ->type_name("STATION");
+    command->add_option("STATION", options->station, "A described station's folder; without it this computer (Windows)")
+        ->type_name("");
     command->add_flag("--all", options->all, "The module's own work too: memory, texts, closing what it opened");
     return {command, "kvstation trace stations/metaframe-session", [options] { return trace(*options); }};
 }

@@ -17,13 +17,34 @@ constexpr std::string_view kDim = "\x1b[2m";
 constexpr std::string_view kPlain = "\x1b[0m";
 
 // They ask nothing of the station.
-constexpr std::string_view kOwnWork[] = {
-    "FindClose",      "FreeLibrary", "GetLastError", "GlobalAlloc",        "GlobalFree",          "GlobalLock",
-    "GlobalUnlock",   "LoadStringA", "LocalAlloc",   "LocalFree",          "NetApiBufferFree",    "RegCloseKey",
-    "VerQueryValueA", "_mbscmp",     "_mbslwr",      "_mbsupr",            "_strupr",             "inet_addr",
-    "wsprintfA",      "WSAStartup",  "ZRTSWRPFree",  "VerSetConditionMask", "WideCharToMultiByte", "ZRTSWRPInit"};
+constexpr std::string_view kOwnWork[] = {"FindClose",
+                                         "FreeLibrary",
+                                         "GetLastError",
+                                         "GlobalAlloc",
+                                         "GlobalFree",
+                                         "GlobalLock",
+                                         "GlobalUnlock",
+                                         "LoadStringA",
+                                         "LocalAlloc",
+                                         "LocalFree",
+                                         "NetApiBufferFree",
+                                         "RegCloseKey",
+                                         "VerQueryValueA",
+                                         "_mbscmp",
+                                         "_mbslwr",
+                                         "_mbsupr",
+                                         "_strupr",
+                                         "inet_addr",
+                                         "wsprintfA",
+                                         "WSAStartup",
+                                         "ZRTSWRPFree",
+                                         "VerSetConditionMask",
+                                         "WideCharToMultiByte",
+                                         "ZRTSWRPInit"};
 
-bool isOwnWork(const ObservedCall& call) { return std::ranges::find(kOwnWork, call.name) != std::end(kOwnWork); }
+bool isOwnWork(const ObservedCall& call) {
+    return std::ranges::find(kOwnWork, call.name) != std::end(kOwnWork);
+}
 
 // Nothing but a value's size was asked for, and the value itself by the next call.
 bool isSizeQuestion(const ObservedCall& call, const ObservedCall* next) {
@@ -59,9 +80,9 @@ std::string traceView(const std::vector<StepCall>& calls, const TraceOptions& op
             continue;
         if (calls[i].step != step) {
             step = calls[i].step;
-            text += (options.colours ? std::string(kBold) + std::string(step) + std::string(kPlain)
-                                     : std::string(step)) +
-                    "\n";
+            text +=
+                (options.colours ? std::string(kBold) + std::string(step) + std::string(kPlain) : std::string(step)) +
+                "\n";
         }
         const bool isTrace = call.name == "ZRTrace";
         const std::string line = isTrace ? traceLine(call) : callLine(call);

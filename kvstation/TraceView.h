@@ -9,7 +9,7 @@
 namespace kvstation {
 
 struct TraceOptions {
-    bool all = false;      // the module's own work too: memory, texts, closing what it opened
+    bool all = false;  // the module's own work too: memory, texts, closing what it opened
     bool colours = false;
 };
 

@@ -12,9 +12,9 @@ class App;
 namespace kvstation {
 
 struct Verb {
-    CLI::App* command;           // its part of the command line
-    std::string example;         // one whole command line and what it gives; empty: the verb is not for people
-    std::function<int()> run;    // gives the exit status; throws Failure or WrongUse
+    CLI::App* command;         // its part of the command line
+    std::string example;       // one whole command line and what it gives; empty: the verb is not for people
+    std::function<int()> run;  // gives the exit status; throws Failure or WrongUse
 };
 
 Verb addShow(CLI::App& tool);

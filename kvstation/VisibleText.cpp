@@ -6,7 +6,9 @@
 namespace kvstation {
 namespace {
 
-bool isContinuation(char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; }
+bool isContinuation(char c) {
+    return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
+}
 
 void appendSpelledOut(std::string& text, unsigned code) {
     char spelled[8];
@@ -31,6 +33,15 @@ std::string visible(std::string_view utf8) {
         }
     }
     return text;
+}
+
+std::size_t bytesOf(std::string_view utf8, std::size_t count) {
+    std::size_t end = 0;
+    for (; end < utf8.size(); ++end) {
+        if (!isContinuation(utf8[end]) && count-- == 0)
+            break;
+    }
+    return end;
 }
 
 std::size_t columns(std::string_view utf8) {

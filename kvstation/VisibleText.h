@@ -12,4 +12,7 @@ std::string visible(std::string_view utf8);
 // How many columns a text takes, counted as one for each character.
 std::size_t columns(std::string_view utf8);
 
+// The bytes of the first `count` characters, or of all when there are fewer.
+std::size_t bytesOf(std::string_view utf8, std::size_t count);
+
 }  // namespace kvstation

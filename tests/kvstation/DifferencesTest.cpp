@@ -13,7 +13,9 @@ std::string differences(const RecordBytes& left, const RecordBytes& right) {
     return differencesView(a, b, differingFields(a, b), false);
 }
 
-TEST(Differences, EqualRecordsHaveNone) { EXPECT_EQ(differences(sampleBytes(), sampleBytes()), ""); }
+TEST(Differences, EqualRecordsHaveNone) {
+    EXPECT_EQ(differences(sampleBytes(), sampleBytes()), "");
+}
 
 TEST(Differences, TextsAreQuotedAndNumbersNot) {
     RecordBytes other = sampleBytes();

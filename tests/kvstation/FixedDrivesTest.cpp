@@ -52,7 +52,9 @@ TEST(FixedDrives, ForeignTextIsNoDrive) {
     }
 }
 
-TEST(FixedDrives, NothingGivesNothing) { EXPECT_TRUE(parseFixedDrives("").drives.empty()); }
+TEST(FixedDrives, NothingGivesNothing) {
+    EXPECT_TRUE(parseFixedDrives("").drives.empty());
+}
 
 }  // namespace
 }  // namespace kvstation

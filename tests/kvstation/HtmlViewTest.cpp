@@ -39,6 +39,12 @@ TEST(HtmlView, BeginsWithTheStationAtAGlance) {
     EXPECT_THAT(html, HasSubstr("<dd>session 4294967294</dd>"));
 }
 
+TEST(HtmlView, TheStationsNameBreaksBehindItsParts) {
+    RecordBytes bytes{};
+    put(bytes, 0, "PC<3.LAB.\xE9");
+    EXPECT_THAT(page(bytes), HasSubstr("<h1>PC&lt;3.<wbr>LAB.<wbr>\xC3\xA9</h1>\n<p>"));
+}
+
 TEST(HtmlView, AnEmptyRecordIsAPageToo) {
     const std::string html = htmlView({.record = Record(RecordBytes{}), .bytes = {}, .product = {}, .origin = "x"});
     EXPECT_THAT(html, HasSubstr("<h1>Unnamed station</h1>"));
@@ -50,6 +56,14 @@ TEST(HtmlView, DrivesAreBars) {
     EXPECT_THAT(html, HasSubstr("C: SYSTEM</strong><span>NTFS 149.0 GB, 41% free</span>"));
     EXPECT_THAT(html, HasSubstr("aria-label=\"59% used\"><b style=\"width:59%\">"));
     EXPECT_THAT(html, HasSubstr("E: </strong><span>FAT32 4.0 GB, 12% free</span>"));
+}
+
+TEST(HtmlView, ADriveOfUnknownSizeHasNoBar) {
+    RecordBytes bytes{};
+    put(bytes, 1831, "D(TEMP):(FAT:0 MB -2147483648% free) ;E:(:0 MB -2147483648% free) ");
+    const std::string html = page(bytes);
+    EXPECT_THAT(html, HasSubstr("D: TEMP</strong><span>FAT, size unknown</span></p></li>"));
+    EXPECT_THAT(html, HasSubstr("E: </strong><span>size unknown</span></p></li>"));
 }
 
 TEST(HtmlView, EveryFieldHasItsRowAndItsPlaceOnTheMap) {
@@ -78,7 +92,9 @@ TEST(HtmlView, TextIsNeverMarkup) {
     EXPECT_THAT(html, HasSubstr("Record of a &lt;test&gt;"));
 }
 
-TEST(HtmlView, ControlCharactersAreSpelledOut) { EXPECT_EQ(escapeHtml("a\x01<\x1b"), "a\\x01&lt;\\x1b"); }
+TEST(HtmlView, ControlCharactersAreSpelledOut) {
+    EXPECT_EQ(escapeHtml("a\x01<\x1b"), "a\\x01&lt;\\x1b");
+}
 
 }  // namespace
 }  // namespace kvstation

@@ -22,11 +22,11 @@ struct Place {
 
 // Written down independently of the header and of the table.
 constexpr Place kPlaces[] = {
-    {"szStation", 0, 51, 50},          {"szUserName", 51, 256, 255},   {"dwKeyboardType", 360, 4, 0},
-    {"szDiskDevices", 524, 251, 250},  {"szFixedDrives", 1831, 101, 100}, {"bInternetExplorer", 1992, 4, 0},
-    {"szSubnetMask", 2118, 16, 15},    {"szBrowser", 3073, 201, 200},  {"szOS", 3600, 81, 80},
-    {"szClientName", 3708, 51, 50},    {"szMACAddress", 4432, 13, 12}, {"szBiosDate", 4597, 11, 10},
-    {"dwSessionId", 4868, 4, 0},       {"szRDPClient", 4901, 21, 20},  {"szVCDVersion", 4922, 12, 11},
+    {"szStation", 0, 51, 50},         {"szUserName", 51, 256, 255},      {"dwKeyboardType", 360, 4, 0},
+    {"szDiskDevices", 524, 251, 250}, {"szFixedDrives", 1831, 101, 100}, {"bInternetExplorer", 1992, 4, 0},
+    {"szSubnetMask", 2118, 16, 15},   {"szBrowser", 3073, 201, 200},     {"szOS", 3600, 81, 80},
+    {"szClientName", 3708, 51, 50},   {"szMACAddress", 4432, 13, 12},    {"szBiosDate", 4597, 11, 10},
+    {"dwSessionId", 4868, 4, 0},      {"szRDPClient", 4901, 21, 20},     {"szVCDVersion", 4922, 12, 11},
 };
 
 TEST(Layout, FieldsStandAtTheirPlaces) {

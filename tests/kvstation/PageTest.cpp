@@ -27,18 +27,34 @@ std::string replaced(std::string text, std::string_view from, std::string_view t
 
 // Shows the page in a frame of that width and writes down what a person would see of it.
 std::string surroundings(const std::string& page, unsigned width) {
-    return "<!DOCTYPE html><meta charset=\"utf-8\"><body><iframe style=\"border:0;width:" + std::to_string(width) +
-           "px;height:800px\" srcdoc=\"" + replaced(replaced(page, "&", "&amp;"), "\"", "&quot;") +
+    return "<!DOCTYPE html><meta charset=\"utf-8\"><meta name=\"color-scheme\" content=\"light dark\"><body><iframe "
+           "style=\"border:0;width:" +
+           std::to_string(width) + "px;height:800px\" srcdoc=\"" +
+           replaced(replaced(page, "&", "&amp;"), "\"", "&quot;") +
            R"html("></iframe><pre id="seen"></pre><script>
 addEventListener('load', () => {
   const root = document.querySelector('iframe').contentDocument.documentElement;
   const sticksOut = e => e.getBoundingClientRect().right > root.clientWidth + 0.5;
+  // How much brighter the one is than the other, by the formula of the guidelines for readable pages.
+  const numbers = colour => colour.match(/[\d.]+/g).map(Number);
+  const linear = c => c / 255 <= 0.04045 ? c / 255 / 12.92 : ((c / 255 + 0.055) / 1.055) ** 2.4;
+  const light = ([r, g, b]) => 0.2126 * linear(r) + 0.7152 * linear(g) + 0.0722 * linear(b) + 0.05;
+  const contrast = (a, b) => Math.max(light(a) / light(b), light(b) / light(a));
+  const backgroundOf = e => {
+    const colour = numbers(getComputedStyle(e).backgroundColor);
+    return colour[3] === 0 ? backgroundOf(e.parentElement) : colour;
+  };
+  const hasText = e => [...e.childNodes].some(n => n.nodeType == 3 && n.data.trim());
+  const isFaint = e => contrast(numbers(getComputedStyle(e).color), backgroundOf(e)) < 4.5;
   document.getElementById('seen').textContent = JSON.stringify({
     width: root.clientWidth,
     scrollWidth: root.scrollWidth,
     outside: [...root.querySelectorAll('body *')].filter(sticksOut).map(e => e.outerHTML.slice(0, 80)),
     unseen: [...root.querySelectorAll('h1, h2, .value, .bar, .map')]
       .filter(e => e.getClientRects().length == 0).map(e => e.outerHTML.slice(0, 80)),
+    pageIsDark: light(backgroundOf(root.querySelector('body'))) < 0.2,
+    faint: [...root.querySelectorAll('body :not(svg *)')].filter(e => hasText(e) && isFaint(e))
+      .map(e => e.outerHTML.slice(0, 80)),
     mapHeight: root.querySelector('.map').getBoundingClientRect().height,
     text: root.querySelector('body').innerText,
   });
@@ -58,13 +74,14 @@ class Page : public testing::TestWithParam<unsigned> {
     }
 
     // What the browser makes of the record's page.
-    nlohmann::json seen(const RecordBytes& bytes) {
+    nlohmann::json seen(const RecordBytes& bytes, bool inTheDark = false) {
         const TemporaryFolder folder;
         const std::string file = folder / "surroundings.html";
         writeFile(file, surroundings(htmlView({Record(bytes), bytes, "Windows 11", "a test"}), GetParam()));
         const ProgramRun browser =
             runProgram({"/usr/bin/timeout", "90", kBrowser, "--headless", "--no-sandbox", "--disable-gpu",
                         "--hide-scrollbars", "--disable-dev-shm-usage", "--window-size=1400,900",
+                        std::string("--blink-settings=preferredColorScheme=") + (inTheDark ? "0" : "1"),
                         "--user-data-dir=" + (folder / "profile"), "--dump-dom", "file://" + file});
         const std::size_t begin = browser.output.find("<pre id=\"seen\">{");
         const std::size_t end = browser.output.find("}</pre>", begin);
@@ -90,6 +107,14 @@ TEST_P(Page, AnOrdinaryRecordFits) {
     for (const char* word : {"PC-LAB3", "jdoe", "10.0.0.5", "Windows 11", "149.0 GB, 41% free",
                              "0x0E10, 29 of 81 bytes", "The record's bytes"})
         EXPECT_THAT(text, HasSubstr(word));
+}
+
+TEST_P(Page, StandsOutFromItsBackgroundByDayAndNight) {
+    for (const bool inTheDark : {false, true}) {
+        const nlohmann::json page = seen(sampleBytes(), inTheDark);
+        EXPECT_EQ(page["pageIsDark"], inTheDark);
+        EXPECT_THAT(page["faint"], IsEmpty());
+    }
 }
 
 TEST_P(Page, FieldsFullOfOneLongWordFit) {

@@ -18,7 +18,9 @@ std::string errorOf(std::string_view bytes) {
     return "no error";
 }
 
-std::string_view asText(const RecordBytes& bytes) { return {bytes.data(), bytes.size()}; }
+std::string_view asText(const RecordBytes& bytes) {
+    return {bytes.data(), bytes.size()};
+}
 
 TEST(RecordFile, ReadsRawBytes) {
     const RecordBytes bytes = sampleBytes();

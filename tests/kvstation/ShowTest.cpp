@@ -77,14 +77,16 @@ TEST_F(Show, NothingButTheResultGoesToStandardOutput) {
 
 TEST_F(Show, AHangIsEndedAndToldInOneLine) {
     putMisbehavingLibrary("hang");
-    expectRefusal(show({"--timeout", "1"}), "kvstation: the collection hung while collecting: ended after 1 seconds; "
-                                            "--timeout SECONDS gives it longer\n");
+    expectRefusal(show({"--timeout", "1"}),
+                  "kvstation: the collection hung while collecting: ended after 1 seconds; "
+                  "--timeout SECONDS gives it longer\n");
 }
 
 TEST_F(Show, ACrashIsToldInOneLine) {
     putMisbehavingLibrary("crash");
-    expectRefusal(show(), AllOf(StartsWith("kvstation: the collection crashed while collecting (exception 0xC0000005 at "),
-                                EndsWith(")\n")));
+    expectRefusal(show(),
+                  AllOf(StartsWith("kvstation: the collection crashed while collecting (exception 0xC0000005 at "),
+                        EndsWith(")\n")));
 }
 
 TEST_F(Show, ALibraryThatEndsTheProcessIsToldInOneLine) {
@@ -99,8 +101,9 @@ TEST_F(Show, AMissingLibraryIsToldInOneLine) {
 
 TEST_F(Show, AFileThatIsNoLibraryIsToldInOneLine) {
     std::ofstream(folder / "kvcstat64.dll") << "This is no library.";
-    expectRefusal(show(), AllOf(StartsWith("kvstation: kvcstat64.dll beside the tool is no library for 64-bit Windows: "),
-                                EndsWith("(error 193)\n")));
+    expectRefusal(show(),
+                  AllOf(StartsWith("kvstation: kvcstat64.dll beside the tool is no library for 64-bit Windows: "),
+                        EndsWith("(error 193)\n")));
 }
 
 TEST_F(Show, AnotherLibraryIsToldInOneLine) {

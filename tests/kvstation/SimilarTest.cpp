@@ -11,15 +11,21 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-TEST(Similar, CaseDoesNotCount) { EXPECT_THAT(similarFields("SZOS").front(), "szOS"); }
+TEST(Similar, CaseDoesNotCount) {
+    EXPECT_THAT(similarFields("SZOS").front(), "szOS");
+}
 
-TEST(Similar, TwoLettersMayDiffer) { EXPECT_THAT(similarFields("szMacAdress").front(), "szMACAddress"); }
+TEST(Similar, TwoLettersMayDiffer) {
+    EXPECT_THAT(similarFields("szMacAdress").front(), "szMACAddress");
+}
 
 TEST(Similar, APartOfANameFindsIt) {
     EXPECT_THAT(similarFields("printer"), ElementsAre("szPrinters", "szDefaultPrinter"));
 }
 
-TEST(Similar, AtMostThreeWordsAreGiven) { EXPECT_EQ(similarFields("address").size(), 3u); }
+TEST(Similar, AtMostThreeWordsAreGiven) {
+    EXPECT_EQ(similarFields("address").size(), 3u);
+}
 
 TEST(Similar, NothingNearGivesNothing) {
     EXPECT_THAT(similarFields("frobnicate"), IsEmpty());

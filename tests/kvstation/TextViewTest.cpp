@@ -12,7 +12,9 @@ namespace {
 using testing::HasSubstr;
 using testing::Not;
 
-Report sampleReport() { return {Record(sampleBytes()), sampleBytes(), "Windows 11", "a test"}; }
+Report sampleReport() {
+    return {Record(sampleBytes()), sampleBytes(), "Windows 11", "a test"};
+}
 
 std::vector<std::string> linesOf(const std::string& text) {
     std::vector<std::string> lines;
@@ -96,8 +98,8 @@ TEST(TextView, LinesKeepToTheTerminalsWidth) {
 }
 
 TEST(TextView, WrappedListsBreakBehindAnItem) {
-    EXPECT_THAT(textView(sampleReport(), {.width = 80}), HasSubstr("C(SYSTEM):(NTFS:152625 MB 41% free) ;\n" +
-                                                                   std::string(26, ' ') + "E:(FAT32"));
+    EXPECT_THAT(textView(sampleReport(), {.width = 80}),
+                HasSubstr("C(SYSTEM):(NTFS:152625 MB 41% free) ;\n" + std::string(26, ' ') + "E:(FAT32"));
 }
 
 TEST(TextView, ATerminalTooNarrowForValuesIsLeftToWrap) {

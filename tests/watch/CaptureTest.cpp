@@ -45,7 +45,9 @@ Station writtenAndRead(const Station& station) {
     return again;
 }
 
-std::string bytesOf(const RecordBytes& record) { return {record.begin(), record.end()}; }
+std::string bytesOf(const RecordBytes& record) {
+    return {record.begin(), record.end()};
+}
 
 class EveryStation : public testing::TestWithParam<std::string> {};
 
@@ -102,9 +104,9 @@ TEST(Captured, RegistryKeepsTheOrderOfNamesThatWereListedAfterOneWasOpened) {
 TEST(Captured, ValueOfATypeThatIsNotReadKeepsItsTypeAndSize) {
     Station station;
     station.version = simwin::WindowsVersion{.platformId = 2, .major = 5, .minor = 1, .build = 2600, .servicePack = ""};
-    station.registry.set("HKEY_LOCAL_MACHINE\\HARDWARE\\DESCRIPTION\\System",
-                         {"SystemBiosDate", static_cast<std::uint32_t>(simwin::RegistryType::ExpandText),
-                          std::string("secret\0", 7)});
+    station.registry.set(
+        "HKEY_LOCAL_MACHINE\\HARDWARE\\DESCRIPTION\\System",
+        {"SystemBiosDate", static_cast<std::uint32_t>(simwin::RegistryType::ExpandText), std::string("secret\0", 7)});
     Machine behind(station);
     const Captured captured = captureBehind(behind);
     const auto key = captured.station.registry.find("HKEY_LOCAL_MACHINE\\HARDWARE\\DESCRIPTION\\System");

@@ -1,45 +1,50 @@
-// A collection that hangs or crashes in a companion: the tool's one line names the step and the call.
+// A collection that a companion ends: the tool's one line names the step and the call.
 #include <gmock/gmock.h>
 
-#include <cstdio>
+#include <algorithm>
 #include <cstdlib>
+
+#include "tests/kvstation/RunningProgram.h"
 
 namespace kvtest {
 namespace {
 
-struct Outcome {
-    std::string output;  // of both
-    int status = 0;
-};
+using kvstation::ProgramRun;
+using testing::StartsWith;
 
-Outcome showWith(const std::string& ending) {
+ProgramRun showWith(const std::string& ending) {
     _putenv_s("KV_TEST_ENDING", ending.c_str());
-    Outcome outcome;
-    FILE* pipe = _popen("\"" KV_ENDING_FOLDER "\\kvstation.exe\" show --timeout 5 2>&1", "r");
-    char block[512];
-    for (std::size_t read = 0; (read = std::fread(block, 1, sizeof block, pipe)) != 0;)
-        outcome.output.append(block, read);
-    outcome.status = _pclose(pipe);
-    return outcome;
+    return kvstation::runProgram({KV_ENDING_FOLDER "\\kvstation.exe", "show", "--timeout", "5"});
 }
 
-TEST(Ending, OfAHangNamesStepAndCall) {
-    const Outcome outcome = showWith("hang");
-    EXPECT_THAT(outcome.output, testing::StartsWith("kvstation: the collection hung while collecting: domain, "
-                                                    "last call KVGetDomainName(): ended after 5 seconds"));
-    EXPECT_EQ(outcome.status, 1);
+void expectOneLine(const ProgramRun& ended, const testing::Matcher<const std::string&>& line) {
+    EXPECT_EQ(ended.status, 1);
+    EXPECT_EQ(ended.output, "");
+    EXPECT_THAT(ended.errors, line);
+    EXPECT_EQ(std::ranges::count(ended.errors, '\n'), 1);
 }
 
-TEST(Ending, OfACrashNamesStepAndCall) {
-    const Outcome outcome = showWith("crash");
-    EXPECT_THAT(outcome.output, testing::StartsWith("kvstation: the collection crashed while collecting: domain, "
-                                                    "last call KVGetDomainName() (exception 0xC0000005"));
-    EXPECT_EQ(outcome.status, 1);
+TEST(Ending, OfAHangNamesStepAndCallInOneLine) {
+    expectOneLine(showWith("hang"),
+                  "kvstation: the collection hung while collecting: domain, last call KVGetDomainName(): ended after 5 "
+                  "seconds; --timeout SECONDS gives it longer\n");
+}
+
+TEST(Ending, OfACrashNamesStepAndCallInOneLine) {
+    expectOneLine(showWith("crash"), StartsWith("kvstation: the collection crashed while collecting: domain, last call "
+                                                "KVGetDomainName() (exception 0xC0000005 at 0x"));
+}
+
+TEST(Ending, OfAProcessThatTheLibraryEndsNamesStepAndCallInOneLine) {
+    expectOneLine(showWith("exit"),
+                  "kvstation: the collection ended by itself while collecting: domain, last call KVGetDomainName() "
+                  "(exit status 0)\n");
 }
 
 TEST(Ending, IsNoneWhereTheLibraryIsGood) {
-    const Outcome outcome = showWith("");
-    EXPECT_EQ(outcome.status, 0) << outcome.output;
+    const ProgramRun good = showWith("");
+    EXPECT_EQ(good.status, 0);
+    EXPECT_EQ(good.errors, "");
 }
 
 }  // namespace

@@ -75,7 +75,13 @@ TEST(Explain, TellsTheOverrideOfAVariable) {
     const kvstation::WatchedRun run = runOn(station);
     EXPECT_EQ(takenOf("szIPAddress", run), "KVIP");
     EXPECT_EQ(takenOf("szUserName", run), "KVUser");
-    EXPECT_THAT(kvstation::explanationText("szUserName", run, false), HasSubstr("GetUserNameA (the Windows account, upper case): not asked"));
+    EXPECT_THAT(kvstation::explanationText("szUserName", run, false),
+                HasSubstr("GetUserNameA (the Windows account, upper case): not asked"));
+}
+
+// Asked first, and the end of asking.
+TEST(Explain, NamesTheAdministratorsUserBeforeAllOthers) {
+    EXPECT_EQ(kvstation::sourcesOf("szUserName").front().what, "KVUser");
 }
 
 TEST(Explain, KnowsASourceOfEveryField) {
@@ -103,7 +109,8 @@ TEST(Explain, TellsEveryFieldOfEveryStation) {
     for (const std::string& name : stationNames()) {
         const kvstation::WatchedRun run = runOf(name);
         for (const kvstation::Field& field : kvstation::fields())
-            EXPECT_THAT(kvstation::explanationText(field.name, run, false), testing::StartsWith(std::string(field.name)));
+            EXPECT_THAT(kvstation::explanationText(field.name, run, false),
+                        testing::StartsWith(std::string(field.name)));
     }
 }
 

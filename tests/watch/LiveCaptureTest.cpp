@@ -1,8 +1,8 @@
 // This very computer, watched by the tool while the real library looks at it.
 #include <gmock/gmock.h>
 
-#include "kvstation/StationCapture.h"
 #include "kvstation/Stage.h"
+#include "kvstation/StationCapture.h"
 #include "kvstation/WatchedRun.h"
 #include "simwin/Machine.h"
 #include "simwin/RegistryReader.h"
@@ -15,7 +15,9 @@ namespace {
 
 using kvstation::RecordBytes;
 
-std::string bytesOf(const RecordBytes& record) { return {record.begin(), record.end()}; }
+std::string bytesOf(const RecordBytes& record) {
+    return {record.begin(), record.end()};
+}
 
 TEST(LiveCapture, GivesTheSameRecordOnceReplayed) {
     kvstation::StationCapture capture;
@@ -33,10 +35,9 @@ TEST(LiveTrace, HasTheStepsOfEveryCollection) {
     for (const kvstation::StepCall& call : run.calls)
         if (steps.empty() || steps.back() != call.step)
             steps.push_back(call.step);
-    EXPECT_THAT(steps, testing::IsSupersetOf<std::string_view>({"start", "user name", "host name", "client name",
-                                                                "providers", "operating system", "memory", "drives",
-                                                                "monitor", "station type", "publishing",
-                                                                "session id"}));
+    EXPECT_THAT(steps, testing::IsSupersetOf<std::string_view>(
+                           {"start", "user name", "host name", "client name", "providers", "operating system", "memory",
+                            "drives", "monitor", "station type", "publishing", "session id"}));
 }
 
 TEST(LiveTrace, LeavesTheLastErrorToTheModule) {

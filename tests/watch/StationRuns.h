@@ -9,8 +9,12 @@
 
 namespace kvtest {
 
-inline std::string stationFolder(const std::string& name) { return std::string(KV_STATIONS) + "/" + name; }
+inline std::string stationFolder(const std::string& name) {
+    return std::string(KV_STATIONS) + "/" + name;
+}
 
-inline kvstation::WatchedRun runOf(const std::string& name) { return kvstation::watchRun(stationFolder(name)); }
+inline kvstation::WatchedRun runOf(const std::string& name) {
+    return kvstation::watchRun(stationFolder(name));
+}
 
 }  // namespace kvtest

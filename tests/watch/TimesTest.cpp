@@ -26,6 +26,15 @@ TEST(Times, TellEachStepAndTheSlowestCallsFirst) {
               "     0.020 ms  GlobalMemoryStatus(1), memory\n");
 }
 
+TEST(Times, CutLongArgumentsBetweenCharacters) {
+    StepCall longCall = call("drives", "GetDriveTypeA", microseconds(1));
+    std::string whole;
+    for (int i = 0; i < 80; ++i)
+        whole += "\xC3\xBC";
+    longCall.call.arguments = whole + whole;
+    EXPECT_THAT(kvstation::timesText({longCall}), testing::HasSubstr("GetDriveTypeA(" + whole + "...), drives"));
+}
+
 TEST(Times, NameFiveCallsAtMost) {
     std::vector<StepCall> calls(9, call("drives", "GetDriveTypeA", microseconds(1)));
     const std::string text = kvstation::timesText(calls);

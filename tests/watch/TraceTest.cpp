@@ -24,15 +24,15 @@ std::vector<std::string> stepsOf(const kvstation::WatchedRun& run) {
 }
 
 TEST(Steps, OfAStationComeInTheOrderOfTheCollection) {
-    EXPECT_THAT(stepsOf(runOf("windows-xp-console")),
-                ElementsAre("start", "user name", "Windows account", "display name", "IP configuration",
-                            "host name", "DNS name", "MAC address", "masks and gateways", "workgroup", "client name",
-                            "providers", "browsers", "network adapters", "mail clients", "ICA client", "RDP client",
-                            "domain", "terminal-server product", "operating system", "processor", "processor power",
-                            "processor names", "BIOS", "memory", "owner", "current user", "devices", "drives",
-                            "keyboard", "printers", "default printer", "printer list", "monitor", "video adapter",
-                            "station type", "remote client", "session mark", "VCD module", "publishing", "session id",
-                            "server sessions"));
+    EXPECT_THAT(
+        stepsOf(runOf("windows-xp-console")),
+        ElementsAre("start", "user name", "Windows account", "display name", "IP configuration", "host name",
+                    "DNS name", "MAC address", "masks and gateways", "workgroup", "client name", "providers",
+                    "browsers", "network adapters", "mail clients", "ICA client", "RDP client", "domain",
+                    "terminal-server product", "operating system", "processor", "processor power", "processor names",
+                    "BIOS", "memory", "owner", "current user", "devices", "drives", "keyboard", "printers",
+                    "default printer", "printer list", "monitor", "video adapter", "station type", "remote client",
+                    "session mark", "VCD module", "publishing", "session id", "server sessions"));
 }
 
 TEST(Steps, OfASessionTellServerAndClientApart) {
@@ -56,9 +56,10 @@ TEST(Steps, AreTheSameOnEveryStationButForTheAddresses) {
 
 TEST(Steps, TableNamesNoStepThatNothingLeadsTo) {
     for (const kvstation::StepMark& mark : kvstation::stepMarks())
-        EXPECT_TRUE(mark.after.empty() || std::ranges::any_of(kvstation::stepMarks(), [&](const auto& other) {
-                        return other.step == mark.after;
-                    })) << mark.step;
+        EXPECT_TRUE(
+            mark.after.empty() ||
+            std::ranges::any_of(kvstation::stepMarks(), [&](const auto& other) { return other.step == mark.after; }))
+            << mark.step;
 }
 
 TEST(Trace, TellsQuestionsAnswersAndTraceLinesUnderTheirStep) {
