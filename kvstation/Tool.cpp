@@ -25,6 +25,8 @@ std::vector<Verb> addVerbs(CLI::App& tool) {
         addCapture(tool),
 #ifdef _WIN32
         addCollectForParent(tool),
+#else
+        addImport(tool),
 #endif
     };
 }

@@ -27,6 +27,8 @@ Verb addExplain(CLI::App& tool);
 Verb addCapture(CLI::App& tool);
 #ifdef _WIN32
 Verb addCollectForParent(CLI::App& tool);
+#else
+Verb addImport(CLI::App& tool);
 #endif
 
 }  // namespace kvstation
