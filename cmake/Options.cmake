@@ -1,6 +1,5 @@
 # Targets that carry the options every other target links.
 option(KV_SANITIZE "AddressSanitizer and UBSan in the native build" ON)
-option(KV_UNPROVEN "Windows tests that do not pass yet: soak, second compiler, the live watch" OFF)
 option(KV_BENCH "The benchmarks; the native ones need libbenchmark-dev" OFF)
 option(KV_COVERAGE "Counts of the lines and branches that run (native, by gcov)" OFF)
 option(KV_TESTS "The tests" ON)

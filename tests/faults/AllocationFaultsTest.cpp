@@ -9,7 +9,8 @@ namespace {
 // The record is filled at the end: what the exception came before is as the caller had it.
 bool isExpectedOrUntouched(const Fields& expected, const Fields& found) {
     for (std::size_t i = 0; i < found.size(); ++i) {
-        const bool isUntouched = found[i].second == FieldValue(std::string()) || found[i].second == FieldValue(std::int64_t{0});
+        const bool isUntouched =
+            found[i].second == FieldValue(std::string()) || found[i].second == FieldValue(std::int64_t{0});
         if (!isUntouched && found[i].second != expected[i].second)
             return false;
     }

@@ -129,8 +129,8 @@ bool isMacAddress(const Case& field) {
 // The station registers under any of its names, addresses or MAC addresses, in a session with a mark.
 bool isStation(const Case& field) {
     Texts stations = {"UNKNOWN"};
-    for (const Texts* kind : {&field.station.names, &field.station.dnsNames, &field.station.addresses,
-                              &field.station.macAddresses})
+    for (const Texts* kind :
+         {&field.station.names, &field.station.dnsNames, &field.station.addresses, &field.station.macAddresses})
         for (const std::string& text : *kind)
             for (const std::string& part : {text, text.substr(0, text.find(';'))})
                 stations.insert({upperCase(part), upperCase(part) + "#1"});

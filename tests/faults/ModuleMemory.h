@@ -14,8 +14,8 @@ struct ModuleBlock {
 };
 
 struct ModuleMemory {
-    std::uint64_t allocations = 0;       // so far
-    std::uint64_t allocationToFail = 0;  // counted from 1, as `allocations` is; it throws std::bad_alloc
+    std::uint64_t allocations = 0;        // so far
+    std::uint64_t allocationToFail = 0;   // counted from 1, as `allocations` is; it throws std::bad_alloc
     std::map<void*, ModuleBlock> blocks;  // that are not deleted yet
 };
 

@@ -17,8 +17,8 @@ using FieldValue = std::variant<std::int64_t, std::string>;  // texts are bytes 
 using Fields = std::vector<std::pair<std::string, FieldValue>>;
 
 struct ExpectedStation {
-    Fields record;  // every field, in the order of offsets
-    std::vector<simwin::Variable> environment;               // in the order of their names
+    Fields record;                              // every field, in the order of offsets
+    std::vector<simwin::Variable> environment;  // in the order of their names
     std::vector<simwin::TraceLine> trace;
     std::string standardOutput;
 };

@@ -26,8 +26,8 @@ std::map<std::string, std::set<std::string>> ImportsOf(HMODULE module);
 // IMAGE_DLLCHARACTERISTICS_... of the library.
 unsigned CharacteristicsOf(HMODULE module);
 
-// Puts a function in the place of one that a module imports by name, as long as it lives. The test fails when the module
-// does not import it.
+// Puts a function in the place of one that a module imports by name, as long as it lives. The test fails when the
+// module does not import it.
 class ImportOverride {
   public:
     template <typename Function>

@@ -2,40 +2,18 @@
 #include <algorithm>
 #include <string>
 
+#include "tests/wine/ProcessUsage.h"
 #include "tests/wine/StationModule.h"
 
 namespace {
 
+using kvtest::CountOpenHandles;
 using kvtest::GuardedRecord;
+using kvtest::HandleCounts;
 using kvtest::ReleaseFolder;
 using kvtest::StationModule;
 
 constexpr char kPattern = '\xA5';
-
-struct HandleCounts {
-    int all = 0;
-    int processes = 0;
-    int tokens = 0;
-};
-
-// Every handle of this process, found by trying all values: Wine does not tell their number (GetProcessHandleCount).
-HandleCounts OpenHandles() {
-    HandleCounts counts;
-    for (ULONG_PTR value = 4; value < 0x10000; value += 4) {
-        const auto handle = reinterpret_cast<HANDLE>(value);
-        DWORD flags = 0;
-        if (!GetHandleInformation(handle, &flags))
-            continue;
-        ++counts.all;
-        TOKEN_TYPE type;
-        DWORD size = 0;
-        if (GetProcessId(handle) != 0)
-            ++counts.processes;
-        else if (GetTokenInformation(handle, TokenType, &type, sizeof type, &size))
-            ++counts.tokens;
-    }
-    return counts;
-}
 
 bool IsPattern(GuardedRecord& record, std::size_t offset, std::size_t width) {
     return std::string(record.data() + offset, width) == std::string(width, kPattern);
@@ -82,13 +60,13 @@ TEST_F(ModuleTest, LeavesTheReservedAreasAndTheBytesBehindItsTextsUntouched) {
 
 TEST_F(ModuleTest, TwoCallsLeaveTwoProcessAndTwoTokenHandlesAndNothingElse) {
     module.Collect(record.data());  // what Windows' own libraries open once
-    const HandleCounts before = OpenHandles();
+    const HandleCounts before = CountOpenHandles();
     module.Collect(record.data());
     module.Collect(record.data());
-    const HandleCounts after = OpenHandles();
-    EXPECT_EQ(after.processes - before.processes, 2);
-    EXPECT_EQ(after.tokens - before.tokens, 2);
-    EXPECT_EQ(after.all - before.all, 4);
+    const HandleCounts after = CountOpenHandles();
+    EXPECT_EQ(after.processes - before.processes, 2u);
+    EXPECT_EQ(after.tokens - before.tokens, 2u);
+    EXPECT_EQ(after.all - before.all, 4u);
 }
 
 TEST_F(ModuleTest, DefaultServerSessionsFollowTheirVariable) {

@@ -5,8 +5,18 @@
 
 namespace kvtest {
 
+// Handles of this process, of kernel objects.
+struct HandleCounts {
+    std::size_t all = 0;
+    std::size_t processes = 0;
+    std::size_t tokens = 0;
+};
+
+// Found by trying values: Wine does not tell their number (GetProcessHandleCount gives 0).
+HandleCounts CountOpenHandles();
+
 struct ProcessUsage {
-    std::size_t handles = 0;
+    HandleCounts handles;
     std::size_t heapBlocks = 0;  // in use, on all heaps of the process
     std::size_t heapBytes = 0;   // of those blocks
     std::size_t privateBytes = 0;

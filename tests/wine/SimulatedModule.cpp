@@ -13,14 +13,11 @@ bool isOwnResource(std::string_view name) {
     return name == "LoadStringA";
 }
 
-bool isHeapCall(std::string_view name) {
-    return name == "GetProcessHeap" || name == "HeapAlloc" || name == "HeapFree";
-}
-
 std::vector<redirect::Replacement> answers(SimulatedModule::Heap heap) {
     std::vector<redirect::Replacement> all;
     for (const simwin::CallEntry& call : simwin::callTable()) {
-        const bool isReal = isOwnResource(call.name) || (heap == SimulatedModule::Heap::Real && isHeapCall(call.name));
+        const bool isReal =
+            isOwnResource(call.name) || (heap == SimulatedModule::Heap::Real && simwin::isHeapCall(call.name));
         if (call.imported && !isReal)
             all.push_back({call.library, call.name, call.ordinal, call.address});
     }

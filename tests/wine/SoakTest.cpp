@@ -2,6 +2,8 @@
 // KV_SOAK says how many (200 unless told).
 #include <gmock/gmock.h>
 
+#include <algorithm>
+#include <array>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -12,16 +14,23 @@
 #include "simwin/StationReader.h"
 #include "tests/stations/QuietOutput.h"
 #include "tests/wine/CrashReport.h"
+#include "tests/wine/NetworkAdapters.h"
 #include "tests/wine/ProcessUsage.h"
 #include "tests/wine/SimulatedModule.h"
+#include "tests/wine/StableFields.h"
 
 namespace {
 
 using kvtest::MeasureUsage;
 using kvtest::ProcessUsage;
+using kvtest::StableFields;
+using testing::IsEmpty;
 
 // Windows and Wine keep things of their own in the first rounds: library data, caches, a resolver.
 constexpr std::size_t kWarmUps = 10;
+
+// A heap takes its memory in large pieces.
+constexpr std::size_t kHeapPiece = std::size_t{256} * 1024;
 
 std::size_t Rounds() {
     const char* wanted = std::getenv("KV_SOAK");
@@ -46,22 +55,13 @@ class Clock {
 
 void Print(const char* what, std::size_t rounds, const Clock& clock, const ProcessUsage& before,
            const ProcessUsage& after) {
-    std::printf("%zu %s: %.2f ms, %+.3f handles, %+.3f heap blocks of %+.1f bytes, %+.1f private bytes for each\n",
-                rounds, what, clock.MillisecondsPer(rounds), Growth(before.handles, after.handles, rounds),
-                Growth(before.heapBlocks, after.heapBlocks, rounds), Growth(before.heapBytes, after.heapBytes, rounds),
-                Growth(before.privateBytes, after.privateBytes, rounds));
-}
-
-// On a machine that is in use these two go their own way.
-std::vector<std::string> StableFields(const std::string& record) {
-    std::vector<std::string> fields;
-    for (const auto& [name, value] : kvtest::fieldsOf(record)) {
-        if (name == "szFixedDrives" || name == "dwCurrentMhz")
-            continue;
-        const auto* text = std::get_if<std::string>(&value);
-        fields.push_back(name + "=" + (text != nullptr ? *text : std::to_string(std::get<std::int64_t>(value))));
-    }
-    return fields;
+    std::printf(
+        "%zu %s: %.2f ms, %+.3f handles, %+.3f heap blocks of %+.1f bytes, %+.1f private bytes, "
+        "%+.3f thread-local indexes for each (%zu private bytes in the end)\n",
+        rounds, what, clock.MillisecondsPer(rounds), Growth(before.handles.all, after.handles.all, rounds),
+        Growth(before.heapBlocks, after.heapBlocks, rounds), Growth(before.heapBytes, after.heapBytes, rounds),
+        Growth(before.privateBytes, after.privateBytes, rounds),
+        Growth(after.freeTlsIndexes, before.freeTlsIndexes, rounds), after.privateBytes);
 }
 
 std::string CollectHere(const kvtest::StationModule& module, kvtest::GuardedRecord& record) {
@@ -70,17 +70,19 @@ std::string CollectHere(const kvtest::StationModule& module, kvtest::GuardedReco
     return std::string(record.data(), KVCSTAT_RECORD_SIZE);
 }
 
-// The stable fields of that many calls: of the last, or of the first that differs from the one before it.
-std::vector<std::string> CollectHere(std::size_t rounds, const kvtest::StationModule& module,
-                                     kvtest::GuardedRecord& record) {
+// The stable fields that change among that many calls, of which a change makes the last.
+std::vector<std::string> ChangedFields(std::size_t rounds, const kvtest::StationModule& module,
+                                       kvtest::GuardedRecord& record) {
     const kvtest::QuietOutput quiet;
     const std::vector<std::string> first = StableFields(CollectHere(module, record));
-    for (std::size_t i = 1; i < rounds; ++i) {
+    std::vector<std::string> changed;
+    for (std::size_t i = 1; i < rounds && changed.empty(); ++i) {
         const std::vector<std::string> fields = StableFields(CollectHere(module, record));
-        if (fields != first)
-            return fields;
+        for (std::size_t k = 0; k < first.size(); ++k)
+            if (fields[k] != first[k])
+                changed.push_back("call " + std::to_string(i + 1) + ": " + fields[k] + ", was " + first[k]);
     }
-    return first;
+    return changed;
 }
 
 // What the library keeps of one call, when everything around it has settled.
@@ -88,50 +90,107 @@ ProcessUsage UsageOfOneCall(const kvtest::StationModule& module, kvtest::Guarded
     const ProcessUsage before = MeasureUsage();
     CollectHere(module, record);
     const ProcessUsage after = MeasureUsage();
-    return {after.handles - before.handles, after.heapBlocks - before.heapBlocks, after.heapBytes - before.heapBytes,
-            0, 0};
+    return {{}, after.heapBlocks - before.heapBlocks, after.heapBytes - before.heapBytes, 0, 0};
 }
 
 TEST(SoakTest, EachCallOnThisStationLeavesTwoHandlesAndItsHardwareCollectorAndTheRecordStays) {
     const kvtest::StationModule module(kvtest::ReleaseFolder());
     ASSERT_TRUE(module.IsLoaded());
     kvtest::GuardedRecord record;
-    const std::vector<std::string> expected = CollectHere(kWarmUps, module, record);
+    kvtest::AwaitNetworkAdapters();
+    ASSERT_THAT(ChangedFields(kWarmUps, module, record), IsEmpty());
     const ProcessUsage one = UsageOfOneCall(module, record);
 
     const std::size_t rounds = Rounds();
     const ProcessUsage before = MeasureUsage();
     const Clock clock;
-    EXPECT_EQ(CollectHere(rounds, module, record), expected);
+    EXPECT_THAT(ChangedFields(rounds, module, record), IsEmpty());
     const ProcessUsage after = MeasureUsage();
     Print("calls of the real library on this station", rounds, clock, before, after);
 
-    EXPECT_EQ(one.handles, 2u);
-    EXPECT_EQ(after.handles - before.handles, 2 * rounds);
+    EXPECT_EQ(after.handles.processes - before.handles.processes, rounds);
+    EXPECT_EQ(after.handles.tokens - before.handles.tokens, rounds);
+    EXPECT_EQ(after.handles.all - before.handles.all, 2 * rounds);
     EXPECT_LE(after.heapBlocks - before.heapBlocks, one.heapBlocks * rounds);
     EXPECT_LE(after.heapBytes - before.heapBytes, one.heapBytes * rounds);
+    // A heap's own bytes for each block are at most as many again.
+    EXPECT_LE(after.privateBytes, before.privateBytes + 2 * one.heapBytes * rounds + kHeapPiece);
     EXPECT_EQ(after.freeTlsIndexes, before.freeTlsIndexes);
 }
 
-TEST(SoakTest, LoadAndUnloadLoseNoHandleNoHeapBlockAndNoThreadLocalIndex) {
-    const auto cycle = [] {
-        const kvtest::StationModule module(kvtest::ReleaseFolder());
-        ASSERT_TRUE(module.IsLoaded());
-    };
+// Windows' libraries that ours import.
+constexpr std::array kWindowsLibraries = {"iphlpapi.dll", "mpr.dll",     "netapi32.dll", "secur32.dll",
+                                          "user32.dll",   "version.dll", "ws2_32.dll"};
+
+// They stay loaded for this object's life.
+class WindowsLibraries {
+  public:
+    WindowsLibraries() {
+        for (const char* name : kWindowsLibraries)
+            m_libraries.push_back(LoadLibraryA(name));
+    }
+    WindowsLibraries(const WindowsLibraries&) = delete;
+    WindowsLibraries& operator=(const WindowsLibraries&) = delete;
+    ~WindowsLibraries() {
+        for (const HMODULE library : m_libraries)
+            FreeLibrary(library);
+    }
+
+    bool AreLoaded() const { return std::ranges::count(m_libraries, nullptr) == 0; }
+
+  private:
+    std::vector<HMODULE> m_libraries;
+};
+
+struct Usages {
+    ProcessUsage before;
+    ProcessUsage after;
+};
+
+template <class Cycle>
+Usages RunCycles(const char* what, const Cycle& cycle) {
     for (std::size_t i = 0; i < kWarmUps; ++i)
         cycle();
-
     const std::size_t rounds = Rounds();
-    const ProcessUsage before = MeasureUsage();
+    Usages usages;
+    usages.before = MeasureUsage();
     const Clock clock;
     for (std::size_t i = 0; i < rounds; ++i)
         cycle();
-    const ProcessUsage after = MeasureUsage();
-    Print("loads and unloads of the real library", rounds, clock, before, after);
+    usages.after = MeasureUsage();
+    Print(what, rounds, clock, usages.before, usages.after);
+    return usages;
+}
 
-    EXPECT_EQ(after.handles, before.handles);
+void LoadAndUnload() {
+    const kvtest::StationModule module(kvtest::ReleaseFolder());
+    ASSERT_TRUE(module.IsLoaded());
+}
+
+void LoadAndUnloadWindowsLibraries() {
+    const WindowsLibraries libraries;
+    ASSERT_TRUE(libraries.AreLoaded());
+}
+
+TEST(SoakTest, LoadAndUnloadLoseNoHandleNoHeapBlockAndNoThreadLocalIndex) {
+    const WindowsLibraries held;
+    ASSERT_TRUE(held.AreLoaded());
+    const auto [before, after] = RunCycles("loads and unloads of the real library", LoadAndUnload);
+    EXPECT_EQ(after.handles.all, before.handles.all);
     EXPECT_EQ(after.heapBlocks, before.heapBlocks);
     EXPECT_EQ(after.heapBytes, before.heapBytes);
+    EXPECT_LE(after.privateBytes, before.privateBytes + kHeapPiece);
+    EXPECT_EQ(after.freeTlsIndexes, before.freeTlsIndexes);
+}
+
+// Each load of Wine's secur32.dll, with nothing of ours in the process, loses three heap blocks.
+TEST(SoakTest, LoadAndUnloadTogetherWithWindowsLibrariesLoseWhatThoseLoseAlone) {
+    const auto [aloneBefore, aloneAfter] =
+        RunCycles("loads and unloads of Windows' libraries alone", LoadAndUnloadWindowsLibraries);
+    const auto [before, after] = RunCycles("loads and unloads of the real library and Windows'", LoadAndUnload);
+    EXPECT_EQ(after.handles.all, before.handles.all);
+    EXPECT_EQ(after.heapBlocks - before.heapBlocks, aloneAfter.heapBlocks - aloneBefore.heapBlocks);
+    EXPECT_EQ(after.heapBytes - before.heapBytes, aloneAfter.heapBytes - aloneBefore.heapBytes);
     EXPECT_EQ(after.freeTlsIndexes, before.freeTlsIndexes);
 }
 
@@ -186,7 +245,7 @@ TEST(SoakTest, CallsOnTheDescribedStationsLeaveNothingButTheirHardwareCollectors
     kvtest::NameStationInCrashes({});
     Print("calls of the real library on the described stations", passes * stations.size(), clock, before, after);
 
-    EXPECT_EQ(after.handles, before.handles);
+    EXPECT_EQ(after.handles.all, before.handles.all);
     EXPECT_EQ(after.heapBlocks - before.heapBlocks, passes * (before.heapBlocks - first.heapBlocks));
     EXPECT_EQ(after.freeTlsIndexes, before.freeTlsIndexes);
 }

@@ -175,8 +175,7 @@ TEST_F(StationFactsTest, SystemDriveHasTheFileSystemOfVolAndTheSizeOfDf) {
 TEST_F(StationFactsTest, KeyboardAndCodePageAreWindowsOwn) {
     Collect();
     EXPECT_EQ(KV_NUMBER_OF(record, dwKeyboardType), static_cast<std::uint32_t>(GetKeyboardType(0)));
-    const std::string codePage =
-        outputOf("reg query HKLM\\System\\CurrentControlSet\\Control\\Nls\\CodePage /v OEMCP");
+    const std::string codePage = outputOf("reg query HKLM\\System\\CurrentControlSet\\Control\\Nls\\CodePage /v OEMCP");
     EXPECT_NE(codePage.find(std::to_string(KV_NUMBER_OF(record, dwOEMCodePage))), std::string::npos) << codePage;
 }
 

@@ -8,6 +8,7 @@
 #include "simwin/StationReader.h"
 #include "tests/stations/Leftovers.h"
 #include "tests/wine/CrashReport.h"
+#include "tests/wine/ProcessUsage.h"
 #include "tests/wine/SimulatedModule.h"
 
 namespace {
@@ -19,12 +20,6 @@ using ::testing::SizeIs;
 
 std::filesystem::path FolderOf(const std::string& station) {
     return std::filesystem::path(KV_STATIONS) / station;
-}
-
-DWORD OpenHandles() {
-    DWORD count = 0;
-    GetProcessHandleCount(GetCurrentProcess(), &count);
-    return count;
 }
 
 class StationsTest : public ::testing::TestWithParam<std::string> {
@@ -48,9 +43,9 @@ TEST_P(StationsTest, RealLibraryGivesTheRecordEnvironmentTraceAndOutputThatItMus
 
 TEST_P(StationsTest, EachCallOfTheRealLibraryLeavesOneProcessAndOneTokenHandleOpenAndNoRealOne) {
     module.Collect(machine);
-    const DWORD before = OpenHandles();
+    const std::size_t before = kvtest::CountOpenHandles().all;
     module.Collect(machine);
-    EXPECT_EQ(OpenHandles(), before);
+    EXPECT_EQ(kvtest::CountOpenHandles().all, before);
     EXPECT_THAT(kvtest::unexpectedLeftovers(machine, 2), IsEmpty());
     EXPECT_THAT(machine.openHandles(HandleKind::Process), SizeIs(2));
     // Windows 9x has processes without tokens.
