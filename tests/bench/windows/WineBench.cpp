@@ -7,27 +7,18 @@
 #include <vector>
 
 #include "framework/Windows.h"
+#include "tests/bench/windows/Timing.h"
 
 // Windows.h first: this header needs its types.
 #include <psapi.h>
 
 namespace {
 
+using kvbench::median;
+using kvbench::now;
+
 constexpr int kLoads = 200;
 constexpr int kProcesses = 21;
-
-double now() {
-    LARGE_INTEGER count;
-    LARGE_INTEGER frequency;
-    QueryPerformanceCounter(&count);
-    QueryPerformanceFrequency(&frequency);
-    return static_cast<double>(count.QuadPart) / static_cast<double>(frequency.QuadPart) * 1e6;  // microseconds
-}
-
-double median(std::vector<double> times) {
-    std::sort(times.begin(), times.end());
-    return times[times.size() / 2];
-}
 
 [[noreturn]] void fail(const std::string& what) {
     std::fprintf(stderr, "wine_bench: %s: error %lu\n", what.c_str(), GetLastError());
@@ -115,16 +106,21 @@ void benchMemory(const std::string& library) {
                 (after - before) / 1024);
 }
 
-void benchProcess(const std::string& tool, const std::string& empty) {
+// `bare` is a program that does nothing but collect in a child of its own.
+void benchProcess(const std::string& tool, const std::string& bare, const std::string& empty) {
     std::vector<double> whole;
+    std::vector<double> least;
     std::vector<double> nothing;
     timeProcess(tool);
     for (int i = 0; i < kProcesses; ++i) {
         whole.push_back(timeProcess(tool));
+        least.push_back(timeProcess(bare));
         nothing.push_back(timeProcess(empty));
     }
     std::printf("whole process: kvstation show --json %.1f ms, empty program %.1f ms, ratio %.2f\n",
                 median(whole) / 1000, median(nothing) / 1000, median(whole) / median(nothing));
+    std::printf("               a bare collection in a child %.1f ms, ratio %.2f\n", median(least) / 1000,
+                median(least) / median(nothing));
     std::printf("private bytes: kvstation show --json %.1f MiB, empty program %.1f MiB\n",
                 static_cast<double>(mostPrivateBytes(tool)) / (1 << 20),
                 static_cast<double>(mostPrivateBytes(empty)) / (1 << 20));
@@ -140,7 +136,8 @@ int main(int argumentCount, char** arguments) {
     const std::string release = folder(".");
     const std::string bench = folder(arguments[1]);
     benchMemory(release + "kvcstat64.dll");
-    benchProcess("\"" + release + "kvstation.exe\" show --json", "\"" + bench + "empty_program.exe\"");
+    benchProcess("\"" + release + "kvstation.exe\" show --json", "\"" + bench + "bare_collection.exe\"",
+                 "\"" + bench + "empty_program.exe\"");
     // The first look loads for good what the libraries import, so that loads are timed warm.
     FreeLibrary(GetModuleHandleA("kvcstat64.dll"));
     benchLoad(release + "kvcstat64.dll", bench + "idle_module.dll");
