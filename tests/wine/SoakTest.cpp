@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
+#include <new>
 #include <string>
 #include <vector>
 
@@ -180,6 +181,25 @@ TEST(SoakTest, LoadAndUnloadLoseNoHandleNoHeapBlockAndNoThreadLocalIndex) {
     EXPECT_EQ(after.heapBlocks, before.heapBlocks);
     EXPECT_EQ(after.heapBytes, before.heapBytes);
     EXPECT_LE(after.privateBytes, before.privateBytes + kHeapPiece);
+    EXPECT_EQ(after.freeTlsIndexes, before.freeTlsIndexes);
+}
+
+// One call whose first text finds no memory.
+void LoadThrowAndUnload() {
+    kvtest::SimulatedModule module;
+    ASSERT_TRUE(module.IsLoaded());
+    simwin::Machine machine{simwin::Station()};
+    machine.failAllocation(1);
+    EXPECT_THROW(module.CollectRecord(machine), std::bad_alloc);
+}
+
+TEST(SoakTest, LoadThrowAndUnloadLoseNoHandleNoHeapBlockAndNoThreadLocalIndex) {
+    const WindowsLibraries held;
+    ASSERT_TRUE(held.AreLoaded());
+    const auto [before, after] = RunCycles("loads, throws and unloads of the real library", LoadThrowAndUnload);
+    EXPECT_EQ(after.handles.all, before.handles.all);
+    EXPECT_EQ(after.heapBlocks, before.heapBlocks);
+    EXPECT_EQ(after.heapBytes, before.heapBytes);
     EXPECT_EQ(after.freeTlsIndexes, before.freeTlsIndexes);
 }
 
