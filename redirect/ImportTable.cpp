@@ -39,6 +39,9 @@ std::vector<Import> importsOf(HMODULE library) {
     if (directory.Size == 0)
         return imports;
     for (auto* from = at<IMAGE_IMPORT_DESCRIPTOR>(library, directory.VirtualAddress); from->Name != 0; ++from) {
+        // Old linkers wrote no second table: nothing tells any more what the slots stand for.
+        if (from->OriginalFirstThunk == 0)
+            continue;
         // The slots were filled when the library was loaded; what they stand for is told by a second, parallel table.
         auto* slot = at<ULONG_PTR>(library, from->FirstThunk);
         for (auto* thunk = at<IMAGE_THUNK_DATA>(library, from->OriginalFirstThunk); thunk->u1.AddressOfData != 0;

@@ -21,7 +21,8 @@ struct Import {
     std::string text() const;      // "KERNEL32.dll!GetVersion" or "kvenv64.dll!#2"
 };
 
-// In the order of the image. Delay-loaded functions are not among them.
+// In the order of the image. Delay-loaded functions are not among them, nor those that an old linker's image names only
+// in the slots, which the load has overwritten.
 std::vector<Import> importsOf(HMODULE library);
 
 }  // namespace redirect

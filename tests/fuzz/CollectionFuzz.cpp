@@ -57,14 +57,17 @@ void checkHandles(const simwin::Machine& machine) {
         check(false, misuse.c_str());
     std::size_t processes = 0;
     std::size_t tokens = 0;
+    std::size_t citrixTexts = 0;
     for (const simwin::OpenHandle& handle : machine.openHandles()) {
         processes += handle.kind == HandleKind::Process ? 1 : 0;
         tokens += handle.kind == HandleKind::Token ? 1 : 0;
+        citrixTexts += handle.kind == HandleKind::CitrixBuffer ? 1 : 0;
         check(handle.kind == HandleKind::Process || handle.kind == HandleKind::Token ||
                   handle.kind == HandleKind::CitrixBuffer,
               "nothing stays open but process, token and the Citrix text");
     }
-    check(processes <= 1 && tokens <= 1, "one process and one token handle stay open at most");
+    check(processes <= 1 && tokens <= 1 && citrixTexts <= 1,
+          "one process handle, one token handle and one Citrix text stay open at most");
 }
 
 // The first word of every hardware collector.

@@ -20,6 +20,7 @@ class SimulatedModule {
     explicit SimulatedModule(Heap heap = Heap::Simulated);
 
     bool IsLoaded() const { return m_module.IsLoaded(); }
+    HMODULE Library() const { return m_module.Library(); }
     // One call on a cleared record. The machine's answers and what it saw are this call's and those before it.
     CollectedStation Collect(simwin::Machine& machine);
     // The same without a look at standard output, for calls in great number: the record's bytes.

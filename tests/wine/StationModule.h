@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <cstring>
 #include <string>
+#include <system_error>
 
 #include "framework/Windows.h"
 #include "include/kvcstat.h"
@@ -48,7 +49,8 @@ class GuardedRecord {
   public:
     GuardedRecord() : m_pages(static_cast<char*>(VirtualAlloc(nullptr, 3 * kPage, MEM_COMMIT, PAGE_READWRITE))) {
         DWORD before = 0;
-        VirtualProtect(m_pages + 2 * kPage, kPage, PAGE_NOACCESS, &before);
+        if (m_pages == nullptr || VirtualProtect(m_pages + 2 * kPage, kPage, PAGE_NOACCESS, &before) == FALSE)
+            throw std::system_error(static_cast<int>(GetLastError()), std::system_category(), "no guarded record");
     }
     GuardedRecord(const GuardedRecord&) = delete;
     GuardedRecord& operator=(const GuardedRecord&) = delete;

@@ -35,6 +35,7 @@ class TemporaryFile {
     std::string m_path;
 };
 
+// cppcheck-suppress passedByValue ; Windows writes into it
 void run(std::string commandLine) {
     STARTUPINFOA startup = {};
     startup.cb = sizeof startup;
