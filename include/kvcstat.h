@@ -20,7 +20,8 @@ extern "C" {
  *
  * Text is in the process's ANSI code page. A text field of width N receives at most N-1 characters and no
  * terminator: the terminator is the zero that the caller put there, and an empty result leaves the field as it was.
- * Numbers are 32-bit little-endian; flags are 0 or 1. The reserved areas are never written.
+ * Numbers are 32-bit little-endian; flags are 0 or 1. The reserved areas are never written, but where the zeros reach
+ * them with which the two CD-ROM fields are padded to a BIOS date that is longer than they are.
  *
  * The structure is 4936 bytes long because a 32-bit member rounds its size; the module writes only the first 4934.
  */

@@ -12,6 +12,7 @@
 #include "kvstation/Stage.h"
 #include "kvstation/StationCapture.h"
 #include "kvstation/StationFolder.h"
+#include "kvstation/TimeLimit.h"
 #include "kvstation/Verb.h"
 
 namespace kvstation {
@@ -20,6 +21,7 @@ namespace {
 struct CaptureOptions {
     std::string station;
     bool redact = false;
+    TimeLimit limit;
 };
 
 // The folder as it was written answers the same, or somebody would look for a fault where there is none.
@@ -63,8 +65,9 @@ Verb addCapture(CLI::App& tool) {
         ->required();
     command->add_flag("--redact", options->redact,
                       "Stand-ins for names, addresses, product ids and serial numbers, of the same form");
+    addTimeLimit(*command, options->limit);
     return {command, "kvstation capture station     # then: kvstation simulate station",
-            [options] { return capture(*options); }};
+            [options] { return capture(*options); }, [options] { return options->limit.duration(); }};
 }
 
 }  // namespace kvstation

@@ -3,7 +3,9 @@
 #pragma once
 
 #include <chrono>
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "kvstation/Record.h"
 
@@ -13,5 +15,10 @@ namespace kvstation {
 // and the last platform call. Where `times` is not null it receives the text of CallTimes.h. Needs Windows and throws
 // elsewhere.
 RecordBytes collectHere(std::chrono::seconds limit, std::string* times);
+
+// Runs a verb that collects on this computer in such a child process, which gives the result out itself. `arguments`
+// are those of the tool. The verb's exit status; none where it is to run here: in that child, and where there is no
+// Windows. Throws Failure as above.
+std::optional<int> runInChild(const std::vector<std::string>& arguments, std::chrono::seconds limit);
 
 }  // namespace kvstation

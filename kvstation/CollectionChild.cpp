@@ -1,13 +1,14 @@
 #include "kvstation/CollectionChild.h"
 
 #include <CLI/App.hpp>
+#include <charconv>
 #include <memory>
 
+#include "kvstation/CallLog.h"
 #include "kvstation/CallTimes.h"
 #include "kvstation/Errors.h"
-#include "kvstation/Library.h"
-#include "kvstation/ObservedLibrary.h"
-#include "kvstation/SharedCollection.h"
+#include "kvstation/NotedCollection.h"
+#include "kvstation/Tool.h"
 #include "kvstation/Verb.h"
 
 namespace kvstation {
@@ -31,36 +32,9 @@ void catchCrashes(SharedCollection& shared) {
     SetUnhandledExceptionFilter(noteCrash);
 }
 
-// Notes each call before it is made, for a parent that must tell where the collection ended.
-class NotedCalls : public CallLog {
-  public:
-    explicit NotedCalls(SharedCollection& shared) : m_shared(shared) {}
-
-    void begins(const simwin::ObservedCall& call) override {
-        CallLog::begins(call);
-        // A process that is ended while it collects unloads the library, but that is not where the collection ended.
-        if (step() == "module end")
-            return;
-        note(m_shared.step, "collecting: " + std::string(step()));
-        note(m_shared.call, call.name + "(" + call.arguments + ")");
-    }
-    // The calls themselves are kept for their times alone.
-    void ends(const simwin::ObservedCall& call) override {
-        if (m_shared.wantsTimes)
-            CallLog::ends(call);
-    }
-
-  private:
-    SharedCollection& m_shared;
-};
-
 void collect(SharedCollection& shared) {
-    note(shared.step, "loading kvcstat64.dll");
-    const Library library;
-    note(shared.step, "collecting");
-    NotedCalls calls(shared);
-    shared.record = collectObserved(library, calls);
-    note(shared.step, "unloading kvcstat64.dll");
+    CallLog calls;
+    shared.record = collectNoted(shared, shared.wantsTimes ? &calls : nullptr);
     if (shared.wantsTimes)
         note(shared.times, timesText(calls.calls()));
 }
@@ -80,6 +54,25 @@ int collectForParent(std::uintptr_t memory) {
 }
 
 }  // namespace
+
+int runForParent(const std::string& memory, const std::vector<std::string>& words) {
+    std::uintptr_t handle = 0;
+    std::from_chars(memory.data(), memory.data() + memory.size(), handle);
+    try {
+        const MappedCollection shared(reinterpret_cast<HANDLE>(handle));
+        catchCrashes(*shared);
+        const int status = runTool(words);
+        shared->state = CollectionState::Done;
+        return status;
+    } catch (const Failure& failure) {
+        reportError(failure.what());
+        return kExitFailure;
+    }
+}
+
+SharedCollection* parentsMemory() {
+    return theCollection;
+}
 
 Verb addCollectForParent(CLI::App& tool) {
     const auto memory = std::make_shared<std::uintptr_t>();

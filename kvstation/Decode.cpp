@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "kvstation/Errors.h"
+#include "kvstation/Files.h"
 #include "kvstation/RecordFile.h"
 #include "kvstation/ResultOptions.h"
 #include "kvstation/Verb.h"
@@ -25,7 +26,7 @@ int decode(const DecodeOptions& options) {
 Verb addDecode(CLI::App& tool) {
     const auto options = std::make_shared<DecodeOptions>();
     CLI::App* command = tool.add_subcommand("decode", "Show a record from a file: its raw bytes, or JSON");
-    command->add_option("FILE", options->file, "The record's file")->type_name("")->required();
+    command->add_option("FILE", options->file, "The record's file")->type_name("")->required()->check(checkFileName);
     addResultOptions(*command, options->result);
     return {command, "kvstation decode station.bin --json", [options] { return decode(*options); }};
 }

@@ -35,8 +35,11 @@ int diff(const DiffOptions& options) {
 Verb addDiff(CLI::App& tool) {
     const auto options = std::make_shared<DiffOptions>();
     CLI::App* command = tool.add_subcommand("diff", "Compare two records, each a file or a described station");
-    command->add_option("A", options->left, "A record's file or a station's folder")->type_name("")->required();
-    command->add_option("B", options->right, "The other one")->type_name("")->required();
+    command->add_option("A", options->left, "A record's file or a station's folder")
+        ->type_name("")
+        ->required()
+        ->check(checkFileName);
+    command->add_option("B", options->right, "The other one")->type_name("")->required()->check(checkFileName);
     return {command, "kvstation diff yesterday.json today.bin", [options] { return diff(*options); }};
 }
 

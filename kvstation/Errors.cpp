@@ -18,9 +18,12 @@ std::string fillIn(std::string text, std::string_view asked) {
     return place == std::string::npos ? text : text.replace(place, 2, asked);
 }
 
+std::string reason(std::string_view text, std::int64_t code) {
+    return ": " + std::string(text) + " (error " + std::to_string(code) + ")";
+}
+
 std::string describe(std::string_view call, std::string_view asked, std::string_view text, std::int64_t code) {
-    return std::string(call) + "(" + std::string(asked) + ") failed: " + std::string(text) + " (error " +
-           std::to_string(code) + ")";
+    return std::string(call) + "(" + std::string(asked) + ") failed" + reason(text, code);
 }
 
 #ifdef _WIN32
@@ -48,6 +51,10 @@ std::string describeSystemError(std::string_view call, std::string_view asked, s
 
 std::string describeLibraryError(std::string_view call, std::string_view asked, int code) {
     return describe(call, asked, std::generic_category().message(code), code);
+}
+
+std::string describeFileError(std::string_view path, std::string_view done, int code) {
+    return std::string(path) + " cannot be " + std::string(done) + reason(std::generic_category().message(code), code);
 }
 
 void reportError(std::string_view message) {

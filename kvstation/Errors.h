@@ -31,6 +31,10 @@ std::string describeSystemError(std::string_view call, std::string_view asked, s
 // The same for a call of the C library, by errno.
 std::string describeLibraryError(std::string_view call, std::string_view asked, int code);
 
+// A file that could not be read, written or whatever `done` says, by errno:
+// "record.bin cannot be read: No such file or directory (error 2)".
+std::string describeFileError(std::string_view path, std::string_view done, int code);
+
 // Writes the line to standard error behind the tool's name. Characters that would break the line are spelled out.
 void reportError(std::string_view message);
 

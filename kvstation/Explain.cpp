@@ -7,6 +7,7 @@
 #include "kvstation/FieldTable.h"
 #include "kvstation/Output.h"
 #include "kvstation/Similar.h"
+#include "kvstation/TimeLimit.h"
 #include "kvstation/Verb.h"
 
 namespace kvstation {
@@ -15,6 +16,7 @@ namespace {
 struct ExplainOptions {
     std::string field;
     std::string station;
+    TimeLimit limit;
 };
 
 int explainField(const ExplainOptions& options) {
@@ -34,8 +36,12 @@ Verb addExplain(CLI::App& tool) {
     command->add_option("FIELD", options->field, "The field, such as szMACAddress")->type_name("")->required();
     command->add_option("STATION", options->station, "A described station's folder; without it this computer (Windows)")
         ->type_name("");
+    addTimeLimit(*command, options->limit);
     return {command, "kvstation explain szMACAddress stations/metaframe-session",
-            [options] { return explainField(*options); }};
+            [options] { return explainField(*options); },
+            [options]() -> std::optional<std::chrono::seconds> {
+                return options->station.empty() ? std::optional(options->limit.duration()) : std::nullopt;
+            }};
 }
 
 }  // namespace kvstation

@@ -17,15 +17,37 @@ struct CloseFile {
 };
 using OwnedFile = std::unique_ptr<std::FILE, CloseFile>;
 
-// `name` is the one that an error tells.
+// Windows says of a folder that the right to open it is missing, Linux says what it is.
+int reasonOf(const std::filesystem::path& path, int code) {
+    std::error_code ignored;
+    return std::filesystem::is_directory(path, ignored) ? EISDIR : code;
+}
+
+bool lacksItsFolder(const std::filesystem::path& path) {
+    std::error_code ignored;
+    return path.has_parent_path() && !std::filesystem::exists(path.parent_path(), ignored);
+}
+
+// In all that follows `name` is the one that an error tells.
+[[noreturn]] void failToRead(const std::filesystem::path& path, const std::string& name, int code) {
+    throw Failure(describeFileError(name, "read", reasonOf(path, code)));
+}
+
+[[noreturn]] void failToWrite(const std::filesystem::path& path, const std::string& name, int code) {
+    throw Failure(describeFileError(name, "written", reasonOf(path, code)) +
+                  (lacksItsFolder(path) ? "; make its folder first" : ""));
+}
+
 OwnedFile open(const std::filesystem::path& path, bool forWriting, const std::string& name) {
 #ifdef _WIN32
     OwnedFile file(_wfopen(path.c_str(), forWriting ? L"wb" : L"rb"));
 #else
     OwnedFile file(std::fopen(path.c_str(), forWriting ? "wb" : "rb"));
 #endif
+    if (!file && forWriting)
+        failToWrite(path, name, errno);
     if (!file)
-        throw Failure(describeLibraryError("fopen", name, errno));
+        failToRead(path, name, errno);
     return file;
 }
 
@@ -34,7 +56,7 @@ void fill(const std::filesystem::path& path, std::string_view bytes, const std::
     const bool written = std::fwrite(bytes.data(), 1, bytes.size(), file.get()) == bytes.size();
     const bool closed = std::fclose(file.release()) == 0;
     if (!written || !closed)
-        throw Failure(describeLibraryError("fwrite", name, errno));
+        failToWrite(path, name, errno);
 }
 
 // A file can be replaced by another one; a device, a pipe and what a link leads to cannot.
@@ -58,7 +80,7 @@ void replace(const std::filesystem::path& path, std::string_view bytes, const st
     std::filesystem::rename(part, path, error);
     if (!error)
         return;
-    const std::string message = describeLibraryError("rename", name, error.default_error_condition().value());
+    const std::string message = describeFileError(name, "written", error.default_error_condition().value());
     std::filesystem::remove(part, error);
     throw Failure(message);
 }
@@ -73,13 +95,18 @@ std::filesystem::path pathOf(const std::string& utf8) {
 #endif
 }
 
+std::string checkFileName(const std::string& path) {
+    return path.empty() ? "the file name is empty" : "";
+}
+
 bool isFolder(const std::string& path) {
     std::error_code ignored;
     return std::filesystem::is_directory(pathOf(path), ignored);
 }
 
 std::string readFile(const std::string& path, std::size_t limit) {
-    const OwnedFile file = open(pathOf(path), false, path);
+    const std::filesystem::path whole = pathOf(path);
+    const OwnedFile file = open(whole, false, path);
     std::string bytes;
     char block[4096];
     while (const std::size_t count = std::fread(block, 1, sizeof block, file.get())) {
@@ -88,7 +115,7 @@ std::string readFile(const std::string& path, std::size_t limit) {
             throw Failure(path + " is longer than " + std::to_string(limit) + " bytes: it is no station record");
     }
     if (std::ferror(file.get()) != 0)
-        throw Failure(describeLibraryError("fread", path, errno));
+        failToRead(whole, path, errno);
     return bytes;
 }
 

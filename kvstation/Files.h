@@ -10,6 +10,9 @@ namespace kvstation {
 
 std::filesystem::path pathOf(const std::string& utf8);
 
+// For an option or a place of the command line that takes a file or a folder: what is wrong with the name, or empty.
+std::string checkFileName(const std::string& path);
+
 bool isFolder(const std::string& path);
 
 // The file's bytes; a file longer than `limit` is refused.

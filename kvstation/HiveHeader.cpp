@@ -29,7 +29,7 @@ std::uint32_t numberAt(const Start& start, std::size_t place) {
 Start readStart(const std::string& path) {
     std::ifstream file(path, std::ios::binary);
     if (!file)
-        throw Failure(describeLibraryError("fopen", path, errno));
+        throw Failure(describeFileError(path, "read", errno));
     Start start{};
     file.read(start.data(), start.size());
     return start;

@@ -1,7 +1,9 @@
 #include "kvstation/JsonView.h"
 
+#include <functional>
 #include <limits>
 #include <nlohmann/json.hpp>
+#include <set>
 
 #include "kvstation/Errors.h"
 #include "kvstation/VisibleText.h"
@@ -17,11 +19,36 @@ constexpr int kIndent = 2;
     throw Failure(std::string(name) + ": " + what);
 }
 
+// The parser itself takes the last of several members of one name, and does not say where a number was.
+class MemberGuard {
+  public:
+    explicit MemberGuard(std::string_view name) : m_name(name) {}
+
+    bool operator()(int depth, Json::parse_event_t event, const Json& parsed) {
+        if (depth != 1 || event != Json::parse_event_t::key)
+            return true;
+        m_last = parsed.get<std::string>();
+        if (!m_seen.insert(m_last).second)
+            fail(m_name, "'" + m_last + "' stands twice");
+        return true;
+    }
+
+    const std::string& last() const { return m_last; }
+
+  private:
+    std::string_view m_name;
+    std::string m_last;
+    std::set<std::string> m_seen;
+};
+
 Json parse(std::string_view json, std::string_view name) {
+    MemberGuard guard(name);
     try {
-        return Json::parse(json);
+        return Json::parse(json, std::ref(guard));
     } catch (const Json::parse_error& error) {
         fail(name, "byte " + std::to_string(error.byte) + ": this is no JSON");
+    } catch (const Json::out_of_range&) {
+        fail(name, "'" + guard.last() + "' has a number that is too large");
     }
 }
 

@@ -10,7 +10,8 @@ namespace kvstation {
 
 std::string jsonView(const Record& record);
 
-// Reads what jsonView wrote. Throws Failure with what is wrong; `name` is the file that it tells of.
+// Reads what jsonView wrote. Throws Failure with what is wrong, a field that stands twice included; `name` is the file
+// that it tells of.
 Record recordFromJson(std::string_view json, std::string_view name);
 
 }  // namespace kvstation

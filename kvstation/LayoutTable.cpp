@@ -10,7 +10,7 @@
 namespace kvstation {
 namespace {
 
-// A field, or an area between two fields that the module never writes.
+// A field, or a reserved area between two fields.
 struct Row {
     std::string name;
     std::size_t offset;
@@ -52,7 +52,7 @@ Row reservedRow(std::size_t offset, std::size_t width) {
             .limit = "-",
             .type = "char[" + std::to_string(width) + "]",
             .group = "-",
-            .meaning = "reserved, never written",
+            .meaning = "reserved",
             .source = "-"};
 }
 
@@ -125,7 +125,11 @@ constexpr const char* kDocument =
     "  terminator is the zero that the caller put there. An empty result leaves the field as it was. `szVCDVersion`\n"
     "  alone is written with its terminator.\n"
     "- Numbers are 32-bit little-endian, flags 0 or 1. `dwSessionId` is written only when it could be read.\n"
-    "- Reserved areas are never written.\n"
+    "- `szCDRomDevices` and `szCDRomDrives` take their length from the BIOS date: a list that fits its field is cut, "
+    "or\n"
+    "  padded with zeros, to the date's length, and the padding to a date longer than the field runs on into what is\n"
+    "  behind the field ([calling.md](calling.md)).\n"
+    "- Reserved areas are never written, unless that padding reaches them.\n"
     "\n"
     "This page is made by `kvstation layout --markdown`; the table behind it is `include/kvcstat_fields.inc`.\n"
     "\n";

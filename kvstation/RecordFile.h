@@ -1,4 +1,4 @@
-// Records kept in files: the raw bytes, or JSON as the tool prints it.
+// Records kept in files: the raw bytes, or JSON as the tool prints it, in UTF-8 or in UTF-16 with a byte-order mark.
 #pragma once
 
 #include <string>

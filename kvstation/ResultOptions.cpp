@@ -48,8 +48,10 @@ void addResultOptions(CLI::App& command, ResultOptions& options) {
     field->type_name("NAME")->excludes(json)->check(checkFieldName);
     CLI::Option* all = command.add_flag("--all", options.all, "Print the empty fields too");
     all->excludes(json)->excludes(field);
-    command.add_option("--html", options.html, "Write a page to FILE")->type_name("FILE");
-    command.add_option("--raw", options.raw, "Write the record's bytes to FILE")->type_name("FILE");
+    command.add_option("--html", options.html, "Write a page to FILE")->type_name("FILE")->check(checkFileName);
+    command.add_option("--raw", options.raw, "Write the record's bytes to FILE")
+        ->type_name("FILE")
+        ->check(checkFileName);
 }
 
 void giveOut(const Report& report, const ResultOptions& options) {

@@ -8,23 +8,21 @@
 #include "kvstation/ProductName.h"
 #include "kvstation/ResultOptions.h"
 #include "kvstation/RunningSystem.h"
+#include "kvstation/TimeLimit.h"
 #include "kvstation/Verb.h"
 
 namespace kvstation {
 namespace {
 
-constexpr unsigned kDefaultSeconds = 60;
-constexpr unsigned kMostSeconds = 24 * 60 * 60;
-
 struct ShowOptions {
     ResultOptions result;
-    unsigned seconds = kDefaultSeconds;
+    TimeLimit limit;
     bool times = false;
 };
 
 int show(const ShowOptions& options) {
     std::string times;
-    const RecordBytes bytes = collectHere(std::chrono::seconds(options.seconds), options.times ? &times : nullptr);
+    const RecordBytes bytes = collectHere(options.limit.duration(), options.times ? &times : nullptr);
     giveOut(
         {.record = Record(bytes), .bytes = bytes, .product = productName(runningSystem()), .origin = "this station"},
         options.result);
@@ -42,10 +40,7 @@ Verb addShow(CLI::App& tool) {
     command->add_flag("--times", options->times, "The milliseconds of each step and the slowest platform calls too")
         ->excludes(command->get_option("--json"))
         ->excludes(command->get_option("--field"));
-    command->add_option("--timeout", options->seconds, "End a collection that takes longer")
-        ->type_name("SECONDS")
-        ->check(CLI::Range(1U, kMostSeconds))
-        ->capture_default_str();
+    addTimeLimit(*command, options->limit);
     return {command, "kvstation show --field szIPAddress     # 10.0.0.5", [options] { return show(*options); }};
 }
 

@@ -17,8 +17,9 @@ std::string productOf(const simwin::Station& station) {
 
 }  // namespace
 
-Report simulateStation(const std::string& folder) {
+Report simulateStation(const std::string& folder, simwin::CallObserver* observer) {
     simwin::Machine machine(readStationFolder(folder));
+    machine.observe(observer);
     const RecordBytes bytes = collectOn(machine);
     return {.record = Record(bytes), .bytes = bytes, .product = productOf(machine.station()), .origin = folder};
 }

@@ -1,6 +1,8 @@
 #include <algorithm>
 
+#include "kvstation/CollectionChild.h"
 #include "kvstation/Library.h"
+#include "kvstation/NotedCollection.h"
 #include "kvstation/ObservedLibrary.h"
 #include "kvstation/Stage.h"
 #include "kvstation/StandardOutputAside.h"
@@ -46,6 +48,8 @@ RecordBytes collectOn(simwin::Machine& machine) {
 
 RecordBytes collectHereObserved(simwin::CallObserver& observer) {
     const StandardOutputAside aside;
+    if (SharedCollection* shared = parentsMemory())
+        return collectNoted(*shared, &observer);
     const Library library;
     return collectObserved(library, observer);
 }

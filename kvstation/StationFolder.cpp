@@ -11,6 +11,8 @@ namespace kvstation {
 namespace {
 
 void makeFolder(const std::string& folder) {
+    if (const std::string wrong = checkFileName(folder); !wrong.empty())
+        throw WrongUse("STATION: " + wrong);
     std::error_code error;
     std::filesystem::create_directories(pathOf(folder), error);
     if (!isFolder(folder))

@@ -5,6 +5,7 @@
 #include <CLI/Formatter.hpp>
 #include <algorithm>
 
+#include "kvstation/Collection.h"
 #include "kvstation/Errors.h"
 #include "kvstation/Output.h"
 #include "kvstation/Similar.h"
@@ -54,6 +55,8 @@ void refuseUnknownVerb(const std::vector<std::string>& arguments, const std::vec
     const std::string& typed = arguments.front();
     if (std::ranges::any_of(verbs, [&](const Verb& verb) { return verb.command->get_name() == typed; }))
         return;
+    if (typed == "import")  // Windows: natively it is a verb
+        throw Failure("import needs the native (Linux) tool; 'kvstation simulate STATION' takes here what it wrote");
     std::vector<std::string_view> names;
     for (const Verb& verb : verbs)
         if (!verb.example.empty())
@@ -67,10 +70,16 @@ void parse(CLI::App& tool, std::vector<std::string> arguments) {
     tool.parse(std::move(arguments));
 }
 
-int runVerb(const std::vector<Verb>& verbs) {
+int runVerb(const Verb& verb, const std::vector<std::string>& arguments) {
+    const auto limit = verb.limit ? verb.limit() : std::nullopt;
+    const auto status = limit ? runInChild(arguments, *limit) : std::nullopt;
+    return status ? *status : verb.run();
+}
+
+int runVerb(const std::vector<Verb>& verbs, const std::vector<std::string>& arguments) {
     for (const Verb& verb : verbs)
         if (verb.command->parsed())
-            return verb.run();
+            return runVerb(verb, arguments);
     throw WrongUse("which verb? 'kvstation --help' lists them");
 }
 
@@ -78,7 +87,7 @@ int runGuarded(CLI::App& tool, const std::vector<Verb>& verbs, const std::vector
     try {
         refuseUnknownVerb(arguments, verbs);
         parse(tool, arguments);
-        return runVerb(verbs);
+        return runVerb(verbs, arguments);
     } catch (const CLI::CallForHelp&) {
         writeResult(tool.help());
         return kExitSuccess;

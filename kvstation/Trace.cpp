@@ -4,6 +4,7 @@
 
 #include "kvstation/Errors.h"
 #include "kvstation/Output.h"
+#include "kvstation/TimeLimit.h"
 #include "kvstation/TraceView.h"
 #include "kvstation/Verb.h"
 #include "kvstation/WatchedRun.h"
@@ -14,6 +15,7 @@ namespace {
 struct TraceVerbOptions {
     std::string station;
     bool all = false;
+    TimeLimit limit;
 };
 
 int trace(const TraceVerbOptions& options) {
@@ -31,7 +33,11 @@ Verb addTrace(CLI::App& tool) {
     command->add_option("STATION", options->station, "A described station's folder; without it this computer (Windows)")
         ->type_name("");
     command->add_flag("--all", options->all, "The module's own work too: memory, texts, closing what it opened");
-    return {command, "kvstation trace stations/metaframe-session", [options] { return trace(*options); }};
+    addTimeLimit(*command, options->limit);
+    return {command, "kvstation trace stations/metaframe-session", [options] { return trace(*options); },
+            [options]() -> std::optional<std::chrono::seconds> {
+                return options->station.empty() ? std::optional(options->limit.duration()) : std::nullopt;
+            }};
 }
 
 }  // namespace kvstation

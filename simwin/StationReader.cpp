@@ -1,9 +1,10 @@
 #include "simwin/StationReader.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <fstream>
-#include <iterator>
 #include <span>
+#include <system_error>
 
 #include "simwin/CallTable.h"
 #include "simwin/CodePage.h"
@@ -147,13 +148,23 @@ void readAll(const JsonView& view, Station& station) {
                  {"deniedKeys", into(station.deniedKeys)}});
 }
 
+[[noreturn]] void failToRead(const std::filesystem::path& path, const char* what, int code) {
+    throw ReadError(path.string() + ": " + what + ": " + std::generic_category().message(code));
+}
+
 std::string readFile(const std::filesystem::path& path) {
+    // Windows says of a folder that the right to open it is missing; Linux opens it and cannot read it.
+    if (std::error_code ignored; std::filesystem::is_directory(path, ignored))
+        failToRead(path, "cannot be opened", EISDIR);
     std::ifstream file(path, std::ios::binary);
     if (!file)
-        throw ReadError(path.string() + ": cannot be opened");
-    std::string content{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+        failToRead(path, "cannot be opened", errno);
+    std::string content;
+    char block[4096];
+    while (file.read(block, sizeof block), file.gcount() > 0)
+        content.append(block, static_cast<std::size_t>(file.gcount()));
     if (file.bad())
-        throw ReadError(path.string() + ": cannot be read");
+        failToRead(path, "cannot be read", errno);
     return content;
 }
 

@@ -169,6 +169,7 @@ void writeHives(const std::string& folder, RegistryTree tree) {
     writeHive(folder + "/NTUSER.DAT", tree, "HKEY_CURRENT_USER");
 }
 
+// cppcheck-suppress passedByValue ; hivex takes the bytes as its own to change
 void setWideText(const std::string& path, const std::string& key, const std::string& name, std::string bytes) {
     const OwnedHive hive(hivex_open(path.c_str(), HIVEX_OPEN_WRITE));
     check(hive != nullptr, "hivex_open");

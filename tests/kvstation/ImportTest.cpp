@@ -228,6 +228,13 @@ TEST_F(Import, WritesOverNoStation) {
               "kvstation: " + station + "/registry.reg is there already; name a folder that holds no station\n");
 }
 
+TEST_F(Import, AnEmptyNameOfTheStationIsWrongUse) {
+    const ProgramRun refused = run({hives, ""});
+    EXPECT_EQ(refused.status, 2);
+    EXPECT_EQ(refused.output, "");
+    EXPECT_EQ(refused.errors, "kvstation: STATION: the file name is empty\n");
+}
+
 TEST_F(Import, RefusesAFileThatIsNoHive) {
     writeFile(hives + "/SOFTWARE", "Windows Registry Editor Version 5.00\n");
     expectRefusal(hives + "/SOFTWARE is no registry hive: it does not begin with \"regf\"");

@@ -109,6 +109,19 @@ TEST(JsonView, RefusesNumbersThatAreNoWholeNumbersOf32Bits) {
     EXPECT_EQ(errorOf(changed([](Json& json) { json["dwOEMCodePage"] = -2147483647 - 1; })), "no error");
 }
 
+TEST(JsonView, RefusesAFieldThatStandsTwice) {
+    std::string json = jsonView(Record(sampleBytes()));
+    json.insert(1, "\"szOS\": \"Windows NT 10.0 (Build 22621)\",");
+    EXPECT_EQ(errorOf(json), "a.json: 'szOS' stands twice");
+}
+
+TEST(JsonView, NamesTheFieldWhoseNumberIsBeyondEveryRange) {
+    std::string json = jsonView(Record(sampleBytes()));
+    const std::string number = "4294967294";
+    json.replace(json.find(number), number.size(), "1e999");
+    EXPECT_EQ(errorOf(json), "a.json: 'dwSessionId' has a number that is too large");
+}
+
 TEST(JsonView, SurvivesDeepNesting) {
     EXPECT_THAT(errorOf(std::string(100000, '[')), testing::StartsWith("a.json: byte "));
 }

@@ -136,9 +136,29 @@ TEST_F(Program, JsonHasNoRawBytesToWrite) {
 TEST_F(Program, AFileThatIsNotThereIsOneLine) {
     const std::string missing = folder / "missing\n.bin";
     expectRefusal(run({"decode", missing}), 1,
-                  "fopen(" + (folder / "missing\\x0a.bin") + ") failed: No such file or directory (error 2)");
-    expectRefusal(run({"decode", raw, "--html", folder / "no/page.html"}), 1,
-                  "fopen(" + (folder / "no/page.html") + ") failed: No such file or directory (error 2)");
+                  (folder / "missing\\x0a.bin") + " cannot be read: No such file or directory (error 2)");
+    expectRefusal(
+        run({"decode", raw, "--html", folder / "no/page.html"}), 1,
+        (folder / "no/page.html") + " cannot be written: No such file or directory (error 2); make its folder first");
+}
+
+TEST_F(Program, AFolderInAFilesPlaceIsOneLine) {
+    const std::string place = folder / "place";
+    std::filesystem::create_directory(place);
+    expectRefusal(run({"decode", place}), 1, place + " cannot be read: Is a directory (error 21)");
+    expectRefusal(run({"decode", raw, "--html", place}), 1, place + " cannot be written: Is a directory (error 21)");
+}
+
+TEST_F(Program, AnEmptyFileNameIsWrongUse) {
+    const auto line = [](const std::string& place, const std::string& verb) {
+        return place + ": the file name is empty; 'kvstation " + verb + " --help' tells more";
+    };
+    expectRefusal(run({"decode", raw, "--html", ""}), 2, line("--html", "decode"));
+    expectRefusal(run({"decode", raw, "--raw", ""}), 2, line("--raw", "decode"));
+    expectRefusal(run({"simulate", kStation, "--html", ""}), 2, line("--html", "simulate"));
+    expectRefusal(run({"decode", ""}), 2, line("FILE", "decode"));
+    expectRefusal(run({"simulate", ""}), 2, line("STATION", "simulate"));
+    expectRefusal(run({"diff", raw, ""}), 2, line("B", "diff"));
 }
 
 TEST_F(Program, AForeignFileIsOneLine) {
@@ -184,6 +204,21 @@ TEST_F(Program, SimulatesADescribedStation) {
     EXPECT_EQ(record, expected);
 }
 
+TEST_F(Program, TellsTheTimesOfASimulationAsItsOwn) {
+    const ProgramRun plain = run({"simulate", kStation});
+    const ProgramRun timed = run({"simulate", kStation, "--times"});
+    EXPECT_EQ(timed.status, 0);
+    EXPECT_EQ(timed.errors, "");
+    EXPECT_THAT(
+        timed.output,
+        StartsWith(plain.output + "\nThe simulated Windows answered: the times below are its own, not the described "
+                                  "station's.\nTime in platform calls\n"));
+    EXPECT_THAT(timed.output, testing::ContainsRegex("[0-9] ms  user name \\([0-9]+ calls\\)\n"));
+    EXPECT_THAT(timed.output, HasSubstr("\n\nSlowest calls\n"));
+    EXPECT_EQ(run({"simulate", kStation, "--times", "--json"}).status, 2);
+    EXPECT_EQ(run({"simulate", kStation, "--times", "--field", "szOS"}).status, 2);
+}
+
 TEST_F(Program, TracesADescribedStation) {
     const ProgramRun traced = run({"trace", kStation});
     EXPECT_EQ(traced.status, 0);
@@ -222,31 +257,71 @@ TEST_F(Program, AFolderThatDescribesNoStationIsOneLine) {
     EXPECT_THAT(wrong.errors, AllOf(StartsWith("kvstation: "), HasSubstr("station.json"), HasSubstr("nothing")));
 }
 
-// What bash offers behind these words, the last of which is being typed.
+class FaultyStation : public Program {
+  protected:
+    FaultyStation() {
+        std::filesystem::create_directory(station);
+        writeFile(station + "/registry.reg", "REGEDIT4\n");
+    }
+
+    // The line begins with the file's name in the station's folder.
+    void expectLine(const std::string& line) { expectRefusal(run({"simulate", station}), 1, station + "/" + line); }
+
+    const std::string station = folder / "station";
+    const std::string description = station + "/station.json";
+};
+
+TEST_F(FaultyStation, AMissingDescriptionSaysSo) {
+    expectLine("station.json: cannot be opened: No such file or directory");
+}
+
+TEST_F(FaultyStation, ADescriptionThatCannotBeOpenedSaysWhy) {
+    std::filesystem::create_symlink(description, description);
+    expectLine("station.json: cannot be opened: Too many levels of symbolic links");
+}
+
+TEST_F(FaultyStation, AFolderInTheDescriptionsPlaceSaysSo) {
+    std::filesystem::create_directory(description);
+    expectLine("station.json: cannot be opened: Is a directory");
+}
+
+TEST_F(FaultyStation, ADescriptionThatCannotBeReadSaysWhy) {
+    std::filesystem::create_symlink("/proc/self/mem", description);  // opens, and holds nothing at its start
+    expectLine("station.json: cannot be read: Input/output error");
+}
+
+// What bash offers behind these words, the last of which is being typed. Nothing else may come into the prompt.
 std::string completions(const std::string& words) {
-    return runProgram({"/bin/bash", "-c",
-                       "source '" KV_COMPLETION "'; COMP_WORDS=('" KVSTATION_PROGRAM "' " + words +
-                           "); COMP_CWORD=$((${#COMP_WORDS[@]} - 1)); _kvstation; echo \"${COMPREPLY[*]}\""})
-        .output;
+    const ProgramRun offered =
+        runProgram({"/bin/bash", "-c",
+                    "source '" KV_COMPLETION "'; COMP_WORDS=('" KVSTATION_PROGRAM "' " + words +
+                        "); COMP_CWORD=$((${#COMP_WORDS[@]} - 1)); _kvstation; echo \"${COMPREPLY[*]}\""});
+    EXPECT_EQ(offered.errors, "") << words;
+    return offered.output;
 }
 
 TEST_F(Program, BashCompletesVerbsOptionsAndFields) {
     EXPECT_EQ(completions("sim"), "simulate\n");
     EXPECT_EQ(completions("decode --"), "--help --json --field --all --html --raw\n");
     EXPECT_EQ(completions("decode x --field szMA"), "szMACAddress\n");
+    EXPECT_EQ(completions("decode x --field = szMA"), "szMACAddress\n");
+    EXPECT_THAT(completions("decode x --field ="), StartsWith("szStation szUserName "));
+    EXPECT_EQ(completions("decode x --html ="), "\n");
     EXPECT_EQ(completions("decode ''"), "\n");
+    EXPECT_EQ(completions("bogus -"), "\n");
     EXPECT_EQ(completions("explain szMA"), "szMACAddress\n");
     EXPECT_EQ(completions("''"), "show simulate decode diff layout trace explain capture import --help --version\n");
 }
 
 TEST_F(Program, BashCompletesTheOptionsOfEachVerb) {
     EXPECT_EQ(completions("show --"), "--help --json --field --all --html --raw --times --timeout\n");
-    EXPECT_EQ(completions("simulate x --"), "--help --json --field --all --html --raw\n");
+    EXPECT_EQ(completions("simulate x --"), "--help --json --field --all --html --raw --times\n");
     EXPECT_EQ(completions("diff --"), "--help\n");
     EXPECT_EQ(completions("layout --"), "--help --json --markdown\n");
-    EXPECT_EQ(completions("trace --"), "--help --all\n");
-    EXPECT_EQ(completions("explain szOS --"), "--help\n");
-    EXPECT_EQ(completions("capture --"), "--help --redact\n");
+    EXPECT_EQ(completions("trace --"), "--help --all --timeout\n");
+    EXPECT_EQ(completions("explain --"), "--help --timeout\n");
+    EXPECT_EQ(completions("explain szOS --"), "--help --timeout\n");
+    EXPECT_EQ(completions("capture --"), "--help --redact --timeout\n");
     EXPECT_EQ(completions("import x y --"), "--help --user\n");
 }
 
@@ -260,7 +335,7 @@ TEST_F(Program, APlaceThatTakesNothingIsToldAndStays) {
     const std::string full = folder / "full";
     std::filesystem::create_symlink("/dev/full", full);
     expectRefusal(run({"decode", raw, "--html", full}), 1,
-                  "fwrite(" + full + ") failed: No space left on device (error 28)");
+                  full + " cannot be written: No space left on device (error 28)");
     EXPECT_TRUE(std::filesystem::is_symlink(full));
 }
 
@@ -275,7 +350,7 @@ TEST_F(Program, AFileThatNoOtherCanReplaceStays) {
                     raw, page});
     EXPECT_EQ(stopped.status, 1);
     // A build that counts its lines must not cut its counts short, and says at its end that it could not write them.
-    EXPECT_THAT(stopped.errors, StartsWith("kvstation: fwrite(" + page + ") failed: File too large (error 27)\n"));
+    EXPECT_THAT(stopped.errors, StartsWith("kvstation: " + page + " cannot be written: File too large (error 27)\n"));
     EXPECT_EQ(readFile(page, 100), "the old page");
     EXPECT_FALSE(std::filesystem::exists(page + ".part"));
 }

@@ -278,9 +278,9 @@ TEST_F(StationFolder, HoldsDescriptionAndRegistry) {
 }
 
 TEST_F(StationFolder, NeedsBothFiles) {
-    EXPECT_EQ(errorOfReading(), "station.json: cannot be opened");
+    EXPECT_EQ(errorOfReading(), "station.json: cannot be opened: No such file or directory");
     write("station.json", "{}");
-    EXPECT_EQ(errorOfReading(), "registry.reg: cannot be opened");
+    EXPECT_EQ(errorOfReading(), "registry.reg: cannot be opened: No such file or directory");
 }
 
 TEST_F(StationFolder, DeniesOnlyKeysThatAreThere) {

@@ -3,18 +3,27 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <filesystem>
 
+#include "framework/Windows.h"
 #include "tests/kvstation/RunningProgram.h"
 
 namespace kvtest {
 namespace {
 
+namespace fs = std::filesystem;
 using kvstation::ProgramRun;
 using testing::StartsWith;
 
-ProgramRun showWith(const std::string& ending) {
+ProgramRun runWith(const std::string& ending, std::vector<std::string> words) {
     _putenv_s("KV_TEST_ENDING", ending.c_str());
-    return kvstation::runProgram({KV_ENDING_FOLDER "\\kvstation.exe", "show", "--timeout", "5"});
+    words.insert(words.begin(), KV_ENDING_FOLDER "\\kvstation.exe");
+    words.insert(words.end(), {"--timeout", "5"});
+    return kvstation::runProgram(words);
+}
+
+ProgramRun showWith(const std::string& ending) {
+    return runWith(ending, {"show"});
 }
 
 void expectOneLine(const ProgramRun& ended, const testing::Matcher<const std::string&>& line) {
@@ -41,10 +50,33 @@ TEST(Ending, OfAProcessThatTheLibraryEndsNamesStepAndCallInOneLine) {
                   "(exit status 0)\n");
 }
 
+// The verbs that run in the child as a whole: nothing of their result is given out, and no folder is made.
+TEST(Ending, IsToldByEveryVerbThatCollectsHere) {
+    const fs::path folder = fs::temp_directory_path() / ("kvstation-ending-" + std::to_string(GetCurrentProcessId()));
+    const std::vector<std::vector<std::string>> verbs = {
+        {"trace"}, {"explain", "szStation"}, {"capture", folder.string()}};
+    for (const std::vector<std::string>& words : verbs) {
+        SCOPED_TRACE(words.front());
+        expectOneLine(runWith("crash", words),
+                      StartsWith("kvstation: the collection crashed while collecting: domain, last call "
+                                 "KVGetDomainName() (exception 0xC0000005 at 0x"));
+        expectOneLine(runWith("exit", words),
+                      "kvstation: the collection ended by itself while collecting: domain, last call "
+                      "KVGetDomainName() (exit status 0)\n");
+    }
+    expectOneLine(runWith("hang", {"capture", folder.string()}),
+                  StartsWith("kvstation: the collection hung while collecting: domain, last call KVGetDomainName(): "
+                             "ended after 5 seconds"));
+    EXPECT_FALSE(fs::exists(folder));
+}
+
 TEST(Ending, IsNoneWhereTheLibraryIsGood) {
-    const ProgramRun good = showWith("");
-    EXPECT_EQ(good.status, 0);
-    EXPECT_EQ(good.errors, "");
+    for (const char* verb : {"show", "trace"}) {
+        const ProgramRun good = runWith("", {verb});
+        EXPECT_EQ(good.status, 0);
+        EXPECT_NE(good.output, "");
+        EXPECT_EQ(good.errors, "");
+    }
 }
 
 }  // namespace
