@@ -49,6 +49,7 @@ std::size_t privateBytes(HANDLE process) {
 }
 
 struct Process {
+    // cppcheck-suppress passedByValue ; Windows writes into it
     explicit Process(std::string commandLine) {
         STARTUPINFOA startup = {};
         startup.cb = sizeof startup;
