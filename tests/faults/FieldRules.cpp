@@ -2,196 +2,220 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdlib>
+#include <string_view>
 
 #include "include/kvcstat.h"
 
 namespace kvtest {
 namespace {
 
-using Texts = std::set<std::string>;
-
 // One field's content under one failure.
 struct Case {
     const StationTexts& station;
+    const Fields& record;         // with the failure
     const std::string& expected;  // undisturbed
     const std::string& found;
     std::size_t limit;  // the most characters that the field receives
 };
 
-// Of the module's string table.
-constexpr std::string_view kFixedTexts[] = {
-#define KV_STRING(id, text) text,
-#include "kvcstat/StringTable.inc"
-};
-
-bool isFixedText(const std::string& text) {
-    return std::find(std::begin(kFixedTexts), std::end(kFixedTexts), text) != std::end(kFixedTexts);
+std::string fieldOf(const Fields& record, std::string_view name) {
+    const auto field = std::find_if(record.begin(), record.end(), [&](const auto& one) { return one.first == name; });
+    return std::get<std::string>(field->second);
 }
 
-bool isAny(const Texts& texts, const std::string& text) {
-    return texts.contains(text);
-}
-
-// The beginning of one of the texts.
-bool isCut(const Texts& texts, const std::string& text) {
-    const auto next = texts.lower_bound(text);
-    return next != texts.end() && next->starts_with(text);
+Texts united(Texts left, const Texts& right) {
+    left.insert(right.begin(), right.end());
+    return left;
 }
 
 // One of the texts, or as much of it as the field takes.
-bool isAnyUpTo(std::size_t limit, const Texts& texts, const std::string& text) {
-    return isAny(texts, text) || (text.size() == limit && isCut(texts, text));
+bool isAnyOf(const Texts& texts, const Case& field) {
+    return std::any_of(texts.begin(), texts.end(),
+                       [&](const std::string& text) { return text.substr(0, field.limit) == field.found; });
 }
 
-std::vector<std::string> partsOf(const std::string& list) {
-    std::vector<std::string> parts;
-    for (std::size_t start = 0; start <= list.size();) {
-        const std::size_t end = std::min(list.find(';', start), list.size());
-        parts.push_back(list.substr(start, end - start));
-        start = end + 1;
-    }
-    return parts;
+bool isFull(const Case& field) {
+    return field.found.size() == field.limit;
 }
 
-// A list whose items are empty or among the texts; the last one may be cut where the list was.
-bool isListOf(const Texts& items, const std::string& list, bool mayBeCut) {
-    const std::vector<std::string> parts = partsOf(list);
-    const auto isItem = [&](const std::string& part) { return part.empty() || isAny(items, part); };
-    return std::all_of(parts.begin(), parts.end() - 1, isItem) &&
-           (isItem(parts.back()) || (mayBeCut && isCut(items, parts.back())));
+// A field whose sources are texts of the station.
+template <Texts (StationTexts::*sources)() const>
+bool isOneOf(const Case& field) {
+    return isAnyOf((field.station.*sources)(), field);
 }
 
-Texts united(const Texts& left, const std::vector<std::string>& right) {
-    Texts all = left;
-    all.insert(right.begin(), right.end());
-    return all;
+// A field that lists items of the station.
+template <Items (StationTexts::*sources)() const>
+bool isListOf(const Case& field) {
+    return isSelection((field.station.*sources)(), field.found, isFull(field));
 }
 
-// Items of the registry: a failure leaves some out, makes some empty, ends the list early or turns to another source.
-bool isRegistryList(const Case& field) {
-    return isListOf(united(field.station.registry, partsOf(field.expected)), field.found,
-                    field.found.size() == field.limit);
+// The same where the items come from one of several places.
+template <std::vector<Items> (StationTexts::*sources)() const>
+bool isOneListOf(const Case& field) {
+    const std::vector<Items> lists = (field.station.*sources)();
+    return std::any_of(lists.begin(), lists.end(),
+                       [&](const Items& items) { return isSelection(items, field.found, isFull(field)); });
 }
 
-bool isRegistryText(const Case& field) {
-    return isAnyUpTo(field.limit, field.station.registry, field.found);
+// The server's own facts are told where the collection sees a session, and only there. A client's addresses and those
+// of the station that it runs on never stand beside each other.
+bool isSeenAsSession(const Case& field) {
+    return !fieldOf(field.record, "szServerName").empty() || !fieldOf(field.record, "szServerIPAddress").empty() ||
+           !fieldOf(field.record, "szServerMACAddress").empty();
 }
 
-bool isRegistryOrFixedText(const Case& field) {
-    return isRegistryText(field) || isFixedText(field.found);
-}
-
-// "2 SEAGATE ST15150N": devices that could not be told apart, or whose kind could not be read, are counted under
-// another name or another kind. The CD-ROM field is cut to the BIOS date's length.
-bool isCountedList(const Case& field) {
-    Texts devices;
-    for (const std::string& text : field.station.registry) {
-        for (int count = 1; count <= 9; ++count)
-            devices.insert(std::to_string(count) + " " + text);
-    }
-    return isListOf(devices, field.found, true);
-}
-
-bool isName(const Case& field) {
-    return isAnyUpTo(field.limit, field.station.names, field.found);
-}
-
-bool isUser(const Case& field) {
-    return isAnyUpTo(field.limit, field.station.users, field.found);
-}
-
-bool isUserOrUnknown(const Case& field) {
-    return isUser(field) || field.found == "UNKNOWN";
-}
-
-// "Terminal server session (USER)", of which the words in front are a fixed text that may be missing.
-bool isCurrentUser(const Case& field) {
-    Texts sessions;
-    for (const std::string& user : field.station.users) {
-        sessions.insert("Terminal server session (" + user + ")");
-        sessions.insert(" (" + user + ")");
-    }
-    return isUser(field) || field.found == "unknown" || isAnyUpTo(field.limit, sessions, field.found);
-}
-
-bool isAddress(const Case& field) {
-    return isAnyUpTo(field.limit, field.station.addresses, field.found);
+bool isIPAddress(const Case& field) {
+    const Texts addresses = isSeenAsSession(field) ? field.station.clientAddresses() : field.station.ownAddresses();
+    return isAnyOf(united(addresses, field.station.chosenAddresses()), field);
 }
 
 bool isDnsName(const Case& field) {
-    return isAnyUpTo(field.limit, field.station.dnsNames, field.found);
+    return isAnyOf(isSeenAsSession(field) ? field.station.clientDnsNames() : field.station.ownDnsNames(), field);
 }
 
+// "unknown" where no address is found, and where the client's is not asked for. Without an IP address the adapter tells
+// its own; a client's is never told by the server's adapters.
 bool isMacAddress(const Case& field) {
-    return isAnyUpTo(field.limit, field.station.macAddresses, field.found) || field.found == "unknown";
+    const StationTexts& station = field.station;
+    const Texts found = isSeenAsSession(field)
+                            ? station.macAddresses(station.clientAddresses())
+                            : united(station.macAddresses(station.ownAddresses()), station.adapterMacAddresses());
+    return isAnyOf(united(found, {"unknown"}), field);
 }
 
-// The station registers under any of its names, addresses or MAC addresses, in a session with a mark.
+bool isServerMacAddress(const Case& field) {
+    const StationTexts& station = field.station;
+    if (!station.hasClient())
+        return false;
+    return isAnyOf(
+        united(united(station.macAddresses(station.ownAddresses()), station.adapterMacAddresses()), {"unknown"}),
+        field);
+}
+
+// The fields that a station's name is taken from, in their order for each type.
+std::vector<std::string_view> sourcesOfStation(int type) {
+    switch (type) {
+        case 1:
+            return {"szDnsName", "szIPAddress", "szMACAddress", "szClientName"};
+        case 2:
+            return {"szIPAddress", "szMACAddress", "szClientName"};
+        case 3:
+            return {"szMACAddress", "szIPAddress", "szClientName"};
+        default:
+            return {"szClientName"};
+    }
+}
+
+std::string stationName(const Fields& record, int type) {
+    for (const std::string_view source : sourcesOfStation(type)) {
+        const std::string text = fieldOf(record, source);
+        if (!text.empty())
+            return upperCase(source == "szIPAddress" ? text.substr(0, text.find(';', 1)) : text);
+    }
+    return "UNKNOWN";
+}
+
+// What the record itself tells as the first that there is; the client's name when the type cannot be read. In a session
+// with the mark or, where the session or its number cannot be told, without.
 bool isStation(const Case& field) {
-    Texts stations = {"UNKNOWN"};
-    for (const Texts* kind :
-         {&field.station.names, &field.station.dnsNames, &field.station.addresses, &field.station.macAddresses})
-        for (const std::string& text : *kind)
-            for (const std::string& part : {text, text.substr(0, text.find(';'))})
-                stations.insert({upperCase(part), upperCase(part) + "#1"});
-    return isAnyUpTo(field.limit, united(stations, {"UNKNOWN#1"}), field.found);
+    Texts names;
+    for (const int type : {std::atoi(field.station.variable("KVStationType").c_str()), 0}) {
+        const std::string name = stationName(field.record, type);
+        names.insert(name);
+        if (field.station.hasClient())
+            names.insert(name + "#1");
+    }
+    return isAnyOf(names, field);
 }
 
-// Parts of the text that could not be read are missing in it.
-bool isBeginOrEndOfExpected(const Case& field) {
-    return field.expected.starts_with(field.found) || field.expected.ends_with(field.found);
+// In a session "Terminal server session (USER)" with the record's own user, of which the words in front are missing
+// when they cannot be loaded; else the account.
+bool isCurrentUser(const Case& field) {
+    Texts texts = field.station.accounts();
+    const std::string user = " (" + fieldOf(field.record, "szUserName") + ")";
+    if (field.station.hasClient())
+        texts.insert({"Terminal server session" + user, user});
+    return isAnyOf(texts, field);
 }
 
-bool isTerminalServer(const Case& field) {
-    return isBeginOrEndOfExpected(field) || field.found == "Microsoft Terminal Server";
-}
-
-// Processors that could not be read are missing; with none, their kind's fixed text stands there, with the revision
-// behind it.
+// Processors whose names can be read; with none, the name of their type.
 bool isProcessorName(const Case& field) {
-    return isRegistryList(field) || isFixedText(field.found) || isBeginOrEndOfExpected(field);
+    return isListOf<&StationTexts::processors>(field) || isOneOf<&StationTexts::processorTypes>(field);
 }
 
-// A version that could not be read is missing behind the browser's name.
+// Windows 9x lists display adapters; Windows NT has one.
+bool isVideoAdapter(const Case& field) {
+    return isListOf<&StationTexts::displayAdapters>(field) || isOneOf<&StationTexts::videoAdapters>(field);
+}
+
+// Each browser as it was or missing, and Opera without its version when that cannot be read.
 bool isBrowserList(const Case& field) {
-    return isListOf(united({"Opera "}, partsOf(field.expected)), field.found, field.found.size() == field.limit);
+    Items browsers;
+    for (const std::string& browser : split(field.expected, ";")) {
+        browsers.push_back({browser});
+        if (browser.starts_with("Opera "))
+            browsers.back().insert("Opera ");
+    }
+    return isSelection(browsers, field.found, false);
 }
 
-bool isMonitor(const Case& field) {
-    return isRegistryText(field) || field.found == "unknown";
+bool isDiskList(const Case& field) {
+    return isArrangement(field.station.devices("disk"), field.found, isFull(field));
 }
 
-// The CD-ROM drives, of which the BIOS date's length cuts the last one.
-bool isPartOfCdRomDrives(const Case& field) {
-    Texts roots;
-    for (char letter = 'A'; letter <= 'Z'; ++letter)
-        roots.insert(std::string(1, letter) + ":\\");
-    return isListOf(roots, field.found, true);
+bool isTapeList(const Case& field) {
+    return isArrangement(field.station.devices("tape"), field.found, isFull(field));
 }
 
-// The session's suffix "|ICA 219 17": the build and the product behind the protocol may be missing.
-Texts sessionSuffixes(const std::string& whole) {
-    const std::size_t build = whole.find(' ');
-    const std::size_t product = whole.rfind(' ');
-    if (build == std::string::npos)
-        return {""};
+bool isOtherList(const Case& field) {
+    return isArrangement(field.station.devices("other"), field.found, isFull(field));
+}
+
+// The two lists of CD-ROMs are cut to the length of the BIOS date, whichever that is.
+template <class IsList>
+bool isCutByBiosDate(const Case& field, IsList isList) {
+    const Texts dates = field.station.biosDates();
+    return (isFull(field) && isList(true)) || std::any_of(dates.begin(), dates.end(), [&](const std::string& date) {
+               return field.found.size() <= date.size() && isList(field.found.size() == date.size());
+           });
+}
+
+bool isCDRomList(const Case& field) {
+    const Items devices = field.station.devices("cdrom");
+    return isCutByBiosDate(field, [&](bool isCut) { return isArrangement(devices, field.found, isCut); });
+}
+
+constexpr std::uint32_t kRemovable = 2;  // GetDriveTypeA's numbers
+constexpr std::uint32_t kCDRom = 5;
+
+bool isCDRomDriveList(const Case& field) {
+    const Items drives = field.station.roots(kCDRom);
+    return isCutByBiosDate(field, [&](bool isCut) { return isSelection(drives, field.found, isCut); });
+}
+
+// "|ICA 219 17" of a session: build and product are missing behind the protocol when they cannot be read, and all of it
+// is when the protocol or the session cannot.
+Texts sessionSuffixes(const StationTexts& station) {
+    const std::string protocol = station.variable("KVTSProtocol");
     Texts suffixes = {""};
-    for (const std::string& number : {whole.substr(build, product - build), std::string(" ")})
-        for (const std::string& id : {whole.substr(product), std::string(" ")})
-            suffixes.insert(whole.substr(0, build) + number + id);
+    if (!station.hasClient() || protocol.empty())
+        return suffixes;
+    for (const std::string& build : {station.variable("KVTSBuildNo"), std::string()})
+        for (const std::string& product : {station.variable("KVTSProductID"), std::string()})
+            suffixes.insert("|" + protocol + " " + build + " " + product);
     return suffixes;
 }
 
-// Drives are missing, or the suffix or parts of it.
-bool isPartOfRemovableDrives(const Case& field) {
-    const std::size_t bar = std::min(field.expected.find('|'), field.expected.size());
-    const std::size_t foundBar = std::min(field.found.find('|'), field.found.size());
-    return isListOf(united({}, partsOf(field.expected.substr(0, bar))), field.found.substr(0, foundBar), false) &&
-           sessionSuffixes(field.expected.substr(bar)).contains(field.found.substr(foundBar));
-}
-
-bool isPartOfFixedDrives(const Case& field) {
-    return isListOf(field.station.fixedDrives, field.found, field.found.size() == field.limit);
+bool isRemovableDriveList(const Case& field) {
+    const Items drives = field.station.roots(kRemovable);
+    const Texts suffixes = sessionSuffixes(field.station);
+    return std::any_of(suffixes.begin(), suffixes.end(), [&](const std::string& suffix) {
+        const std::string list =
+            field.found.substr(0, field.found.size() - std::min(suffix.size(), field.found.size()));
+        return list + suffix == field.found && (list.empty() || isSelection(drives, list, false));
+    });
 }
 
 struct Rule {
@@ -199,45 +223,43 @@ struct Rule {
     bool (*explains)(const Case& field);
 };
 
-// A field that is not listed stays as it is or is empty.
+// What a field may hold beside what it holds undisturbed and nothing. A field that is not listed has no fallback.
 constexpr Rule kRules[] = {
     {"szStation", isStation},
-    {"szUserName", isUserOrUnknown},
-    {"szKeyboard", isRegistryOrFixedText},
-    {"szSystemIdentifier", isRegistryText},
-    {"szDiskDevices", isCountedList},
-    {"szCDRomDevices", isCountedList},
-    {"szTapeDevices", isCountedList},
-    {"szOtherDevices", isCountedList},
-    {"szPrinters", isRegistryList},
-    {"szCDRomDrives", isPartOfCdRomDrives},
-    {"szRemovableDrives", isPartOfRemovableDrives},
-    {"szFixedDrives", isPartOfFixedDrives},
-    {"szTSProduct", isBeginOrEndOfExpected},
+    {"szUserName", isOneOf<&StationTexts::userNames>},
+    {"szKeyboard", isOneOf<&StationTexts::keyboards>},
+    {"szSystemIdentifier", isOneOf<&StationTexts::systemIdentifiers>},
+    {"szDiskDevices", isDiskList},
+    {"szCDRomDevices", isCDRomList},
+    {"szTapeDevices", isTapeList},
+    {"szOtherDevices", isOtherList},
+    {"szPrinters", isListOf<&StationTexts::printers>},
+    {"szCDRomDrives", isCDRomDriveList},
+    {"szRemovableDrives", isRemovableDriveList},
+    {"szFixedDrives", isListOf<&StationTexts::fixedDrives>},
+    {"szTSProduct", isOneOf<&StationTexts::citrixProducts>},
     {"szDnsName", isDnsName},
-    {"szDefaultGateway", isRegistryList},
-    {"szSubnetMask", isRegistryList},
-    {"szProtocols", isRegistryList},
-    {"szNetworkDrivers", isRegistryList},
-    {"szServerIPAddress", isAddress},
-    {"szServerMACAddress", isMacAddress},
-    {"szTSClientName", isName},
-    {"szMailClient", isRegistryList},
-    {"szProviders", isRegistryList},
+    {"szDefaultGateway", isOneListOf<&StationTexts::defaultGateways>},
+    {"szSubnetMask", isOneListOf<&StationTexts::subnetMasks>},
+    {"szProtocols", isListOf<&StationTexts::protocols>},
+    {"szNetworkDrivers", isListOf<&StationTexts::networkDrivers>},
+    {"szServerMACAddress", isServerMacAddress},
+    {"szTSClientName", isOneOf<&StationTexts::sessionClientNames>},
+    {"szMailClient", isListOf<&StationTexts::mailClients>},
+    {"szProviders", isListOf<&StationTexts::providers>},
     {"szBrowser", isBrowserList},
-    {"szIPAddress", isAddress},
-    {"szNetworkAdapters", isRegistryList},
-    {"szClientName", isName},
-    {"szBiosVersion", isRegistryText},
+    {"szIPAddress", isIPAddress},
+    {"szNetworkAdapters", isListOf<&StationTexts::networkAdapters>},
+    {"szClientName", isOneOf<&StationTexts::clientNames>},
+    {"szBiosVersion", isOneOf<&StationTexts::biosVersions>},
     {"szCurrentUser", isCurrentUser},
     {"szProcessorName", isProcessorName},
-    {"szMonitor", isMonitor},
-    {"szVideoAdapter", isRegistryList},
-    {"szTSVersion", isTerminalServer},
-    {"szServerName", isName},
+    {"szMonitor", isOneOf<&StationTexts::monitors>},
+    {"szVideoAdapter", isVideoAdapter},
+    {"szTSVersion", isOneOf<&StationTexts::terminalServers>},
     {"szMACAddress", isMacAddress},
-    {"szBiosDate", isRegistryText},
-    {"szWinUser", isUser},
+    {"szBiosDate", isOneOf<&StationTexts::biosDates>},
+    {"szWinUser", isOneOf<&StationTexts::windowsUsers>},
 };
 
 struct Limit {
@@ -256,13 +278,12 @@ std::size_t limitOf(const std::string& field) {
         ->limit;
 }
 
-bool isExplained(const StationTexts& texts, const std::string& name, const std::string& expected,
-                 const std::string& found) {
-    if (found == expected || found.empty())
+bool isExplained(const std::string& name, const Case& field) {
+    if (field.found == field.expected || field.found.empty())
         return true;
     const auto* rule =
         std::find_if(std::begin(kRules), std::end(kRules), [&](const Rule& one) { return one.field == name; });
-    return rule != std::end(kRules) && rule->explains({texts, expected, found, limitOf(name)});
+    return rule != std::end(kRules) && rule->explains(field);
 }
 
 bool isExplained(std::int64_t expected, std::int64_t found) {
@@ -281,7 +302,7 @@ std::vector<std::string> unexplainedFields(const StationTexts& texts, const Fiel
             continue;
         }
         const auto& text = std::get<std::string>(found[i].second);
-        if (!isExplained(texts, name, std::get<std::string>(expected[i].second), text))
+        if (!isExplained(name, {texts, found, std::get<std::string>(expected[i].second), text, limitOf(name)}))
             lines.push_back(name + " is '" + text + "'");
     }
     return lines;

@@ -1,117 +1,31 @@
+// Users, names, addresses and drives.
 #include "tests/faults/StationTexts.h"
 
 #include <algorithm>
 
 #include "simwin/Address.h"
-#include "simwin/Calls.h"
 #include "simwin/CodePage.h"
 
 namespace kvtest {
 namespace {
 
-using simwin::KeyId;
-using simwin::RegistryType;
-using simwin::RegistryValue;
+constexpr std::uint32_t kFixed = 3;  // GetDriveTypeA's number
 
-constexpr simwin::Hive kHives[] = {simwin::Hive::LocalMachine, simwin::Hive::CurrentUser, simwin::Hive::Users,
-                                   simwin::Hive::CurrentConfig, simwin::Hive::DynData};
-
-std::string firstText(const std::string& bytes) {
-    return bytes.substr(0, bytes.find('\0'));
+void addIfThere(Texts& texts, const std::string& text) {
+    if (!text.empty())
+        texts.insert(text);
 }
 
-// The items of a multi-string value as they are read: "a//b".
-std::string joinedItems(const std::string& bytes) {
-    std::string joined;
-    for (std::size_t start = 0; start < bytes.size() && bytes[start] != '\0';) {
-        const std::size_t end = std::min(bytes.find('\0', start), bytes.size());
-        joined += (joined.empty() ? "" : "//") + bytes.substr(start, end - start);
-        start = end + 1;
-    }
-    return joined;
-}
-
-// The whole text, and its parts, because lists are made of texts that have ";" in them.
-void addWithParts(std::set<std::string>& texts, const std::string& text) {
-    texts.insert(text);
-    for (std::size_t start = 0; start <= text.size();) {
-        const std::size_t end = std::min(text.find(';', start), text.size());
-        texts.insert(text.substr(start, end - start));
-        start = end + 1;
-    }
-}
-
-void addValue(std::set<std::string>& texts, const RegistryValue& value) {
-    addWithParts(texts, value.name);
-    addWithParts(texts, firstText(value.bytes));
-    if (value.type == static_cast<std::uint32_t>(RegistryType::MultiText))
-        addWithParts(texts, joinedItems(value.bytes));
-    if (value.type == static_cast<std::uint32_t>(RegistryType::Binary))
-        addWithParts(texts, firstText(simwin::fromUtf16(value.bytes)));
-}
-
-void addKey(std::set<std::string>& texts, const simwin::RegistryTree& registry, KeyId key) {
-    for (std::size_t i = 0; const RegistryValue* value = registry.value(key, i); ++i)
-        addValue(texts, *value);
-    for (std::size_t i = 0; const std::string* name = registry.subKeyName(key, i); ++i) {
-        addWithParts(texts, *name);
-        addKey(texts, registry, *registry.find(key, *name));
-    }
-}
-
-void addInBothCases(std::set<std::string>& texts, const std::string& text) {
-    texts.insert(text);
-    texts.insert(upperCase(text));
-}
-
-void addIfThere(std::set<std::string>& texts, const simwin::OptionalText& text) {
+void addUpperCase(Texts& texts, const simwin::OptionalText& text) {
     if (text)
-        addInBothCases(texts, *text);
+        texts.insert(upperCase(*text));
 }
 
-void addIfThere(std::set<std::string>& texts, const std::optional<simwin::CompanionText>& text) {
-    if (text)
-        addInBothCases(texts, text->text);
-}
-
-void addVariable(std::set<std::string>& texts, const simwin::Station& station, std::string_view name) {
-    for (const simwin::Variable& variable : station.environment) {
-        if (simwin::equalNoCase(variable.name, name))
-            addInBothCases(texts, variable.value);
-    }
-}
-
-void addUsers(std::set<std::string>& users, const simwin::Station& station) {
-    const simwin::User& user = station.user;
-    for (const simwin::OptionalText* form :
-         {&user.name, &user.samCompatible, &user.displayName, &user.principal, &user.network, &user.directory})
-        addIfThere(users, *form);
-    addVariable(users, station, "KVUser");
-}
-
-void addNames(std::set<std::string>& names, const simwin::Station& station) {
-    addIfThere(names, station.computerName);
-    addIfThere(names, station.session.clientName);
-    if (station.citrix)
-        addIfThere(names, station.citrix->clientName);
-    addVariable(names, station, "CLIENTNAME");
-    addVariable(names, station, "KVRDPClientName");
-}
-
-void addAddresses(StationTexts& texts, const simwin::Station& station) {
-    const simwin::StationNetwork& network = station.network;
-    for (const simwin::Host& host : network.hosts) {
-        texts.dnsNames.insert(host.name);
-        for (const std::string& address : host.addresses)
-            texts.addresses.insert(simwin::dotted(address));
-    }
-    addIfThere(texts.addresses, station.session.clientAddress);
-    addVariable(texts.addresses, station, "KVIP");
-    addVariable(texts.addresses, station, "KVRDPClientIP");
-    addIfThere(texts.dnsNames, network.hostName);
-    for (const simwin::ReverseEntry& entry : network.addresses)
-        texts.dnsNames.insert(entry.name);
-    texts.dnsNames.insert(texts.addresses.begin(), texts.addresses.end());
+// A to Z alone.
+std::string plainUpperCase(std::string text) {
+    for (char& character : text)
+        character = character >= 'a' && character <= 'z' ? static_cast<char>(character - 'a' + 'A') : character;
+    return text;
 }
 
 std::string hexadecimal(const std::string& bytes) {
@@ -123,62 +37,200 @@ std::string hexadecimal(const std::string& bytes) {
     return digits;
 }
 
-void addMacAddresses(std::set<std::string>& addresses, const simwin::StationNetwork& network) {
-    for (const simwin::ArpEntry& entry : network.arp)
-        addresses.insert(hexadecimal(entry.physical));
-    for (const simwin::Lana& lana : network.netbios) {
-        if (lana.address)
-            addresses.insert(hexadecimal(*lana.address));
-    }
-}
-
-constexpr char kNoSize[] = "0 MB -2147483648% free) ";
-
+// A size that cannot be read is 0, and its percentage that of a division by 0.
 std::string describeSize(std::uint64_t totalBytes, std::uint64_t freeBytes) {
     const std::uint64_t total = totalBytes >> 20;
     const std::uint64_t free = freeBytes >> 20;
     if (total == 0)
-        return kNoSize;
+        return "0 MB -2147483648% free) ";
     const float part = static_cast<float>(free) / static_cast<float>(total);
     return std::to_string(total) + " MB " + std::to_string(static_cast<int>(static_cast<double>(part) * 100.0)) +
            "% free) ";
 }
 
-std::set<std::string> sizes(const simwin::Drive& drive) {
-    std::set<std::string> all = {kNoSize};
-    if (drive.space)
-        all.insert(describeSize(drive.space->total, drive.space->free));
+// A system that cannot tell sizes in bytes does not have the function.
+bool tellsBytes(const simwin::Station& station, const simwin::Drive& drive) {
+    return drive.space && std::find(station.missing.begin(), station.missing.end(),
+                                    "KERNEL32.DLL!GetDiskFreeSpaceExA") == station.missing.end();
+}
+
+// In bytes, and in clusters where that question fails. Only a drive that has no more than the second answer loses its
+// size altogether.
+Texts sizes(const simwin::Station& station, const simwin::Drive& drive) {
+    constexpr std::uint64_t kClusterSize = 4096;  // of a drive whose clusters are not described
+    Texts all = {tellsBytes(station, drive) ? describeSize(drive.space->total, drive.space->free) : describeSize(0, 0)};
     if (drive.clusters) {
         const std::uint64_t cluster = std::uint64_t{drive.clusters->sectorsPerCluster} * drive.clusters->bytesPerSector;
         all.insert(describeSize(drive.clusters->total * cluster, drive.clusters->free * cluster));
+    } else if (drive.space) {
+        all.insert(describeSize(drive.space->total / kClusterSize * kClusterSize,
+                                drive.space->free / kClusterSize * kClusterSize));
     }
     return all;
 }
 
-void addFixedDrive(std::set<std::string>& drives, char letter, const simwin::Drive& drive) {
-    const std::string label = drive.label.value_or("");
-    for (const std::string& name : {std::string(), label.empty() ? label : "(" + label + ")"})
-        for (const std::string& fileSystem : {std::string(), drive.fileSystem.value_or("")})
-            for (const std::string& size : sizes(drive))
-                drives.insert(letter + name + ":(" + fileSystem + ":" + size);
-}
-
 }  // namespace
 
-std::string upperCase(std::string text) {
-    sim__mbsupr(reinterpret_cast<unsigned char*>(text.data()));
-    return text;
+StationTexts::StationTexts(const simwin::Station& station) : m_station(station), m_registry(station.registry) {}
+
+std::uint32_t StationTexts::platform() const {
+    return m_station.version ? m_station.version->platformId : 0;
 }
 
-StationTexts::StationTexts(const simwin::Station& station) {
-    for (const simwin::Hive hive : kHives)
-        addKey(registry, station.registry, station.registry.root(hive));
-    addNames(names, station);
-    addUsers(users, station);
-    addAddresses(*this, station);
-    addMacAddresses(macAddresses, station.network);
-    for (const auto& [letter, drive] : station.drives)
-        addFixedDrive(fixedDrives, letter, drive);
+std::string StationTexts::variable(std::string_view name) const {
+    const auto& all = m_station.environment;
+    const auto found =
+        std::find_if(all.begin(), all.end(), [&](const auto& one) { return simwin::equalNoCase(one.name, name); });
+    return found != all.end() ? found->value : std::string();
+}
+
+bool StationTexts::isPrincipalWanted() const {
+    return simwin::equalNoCase(variable("KVUSERNAMETYPE"), "nameuserprincipal");
+}
+
+// The administrator's choice as it stands. Without it the kind of name that is asked for; behind each kind stands the
+// Windows account, which is also what counts when the kind cannot be read.
+Texts StationTexts::userNames() const {
+    const simwin::User& user = m_station.user;
+    const std::string type = variable("KVUserType").substr(0, 1);
+    Texts names = {"UNKNOWN"};
+    addIfThere(names, variable("KVUser"));
+    addUpperCase(names, user.name);
+    if (type == "2")
+        addUpperCase(names, user.directory);
+    else if (isPrincipalWanted())
+        addUpperCase(names, user.principal);
+    if (type == "1" || (type != "2" && isPrincipalWanted()))
+        addUpperCase(names, user.network);
+    return names;
+}
+
+// The form of the name that is asked for when another one was wanted and that cannot be read. A principal name never
+// stands in for an account's.
+Texts StationTexts::windowsUsers() const {
+    Texts names;
+    addUpperCase(names, m_station.user.samCompatible);
+    return names;
+}
+
+Texts StationTexts::accounts() const {
+    return {m_station.user.name.value_or("unknown"), "unknown"};
+}
+
+// Each of these is a source of its own, chosen by a question that can fail.
+Texts StationTexts::clientNames() const {
+    const auto settings = m_registry.text("SOFTWARE\\Quorvel\\KelVor\\KelVor Client\\Settings", "KVVDIClient");
+    const bool isVirtualDesktop = settings == "1";
+    Texts names;
+    addIfThere(names, variable("KVRDPClientName"));
+    addIfThere(names, variable("CLIENTNAME"));
+    addIfThere(names, plainUpperCase(m_station.computerName.value_or("")));
+    if (m_station.session.clientName && (isVirtualDesktop || hasClient()))
+        addIfThere(names, m_station.session.clientName->text);
+    if (m_station.citrix && m_station.citrix->clientName && isVirtualDesktop)
+        addIfThere(names, m_station.citrix->clientName->text);
+    return names;
+}
+
+// The variable, in upper case on the way that asks for the Microsoft product, until the wrapper knows better.
+Texts StationTexts::sessionClientNames() const {
+    if (!hasClient())
+        return {};
+    Texts names = {variable("CLIENTNAME"), upperCase(variable("CLIENTNAME"))};
+    if (m_station.session.clientName && m_station.session.clientName->result != 0)
+        addIfThere(names, m_station.session.clientName->text);
+    return names;
+}
+
+// The administrator's choice, and the first address of the host's own name.
+Texts StationTexts::ownAddresses() const {
+    Texts addresses;
+    addIfThere(addresses, variable("KVIP"));
+    for (const simwin::Host& host : m_station.network.hosts) {
+        if (simwin::equalNoCase(host.hostName, m_station.network.hostName.value_or("")) && !host.addresses.empty())
+            addresses.insert(simwin::dotted(host.addresses.front()));
+    }
+    return addresses;
+}
+
+Texts StationTexts::clientAddresses() const {
+    return hasClient() && m_station.session.clientAddress ? Texts{m_station.session.clientAddress->text} : Texts();
+}
+
+Texts StationTexts::chosenAddresses() const {
+    Texts addresses;
+    addIfThere(addresses, variable("KVRDPClientIP"));
+    return addresses;
+}
+
+// An address without a name is its own.
+std::string StationTexts::nameOf(const std::string& address) const {
+    for (const simwin::ReverseEntry& entry : m_station.network.addresses) {
+        if (entry.address == address)
+            return entry.name;
+    }
+    return address;
+}
+
+// The host's own name is left where it does not resolve.
+Texts StationTexts::ownDnsNames() const {
+    Texts names;
+    addIfThere(names, m_station.network.hostName.value_or(""));
+    for (const std::string& address : ownAddresses())
+        names.insert(nameOf(address));
+    return names;
+}
+
+// Only the first of a client's addresses is asked for its name.
+Texts StationTexts::clientDnsNames() const {
+    Texts names;
+    for (const std::string& addresses : clientAddresses())
+        names.insert(nameOf(addresses.substr(0, addresses.find(';'))));
+    return names;
+}
+
+Texts StationTexts::macAddresses(const Texts& addresses) const {
+    Texts found;
+    for (const simwin::ArpEntry& entry : m_station.network.arp) {
+        if (addresses.contains(entry.address))
+            found.insert(hexadecimal(entry.physical));
+    }
+    return found;
+}
+
+// The first adapter that tells its status: the next one when that fails.
+Texts StationTexts::adapterMacAddresses() const {
+    Texts found;
+    for (const simwin::Lana& lana : m_station.network.netbios) {
+        if (lana.address)
+            found.insert(hexadecimal(*lana.address));
+    }
+    return found;
+}
+
+Items StationTexts::roots(std::uint32_t driveType) const {
+    Items items;
+    for (const auto& [letter, drive] : m_station.drives) {
+        if (drive.type == driveType)
+            items.push_back({std::string(1, letter) + ":\\"});
+    }
+    return items;
+}
+
+// Label and file system are asked for twice: one failure leaves them as they are.
+Items StationTexts::fixedDrives() const {
+    Items items;
+    for (const auto& [letter, drive] : m_station.drives) {
+        if (drive.type != kFixed)
+            continue;
+        const std::string label = drive.label.value_or("");
+        const std::string name = letter + (label.empty() ? label : "(" + label + ")");
+        Texts texts;
+        for (const std::string& size : sizes(m_station, drive))
+            texts.insert(name + ":(" + drive.fileSystem.value_or("") + ":" + size);
+        items.push_back(texts);
+    }
+    return items;
 }
 
 }  // namespace kvtest

@@ -1,28 +1,83 @@
-// Every text that a described station can give, by what it is: whatever a collection puts into the record is made of
-// them and of the module's own fixed texts.
+// What each field of the record takes from a described station, by the sources that the field has: those that it has
+// undisturbed, and those that it falls back to when a source fails.
 #pragma once
 
-#include <set>
+#include <optional>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include "simwin/Station.h"
+#include "tests/faults/DescribedRegistry.h"
+#include "tests/faults/TextLists.h"
 
 namespace kvtest {
 
-struct StationTexts {
-    explicit StationTexts(const simwin::Station& station);
+class StationTexts {
+  public:
+    explicit StationTexts(const simwin::Station& station);  // which must outlive it
 
-    std::set<std::string> registry;      // names of keys and values, values as the module reads them; their ";" parts
-    std::set<std::string> names;         // of the computer and of the client device, also in upper case
-    std::set<std::string> users;         // in each form that there is, also in upper case
-    std::set<std::string> addresses;     // of the station, the client and the server
-    std::set<std::string> dnsNames;      // an address without a name is its own
-    std::set<std::string> macAddresses;  // in hexadecimal digits
-    // Described as in the record, such as "C(SYSTEM):(NTFS:8189 MB 37% free) ", with and without the label and the file
-    // system; a size that cannot be read is 0, and its percentage that of a division by 0.
-    std::set<std::string> fixedDrives;
+    // A client's name in the environment: the station is a session, unless a failure hides that.
+    bool hasClient() const { return !variable("CLIENTNAME").empty(); }
+    std::string variable(std::string_view name) const;  // empty when it is not set
+
+    // Users and names.
+    Texts userNames() const;
+    Texts windowsUsers() const;
+    Texts accounts() const;
+    Texts clientNames() const;
+    Texts sessionClientNames() const;
+
+    // Addresses: the station's own are the server's in a session.
+    Texts ownAddresses() const;
+    Texts clientAddresses() const;
+    Texts chosenAddresses() const;  // for a remote client, by the administrator
+    Texts ownDnsNames() const;
+    Texts clientDnsNames() const;
+    Texts macAddresses(const Texts& addresses) const;  // by ARP
+    Texts adapterMacAddresses() const;                 // by NetBIOS
+
+    // The network's registry. Where a list has another key to be looked for in, that is a list of its own.
+    std::vector<Items> subnetMasks() const;
+    std::vector<Items> defaultGateways() const;
+    Items protocols() const;
+    Items providers() const;
+    Items networkAdapters() const;
+    Items networkDrivers() const;
+    Items mailClients() const;
+    Texts citrixProducts() const;
+    Texts terminalServers() const;
+
+    // Hardware.
+    Texts systemIdentifiers() const;
+    Texts biosVersions() const;
+    Texts biosDates() const;
+    Texts keyboards() const;
+    Items processors() const;
+    Texts processorTypes() const;
+    Items devices(std::string_view kind) const;  // "disk", "cdrom", "tape", "other"
+    Items printers() const;
+    Items roots(std::uint32_t driveType) const;
+    Items fixedDrives() const;
+    Texts monitors() const;
+    Texts videoAdapters() const;
+    Items displayAdapters() const;
+
+  private:
+    bool isWindows9x() const { return platform() == 1; }
+    bool isWindowsNT() const { return platform() == 2; }
+    std::uint32_t platform() const;
+    bool isPrincipalWanted() const;
+    std::vector<Items> adapterSettings(const char* value, const char* value9x) const;
+    Items transportSettings(const char* value) const;
+    std::vector<std::string> providerServices() const;
+    std::optional<std::string> boundDevice(const std::string& binding) const;
+    std::vector<DescribedRegistry::KeyId> networkDevices() const;
+    Texts biosValues(const char* value) const;
+    std::string nameOf(const std::string& address) const;
+
+    const simwin::Station& m_station;
+    const DescribedRegistry m_registry;
 };
-
-std::string upperCase(std::string text);
 
 }  // namespace kvtest
