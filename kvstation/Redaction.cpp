@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "kvstation/FieldTable.h"
+#include "kvstation/NamedParts.h"
 #include "kvstation/Sources.h"
 #include "kvstation/StandIns.h"
 #include "kvstation/Steps.h"
@@ -18,6 +19,8 @@ using simwin::OptionalText;
 using simwin::RegistryTree;
 using simwin::RegistryValue;
 using simwin::Station;
+
+constexpr std::size_t kIPv4Size = 4;
 
 // Variables and registry values that tell a name.
 constexpr std::string_view kSecretVariables[] = {"CLIENTNAME",  "COMPUTERNAME",  "KVRDPClientName", "KVUser",
@@ -38,23 +41,50 @@ constexpr std::string_view kSecretValues[] = {"AltDefaultDomainName",
 constexpr std::string_view kAddressValues[] = {"DefaultGateway", "DhcpIPAddress", "DhcpServer", "IPAddress",
                                                "NameServer"};
 
+// A program's version may look like an address; these places tell that it is one. The module takes its way by some
+// (the Citrix server's, the first digit of Netscape's) and shows others. A version that stands elsewhere, such as in
+// the name of a folder, is taken for an address: to the module it is a text like any.
+constexpr std::string_view kVersionInName = "version";  // of a registry value or a variable
+constexpr std::string_view kVersionVariables[] = {"KVTSBuildNo"};
+constexpr std::string_view kKeyOfVersions = "Netscape";  // the names of the keys below it
+
 // Words of Windows and of the product that the module or a program asks for; a name made of them stays in paths.
 constexpr std::string_view kCommonWords =
     "Windows Microsoft NT System System32 Software Program Files Version Service Pack Server Client Terminal "
     "unknown Citrix MetaFrame WinFrame Presentation Enterprise Internet Explorer Outlook Exchange Netscape Mozilla "
     "Firefox Opera HP LaserJet winspool keyboard display net DiskPeripheral DiskDrive CdRomPeripheral "
     "TapePeripheral nameuserprincipal com dll exe htmlfile ICA RDP wfica32 mstscax iexplore NTFS FAT FAT32 "
-    "REGISTRY Machine Logical Unit Id Default_Monitor LanmanWorkstation NetBT Tcpip Intel Pentium AMD";
+    "REGISTRY Machine Logical Unit Id Default_Monitor LanmanWorkstation NetBT Tcpip Intel Pentium AMD "
+    "iexplor iexplore netscp netscp6 Navigator Gold Auto Created Printer CDROM Monitor Parameters Linkage Clients Mail "
+    "DEVICEMAP VIDEO Scsi ESDI ISAPNP PCI Main CentralProcessor Classes Interfaces Adapters Components 0000 0001 "
+    "AttachedComponents Class DeviceDesc Driver DriverDesc Description Device Name Port PathToExe Bind Settings "
+    "HardwareInformation AdapterString Identifier MHz ProcessorNameString MachineType IPAddress IPMask SubNetMask TCP "
+    "DefaultGateway DefaultDomainName ProviderOrder ProductId ProductName ProductSuite ProductVersion RegisteredOwner "
+    "RegisteredOrganization BIOSDate BIOSVersion SystemBiosDate SystemBiosVersion VideoBiosDate VideoBiosVersion";
 
 template <class List>
 bool isAmong(const List& list, std::string_view name) {
     return std::ranges::any_of(list, [&](std::string_view one) { return simwin::equalNoCase(one, name); });
 }
 
-bool isSecretValue(std::string_view name) {
-    std::string lower(name);
+bool holdsNoCase(std::string_view text, std::string_view lowerPart) {
+    std::string lower(text);
     std::ranges::transform(lower, lower.begin(), [](char c) { return simwin::toLower(c); });
-    return isAmong(kSecretValues, name) || lower.find("serial") != std::string::npos;
+    return lower.find(lowerPart) != std::string::npos;
+}
+
+bool isSecretValue(std::string_view name) {
+    return isAmong(kSecretValues, name) || holdsNoCase(name, "serial");
+}
+TextPlace placeOfValue(std::string_view name) {
+    return holdsNoCase(name, kVersionInName) ? TextPlace::Version : TextPlace::Anywhere;
+}
+TextPlace placeOfVariable(std::string_view name) {
+    return isAmong(kVersionVariables, name) ? TextPlace::Version : placeOfValue(name);
+}
+bool isNumber(const RegistryValue& value) {
+    return value.type == static_cast<std::uint32_t>(simwin::RegistryType::DWord) ||
+           value.type == static_cast<std::uint32_t>(simwin::RegistryType::QWord);
 }
 
 std::set<std::string> vocabulary() {
@@ -71,6 +101,19 @@ std::set<std::string> vocabulary() {
     return words;
 }
 
+std::string narrowed(std::string_view wide) {
+    std::string text;
+    for (std::size_t i = 0; i < wide.size(); i += 2)
+        text += wide[i];
+    return text;
+}
+std::string widened(std::string_view text) {
+    std::string wide;
+    for (const char character : text)
+        wide += {character, '\0'};
+    return wide;
+}
+
 // Visits every key with its full path, parents first.
 template <class Visit>
 void eachKey(const RegistryTree& tree, KeyId key, Visit& visit) {
@@ -84,6 +127,50 @@ void eachKey(const RegistryTree& tree, Visit visit) {
     for (const simwin::Hive hive : {simwin::Hive::LocalMachine, simwin::Hive::CurrentUser, simwin::Hive::Users,
                                     simwin::Hive::CurrentConfig, simwin::Hive::DynData, simwin::Hive::PerformanceData})
         eachKey(tree, tree.root(hive), visit);
+}
+
+// Calls replace(text, place) for the names of a key's path, which take the place of the old ones. The hive's stays.
+template <class Replace>
+std::string replacePath(std::string_view path, Replace replace) {
+    std::string made;
+    auto place = TextPlace::Anywhere;
+    for (std::size_t from = 0; from <= path.size();) {
+        const std::size_t end = std::min(path.find('\\', from), path.size());
+        const std::string_view name = path.substr(from, end - from);
+        made += from == 0 ? std::string(name) : "\\" + replace(name, place);
+        if (simwin::equalNoCase(name, kKeyOfVersions))
+            place = TextPlace::Version;
+        from = end + 1;
+    }
+    return made;
+}
+
+// The wide texts in binary data: at least three characters of one byte and a NUL each, at even or at odd places. Calls
+// replace(text) for each, which gives one of the same length.
+template <class Replace>
+void replaceWide(std::string& bytes, Replace replace) {
+    constexpr std::size_t kShortest = 3;
+    for (std::size_t start : {0, 1}) {
+        while (start + 1 < bytes.size()) {
+            std::string text;
+            for (std::size_t i = start; i + 1 < bytes.size() && bytes[i] != '\0' && bytes[i + 1] == '\0'; i += 2)
+                text += bytes[i];
+            if (text.size() >= kShortest) {
+                text = replace(text);
+                for (std::size_t i = 0; i < text.size(); ++i)
+                    bytes[start + 2 * i] = text[i];
+            }
+            start += 2 * text.size() + 2;
+        }
+    }
+}
+
+// Whether it is wide text as a whole, its NULs included.
+bool isWide(std::string_view bytes) {
+    for (std::size_t i = 1; i < bytes.size(); i += 2)
+        if (bytes[i] != '\0')
+            return false;
+    return bytes.size() % 2 == 0 && bytes.size() >= 4;
 }
 
 // Windows calls the session at the machine itself so: nobody's name, and it tells why a station passes for a session.
@@ -105,6 +192,7 @@ class Redactor {
         findNames();
         findAddresses();
         findInRegistry();
+        findInTexts();
     }
 
     Station redact() {
@@ -116,13 +204,13 @@ class Redactor {
     }
 
   private:
-    void addWords(const OptionalText& text) {
+    void addName(const OptionalText& text) {
         if (text)
-            m_standIns.addWords(*text);
+            m_standIns.addName(*text);
     }
-    void addWords(const std::optional<simwin::CompanionText>& text) {
+    void addName(const std::optional<simwin::CompanionText>& text) {
         if (text)
-            m_standIns.addWords(text->text);
+            m_standIns.addName(text->text);
     }
     void whole(OptionalText& text) {
         if (text)
@@ -135,41 +223,36 @@ class Redactor {
 
     void findNames() {
         for (const OptionalText* text : namesOf(m_station))
-            addWords(*text);
-        addWords(m_station.session.clientName);
-        addWords(m_station.session.domain);
+            addName(*text);
+        addName(m_station.session.clientName);
+        addName(m_station.session.domain);
         if (m_station.citrix)
-            addWords(m_station.citrix->clientName);
+            addName(m_station.citrix->clientName);
         for (const simwin::Variable& variable : m_station.environment)
             if (isName(variable))
-                m_standIns.addWords(variable.value);
+                m_standIns.addName(variable.value);
         for (const simwin::Host& host : m_station.network.hosts)
-            m_standIns.addWords(host.name + " " + host.hostName);
+            m_standIns.addName(host.name + " " + host.hostName);
         // An address without a name of its own may stand here by itself.
         for (const simwin::ReverseEntry& entry : m_station.network.addresses)
             if (!simwin::parseDotted(entry.name))
-                m_standIns.addWords(entry.name);
+                m_standIns.addName(entry.name);
     }
 
-    // All addresses in a text, wherever they stand in it.
+    // All addresses in a text that tells addresses.
     void addAddresses(std::string_view text) {
-        std::string run;
-        for (std::size_t i = 0; i <= text.size(); ++i) {
-            const char character = i < text.size() ? text[i] : '\0';
-            if ((character >= '0' && character <= '9') || character == '.') {
-                run += character;
-            } else {
-                m_standIns.addAddress(run);
-                run.clear();
-            }
-        }
+        for (const NamedPart& part : namedPartsOf(text))
+            if (part.kind == PartKind::Address || part.kind == PartKind::ServerAddress)
+                m_standIns.addAddress(part.text);
     }
 
     void findAddresses() {
         for (const simwin::Host& host : m_station.network.hosts)
             for (const std::string& address : host.addresses)
-                if (address.size() == 4)
+                if (address.size() == kIPv4Size)
                     m_standIns.addAddress(simwin::dotted(address));
+                else
+                    m_standIns.addPhysical(address);
         for (const simwin::ReverseEntry& entry : m_station.network.addresses)
             addAddresses(entry.address + " " + entry.name);
         for (const simwin::ArpEntry& entry : m_station.network.arp) {
@@ -189,14 +272,60 @@ class Redactor {
     void findInRegistry() {
         const RegistryTree& tree = m_station.registry;
         eachKey(tree, [&](KeyId key) {
+            learnPath(tree.path(key));
             for (std::size_t i = 0; const RegistryValue* value = tree.value(key, i); ++i) {
-                if (isSecretValue(value->name) &&
-                    value->type != static_cast<std::uint32_t>(simwin::RegistryType::DWord))
-                    m_standIns.addWords(value->bytes);
-                if (isAmong(kAddressValues, value->name))
-                    addAddresses(value->bytes);
+                m_standIns.learn(value->name);
+                if (!isNumber(*value))
+                    findInValue(*value);
             }
         });
+    }
+
+    void findInValue(const RegistryValue& value) {
+        if (isAmong(kAddressValues, value.name))
+            addAddresses(value.bytes);
+        if (isSecretValue(value.name)) {
+            m_standIns.addName(isWide(value.bytes) ? narrowed(value.bytes) : value.bytes);
+            return;
+        }
+        const TextPlace place = placeOfValue(value.name);
+        m_standIns.learn(value.bytes, place);
+        std::string bytes = value.bytes;
+        replaceWide(bytes, [&](const std::string& text) {
+            m_standIns.learn(text, place);
+            return text;
+        });
+    }
+
+    void learnPath(const std::string& path) {
+        replacePath(path, [&](std::string_view name, TextPlace place) {
+            m_standIns.learn(name, place);
+            return std::string();
+        });
+    }
+
+    // Calls visit(text, place) for every text that may hold names and addresses among others.
+    template <class Visit>
+    void eachText(Visit visit) {
+        visit(m_station.description, TextPlace::Anywhere);
+        for (simwin::Variable& variable : m_station.environment)
+            if (!isName(variable))
+                visit(variable.value, placeOfVariable(variable.name));
+        for (simwin::File& file : m_station.files)
+            visit(file.path, TextPlace::Anywhere);
+        for (simwin::ProfileEntry& entry : m_station.profile)
+            visit(entry.value, TextPlace::Anywhere);
+        for (auto& [letter, drive] : m_station.drives)
+            if (drive.label)
+                visit(*drive.label, TextPlace::Anywhere);
+        if (m_station.session.clientAddress)
+            visit(m_station.session.clientAddress->text, TextPlace::Anywhere);
+    }
+
+    void findInTexts() {
+        eachText([&](const std::string& text, TextPlace place) { m_standIns.learn(text, place); });
+        for (const std::string& key : m_station.deniedKeys)
+            learnPath(key);
     }
 
     void redactNames() {
@@ -206,8 +335,6 @@ class Redactor {
         whole(m_station.session.domain);
         if (m_station.citrix)
             whole(m_station.citrix->clientName);
-        if (m_station.session.clientAddress)
-            m_station.session.clientAddress->text = m_standIns.inside(m_station.session.clientAddress->text);
     }
 
     void redactNetwork() {
@@ -215,8 +342,9 @@ class Redactor {
             host.hostName = m_standIns.whole(host.hostName);
             host.name = m_standIns.whole(host.name);
             for (std::string& address : host.addresses)
-                if (address.size() == 4)
-                    address = *simwin::parseDotted(m_standIns.address(simwin::dotted(address)));
+                address = address.size() == kIPv4Size
+                              ? *simwin::parseDotted(m_standIns.address(simwin::dotted(address)))
+                              : m_standIns.physical(address);
         }
         for (simwin::ReverseEntry& entry : m_station.network.addresses) {
             entry.address = m_standIns.address(entry.address);
@@ -231,53 +359,38 @@ class Redactor {
     }
 
     void redactTexts() {
-        m_station.description = m_standIns.inside(m_station.description);
         for (simwin::Variable& variable : m_station.environment)
-            variable.value = isName(variable) ? m_standIns.whole(variable.value) : m_standIns.inside(variable.value);
-        for (simwin::File& file : m_station.files)
-            file.path = m_standIns.inside(file.path);
-        for (simwin::ProfileEntry& entry : m_station.profile)
-            entry.value = m_standIns.inside(entry.value);
-        for (auto& [letter, drive] : m_station.drives) {
+            if (isName(variable))
+                variable.value = m_standIns.whole(variable.value);
+        eachText([&](std::string& text, TextPlace place) { text = m_standIns.inside(text, place); });
+        for (auto& [letter, drive] : m_station.drives)
             drive.serial = m_standIns.number(drive.serial);
-            if (drive.label)
-                drive.label = m_standIns.inside(*drive.label);
-        }
         for (std::string& key : m_station.deniedKeys)
-            key = m_standIns.inside(key);
+            key = redactPath(key);
     }
 
-    // Binary values may hold wide text, as an adapter's description does.
+    std::string redactPath(const std::string& path) {
+        return replacePath(path,
+                           [&](std::string_view name, TextPlace place) { return m_standIns.inside(name, place); });
+    }
+
     std::string redactBytes(const RegistryValue& value) {
-        switch (static_cast<simwin::RegistryType>(value.type)) {
-            case simwin::RegistryType::DWord:
-            case simwin::RegistryType::QWord:
-                return value.bytes;
-            default:
-                break;
-        }
-        std::string narrow;
-        bool isWide = value.bytes.size() % 2 == 0 && value.bytes.size() >= 4;
-        for (std::size_t i = 1; isWide && i < value.bytes.size(); i += 2) {
-            isWide = value.bytes[i] == '\0';
-            narrow += value.bytes[i - 1];
-        }
-        if (!isWide)
-            return isSecretValue(value.name) ? m_standIns.whole(value.bytes) : m_standIns.inside(value.bytes);
-        std::string wide;
-        for (const char character : m_standIns.inside(narrow))
-            wide += {character, '\0'};
-        return wide;
+        if (isNumber(value))
+            return value.bytes;
+        if (isSecretValue(value.name))
+            return isWide(value.bytes) ? widened(m_standIns.whole(narrowed(value.bytes)))
+                                       : m_standIns.whole(value.bytes);
+        const TextPlace place = placeOfValue(value.name);
+        std::string bytes = m_standIns.inside(m_standIns.physicalInside(value.bytes), place);
+        replaceWide(bytes, [&](const std::string& text) { return m_standIns.inside(text, place); });
+        return bytes;
     }
 
     void redactRegistry() {
         const RegistryTree old = std::move(m_station.registry);
         m_station.registry = RegistryTree();
         eachKey(old, [&](KeyId key) {
-            const std::string path = old.path(key);
-            const std::size_t hive = path.find('\\');
-            const std::string made =
-                hive == std::string::npos ? path : path.substr(0, hive) + m_standIns.inside(path.substr(hive));
+            const std::string made = redactPath(old.path(key));
             m_station.registry.create(made);
             for (std::size_t i = 0; const RegistryValue* value = old.value(key, i); ++i)
                 m_station.registry.set(made, {m_standIns.inside(value->name), value->type, redactBytes(*value)});

@@ -1,8 +1,8 @@
 #include "kvstation/StandIns.h"
 
 #include <algorithm>
-#include <vector>
 
+#include "kvstation/NamedParts.h"
 #include "simwin/Address.h"
 #include "simwin/CodePage.h"
 
@@ -11,18 +11,25 @@ namespace {
 
 constexpr std::size_t kShortestWord = 3;     // shorter ones are replaced in their own texts alone
 constexpr std::size_t kShortestInside = 5;   // from here on also inside longer words
+constexpr std::size_t kShortestNumber = 5;   // shorter ones stay where what they were joined to is missing
+constexpr std::size_t kShortestJoined = 4;   // PC-1
 constexpr std::size_t kShortNameLength = 6;  // of DHINRI~1
+constexpr std::size_t kPhysicalSize = 6;
+constexpr std::string_view kDigits = "0123456789";
+constexpr std::string_view kLetters = "abcdefghijklmnopqrstuvwxyz";
 constexpr std::string_view kAccented = "\xE0\xE4\xE8\xE9\xF6\xFC";
 
-bool isDigit(char character) {
-    return character >= '0' && character <= '9';
-}
 bool isLetter(char character) {
-    return (character >= 'a' && character <= 'z') || (character >= 'A' && character <= 'Z') ||
-           static_cast<unsigned char>(character) >= 0xC0;
+    return isWordCharacter(character) && !isDigit(character);
 }
-bool isWord(char character) {
-    return isDigit(character) || isLetter(character);
+bool isUpper(char character) {
+    return isLetter(character) && simwin::toLower(character) != character;
+}
+bool isLower(char character) {
+    return isLetter(character) && !isUpper(character);
+}
+bool isNumber(std::string_view word) {
+    return std::ranges::all_of(word, isDigit);
 }
 
 std::string lower(std::string_view text) {
@@ -31,16 +38,18 @@ std::string lower(std::string_view text) {
     return result;
 }
 
-// The stand-in in the letter case of the text whose place it takes.
+// The stand-in in the letter case of the text whose place it takes. A letter that stands for a digit, as in a physical
+// address, follows the others.
 std::string inCaseOf(std::string_view original, std::string_view standIn) {
+    const bool isCapital = std::ranges::any_of(original, isUpper) && std::ranges::none_of(original, isLower);
     std::string result(standIn);
     for (std::size_t i = 0; i < result.size() && i < original.size(); ++i)
-        if (isLetter(original[i]) && simwin::toLower(original[i]) != original[i])
+        if (isLetter(original[i]) ? isUpper(original[i]) : isCapital)
             result[i] = simwin::toUpper(result[i]);
     return result;
 }
 
-// Calls visit(run, isWord) for the runs of a text in their order.
+// Calls visit(run, isRun, rest) for the runs of a text in their order.
 template <class Visit>
 void eachRun(std::string_view text, bool (*belongs)(char), Visit&& visit) {
     while (!text.empty()) {
@@ -52,12 +61,36 @@ void eachRun(std::string_view text, bool (*belongs)(char), Visit&& visit) {
     }
 }
 
-bool isDotted(char character) {
-    return isDigit(character) || character == '.';
+// Ones, then zeros: masks of every length, as 255.255.252.0 and 0.0.0.0.
+bool isMask(std::string_view fourBytes) {
+    std::uint32_t bits = 0;
+    for (const char byte : fourBytes)
+        bits = bits << 8 | static_cast<unsigned char>(byte);
+    return (~bits & (~bits + 1)) == 0;
 }
 
 bool isNobodys(std::string_view address) {
-    return address == "0.0.0.0" || address == "127.0.0.1" || address.starts_with("255.");
+    const std::optional<std::string> bytes = simwin::parseDotted(address);
+    return !bytes || isMask(*bytes) || bytes->front() == '\xFF' || *bytes == std::string("\x7F\0\0\1", 4);
+}
+
+bool isNobodysPhysical(std::string_view bytes) {
+    return std::ranges::all_of(bytes, [](char byte) { return byte == '\0'; }) ||
+           std::ranges::all_of(bytes, [](char byte) { return byte == '\xFF'; });
+}
+
+// The next word of the same form, as a counter goes on: az becomes ba, and the last one the first.
+std::string following(std::string word) {
+    for (std::size_t i = word.size(); i-- > 0;) {
+        const std::string_view all = isDigit(word[i])                              ? kDigits
+                                     : static_cast<unsigned char>(word[i]) >= 0xC0 ? kAccented
+                                                                                   : kLetters;
+        const std::size_t place = all.find(word[i]) + 1;
+        word[i] = all[place % all.size()];
+        if (place != all.size())
+            break;
+    }
+    return word;
 }
 
 std::string hexOf(std::string_view bytes) {
@@ -70,11 +103,23 @@ std::string hexOf(std::string_view bytes) {
     return text;
 }
 
+// Of pairs with one character between them.
+std::string bytesOfPairs(std::string_view pairs) {
+    std::string bytes;
+    const auto valueOf = [&](std::size_t place) {
+        const char digit = simwin::toLower(pairs[place]);
+        return isDigit(digit) ? digit - '0' : digit - 'a' + 10;
+    };
+    for (std::size_t i = 0; i + 1 < pairs.size(); i += 3)
+        bytes += static_cast<char>(static_cast<unsigned char>(valueOf(i) * 16 + valueOf(i + 1)));
+    return bytes;
+}
+
 }  // namespace
 
 std::set<std::string> wordsOf(std::string_view text) {
     std::set<std::string> words;
-    eachRun(text, isWord, [&](std::string_view run, bool isRun, std::string_view) {
+    eachRun(text, isWordCharacter, [&](std::string_view run, bool isRun, std::string_view) {
         if (isRun)
             words.insert(lower(run));
     });
@@ -91,124 +136,271 @@ std::string StandIns::make(std::string_view word) {
     std::string result;
     for (const char character : word)
         if (isDigit(character))
-            result += static_cast<char>('0' + next(10));
+            result += kDigits[next(kDigits.size())];
         else if (static_cast<unsigned char>(character) >= 0xC0)
             result += kAccented[next(kAccented.size())];
         else
-            result += static_cast<char>('a' + next(26));
+            result += kLetters[next(kLetters.size())];
     return result;
 }
 
+// Two words never share a stand-in, or two printers would become one. Of one digit there are ten: where the others are
+// used up, a word stands for itself.
 const std::string& StandIns::standInFor(const std::string& lowerWord) {
     const auto known = m_words.find(lowerWord);
     if (known != m_words.end())
-        return known->second;
-    const auto isTaken = [&](const std::string& word) {
-        return word == lowerWord || m_vocabulary.contains(word) ||
-               std::ranges::any_of(m_words, [&](const auto& other) { return other.second == word; });
+        return known->second.standIn;
+    const auto isFree = [&](const std::string& word) {
+        return word != lowerWord && !m_made.contains(word) &&
+               (word.size() < kShortestWord || !m_vocabulary.contains(word));
     };
-    std::string made = make(lowerWord);
-    for (int tries = 0; tries < 100 && isTaken(made); ++tries)
-        made = make(lowerWord);
-    return m_words.emplace(lowerWord, made).first->second;
+    const std::string first = make(lowerWord);
+    std::string made = first;
+    while (!isFree(made)) {
+        made = following(made);
+        if (made == first) {
+            made = lowerWord;
+            break;
+        }
+    }
+    m_made.insert(made);
+    const bool isShortNumber = isNumber(lowerWord) && lowerWord.size() < kShortestNumber;
+    return m_words.emplace(lowerWord, Word{made, !isShortNumber}).first->second.standIn;
 }
 
-void StandIns::addWords(std::string_view text) {
-    for (const std::string& word : wordsOf(text))
+void StandIns::addName(std::string_view text) {
+    eachRun(text, isNameCharacter, [&](std::string_view run, bool isRun, std::string_view) {
+        if (isRun)
+            addJoined(run);
+    });
+}
+
+void StandIns::addJoined(std::string_view joined) {
+    while (!joined.empty() && !isWordCharacter(joined.front()))
+        joined.remove_prefix(1);
+    while (!joined.empty() && !isWordCharacter(joined.back()))
+        joined.remove_suffix(1);
+    const std::set<std::string> words = wordsOf(joined);
+    for (const std::string& word : words)
         standInFor(word);
+    if (std::ranges::all_of(joined, isWordCharacter)) {
+        if (!joined.empty())
+            m_words.at(lower(joined)).standsAlone = true;
+        return;
+    }
+    const auto isCommon = [&](const std::string& word) { return m_vocabulary.contains(word); };
+    const std::string key = lower(joined);
+    if (key.size() < kShortestJoined || std::ranges::all_of(words, isCommon) ||
+        std::ranges::find(m_joined, key) != m_joined.end())
+        return;
+    const auto place =
+        std::ranges::find_if(m_joined, [&](const std::string& other) { return other.size() < key.size(); });
+    m_joined.insert(place, key);
+}
+
+void StandIns::learn(std::string_view text, TextPlace place) {
+    for (const NamedPart& part : namedPartsOf(text)) {
+        if (part.kind == PartKind::Computer || part.kind == PartKind::User)
+            addName(part.text);
+        else if (part.kind == PartKind::ServerAddress)
+            addAddress(part.text);
+        else if (part.kind == PartKind::Physical)
+            addPhysical(bytesOfPairs(part.text));
+        else if (part.kind == PartKind::Address && place == TextPlace::Anywhere)
+            noteAddress(part.text, false);
+    }
 }
 
 std::string StandIns::whole(std::string_view text) {
     std::string result;
-    eachRun(text, isWord, [&](std::string_view run, bool isRun, std::string_view) {
+    eachRun(text, isWordCharacter, [&](std::string_view run, bool isRun, std::string_view) {
         result += isRun ? inCaseOf(run, standInFor(lower(run))) : std::string(run);
     });
     return result;
 }
 
-std::string StandIns::replaceWord(std::string_view word, bool isShortName) const {
+std::string StandIns::knownWords(std::string_view text) const {
+    std::string result;
+    eachRun(text, isWordCharacter, [&](std::string_view run, bool isRun, std::string_view) {
+        const auto known = isRun ? m_words.find(lower(run)) : m_words.end();
+        result += known != m_words.end() ? inCaseOf(run, known->second.standIn) : std::string(run);
+    });
+    return result;
+}
+
+bool StandIns::isUsable(const std::string& secret, TextPlace place) const {
+    const auto known = m_words.find(secret);
+    return secret.size() >= kShortestWord && !m_vocabulary.contains(secret) && known != m_words.end() &&
+           known->second.standsAlone && (place == TextPlace::Anywhere || !isNumber(secret));
+}
+
+std::string StandIns::replaceWord(std::string_view word, bool isShortName, TextPlace place) const {
     const std::string key = lower(word);
-    const auto usable = [&](const std::string& secret) {
-        return secret.size() >= kShortestWord && !m_vocabulary.contains(secret);
-    };
     if (m_vocabulary.contains(key))
         return std::string(word);
-    if (const auto known = m_words.find(key); known != m_words.end() && usable(key))
-        return inCaseOf(word, known->second);
-    std::vector<std::pair<std::string_view, std::string_view>> longest(m_words.begin(), m_words.end());
-    std::ranges::stable_sort(longest, [](const auto& a, const auto& b) { return a.first.size() > b.first.size(); });
+    if (isUsable(key, place))
+        return inCaseOf(word, m_words.at(key).standIn);
+    std::vector<std::string_view> longest;
+    for (const auto& [secret, standIn] : m_words)
+        if (secret.size() >= kShortestInside && (secret.size() < key.size() || isShortName) && isUsable(secret, place))
+            longest.push_back(secret);
+    std::ranges::stable_sort(longest, [](auto a, auto b) { return a.size() > b.size(); });
     std::string result(word);
-    for (const auto& [secret, standIn] : longest) {
-        if (!usable(std::string(secret)))
-            continue;
+    std::string left = key;  // what is replaced becomes NULs
+    for (const std::string_view secret : longest) {
+        const std::string& standIn = m_words.at(std::string(secret)).standIn;
         if (isShortName && key.size() == kShortNameLength && secret.starts_with(key))
             return inCaseOf(word, standIn.substr(0, kShortNameLength));
-        const std::size_t place = secret.size() >= kShortestInside ? key.find(secret) : std::string::npos;
-        if (place != std::string::npos && result.substr(place, secret.size()) == word.substr(place, secret.size()))
-            result.replace(place, secret.size(), inCaseOf(word.substr(place, secret.size()), standIn));
+        for (std::size_t i = left.find(secret); i != std::string::npos; i = left.find(secret)) {
+            result.replace(i, secret.size(), inCaseOf(word.substr(i, secret.size()), standIn));
+            left.replace(i, secret.size(), secret.size(), '\0');
+        }
     }
     return result;
 }
 
-std::string StandIns::inside(std::string_view text) const {
-    std::string withAddresses;
-    eachRun(text, isDotted, [&](std::string_view run, bool isRun, std::string_view) {
-        withAddresses += isRun ? address(run) : std::string(run);
-    });
+// The longest joined name that stands here, or nothing.
+std::string_view StandIns::joinedAt(std::string_view text, std::size_t place) const {
+    for (const std::string& joined : m_joined) {
+        const std::string_view here = text.substr(place, joined.size());
+        const bool goesOn = place + here.size() < text.size() && isWordCharacter(text[place + here.size()]);
+        if (!goesOn && simwin::equalNoCase(here, joined))
+            return here;
+    }
+    return {};
+}
+
+std::string StandIns::replaceText(std::string_view text, TextPlace place) const {
     std::string result;
-    eachRun(withAddresses, isWord, [&](std::string_view run, bool isRun, std::string_view rest) {
-        result += isRun ? replaceWord(run, rest.starts_with('~')) : std::string(run);
-    });
+    for (std::size_t i = 0; i < text.size();) {
+        if (!isWordCharacter(text[i])) {
+            result += text[i++];
+            continue;
+        }
+        const std::string_view joined = joinedAt(text, i);
+        if (!joined.empty()) {
+            result += knownWords(joined);
+            i += joined.size();
+            continue;
+        }
+        const auto end = std::find_if_not(text.begin() + static_cast<std::ptrdiff_t>(i), text.end(), isWordCharacter);
+        const std::string_view word = text.substr(i, static_cast<std::size_t>(end - text.begin()) - i);
+        result += replaceWord(word, end != text.end() && *end == '~', place);
+        i += word.size();
+    }
+    return result;
+}
+
+std::string StandIns::replacePhysical(std::string_view text) const {
+    const std::string digits = hexOf(physical(bytesOfPairs(text)));
+    std::string result(text);
+    for (std::size_t i = 0; i < result.size(); ++i)
+        if (i % 3 != 2)
+            result[i] = digits[i / 3 * 2 + i % 3];
+    return inCaseOf(text, result);
+}
+
+std::string StandIns::inside(std::string_view text, TextPlace place) const {
+    std::string result;
+    for (const NamedPart& part : namedPartsOf(text)) {
+        switch (part.kind) {
+            case PartKind::Text:
+                result += replaceText(part.text, place);
+                break;
+            case PartKind::Computer:
+            case PartKind::User:
+                result += knownWords(part.text);
+                break;
+            case PartKind::Physical:
+                result += replacePhysical(part.text);
+                break;
+            case PartKind::ServerAddress:
+            case PartKind::Address: {
+                const auto known = m_addresses.find(std::string(part.text));
+                const bool stays = place == TextPlace::Version && known != m_addresses.end() &&
+                                   part.kind == PartKind::Address && !known->second.isCertain;
+                result += stays ? std::string(part.text) : address(part.text);
+                break;
+            }
+        }
+    }
     return result;
 }
 
 // An octet keeps its number of digits and whether it ends in 0, because what contains "0.0.0.0" is no address to the
 // module.
-void StandIns::addAddress(std::string_view dotted) {
-    if (!simwin::parseDotted(dotted) || isNobodys(dotted) || m_addresses.contains(std::string(dotted)))
-        return;
-    const auto isTaken = [&](const std::string& made) {
-        return made == dotted ||
-               std::ranges::any_of(m_addresses, [&](const auto& other) { return other.second == made; });
-    };
+std::string StandIns::makeAddress(std::string_view dotted) {
     std::string made;
-    do {
-        made.clear();
-        eachRun(dotted, isDigit, [&](std::string_view octet, bool isRun, std::string_view) {
-            if (!isRun || octet == "0") {
-                made += octet;
-                return;
-            }
-            const bool isRound = octet.ends_with('0');
-            const unsigned last = isRound ? 0 : 1 + next(9);
-            if (octet.size() == 1)
-                made += std::to_string(last);
-            else
-                made += std::to_string((octet.size() == 2 ? 1 + next(9) : 10 + next(14)) * 10 + last);
-        });
-    } while (isTaken(made));
-    m_addresses.emplace(dotted, made);
+    eachRun(dotted, isDigit, [&](std::string_view octet, bool isRun, std::string_view) {
+        if (!isRun || octet == "0") {
+            made += octet;
+            return;
+        }
+        unsigned number = octet.ends_with('0') ? 0 : 1 + next(9);
+        if (octet.size() > 1)
+            number += (octet.size() == 2 ? 1 + next(9) : 10 + next(14)) * 10;
+        const std::string digits = std::to_string(number);
+        made += std::string(octet.size() - digits.size(), '0') + digits;  // 0010 has four
+    });
+    return made;
+}
+
+void StandIns::addAddress(std::string_view dotted) {
+    noteAddress(dotted, true);
+}
+
+// Of 10.0.0.0 there are nine of the same form: where they are used up, one stands for two.
+void StandIns::noteAddress(std::string_view dotted, bool isCertain) {
+    if (isNobodys(dotted))
+        return;
+    if (const auto known = m_addresses.find(std::string(dotted)); known != m_addresses.end()) {
+        known->second.isCertain = known->second.isCertain || isCertain;
+        return;
+    }
+    const auto isTaken = [&](const std::string& made) {
+        return std::ranges::any_of(m_addresses, [&](const auto& other) { return other.second.standIn == made; });
+    };
+    std::string made = makeAddress(dotted);
+    for (int tries = 0; made == dotted || isNobodys(made) || (tries < 100 && isTaken(made)); ++tries)
+        made = makeAddress(dotted);
+    m_addresses.emplace(dotted, Address{made, isCertain});
 }
 
 std::string StandIns::address(std::string_view dotted) const {
     const auto found = m_addresses.find(std::string(dotted));
-    return found != m_addresses.end() ? found->second : std::string(dotted);
+    return found != m_addresses.end() ? found->second.standIn : std::string(dotted);
 }
 
 // Written as digits it is a word like any other.
 void StandIns::addPhysical(std::string_view bytes) {
+    if (isNobodysPhysical(bytes))
+        return;
     const auto [place, isNew] = m_physical.emplace(bytes, "");
     if (!isNew)
         return;
-    for (std::size_t i = 0; i < bytes.size(); ++i)
-        place->second += static_cast<char>(static_cast<unsigned char>(next(256)));
-    if (bytes.size() >= 4)
-        m_words.insert_or_assign(hexOf(bytes), hexOf(place->second));
+    do {
+        place->second.clear();
+        for (std::size_t i = 0; i < bytes.size(); ++i)
+            place->second += static_cast<char>(static_cast<unsigned char>(next(256)));
+    } while (place->second == bytes);
+    if (bytes.size() < 4)
+        return;
+    m_words.insert_or_assign(hexOf(bytes), Word{hexOf(place->second), true});
+    m_made.insert(hexOf(place->second));
 }
 
 std::string StandIns::physical(std::string_view bytes) const {
     const auto found = m_physical.find(std::string(bytes));
     return found != m_physical.end() ? found->second : std::string(bytes);
+}
+
+std::string StandIns::physicalInside(std::string_view data) const {
+    std::string result(data);
+    for (const auto& [bytes, standIn] : m_physical)
+        for (std::size_t i = data.find(bytes); bytes.size() >= kPhysicalSize && i != std::string_view::npos;
+             i = data.find(bytes, i + bytes.size()))
+            result.replace(i, bytes.size(), standIn);
+    return result;
 }
 
 std::uint32_t StandIns::number(std::uint32_t value) {

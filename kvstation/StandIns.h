@@ -7,41 +7,71 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace kvstation {
+
+// A program's version may look like an address, as Firefox 2.0.0.20 does, so the place decides: in a version only
+// addresses that are known for certain are replaced, and no word that is a number.
+enum class TextPlace { Anywhere, Version };
 
 class StandIns {
   public:
     // Words that stay wherever they stand but in a text that is secret as a whole: the module asks for them.
     explicit StandIns(std::set<std::string> vocabulary) : m_vocabulary(std::move(vocabulary)) {}
 
-    // Every word of the text is a secret from now on.
-    void addWords(std::string_view text);
-    // A dotted IPv4 address; 0.0.0.0, 127.0.0.1 and what begins with 255 are nobody's.
+    // Every word of the text is a secret from now on, and so is what "-", "_" and "." join: of PC-17, whose words are
+    // too short to look for, or too common, the whole is.
+    void addName(std::string_view text);
+    // A dotted IPv4 address for certain; 0.0.0.0, 127.0.0.1, masks and what begins with 255 are nobody's.
     void addAddress(std::string_view dotted);
-    // A physical address' bytes.
+    // A physical address' bytes; all bits clear or set are nobody's.
     void addPhysical(std::string_view bytes);
+    // The names and addresses that the text shows by its form.
+    void learn(std::string_view text, TextPlace place = TextPlace::Anywhere);
 
     // The text with all its words replaced.
     std::string whole(std::string_view text);
     // The text with the secrets in it replaced: whole words, long ones inside longer words too, in any letter case.
-    std::string inside(std::string_view text) const;
+    // Where the form shows a name, all its words that learn() met, the short and the common ones too.
+    std::string inside(std::string_view text, TextPlace place = TextPlace::Anywhere) const;
 
     std::string address(std::string_view dotted) const;
     std::string physical(std::string_view bytes) const;
+    // Binary data with the known physical addresses in it replaced as bytes.
+    std::string physicalInside(std::string_view data) const;
     // Another number of as many digits; 0 stays.
     std::uint32_t number(std::uint32_t value);
 
   private:
+    struct Word {
+        std::string standIn;
+        bool standsAlone;  // looked for by itself, not only within what it is joined to
+    };
+    struct Address {
+        std::string standIn;
+        bool isCertain;
+    };
+
     unsigned next(unsigned below);
     std::string make(std::string_view word);
+    std::string makeAddress(std::string_view dotted);
     const std::string& standInFor(const std::string& lowerWord);
-    std::string replaceWord(std::string_view word, bool isShortName) const;
+    void addJoined(std::string_view joined);
+    void noteAddress(std::string_view dotted, bool isCertain);
+    bool isUsable(const std::string& secret, TextPlace place) const;
+    std::string knownWords(std::string_view text) const;
+    std::string_view joinedAt(std::string_view text, std::size_t place) const;
+    std::string replaceText(std::string_view text, TextPlace place) const;
+    std::string replaceWord(std::string_view word, bool isShortName, TextPlace place) const;
+    std::string replacePhysical(std::string_view text) const;
 
     std::set<std::string> m_vocabulary;
-    std::map<std::string, std::string> m_words;      // in lower case
-    std::map<std::string, std::string> m_addresses;  // dotted
-    std::map<std::string, std::string> m_physical;   // bytes
+    std::map<std::string, Word> m_words;            // in lower case
+    std::set<std::string> m_made;                   // the stand-ins of words
+    std::vector<std::string> m_joined;              // in lower case, the longest first
+    std::map<std::string, Address> m_addresses;     // dotted
+    std::map<std::string, std::string> m_physical;  // bytes
     std::map<std::uint32_t, std::uint32_t> m_numbers;
     std::uint32_t m_state = 1;
 };
