@@ -163,6 +163,15 @@ Usages RunCycles(const char* what, const Cycle& cycle) {
     return usages;
 }
 
+void ExpectNothingLost(const Usages& usages) {
+    const auto& [before, after] = usages;
+    EXPECT_EQ(after.handles.all, before.handles.all);
+    EXPECT_EQ(after.heapBlocks, before.heapBlocks);
+    EXPECT_EQ(after.heapBytes, before.heapBytes);
+    EXPECT_LE(after.privateBytes, before.privateBytes + kHeapPiece);
+    EXPECT_EQ(after.freeTlsIndexes, before.freeTlsIndexes);
+}
+
 void LoadAndUnload() {
     const kvtest::StationModule module(kvtest::ReleaseFolder());
     ASSERT_TRUE(module.IsLoaded());
@@ -176,12 +185,7 @@ void LoadAndUnloadWindowsLibraries() {
 TEST(SoakTest, LoadAndUnloadLoseNoHandleNoHeapBlockAndNoThreadLocalIndex) {
     const WindowsLibraries held;
     ASSERT_TRUE(held.AreLoaded());
-    const auto [before, after] = RunCycles("loads and unloads of the real library", LoadAndUnload);
-    EXPECT_EQ(after.handles.all, before.handles.all);
-    EXPECT_EQ(after.heapBlocks, before.heapBlocks);
-    EXPECT_EQ(after.heapBytes, before.heapBytes);
-    EXPECT_LE(after.privateBytes, before.privateBytes + kHeapPiece);
-    EXPECT_EQ(after.freeTlsIndexes, before.freeTlsIndexes);
+    ExpectNothingLost(RunCycles("loads and unloads of the real library", LoadAndUnload));
 }
 
 // One call whose first text finds no memory.
@@ -196,11 +200,7 @@ void LoadThrowAndUnload() {
 TEST(SoakTest, LoadThrowAndUnloadLoseNoHandleNoHeapBlockAndNoThreadLocalIndex) {
     const WindowsLibraries held;
     ASSERT_TRUE(held.AreLoaded());
-    const auto [before, after] = RunCycles("loads, throws and unloads of the real library", LoadThrowAndUnload);
-    EXPECT_EQ(after.handles.all, before.handles.all);
-    EXPECT_EQ(after.heapBlocks, before.heapBlocks);
-    EXPECT_EQ(after.heapBytes, before.heapBytes);
-    EXPECT_EQ(after.freeTlsIndexes, before.freeTlsIndexes);
+    ExpectNothingLost(RunCycles("loads, throws and unloads of the real library", LoadThrowAndUnload));
 }
 
 // Each load of Wine's secur32.dll, with nothing of ours in the process, loses three heap blocks.
