@@ -39,9 +39,7 @@ Verb addExplain(CLI::App& tool) {
     addTimeLimit(*command, options->limit);
     return {command, "kvstation explain szMACAddress stations/metaframe-session",
             [options] { return explainField(*options); },
-            [options]() -> std::optional<std::chrono::seconds> {
-                return options->station.empty() ? std::optional(options->limit.duration()) : std::nullopt;
-            }};
+            [options] { return options->limit.unlessDescribed(options->station); }};
 }
 
 }  // namespace kvstation

@@ -12,9 +12,6 @@ constexpr std::size_t kFewestPairs = 6;
 constexpr std::size_t kMostPairs = 16;
 constexpr std::string_view kUncPrefix = "?\\UNC\\";  // of \\?\UNC\server\share
 
-bool isLetter(char character) {
-    return isWordCharacter(character) && !isDigit(character);
-}
 bool isHexDigit(char character) {
     return isDigit(character) || (character >= 'a' && character <= 'f') || (character >= 'A' && character <= 'F');
 }
@@ -189,6 +186,9 @@ bool isDigit(char character) {
 bool isWordCharacter(char character) {
     return isDigit(character) || (character >= 'a' && character <= 'z') || (character >= 'A' && character <= 'Z') ||
            static_cast<unsigned char>(character) >= 0xC0;
+}
+bool isLetter(char character) {
+    return isWordCharacter(character) && !isDigit(character);
 }
 bool isNameCharacter(char character) {
     return isWordCharacter(character) || character == '-' || character == '_' || character == '.';

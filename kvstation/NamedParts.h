@@ -28,5 +28,6 @@ bool isWordCharacter(char character);
 // What the name of a computer is made of: words, "-", "_" and ".".
 bool isNameCharacter(char character);
 bool isDigit(char character);
+bool isLetter(char character);
 
 }  // namespace kvstation

@@ -19,9 +19,6 @@ constexpr std::string_view kDigits = "0123456789";
 constexpr std::string_view kLetters = "abcdefghijklmnopqrstuvwxyz";
 constexpr std::string_view kAccented = "\xE0\xE4\xE8\xE9\xF6\xFC";
 
-bool isLetter(char character) {
-    return isWordCharacter(character) && !isDigit(character);
-}
 bool isUpper(char character) {
     return isLetter(character) && simwin::toLower(character) != character;
 }

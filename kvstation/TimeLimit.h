@@ -2,6 +2,8 @@
 #pragma once
 
 #include <chrono>
+#include <optional>
+#include <string>
 
 namespace CLI {
 class App;
@@ -13,6 +15,10 @@ struct TimeLimit {
     unsigned seconds = 60;
 
     std::chrono::seconds duration() const { return std::chrono::seconds(seconds); }
+    // None where a described station is named, whose collection cannot hang.
+    std::optional<std::chrono::seconds> unlessDescribed(const std::string& station) const {
+        return station.empty() ? std::optional(duration()) : std::nullopt;
+    }
 };
 
 // `limit` must live as long as the command.

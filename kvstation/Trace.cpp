@@ -35,9 +35,7 @@ Verb addTrace(CLI::App& tool) {
     command->add_flag("--all", options->all, "The module's own work too: memory, texts, closing what it opened");
     addTimeLimit(*command, options->limit);
     return {command, "kvstation trace stations/metaframe-session", [options] { return trace(*options); },
-            [options]() -> std::optional<std::chrono::seconds> {
-                return options->station.empty() ? std::optional(options->limit.duration()) : std::nullopt;
-            }};
+            [options] { return options->limit.unlessDescribed(options->station); }};
 }
 
 }  // namespace kvstation
