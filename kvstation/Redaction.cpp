@@ -150,7 +150,7 @@ std::string replacePath(std::string_view path, Replace replace) {
 template <class Replace>
 void replaceWide(std::string& bytes, Replace replace) {
     constexpr std::size_t kShortest = 3;
-    for (std::size_t start : {0, 1}) {
+    for (std::size_t start : {std::size_t{0}, std::size_t{1}}) {
         while (start + 1 < bytes.size()) {
             std::string text;
             for (std::size_t i = start; i + 1 < bytes.size() && bytes[i] != '\0' && bytes[i + 1] == '\0'; i += 2)

@@ -79,7 +79,7 @@ bool isPlainText(const RegistryValue& value) {
 }
 
 std::string valueLine(const RegistryValue& value) {
-    const std::string name = value.name.empty() ? "@" : quoted(value.name);
+    const std::string name = value.name.empty() ? "@" : simwin::quoted(value.name);
     if (isPlainText(value))
         return name + "=" + quoted(std::string_view(value.bytes).substr(0, value.bytes.size() - 1)) + "\n";
     if (static_cast<RegistryType>(value.type) == RegistryType::DWord && value.bytes.size() == 4) {

@@ -58,7 +58,7 @@ void putHeader(std::string& bytes) {
 
 // A used cell has its size as a negative number.
 void putCellSize(std::string& bytes, std::size_t cell, std::uint32_t size) {
-    put(bytes, cell, -size, 4);
+    put(bytes, cell, 0U - std::uint64_t{size}, 4);
 }
 
 void putRootKey(std::string& bytes, std::size_t cell, std::uint32_t size) {
