@@ -2,6 +2,7 @@
 #include <CLI/App.hpp>
 #include <memory>
 
+#include "kvstation/CollectionGuard.h"
 #include "kvstation/Differences.h"
 #include "kvstation/Errors.h"
 #include "kvstation/Output.h"
@@ -41,6 +42,7 @@ void checkReplay(const std::string& folder, const RecordBytes& wanted) {
 }
 
 int capture(const CaptureOptions& options) {
+    const CollectionGuard guard(options.limit.duration());
     StationCapture capture;
     const RecordBytes record = collectHereObserved(capture);
     simwin::Station station = capture.station();
@@ -67,7 +69,7 @@ Verb addCapture(CLI::App& tool) {
                       "Stand-ins for names, addresses, product ids and serial numbers, of the same form");
     addTimeLimit(*command, options->limit);
     return {command, "kvstation capture station     # then: kvstation simulate station",
-            [options] { return capture(*options); }, [options] { return options->limit.duration(); }};
+            [options] { return capture(*options); }};
 }
 
 }  // namespace kvstation

@@ -2,6 +2,7 @@
 #include <CLI/App.hpp>
 #include <memory>
 
+#include "kvstation/CollectionGuard.h"
 #include "kvstation/Errors.h"
 #include "kvstation/Explanation.h"
 #include "kvstation/FieldTable.h"
@@ -23,6 +24,7 @@ int explainField(const ExplainOptions& options) {
     if (findField(options.field) == fields().size())
         throw WrongUse("the record has no field '" + options.field + "'" +
                        describeSimilar(similarFields(options.field)) + "; 'kvstation layout' lists them");
+    const CollectionGuard guard(options.limit.duration());
     const WatchedRun run = watchRun(options.station);
     writeResult(explanationText(options.field, run, standardOutput().hasColours));
     return kExitSuccess;
@@ -38,8 +40,7 @@ Verb addExplain(CLI::App& tool) {
         ->type_name("");
     addTimeLimit(*command, options->limit);
     return {command, "kvstation explain szMACAddress stations/metaframe-session",
-            [options] { return explainField(*options); },
-            [options] { return options->limit.unlessDescribed(options->station); }};
+            [options] { return explainField(*options); }};
 }
 
 }  // namespace kvstation

@@ -2,15 +2,12 @@
 
 #ifdef _WIN32
 
-#include "kvstation/CollectionChild.h"
 #include "kvstation/Utf16.h"
 
 extern "C" int wmain(int count, wchar_t** words) {
     std::vector<std::string> arguments;
     for (int i = 1; i < count; ++i)
         arguments.push_back(kvstation::toUtf8(words[i]));
-    if (arguments.size() > 2 && arguments[0] == kvstation::kRunForParent)
-        return kvstation::runForParent(arguments[1], {arguments.begin() + 2, arguments.end()});
     return kvstation::runTool(arguments);
 }
 

@@ -3,10 +3,12 @@
 
 #include <string>
 
+#include "framework/Windows.h"
+
 namespace kvstation {
 
-// The tool's own file, in UTF-8.
-std::string programPath();
+// The file of a loaded library, or with null of the tool, in UTF-8.
+std::string pathOf(HMODULE module);
 
 // A file in the tool's folder.
 std::string besideProgram(const std::string& name);

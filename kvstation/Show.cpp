@@ -2,12 +2,15 @@
 #include <CLI/App.hpp>
 #include <memory>
 
-#include "kvstation/Collection.h"
+#include "kvstation/CallLog.h"
+#include "kvstation/CallTimes.h"
+#include "kvstation/CollectionGuard.h"
 #include "kvstation/Errors.h"
 #include "kvstation/Output.h"
 #include "kvstation/ProductName.h"
 #include "kvstation/ResultOptions.h"
 #include "kvstation/RunningSystem.h"
+#include "kvstation/Stage.h"
 #include "kvstation/TimeLimit.h"
 #include "kvstation/Verb.h"
 
@@ -21,13 +24,15 @@ struct ShowOptions {
 };
 
 int show(const ShowOptions& options) {
-    std::string times;
-    const RecordBytes bytes = collectHere(options.limit.duration(), options.times ? &times : nullptr);
+    const CollectionGuard guard(options.limit.duration());
+    CallLog calls;
+    simwin::CallObserver nobody;
+    const RecordBytes bytes = collectHereObserved(options.times ? calls : nobody);
     giveOut(
         {.record = Record(bytes), .bytes = bytes, .product = productName(runningSystem()), .origin = "this station"},
         options.result);
     if (options.times)
-        writeResult("\n" + times);
+        writeResult("\n" + timesText(calls.calls()));
     return kExitSuccess;
 }
 

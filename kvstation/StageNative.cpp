@@ -1,7 +1,7 @@
 #include "framework/Windows.h"
 #include "kvstation/Errors.h"
 #include "kvstation/Stage.h"
-#include "kvstation/StandardOutputAside.h"
+#include "kvstation/StreamAside.h"
 
 extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, LPVOID reserved);
 
@@ -21,7 +21,7 @@ class LoadedModule {
 
 RecordBytes collectOn(simwin::Machine& machine) {
     const simwin::Machine::Scope scope(machine);
-    const StandardOutputAside aside;
+    const StreamAside aside(kStandardOutput);
     const LoadedModule module;
     RecordBytes record{};
     GetStationData(record.data());

@@ -1,11 +1,11 @@
 #include <algorithm>
 
-#include "kvstation/CollectionChild.h"
+#include "kvstation/CollectionGuard.h"
+#include "kvstation/EndingCalls.h"
 #include "kvstation/Library.h"
-#include "kvstation/NotedCollection.h"
-#include "kvstation/ObservedLibrary.h"
+#include "kvstation/LiveCollection.h"
 #include "kvstation/Stage.h"
-#include "kvstation/StandardOutputAside.h"
+#include "kvstation/StreamAside.h"
 #include "redirect/Redirection.h"
 #include "simwin/CallTable.h"
 #include "simwin/Relay.h"
@@ -38,22 +38,6 @@ RecordBytes collect(const Library& library, simwin::Machine& machine, bool withH
     return record;
 }
 
-}  // namespace
-
-RecordBytes collectOn(simwin::Machine& machine) {
-    const StandardOutputAside aside;
-    const Library library;
-    return collect(library, machine, true);
-}
-
-RecordBytes collectHereObserved(simwin::CallObserver& observer) {
-    const StandardOutputAside aside;
-    if (SharedCollection* shared = parentsMemory())
-        return collectNoted(*shared, &observer);
-    const Library library;
-    return collectObserved(library, observer);
-}
-
 RecordBytes collectObserved(const Library& library, simwin::CallObserver& observer) {
     simwin::Relay relay;
     addFunctions(relay, library.handle());
@@ -61,6 +45,25 @@ RecordBytes collectObserved(const Library& library, simwin::CallObserver& observ
     machine.relayTo(&relay);
     machine.observe(&observer);
     return collect(library, machine, false);
+}
+
+}  // namespace
+
+RecordBytes collectOn(simwin::Machine& machine) {
+    const StreamAside aside(kStandardOutput);
+    const Library library;
+    return collect(library, machine, true);
+}
+
+RecordBytes collectHereObserved(simwin::CallObserver& observer) {
+    LiveCollection live(CollectionGuard::limit(), observer);
+    live.works("loading kvcstat64.dll");
+    const Library library;
+    const EndingCalls endings(library);
+    live.works("collecting");
+    const RecordBytes record = collectObserved(library, live);
+    live.works("unloading kvcstat64.dll");
+    return record;
 }
 
 }  // namespace kvstation

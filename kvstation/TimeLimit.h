@@ -2,8 +2,8 @@
 #pragma once
 
 #include <chrono>
-#include <optional>
-#include <string>
+
+#include "kvstation/CollectionGuard.h"
 
 namespace CLI {
 class App;
@@ -12,13 +12,9 @@ class App;
 namespace kvstation {
 
 struct TimeLimit {
-    unsigned seconds = 60;
+    unsigned seconds = static_cast<unsigned>(CollectionGuard::kUsualLimit.count());
 
     std::chrono::seconds duration() const { return std::chrono::seconds(seconds); }
-    // None where a described station is named, whose collection cannot hang.
-    std::optional<std::chrono::seconds> unlessDescribed(const std::string& station) const {
-        return station.empty() ? std::optional(duration()) : std::nullopt;
-    }
 };
 
 // `limit` must live as long as the command.

@@ -5,7 +5,6 @@
 #include <CLI/Formatter.hpp>
 #include <algorithm>
 
-#include "kvstation/Collection.h"
 #include "kvstation/Errors.h"
 #include "kvstation/Output.h"
 #include "kvstation/Similar.h"
@@ -16,17 +15,9 @@ namespace {
 
 std::vector<Verb> addVerbs(CLI::App& tool) {
     return {
-        addShow(tool),
-        addSimulate(tool),
-        addDecode(tool),
-        addDiff(tool),
-        addLayout(tool),
-        addTrace(tool),
-        addExplain(tool),
-        addCapture(tool),
-#ifdef _WIN32
-        addCollectForParent(tool),
-#else
+        addShow(tool),   addSimulate(tool), addDecode(tool),  addDiff(tool),
+        addLayout(tool), addTrace(tool),    addExplain(tool), addCapture(tool),
+#ifndef _WIN32
         addImport(tool),
 #endif
     };
@@ -35,8 +26,6 @@ std::vector<Verb> addVerbs(CLI::App& tool) {
 void addExamples(CLI::App& tool, const std::vector<Verb>& verbs) {
     std::string examples = "Examples:";
     for (const Verb& verb : verbs) {
-        if (verb.example.empty())
-            continue;
         examples += "\n  " + verb.example;
         verb.command->footer("Example:\n  " + verb.example);
     }
@@ -59,8 +48,7 @@ void refuseUnknownVerb(const std::vector<std::string>& arguments, const std::vec
         throw Failure("import needs the native (Linux) tool; 'kvstation simulate STATION' takes here what it wrote");
     std::vector<std::string_view> names;
     for (const Verb& verb : verbs)
-        if (!verb.example.empty())
-            names.push_back(verb.command->get_name());
+        names.push_back(verb.command->get_name());
     throw WrongUse("'" + typed + "' is no verb" + describeSimilar(similarWords(typed, names)) +
                    "; 'kvstation --help' lists the verbs");
 }
@@ -70,16 +58,10 @@ void parse(CLI::App& tool, std::vector<std::string> arguments) {
     tool.parse(std::move(arguments));
 }
 
-int runVerb(const Verb& verb, const std::vector<std::string>& arguments) {
-    const auto limit = verb.limit ? verb.limit() : std::nullopt;
-    const auto status = limit ? runInChild(arguments, *limit) : std::nullopt;
-    return status ? *status : verb.run();
-}
-
-int runVerb(const std::vector<Verb>& verbs, const std::vector<std::string>& arguments) {
+int runVerb(const std::vector<Verb>& verbs) {
     for (const Verb& verb : verbs)
         if (verb.command->parsed())
-            return runVerb(verb, arguments);
+            return verb.run();
     throw WrongUse("which verb? 'kvstation --help' lists them");
 }
 
@@ -87,7 +69,7 @@ int runGuarded(CLI::App& tool, const std::vector<Verb>& verbs, const std::vector
     try {
         refuseUnknownVerb(arguments, verbs);
         parse(tool, arguments);
-        return runVerb(verbs, arguments);
+        return runVerb(verbs);
     } catch (const CLI::CallForHelp&) {
         writeResult(tool.help());
         return kExitSuccess;

@@ -2,6 +2,7 @@
 #include <CLI/App.hpp>
 #include <memory>
 
+#include "kvstation/CollectionGuard.h"
 #include "kvstation/Errors.h"
 #include "kvstation/Output.h"
 #include "kvstation/TimeLimit.h"
@@ -19,6 +20,7 @@ struct TraceVerbOptions {
 };
 
 int trace(const TraceVerbOptions& options) {
+    const CollectionGuard guard(options.limit.duration());
     const WatchedRun run = watchRun(options.station);
     writeResult(traceView(run.calls, {.all = options.all, .colours = standardOutput().hasColours}));
     return kExitSuccess;
@@ -34,8 +36,7 @@ Verb addTrace(CLI::App& tool) {
         ->type_name("");
     command->add_flag("--all", options->all, "The module's own work too: memory, texts, closing what it opened");
     addTimeLimit(*command, options->limit);
-    return {command, "kvstation trace stations/metaframe-session", [options] { return trace(*options); },
-            [options] { return options->limit.unlessDescribed(options->station); }};
+    return {command, "kvstation trace stations/metaframe-session", [options] { return trace(*options); }};
 }
 
 }  // namespace kvstation

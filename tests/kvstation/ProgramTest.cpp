@@ -92,7 +92,8 @@ TEST_F(Program, AnUnknownFieldNamesThoseCloseToIt) {
 }
 
 TEST_F(Program, ShowNeedsWindows) {
-    expectRefusal(run({"show"}), 1, "show needs Windows; 'kvstation simulate STATION' shows a described station here");
+    expectRefusal(run({"show"}), 1,
+                  "looking at this computer needs Windows; trace, explain and simulate take a described station here");
 }
 
 TEST_F(Program, LookingAtThisComputerNeedsWindows) {

@@ -1,4 +1,4 @@
-#include "kvstation/StandardOutputAside.h"
+#include "kvstation/StreamAside.h"
 
 #include <cstdio>
 
@@ -12,8 +12,6 @@
 
 namespace kvstation {
 namespace {
-
-constexpr int kStandardOutput = 1;
 
 #ifdef _WIN32
 int openNowhere() {
@@ -43,18 +41,24 @@ void closeFile(int file) {
 }
 #endif
 
+std::FILE* streamOf(int file) {
+    return file == kStandardOutput ? stdout : stderr;
+}
+
 }  // namespace
 
-StandardOutputAside::StandardOutputAside() : m_kept(copyOf(kStandardOutput)) {
-    std::fflush(stdout);
+StreamAside::StreamAside(int file) : m_file(file), m_kept(copyOf(file)) {
+    std::fflush(streamOf(file));
     const int nowhere = openNowhere();
-    put(nowhere, kStandardOutput);
+    put(nowhere, file);
     closeFile(nowhere);
 }
 
-StandardOutputAside::~StandardOutputAside() {
-    std::fflush(stdout);
-    put(m_kept, kStandardOutput);
+StreamAside::~StreamAside() {
+    std::fflush(streamOf(m_file));
+    if (m_kept == -1)
+        return;
+    put(m_kept, m_file);
     closeFile(m_kept);
 }
 

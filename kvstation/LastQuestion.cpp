@@ -1,0 +1,30 @@
+#include "kvstation/LastQuestion.h"
+
+#include "kvstation/VisibleText.h"
+
+namespace kvstation {
+namespace {
+
+constexpr std::size_t kLongestArguments = 120;  // in characters
+constexpr std::string_view kCut = "...";
+
+std::string shortened(const std::string& text) {
+    if (columns(text) <= kLongestArguments)
+        return text;
+    return text.substr(0, bytesOf(text, kLongestArguments)) + std::string(kCut);
+}
+
+}  // namespace
+
+std::string describeQuestion(const simwin::ObservedCall& call) {
+    return call.name + "(" + shortened(visible(call.arguments)) + ")";
+}
+
+void LastQuestion::note(bool isQuestion, std::string_view text) {
+    Doing& doing = m_last == &m_notes[0] ? m_notes[1] : m_notes[0];
+    doing.isQuestion = isQuestion;
+    doing.text[text.copy(doing.text.data(), Doing::kLongest)] = '\0';
+    m_last = &doing;
+}
+
+}  // namespace kvstation
