@@ -18,7 +18,7 @@ using kvbench::median;
 using kvbench::now;
 
 constexpr int kLoads = 200;
-constexpr int kProcesses = 21;
+constexpr int kProcesses = 25;
 
 [[noreturn]] void fail(const std::string& what) {
     std::fprintf(stderr, "wine_bench: %s: error %lu\n", what.c_str(), GetLastError());
@@ -107,24 +107,31 @@ void benchMemory(const std::string& library) {
                 (after - before) / 1024);
 }
 
-// `bare` is a program that does nothing but collect in a child of its own.
+double mebibytes(std::size_t bytes) {
+    return static_cast<double>(bytes) / (1 << 20);
+}
+
+// `bare` is a program that loads the library, calls it once and prints the record.
 void benchProcess(const std::string& tool, const std::string& bare, const std::string& empty) {
     std::vector<double> whole;
     std::vector<double> least;
     std::vector<double> nothing;
     timeProcess(tool);
+    // By turns, so that a disturbance hits all.
     for (int i = 0; i < kProcesses; ++i) {
         whole.push_back(timeProcess(tool));
         least.push_back(timeProcess(bare));
         nothing.push_back(timeProcess(empty));
     }
-    std::printf("whole process: kvstation show --json %.1f ms, empty program %.1f ms, ratio %.2f\n",
-                median(whole) / 1000, median(nothing) / 1000, median(whole) / median(nothing));
-    std::printf("               a bare collection in a child %.1f ms, ratio %.2f\n", median(least) / 1000,
-                median(least) / median(nothing));
-    std::printf("private bytes: kvstation show --json %.1f MiB, empty program %.1f MiB\n",
-                static_cast<double>(mostPrivateBytes(tool)) / (1 << 20),
-                static_cast<double>(mostPrivateBytes(empty)) / (1 << 20));
+    std::printf("whole process: kvstation show --json %.1f ms, bare program %.1f ms, ratio %.2f\n",
+                median(whole) / 1000, median(least) / 1000, median(whole) / median(least));
+    std::printf("               empty program %.1f ms: kvstation takes %.2f times that, the bare program %.2f\n",
+                median(nothing) / 1000, median(whole) / median(nothing), median(least) / median(nothing));
+    const double toolBytes = mebibytes(mostPrivateBytes(tool));
+    const double bareBytes = mebibytes(mostPrivateBytes(bare));
+    std::printf(
+        "private bytes: kvstation show --json %.2f MiB, bare program %.2f MiB, ratio %.2f, empty program %.2f MiB\n",
+        toolBytes, bareBytes, toolBytes / bareBytes, mebibytes(mostPrivateBytes(empty)));
 }
 
 }  // namespace
