@@ -22,33 +22,37 @@ void WaitingLine::show(const Doing& doing) {
     const std::size_t room = roomOf(m_file);
     if (room == 0)
         return;
-    clear();
-    std::array<char, Doing::kLongest + 64> text{};
+    std::array<char, sizeof m_room> text{};
     std::size_t length = 0;
     for (const std::string_view part :
          {std::string_view("kvstation: "), std::string_view(doing.isQuestion ? "waiting for " : ""),
           std::string_view(doing.text.data())})
         length += part.copy(text.data() + length, text.size() - length);
-    length = bytesOf({text.data(), length}, room);
-    write(text.data(), length);
-    m_columns = columns({text.data(), length});
+    const std::string_view line(text.data(), bytesOf({text.data(), length}, room));
+    if (line == m_line)
+        return;
+    clear();
+    m_line = {m_room.data(), line.copy(m_room.data(), m_room.size())};
+    write(m_line);
 }
 
 // By blanks: consoles before Windows 10 know no sequences.
 void WaitingLine::clear() {
-    std::array<char, 64> blanks{};
-    blanks.fill(' ');
-    if (m_columns == 0)
+    constexpr std::string_view kBlanks = "                ";
+    std::size_t left = columns(m_line);
+    if (left == 0)
         return;
-    write("\r", 1);
-    for (; m_columns != 0; m_columns -= std::min(m_columns, blanks.size()))
-        write(blanks.data(), std::min(m_columns, blanks.size()));
-    write("\r", 1);
+    write("\r");
+    for (; left > kBlanks.size(); left -= kBlanks.size())
+        write(kBlanks);
+    write(kBlanks.substr(0, left));
+    write("\r");
+    m_line = {};
 }
 
-void WaitingLine::write(const char* text, std::size_t length) const {
+void WaitingLine::write(std::string_view text) const {
     DWORD written = 0;
-    WriteFile(m_file, text, static_cast<DWORD>(length), &written, nullptr);
+    WriteFile(m_file, text.data(), static_cast<DWORD>(text.size()), &written, nullptr);
 }
 
 }  // namespace kvstation

@@ -1,7 +1,9 @@
 // On a terminal, the line that shows what a long collection waits for. Windows only.
 #pragma once
 
+#include <array>
 #include <cstddef>
+#include <string_view>
 
 #include "framework/Windows.h"
 #include "kvstation/LastQuestion.h"
@@ -18,10 +20,11 @@ class WaitingLine {
     void clear();
 
   private:
-    void write(const char* text, std::size_t length) const;
+    void write(std::string_view text) const;
 
     HANDLE m_file;
-    std::size_t m_columns = 0;  // what it takes up now
+    std::array<char, Doing::kLongest + 64> m_room{};
+    std::string_view m_line;  // what stands there now
 };
 
 }  // namespace kvstation
