@@ -1,36 +1,29 @@
-// The platform calls of one collection, each with the step that it belongs to.
+// The platform calls of one collection, each with the time that it took.
 #pragma once
 
 #include <chrono>
-#include <cstddef>
-#include <string>
-#include <string_view>
 #include <vector>
 
 #include "simwin/CallObserver.h"
 
 namespace kvstation {
 
-struct StepCall {
-    std::string_view step;  // empty before the first
+struct TimedCall {
     simwin::ObservedCall call;
     std::chrono::nanoseconds duration{};
 };
 
 class CallLog : public simwin::CallObserver {
   public:
-    void begins(const simwin::ObservedCall& call) override;
-    void ends(const simwin::ObservedCall& call) override;
+    void begins(const simwin::ObservedCall&) override { m_begin = std::chrono::steady_clock::now(); }
+    void ends(const simwin::ObservedCall& call) override {
+        m_calls.push_back({call, std::chrono::steady_clock::now() - m_begin});
+    }
 
-    const std::vector<StepCall>& calls() const { return m_calls; }
-    // The step of the last call.
-    std::string_view step() const { return m_step; }
+    const std::vector<TimedCall>& calls() const { return m_calls; }
 
   private:
-    void pullLead(std::string_view name);
-
-    std::vector<StepCall> m_calls;
-    std::string_view m_step;
+    std::vector<TimedCall> m_calls;
     std::chrono::steady_clock::time_point m_begin;
 };
 

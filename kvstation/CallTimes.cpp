@@ -2,37 +2,47 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <map>
 
 #include "kvstation/VisibleText.h"
 
 namespace kvstation {
 namespace {
 
+using std::chrono::nanoseconds;
+
 constexpr std::size_t kSlowest = 5;
 constexpr std::size_t kLongestArguments = 80;
 
-struct StepTime {
-    std::string_view step;
-    std::chrono::nanoseconds duration{};
+struct Spent {
+    std::string what;
+    nanoseconds duration{};
     std::size_t calls = 0;
 };
 
-std::string line(std::chrono::nanoseconds duration, const std::string& what) {
+std::string line(nanoseconds duration, const std::string& what) {
     char time[32];
     std::snprintf(time, sizeof time, "%10.3f ms  ", std::chrono::duration<double, std::milli>(duration).count());
     return time + what + "\n";
 }
 
-std::vector<StepTime> stepTimes(const std::vector<StepCall>& calls) {
-    std::vector<StepTime> times;
-    for (const StepCall& call : calls) {
-        auto found = std::ranges::find(times, call.step, &StepTime::step);
-        if (found == times.end())
-            found = times.insert(times.end(), {call.step});
-        found->duration += call.duration;
-        ++found->calls;
-    }
-    return times;
+void add(std::map<std::string, Spent>& all, const std::string& what, nanoseconds duration) {
+    Spent& spent = all.try_emplace(what, Spent{what}).first->second;
+    spent.duration += duration;
+    ++spent.calls;
+}
+
+// The longest first.
+std::string lines(const std::map<std::string, Spent>& all) {
+    std::vector<Spent> sorted;
+    for (const auto& [what, spent] : all)
+        sorted.push_back(spent);
+    std::ranges::stable_sort(sorted, std::greater(), &Spent::duration);
+    std::string text;
+    for (const Spent& spent : sorted)
+        text += line(spent.duration,
+                     spent.what + " (" + std::to_string(spent.calls) + (spent.calls == 1 ? " call)" : " calls)"));
+    return text;
 }
 
 std::string callText(const simwin::ObservedCall& call) {
@@ -44,23 +54,32 @@ std::string callText(const simwin::ObservedCall& call) {
     return call.name + "(" + arguments + ")";
 }
 
+std::string slowest(const std::vector<TimedCall>& calls) {
+    std::vector<const TimedCall*> sorted;
+    sorted.reserve(calls.size());
+    for (const TimedCall& call : calls)
+        sorted.push_back(&call);
+    std::ranges::stable_sort(sorted, std::greater(), [](const TimedCall* call) { return call->duration; });
+    sorted.resize(std::min(sorted.size(), kSlowest));
+    std::string text;
+    for (const TimedCall* call : sorted)
+        text += line(call->duration, callText(call->call));
+    return text;
+}
+
 }  // namespace
 
-std::string timesText(const std::vector<StepCall>& calls) {
-    std::string text = "Time in platform calls\n";
-    for (const StepTime& time : stepTimes(calls))
-        text += line(time.duration, std::string(time.step.empty() ? "before the first step" : time.step) + " (" +
-                                        std::to_string(time.calls) + (time.calls == 1 ? " call)" : " calls)"));
-    std::vector<const StepCall*> slowest;
-    slowest.reserve(calls.size());
-    for (const StepCall& call : calls)
-        slowest.push_back(&call);
-    std::ranges::stable_sort(slowest, std::greater(), [](const StepCall* call) { return call->duration; });
-    slowest.resize(std::min(slowest.size(), kSlowest));
-    text += "\nSlowest calls\n";
-    for (const StepCall* call : slowest)
-        text += line(call->duration, callText(call->call) + ", " + std::string(call->step));
-    return text;
+std::string timesText(const std::vector<TimedCall>& calls, const std::vector<std::vector<std::string>>& fields) {
+    std::map<std::string, Spent> byField;
+    std::map<std::string, Spent> byCall;
+    for (std::size_t i = 0; i < calls.size(); ++i) {
+        add(byCall, calls[i].call.name, calls[i].duration);
+        if (i < fields.size())
+            for (const std::string& field : fields[i])
+                add(byField, field, calls[i].duration);
+    }
+    return "Time in the questions that each field hangs on\n" + lines(byField) + "\nTime in each platform call\n" +
+           lines(byCall) + "\nSlowest calls\n" + slowest(calls);
 }
 
 }  // namespace kvstation

@@ -8,7 +8,8 @@
 
 namespace kvstation {
 
-// For people: the milliseconds of each step's calls in the order of the collection, then the slowest calls.
-std::string timesText(const std::vector<StepCall>& calls);
+// For people: the milliseconds of the questions that each field hangs on, those of each call, and the slowest calls.
+// `fields` are the fields of each call, in the calls' order.
+std::string timesText(const std::vector<TimedCall>& calls, const std::vector<std::vector<std::string>>& fields);
 
 }  // namespace kvstation

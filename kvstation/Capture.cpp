@@ -11,10 +11,10 @@
 #include "kvstation/Redaction.h"
 #include "kvstation/RunningSystem.h"
 #include "kvstation/Stage.h"
-#include "kvstation/StationCapture.h"
 #include "kvstation/StationFolder.h"
 #include "kvstation/TimeLimit.h"
 #include "kvstation/Verb.h"
+#include "kvstation/capture/LiveStation.h"
 
 namespace kvstation {
 namespace {
@@ -43,15 +43,15 @@ void checkReplay(const std::string& folder, const RecordBytes& wanted) {
 
 int capture(const CaptureOptions& options) {
     const CollectionGuard guard(options.limit.duration());
-    StationCapture capture;
-    const RecordBytes record = collectHereObserved(capture);
-    simwin::Station station = capture.station();
+    simwin::CallObserver nobody;
+    LiveStation live = captureHere(nobody);
+    simwin::Station& station = live.station;
     station.description = "captured from " + productName(runningSystem());
     if (options.redact) {
         writeStationFolder(redacted(station), options.station);
     } else {
         writeStationFolder(station, options.station);
-        checkReplay(options.station, record);
+        checkReplay(options.station, live.record);
     }
     writeResult(options.station + "\n");
     return kExitSuccess;

@@ -9,6 +9,7 @@
 #include "kvstation/RecordFile.h"
 #include "kvstation/Simulation.h"
 #include "kvstation/Verb.h"
+#include "kvstation/cause/StationSource.h"
 
 namespace kvstation {
 namespace {
@@ -16,15 +17,19 @@ namespace {
 struct DiffOptions {
     std::string left;
     std::string right;
+    WhatIf whatIf;
 };
 
-Record load(const std::string& path) {
-    return (isFolder(path) ? simulateStation(path) : readRecordFile(path)).record;
+// A record that was collected stays as it is, whatever is asked of a station.
+Record load(const std::string& path, const WhatIf& whatIf) {
+    return (isFolder(path) ? simulateStation(stationFrom(path, whatIf), path) : readRecordFile(path)).record;
 }
 
 int diff(const DiffOptions& options) {
-    const Record left = load(options.left);
-    const Record right = load(options.right);
+    if (!options.whatIf.isEmpty() && !isFolder(options.left) && !isFolder(options.right))
+        throw WrongUse("neither is a described station, whose answers could be different");
+    const Record left = load(options.left, options.whatIf);
+    const Record right = load(options.right, options.whatIf);
     const std::vector<std::size_t> differing = differingFields(left, right);
     writeResult(differencesView(left, right, differing, standardOutput().hasColours));
     return differing.empty() ? kExitSuccess : kExitFailure;
@@ -40,6 +45,7 @@ Verb addDiff(CLI::App& tool) {
         ->required()
         ->check(checkFileName);
     command->add_option("B", options->right, "The other one")->type_name("")->required()->check(checkFileName);
+    addWhatIf(*command, options->whatIf);
     return {command, "kvstation diff yesterday.json today.bin", [options] { return diff(*options); }};
 }
 

@@ -10,12 +10,10 @@ namespace {
 constexpr std::size_t kNumberWidth = 4;
 
 constexpr Field kFields[] = {
-#define KV_TEXT(name, offset, width, limit, group, meaning, source) \
-    {#name, offset, width, limit, FieldType::Text, group, meaning, source},
-#define KV_NUMBER(name, offset, group, meaning, source) \
-    {#name, offset, kNumberWidth, 0, FieldType::Number, group, meaning, source},
-#define KV_UNSIGNED(name, offset, group, meaning, source) \
-    {#name, offset, kNumberWidth, 0, FieldType::Unsigned, group, meaning, source},
+#define KV_TEXT(name, offset, width, limit, group, meaning) \
+    {#name, offset, width, limit, FieldType::Text, group, meaning},
+#define KV_NUMBER(name, offset, group, meaning) {#name, offset, kNumberWidth, 0, FieldType::Number, group, meaning},
+#define KV_UNSIGNED(name, offset, group, meaning) {#name, offset, kNumberWidth, 0, FieldType::Unsigned, group, meaning},
 #include "include/kvcstat_fields.inc"
 };
 

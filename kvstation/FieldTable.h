@@ -23,7 +23,6 @@ struct Field {
     FieldType type;
     std::string_view group;
     std::string_view meaning;
-    std::string_view source;
 };
 
 // In the order of their offsets.

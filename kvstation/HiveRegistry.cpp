@@ -18,18 +18,10 @@ constexpr std::string_view kSystem = "HKEY_LOCAL_MACHINE\\SYSTEM";
 constexpr std::string_view kSoftware = "HKEY_LOCAL_MACHINE\\SOFTWARE";
 constexpr std::string_view kDefaultUser = "HKEY_USERS\\.DEFAULT";
 constexpr std::string_view kUser = "HKEY_CURRENT_USER";
-constexpr std::string_view kClasses = "HKEY_CLASSES_ROOT";
 constexpr std::string_view kCurrentControlSet = "CurrentControlSet";
 
 std::unique_ptr<HiveFile> openHive(const std::string& path) {
     return path.empty() ? nullptr : std::make_unique<HiveFile>(path);
-}
-
-std::string withClassesInPlace(std::string_view path) {
-    const std::optional<std::string_view> rest = restBelow(path, kClasses);
-    if (!rest)
-        return std::string(path);
-    return std::string(kSoftware) + "\\Classes" + (rest->empty() ? "" : "\\") + std::string(*rest);
 }
 
 }  // namespace
@@ -82,7 +74,7 @@ bool HiveRegistry::goDown(Place& place, std::string_view name) const {
 }
 
 bool HiveRegistry::copyKey(std::string_view fullPath, simwin::RegistryTree& tree) {
-    const std::optional<Place> place = find(withClassesInPlace(fullPath));
+    const std::optional<Place> place = find(simwin::withClassesInPlace(fullPath));
     const std::optional<simwin::KeyId> key = place ? tree.create(place->path) : std::nullopt;
     if (!key)
         return false;

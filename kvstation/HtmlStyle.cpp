@@ -49,6 +49,12 @@ dt small, dd small { display: block; color: var(--quiet); font-size: .8rem }
 .value { display: block; white-space: pre-wrap; overflow-wrap: anywhere; unicode-bidi: isolate; font-size: .95rem }
 dt code { font-size: .9rem }
 .nothing { margin: .6rem 0 0; color: var(--quiet); font-size: .85rem; overflow-wrap: anywhere }
+details { font-size: .85rem; color: var(--quiet); overflow-wrap: anywhere }
+summary { cursor: pointer }
+details ul { margin: .25rem 0 .5rem; padding-left: 1.1rem }
+details b { font-weight: 600; color: var(--text) }
+.nothing details { display: inline-block; margin-right: .75rem; vertical-align: top; max-width: 100% }
+.unknown { margin: 0 0 1.25rem }
 .drives { list-style: none; margin: 0 0 .75rem; padding: 0 }
 .drives li { padding: .5rem 0 }
 .drives p { display: flex; flex-wrap: wrap; justify-content: space-between; gap: 0 1rem; margin: 0 0 .35rem }

@@ -7,6 +7,8 @@
 #include "kvstation/HtmlMap.h"
 #include "kvstation/HtmlStyle.h"
 #include "kvstation/HtmlText.h"
+#include "kvstation/VisibleText.h"
+#include "kvstation/cause/CauseText.h"
 
 namespace kvstation {
 namespace {
@@ -59,7 +61,15 @@ std::string readableMac(const std::string& mac) {
     return readable;
 }
 
-std::string kindOfSession(const Record& record) {
+// Whether a session is at the machine itself is told by this variable.
+bool isSessionUnknown(const Report& report) {
+    return std::ranges::find(report.unknown, "environment.CLIENTNAME") != report.unknown.end();
+}
+
+std::string kindOfSession(const Report& report) {
+    const Record& record = report.record;
+    if (isSessionUnknown(report))
+        return "unknown";
     if (record.at("dwMetaFrame").number != 0)
         return "MetaFrame client";
     if (record.at("dwTSClientSession").number != 0)
@@ -81,7 +91,7 @@ std::string glance(const Report& report) {
            card("Address", {textAt(record, "szIPAddress"), readableMac(textAt(record, "szMACAddress")),
                             textAt(record, "szDnsName")}) +
            card("Windows", {report.product, textAt(record, "szOS")}) +
-           card("Session", {kindOfSession(record), "session " + std::to_string(record.at("dwSessionId").number),
+           card("Session", {kindOfSession(report), "session " + std::to_string(record.at("dwSessionId").number),
                             labelled("client ", textAt(record, "szTSClientName")),
                             labelled("server ", textAt(record, "szServerName"))}) +
            "</dl>\n";
@@ -125,34 +135,78 @@ std::string shownValue(const std::string& text) {
     return html + escapeHtml(text.substr(begin));
 }
 
-std::string fieldRow(const Record& record, std::size_t index) {
+std::string causeItems(const std::vector<Cause>& causes) {
+    std::string html;
+    for (const CauseLine& line : causeLines(causes))
+        html += "<li><b>" + line.role + "</b> " + escapeHtml(line.answer) + " <small>" + escapeHtml(line.source) +
+                "</small></li>";
+    return html;
+}
+
+// What gives the field and what decides it, behind a word that opens it.
+std::string causesOfField(const Report& report, std::size_t index, const std::string& summary) {
+    if (report.causes.empty())
+        return summary;
+    const FieldCauses& causes = report.causes[index];
+    std::string items = causeItems(causes.causes);
+    if (causes.cut)
+        items = "<li><b>cut</b> from " + std::to_string(columns(*causes.cut)) +
+                " characters: " + escapeHtml(*causes.cut) + "</li>" + items;
+    return "<details><summary>" + summary + "</summary><ul>" +
+           (items.empty() ? "<li>nothing that was asked changes it</li>" : items) + "</ul></details>";
+}
+
+std::string fieldRow(const Report& report, std::size_t index) {
+    const Record& record = report.record;
     const Field& field = fields()[index];
     const std::string name(field.name);
     return "<div id=\"" + name + "\"><dt><code>" + name + "</code><small>" + escapeHtml(field.meaning) +
            "</small></dt><dd><span class=\"value\">" + shownValue(record.textOf(index)) + "</span><small>" +
-           placeOf(field, record[index]) + "</small></dd></div>\n";
+           placeOf(field, record[index]) + "</small>" +
+           (report.causes.empty() ? "" : causesOfField(report, index, "why")) + "</dd></div>\n";
 }
 
-std::string emptyField(const Field& field) {
+std::string emptyField(const Report& report, std::size_t index) {
+    const Field& field = fields()[index];
     const std::string name(field.name);
-    return "<code id=\"" + name + "\" title=\"" + escapeHtml(field.meaning) + "\">" + name + "</code>";
+    return causesOfField(report, index,
+                         "<code id=\"" + name + "\" title=\"" + escapeHtml(field.meaning) + "\">" + name + "</code>");
 }
 
-std::string groupSection(const Record& record, std::string_view group) {
+std::string emptyFields(const std::string& html, bool haveCauses) {
+    if (html.empty())
+        return {};
+    return haveCauses ? "<div class=\"nothing\">Empty or 0: " + html + "</div>\n"
+                      : "<p class=\"nothing\">Empty or 0: " + html + "</p>\n";
+}
+
+std::string groupSection(const Report& report, std::string_view group) {
+    const Record& record = report.record;
     std::string found;
     std::string empty;
     for (std::size_t i = 0; i < fields().size(); ++i) {
         if (fields()[i].group != group)
             continue;
         if (record.isEmpty(i))
-            empty += (empty.empty() ? "" : ", ") + emptyField(fields()[i]);
+            empty += (empty.empty() || !report.causes.empty() ? "" : ", ") + emptyField(report, i);
         else
-            found += fieldRow(record, i);
+            found += fieldRow(report, i);
     }
     return "<section class=\"" + groupClass(group) + "\"><h2><i></i>" + std::string(group) + "</h2>\n" +
            (group == "Drives" ? driveBars(record) : "") +
            (found.empty() ? "" : "<dl class=\"fields\">\n" + found + "</dl>\n") +
-           (empty.empty() ? "" : "<p class=\"nothing\">Empty or 0: " + empty + "</p>\n") + "</section>\n";
+           emptyFields(empty, !report.causes.empty()) + "</section>\n";
+}
+
+std::string unknownNotice(const Report& report) {
+    if (report.unknown.empty())
+        return {};
+    std::string html;
+    for (const std::string& one : report.unknown)
+        html += (html.empty() ? "" : ", ") + escapeHtml(one);
+    return "<details class=\"unknown\"><summary>What nobody knows of this machine stands here as if it were not "
+           "there</summary><p>" +
+           html + "</p></details>\n";
 }
 
 std::string legend() {
@@ -173,9 +227,9 @@ std::string htmlView(const Report& report) {
     const std::string name = stationName(report.record);
     const std::string& product = report.product;
     std::string html = head(name) + heading(name) + "<p>" + (product.empty() ? "" : escapeHtml(product) + ", ") +
-                       "workstation record</p>\n" + glance(report);
+                       "workstation record</p>\n" + unknownNotice(report) + glance(report);
     for (const std::string_view group : groups())
-        html += groupSection(report.record, group);
+        html += groupSection(report, group);
     html += "<section><h2>The record's bytes</h2>\n" + legend() + mapOfBytes(report.record) + "</section>\n";
     return html + foot(report.origin);
 }

@@ -22,6 +22,7 @@ struct ImportOptions {
     std::string hives;
     std::string user;
     std::string station;
+    WhatIf whatIf;
 };
 
 // Before anything is written: the two files, read again, give what the hives gave.
@@ -42,7 +43,7 @@ void tellUndescribed(const std::vector<std::string>& lines) {
 
 int import(const ImportOptions& options) {
     HiveRegistry registry(findHives(options.hives, options.user));
-    const ImportedStation imported = importStation(registry);
+    const ImportedStation imported = importStation(registry, options.whatIf);
     checkReplay(imported);
     writeStationFolder(imported.station, options.station);
     for (const std::string& warning : imported.warnings)
@@ -67,6 +68,7 @@ Verb addImport(CLI::App& tool) {
         ->type_name("")
         ->required();
     command->add_option("--user", options->user, "The profile to take, where the disk has several")->type_name("NAME");
+    addWhatIfOfDisk(*command, options->whatIf);
     return {command, "kvstation import /mnt/disk station   # then: kvstation simulate station",
             [options] { return import(*options); }};
 }

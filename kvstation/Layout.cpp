@@ -6,6 +6,7 @@
 #include "kvstation/LayoutTable.h"
 #include "kvstation/Output.h"
 #include "kvstation/Verb.h"
+#include "kvstation/cause/FieldSources.h"
 
 namespace kvstation {
 namespace {
@@ -13,10 +14,12 @@ namespace {
 struct LayoutOptions {
     bool json = false;
     bool markdown = false;
+    std::vector<std::string> over;
 };
 
 int layout(const LayoutOptions& options) {
-    writeResult(options.json ? layoutJson() : options.markdown ? layoutMarkdown() : layoutText());
+    const FieldSources sources = options.over.empty() ? FieldSources() : sourcesOver(options.over);
+    writeResult(options.json ? layoutJson(sources) : options.markdown ? layoutMarkdown(sources) : layoutText(sources));
     return kExitSuccess;
 }
 
@@ -27,6 +30,8 @@ Verb addLayout(CLI::App& tool) {
     CLI::App* command = tool.add_subcommand("layout", "Show offset, width, limit and meaning of every field");
     CLI::Option* json = command->add_flag("--json", options->json, "Print a JSON array with an object for each field");
     command->add_flag("--markdown", options->markdown, "Print the record's document")->excludes(json);
+    command->add_option("--over", options->over, "Where each field comes from too, found on these described stations")
+        ->type_name("STATION...");
     return {command, "kvstation layout", [options] { return layout(*options); }};
 }
 

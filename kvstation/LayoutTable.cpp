@@ -34,7 +34,7 @@ std::string typeOf(const Field& field) {
     return {};
 }
 
-Row rowOf(const Field& field) {
+Row rowOf(const Field& field, const std::string& source) {
     return {.name = std::string(field.name),
             .offset = field.offset,
             .width = field.width,
@@ -42,7 +42,7 @@ Row rowOf(const Field& field) {
             .type = typeOf(field),
             .group = std::string(field.group),
             .meaning = std::string(field.meaning),
-            .source = std::string(field.source)};
+            .source = source};
 }
 
 Row reservedRow(std::size_t offset, std::size_t width) {
@@ -56,13 +56,18 @@ Row reservedRow(std::size_t offset, std::size_t width) {
             .source = "-"};
 }
 
-std::vector<Row> rows() {
+std::string sourceOf(const FieldSources& sources, const Field& field) {
+    const std::size_t index = findField(field.name);
+    return index < sources.size() ? sources[index] : std::string();
+}
+
+std::vector<Row> rows(const FieldSources& sources) {
     std::vector<Row> all;
     std::size_t end = 0;
     for (const Field& field : fields()) {
         if (field.offset > end)
             all.push_back(reservedRow(end, field.offset - end));
-        all.push_back(rowOf(field));
+        all.push_back(rowOf(field, sourceOf(sources, field)));
         end = field.offset + field.width;
     }
     return all;
@@ -76,20 +81,26 @@ std::string hex(std::size_t offset) {
 
 using Cells = std::vector<std::string>;
 
-Cells cellsOf(const Row& row) {
-    return {std::to_string(row.offset),
-            hex(row.offset),
-            std::to_string(row.width),
-            row.limit,
-            row.type,
-            row.name,
-            row.group,
-            row.meaning,
-            row.source};
+// The sources last, where somebody looked for them.
+Cells cellsOf(const Row& row, bool withSources) {
+    Cells cells = {std::to_string(row.offset),
+                   hex(row.offset),
+                   std::to_string(row.width),
+                   row.limit,
+                   row.type,
+                   row.name,
+                   row.group,
+                   row.meaning};
+    if (withSources)
+        cells.push_back(row.source);
+    return cells;
 }
 
-Cells heading() {
-    return {"offset", "hex", "width", "limit", "type", "field", "group", "meaning", "source"};
+Cells heading(bool withSources) {
+    Cells cells = {"offset", "hex", "width", "limit", "type", "field", "group", "meaning"};
+    if (withSources)
+        cells.emplace_back("comes from");
+    return cells;
 }
 
 // Offsets, widths and limits stand on the right.
@@ -131,15 +142,20 @@ constexpr const char* kDocument =
     "  behind the field ([calling.md](calling.md)).\n"
     "- Reserved areas are never written, unless that padding reaches them.\n"
     "\n"
-    "This page is made by `kvstation layout --markdown`; the table behind it is `include/kvcstat_fields.inc`.\n"
-    "\n";
+    "This page is made by `./kv docs`; the table behind it is `include/kvcstat_fields.inc`.\n";
+
+constexpr const char* kSourcesNote =
+    "\n"
+    "Where a field comes from was found by changing every answer on every described station: first what gives its "
+    "text\n"
+    "or a part of it, then what decides. `kvstation explain` tells it of one station.\n";
 
 }  // namespace
 
-std::string layoutText() {
-    std::vector<Cells> lines{heading()};
-    for (const Row& row : rows())
-        lines.push_back(cellsOf(row));
+std::string layoutText(const FieldSources& sources) {
+    std::vector<Cells> lines{heading(!sources.empty())};
+    for (const Row& row : rows(sources))
+        lines.push_back(cellsOf(row, !sources.empty()));
     std::vector<std::size_t> widths(lines.front().size());
     for (const Cells& cells : lines)
         for (std::size_t i = 0; i < cells.size(); ++i)
@@ -150,11 +166,11 @@ std::string layoutText() {
     return text;
 }
 
-std::string layoutJson() {
+std::string layoutJson(const FieldSources& sources) {
     nlohmann::ordered_json array = nlohmann::ordered_json::array();
     for (const Field& field : fields()) {
         nlohmann::ordered_json object;
-        const Row row = rowOf(field);
+        const Row row = rowOf(field, sourceOf(sources, field));
         object["name"] = row.name;
         object["offset"] = row.offset;
         object["hex"] = hex(row.offset);
@@ -164,18 +180,23 @@ std::string layoutJson() {
         object["type"] = row.type;
         object["group"] = row.group;
         object["meaning"] = row.meaning;
-        object["source"] = row.source;
+        if (!sources.empty())
+            object["source"] = row.source;
         array.push_back(std::move(object));
     }
     return array.dump(2) + "\n";
 }
 
-std::string layoutMarkdown() {
-    std::string text = kDocument;
-    text += markdownLine(heading());
-    text += markdownLine(Cells{"---:", "---", "---:", "---:", "---", "---", "---", "---", "---"});
-    for (const Row& row : rows()) {
-        Cells cells = cellsOf(row);
+std::string layoutMarkdown(const FieldSources& sources) {
+    const bool withSources = !sources.empty();
+    std::string text = kDocument + std::string(withSources ? kSourcesNote : "") + "\n";
+    text += markdownLine(heading(withSources));
+    Cells line{"---:", "---", "---:", "---:", "---", "---", "---", "---"};
+    if (withSources)
+        line.emplace_back("---");
+    text += markdownLine(line);
+    for (const Row& row : rows(sources)) {
+        Cells cells = cellsOf(row, withSources);
         cells[5] = "`" + cells[5] + "`";
         text += markdownLine(cells);
     }

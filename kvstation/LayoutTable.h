@@ -2,12 +2,16 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 namespace kvstation {
 
-std::string layoutText();
-std::string layoutJson();
+// Where each field comes from, in the order of fields(); empty where nobody looked.
+using FieldSources = std::vector<std::string>;
+
+std::string layoutText(const FieldSources& sources = {});
+std::string layoutJson(const FieldSources& sources = {});
 // The document docs/record.md.
-std::string layoutMarkdown();
+std::string layoutMarkdown(const FieldSources& sources = {});
 
 }  // namespace kvstation

@@ -3,11 +3,9 @@
 #include <algorithm>
 #include <string_view>
 
-#include "kvstation/FieldTable.h"
 #include "kvstation/NamedParts.h"
-#include "kvstation/Sources.h"
 #include "kvstation/StandIns.h"
-#include "kvstation/Steps.h"
+#include "kvstation/cause/OtherTexts.h"
 #include "simwin/Address.h"
 #include "simwin/CodePage.h"
 
@@ -87,17 +85,13 @@ bool isNumber(const RegistryValue& value) {
            value.type == static_cast<std::uint32_t>(simwin::RegistryType::QWord);
 }
 
+// What the module asks for by name and what it compares with stands in its sources.
 std::set<std::string> vocabulary() {
     std::set<std::string> words = wordsOf(kCommonWords);
-    const auto add = [&](std::string_view text) { words.merge(wordsOf(text)); };
-    for (const StepMark& mark : stepMarks())
-        add(mark.argument);
-    for (const Field& field : fields())
-        for (const Source& source : sourcesOf(field.name))
-            if (source.asked != Asked::Field) {
-                add(source.what);
-                add(source.item);
-            }
+    for (const std::string_view word : moduleWords())
+        words.merge(wordsOf(word));
+    for (const std::string_view name : moduleNames())
+        words.merge(wordsOf(name));
     return words;
 }
 
@@ -326,6 +320,11 @@ class Redactor {
         eachText([&](const std::string& text, TextPlace place) { m_standIns.learn(text, place); });
         for (const std::string& key : m_station.deniedKeys)
             learnPath(key);
+        for (const simwin::MemberPath& path : m_station.absent)
+            if (simwin::parseDotted(path.back()))
+                m_standIns.addAddress(path.back());
+            else if (path.size() > 1 && path[1] == "hosts")
+                m_standIns.addName(path.back());
     }
 
     void redactNames() {
@@ -367,6 +366,20 @@ class Redactor {
             drive.serial = m_standIns.number(drive.serial);
         for (std::string& key : m_station.deniedKeys)
             key = redactPath(key);
+        for (simwin::MemberPath& path : m_station.absent)
+            redactMember(path);
+    }
+
+    // The last name may be an address, a host or a file.
+    void redactMember(simwin::MemberPath& path) {
+        simwin::Utf8Error error{};
+        const std::optional<std::string> name = simwin::fromUtf8(path.back(), error);
+        if (!name)
+            return;
+        const bool isHost = path.size() > 1 && path[1] == "hosts";
+        path.back() = simwin::toUtf8(simwin::parseDotted(*name) ? m_standIns.address(*name)
+                                     : isHost                   ? m_standIns.whole(*name)
+                                                                : m_standIns.inside(*name));
     }
 
     std::string redactPath(const std::string& path) {

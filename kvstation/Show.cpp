@@ -2,7 +2,6 @@
 #include <CLI/App.hpp>
 #include <memory>
 
-#include "kvstation/CallLog.h"
 #include "kvstation/CallTimes.h"
 #include "kvstation/CollectionGuard.h"
 #include "kvstation/Errors.h"
@@ -12,6 +11,7 @@
 #include "kvstation/RunningSystem.h"
 #include "kvstation/Stage.h"
 #include "kvstation/TimeLimit.h"
+#include "kvstation/TracedStation.h"
 #include "kvstation/Verb.h"
 
 namespace kvstation {
@@ -23,17 +23,35 @@ struct ShowOptions {
     bool times = false;
 };
 
+Report reportOf(const RecordBytes& bytes) {
+    return {.record = Record(bytes),
+            .bytes = bytes,
+            .product = productName(runningSystem()),
+            .origin = "this station",
+            .unknown = {}};
+}
+
+int showQuickly(const ShowOptions& options) {
+    simwin::CallObserver nobody;
+    giveOut(reportOf(collectHereObserved(nobody)), options.result);
+    return kExitSuccess;
+}
+
+// A page tells the causes too, and times are told by the fields that hang on the questions.
+int showWithCauses(const ShowOptions& options) {
+    const TracedStation traced = traceHere();
+    Report report = reportOf(traced.record);
+    if (!options.result.html.empty())
+        report.causes = allCauses(traced.station);
+    giveOut(report, options.result);
+    if (options.times)
+        writeResult("\n" + timesText(traced.calls, traced.fields));
+    return kExitSuccess;
+}
+
 int show(const ShowOptions& options) {
     const CollectionGuard guard(options.limit.duration());
-    CallLog calls;
-    simwin::CallObserver nobody;
-    const RecordBytes bytes = collectHereObserved(options.times ? calls : nobody);
-    giveOut(
-        {.record = Record(bytes), .bytes = bytes, .product = productName(runningSystem()), .origin = "this station"},
-        options.result);
-    if (options.times)
-        writeResult("\n" + timesText(calls.calls()));
-    return kExitSuccess;
+    return options.times || !options.result.html.empty() ? showWithCauses(options) : showQuickly(options);
 }
 
 }  // namespace
@@ -42,7 +60,7 @@ Verb addShow(CLI::App& tool) {
     const auto options = std::make_shared<ShowOptions>();
     CLI::App* command = tool.add_subcommand("show", "Collect this station's record and show it (Windows)");
     addResultOptions(*command, options->result);
-    command->add_flag("--times", options->times, "The milliseconds of each step and the slowest platform calls too")
+    command->add_flag("--times", options->times, "The milliseconds of each field and platform call too")
         ->excludes(command->get_option("--json"))
         ->excludes(command->get_option("--field"));
     addTimeLimit(*command, options->limit);

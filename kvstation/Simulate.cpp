@@ -2,14 +2,15 @@
 #include <CLI/App.hpp>
 #include <memory>
 
-#include "kvstation/CallLog.h"
 #include "kvstation/CallTimes.h"
 #include "kvstation/Errors.h"
 #include "kvstation/Files.h"
 #include "kvstation/Output.h"
 #include "kvstation/ResultOptions.h"
 #include "kvstation/Simulation.h"
+#include "kvstation/TracedStation.h"
 #include "kvstation/Verb.h"
+#include "kvstation/cause/StationSource.h"
 
 namespace kvstation {
 namespace {
@@ -17,6 +18,7 @@ namespace {
 struct SimulateOptions {
     ResultOptions result;
     std::string station;
+    WhatIf whatIf;
     bool times = false;
 };
 
@@ -24,10 +26,15 @@ constexpr const char* kCaption =
     "The simulated Windows answered: the times below are its own, not the described station's.\n";
 
 int simulate(const SimulateOptions& options) {
-    CallLog log;
-    giveOut(simulateStation(options.station, options.times ? &log : nullptr), options.result);
-    if (options.times)
-        writeResult("\n" + std::string(kCaption) + timesText(log.calls()));
+    const simwin::Station station = stationFrom(options.station, options.whatIf);
+    Report report = simulateStation(station, options.station);
+    if (!options.result.html.empty())
+        report.causes = allCauses(station);
+    giveOut(report, options.result);
+    if (options.times) {
+        const TracedStation traced = traceStation(station);
+        writeResult("\n" + std::string(kCaption) + timesText(traced.calls, traced.fields));
+    }
     return kExitSuccess;
 }
 
@@ -41,9 +48,10 @@ Verb addSimulate(CLI::App& tool) {
         ->required()
         ->check(checkFileName);
     addResultOptions(*command, options->result);
+    addWhatIf(*command, options->whatIf);
     command
         ->add_flag("--times", options->times,
-                   "The milliseconds of each step and the slowest platform calls too; these are the simulation's own")
+                   "The milliseconds of each field and platform call too; these are the simulation's own")
         ->excludes(command->get_option("--json"))
         ->excludes(command->get_option("--field"));
     return {command, "kvstation simulate stations/metaframe-session --html page.html",

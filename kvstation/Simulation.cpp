@@ -1,9 +1,17 @@
 #include "kvstation/Simulation.h"
 #include "kvstation/ProductName.h"
 #include "kvstation/Stage.h"
+#include "simwin/CodePage.h"
 
 namespace kvstation {
 namespace {
+
+std::vector<std::string> unknownOf(const simwin::Station& station) {
+    std::vector<std::string> unknown;
+    for (const std::string& one : station.unknown)
+        unknown.push_back(simwin::toUtf8(one));
+    return unknown;
+}
 
 std::string productOf(const simwin::Station& station) {
     if (!station.version)
@@ -17,11 +25,14 @@ std::string productOf(const simwin::Station& station) {
 
 }  // namespace
 
-Report simulateStation(const std::string& folder, simwin::CallObserver* observer) {
-    simwin::Machine machine(readStationFolder(folder));
-    machine.observe(observer);
+Report simulateStation(const simwin::Station& station, const std::string& origin) {
+    simwin::Machine machine(station);
     const RecordBytes bytes = collectOn(machine);
-    return {.record = Record(bytes), .bytes = bytes, .product = productOf(machine.station()), .origin = folder};
+    return {.record = Record(bytes),
+            .bytes = bytes,
+            .product = productOf(station),
+            .origin = origin,
+            .unknown = unknownOf(station)};
 }
 
 }  // namespace kvstation

@@ -4,12 +4,11 @@
 #include <string>
 
 #include "kvstation/Report.h"
-#include "simwin/CallObserver.h"
+#include "simwin/Station.h"
 
 namespace kvstation {
 
-// Runs the module on the station that the folder describes. Throws Failure, with file, line and what is wrong when the
-// folder describes none. The observer, if there is one, is told the module's calls.
-Report simulateStation(const std::string& folder, simwin::CallObserver* observer = nullptr);
+// Runs the module on the station. `origin` is where it comes from, for a page's foot.
+Report simulateStation(const simwin::Station& station, const std::string& origin);
 
 }  // namespace kvstation

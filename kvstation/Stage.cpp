@@ -2,7 +2,6 @@
 
 #include "kvstation/Errors.h"
 #include "kvstation/Files.h"
-#include "kvstation/WatchedRun.h"
 #include "simwin/StationReader.h"
 
 namespace kvstation {
@@ -13,18 +12,8 @@ simwin::Station readStationFolder(const std::string& folder) {
     return simwin::readStation(pathOf(folder));
 }
 
-WatchedRun watchRun(const std::string& folder) {
-    CallLog log;
-    WatchedRun run;
-    if (folder.empty()) {
-        run.record = collectHereObserved(log);
-    } else {
-        simwin::Machine machine(readStationFolder(folder));
-        machine.observe(&log);
-        run.record = collectOn(machine);
-    }
-    run.calls = log.calls();
-    return run;
+RecordBytes collectOn(simwin::Machine& machine) {
+    return Collector().collect(machine);
 }
 
 }  // namespace kvstation

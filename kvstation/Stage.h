@@ -2,6 +2,7 @@
 // with its imports redirected.
 #pragma once
 
+#include <memory>
 #include <string>
 
 #include "kvstation/Record.h"
@@ -12,7 +13,23 @@ namespace kvstation {
 // Throws Failure, with file, line and what is wrong when the folder describes no station.
 simwin::Station readStationFolder(const std::string& folder);
 
-// One collection whose calls the machine answers, or passes on.
+// The module, ready to collect again and again. What it prints meanwhile is not to be seen.
+class Collector {
+  public:
+    Collector();
+    Collector(const Collector&) = delete;
+    Collector& operator=(const Collector&) = delete;
+    ~Collector();
+
+    // One collection whose calls the machine answers.
+    RecordBytes collect(simwin::Machine& machine) const;
+
+  private:
+    struct Loaded;
+    std::unique_ptr<Loaded> m_loaded;
+};
+
+// One collection whose calls the machine answers.
 RecordBytes collectOn(simwin::Machine& machine);
 
 // One collection on this computer, whose calls the observer is told. Needs Windows and throws Failure elsewhere.

@@ -19,9 +19,15 @@ class LoadedModule {
 
 }  // namespace
 
-RecordBytes collectOn(simwin::Machine& machine) {
+struct Collector::Loaded {
+    StreamAside aside{kStandardOutput};
+};
+
+Collector::Collector() : m_loaded(std::make_unique<Loaded>()) {}
+Collector::~Collector() = default;
+
+RecordBytes Collector::collect(simwin::Machine& machine) const {
     const simwin::Machine::Scope scope(machine);
-    const StreamAside aside(kStandardOutput);
     const LoadedModule module;
     RecordBytes record{};
     GetStationData(record.data());

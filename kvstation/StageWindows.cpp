@@ -30,8 +30,7 @@ void addFunctions(simwin::Relay& relay, HMODULE library) {
     }
 }
 
-RecordBytes collect(const Library& library, simwin::Machine& machine, bool withHeap) {
-    const redirect::Redirection redirection(library.handle(), answers(withHeap));
+RecordBytes collect(const Library& library, simwin::Machine& machine) {
     const simwin::Machine::Scope scope(machine);
     RecordBytes record{};
     library.getStationData(record);
@@ -44,15 +43,23 @@ RecordBytes collectObserved(const Library& library, simwin::CallObserver& observ
     simwin::Machine machine{simwin::Station()};
     machine.relayTo(&relay);
     machine.observe(&observer);
-    return collect(library, machine, false);
+    const redirect::Redirection redirection(library.handle(), answers(false));
+    return collect(library, machine);
 }
 
 }  // namespace
 
-RecordBytes collectOn(simwin::Machine& machine) {
-    const StreamAside aside(kStandardOutput);
-    const Library library;
-    return collect(library, machine, true);
+struct Collector::Loaded {
+    StreamAside aside{kStandardOutput};
+    Library library;
+    redirect::Redirection redirection{library.handle(), answers(true)};
+};
+
+Collector::Collector() : m_loaded(std::make_unique<Loaded>()) {}
+Collector::~Collector() = default;
+
+RecordBytes Collector::collect(simwin::Machine& machine) const {
+    return kvstation::collect(m_loaded->library, machine);
 }
 
 RecordBytes collectHereObserved(simwin::CallObserver& observer) {

@@ -133,6 +133,11 @@ std::string textView(const Report& report, const TextOptions& options) {
     const std::string empty = emptyFields(report.record);
     if (!options.all && !empty.empty())
         writer.remark("Empty or 0: ", empty);
+    std::string unknown;
+    for (const std::string& one : report.unknown)
+        unknown += (unknown.empty() ? "" : ", ") + visible(one);
+    if (!unknown.empty())
+        writer.remark("Not written down in this station: ", unknown);
     return writer.take();
 }
 

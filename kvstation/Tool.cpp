@@ -15,8 +15,8 @@ namespace {
 
 std::vector<Verb> addVerbs(CLI::App& tool) {
     return {
-        addShow(tool),   addSimulate(tool), addDecode(tool),  addDiff(tool),
-        addLayout(tool), addTrace(tool),    addExplain(tool), addCapture(tool),
+        addShow(tool),   addSimulate(tool), addDecode(tool),     addDiff(tool),    addLayout(tool),
+        addTrace(tool),  addExplain(tool),  addWhatIfVerb(tool), addCapture(tool),
 #ifndef _WIN32
         addImport(tool),
 #endif

@@ -1,28 +1,43 @@
-// The verb "trace": every question that the module asks, with its answer.
+// The verb "trace": every question that the module asks, with its answer and what hangs on it.
 #include <CLI/App.hpp>
 #include <memory>
 
 #include "kvstation/CollectionGuard.h"
 #include "kvstation/Errors.h"
+#include "kvstation/FieldTable.h"
 #include "kvstation/Output.h"
+#include "kvstation/Similar.h"
 #include "kvstation/TimeLimit.h"
 #include "kvstation/TraceView.h"
+#include "kvstation/TracedStation.h"
 #include "kvstation/Verb.h"
-#include "kvstation/WatchedRun.h"
+#include "kvstation/cause/StationSource.h"
 
 namespace kvstation {
 namespace {
 
 struct TraceVerbOptions {
     std::string station;
+    WhatIf whatIf;
+    std::string field;
     bool all = false;
+    bool json = false;
     TimeLimit limit;
 };
 
 int trace(const TraceVerbOptions& options) {
+    if (!options.field.empty() && findField(options.field) == fields().size())
+        throw WrongUse("the record has no field '" + options.field + "'" +
+                       describeSimilar(similarFields(options.field)) + "; 'kvstation layout' lists them");
     const CollectionGuard guard(options.limit.duration());
-    const WatchedRun run = watchRun(options.station);
-    writeResult(traceView(run.calls, {.all = options.all, .colours = standardOutput().hasColours}));
+    const bool isHere = options.station.empty() && options.whatIf.isEmpty();
+    const TracedStation traced = isHere ? traceHere() : traceStation(stationFrom(options.station, options.whatIf));
+    std::vector<TracedCall> calls;
+    for (std::size_t i = 0; i < traced.calls.size(); ++i)
+        calls.push_back({traced.calls[i].call, traced.fields[i]});
+    const TraceOptions shown{
+        .all = options.all, .colours = standardOutput().hasColours && !options.json, .field = options.field};
+    writeResult(options.json ? traceJson(calls, shown) : traceView(calls, shown));
     return kExitSuccess;
 }
 
@@ -30,13 +45,18 @@ int trace(const TraceVerbOptions& options) {
 
 Verb addTrace(CLI::App& tool) {
     const auto options = std::make_shared<TraceVerbOptions>();
-    CLI::App* command =
-        tool.add_subcommand("trace", "Show every question that a collection asks, in its order, and the answers");
+    CLI::App* command = tool.add_subcommand(
+        "trace",
+        "Show every question that a collection asks, in its order, the answers and the fields that hang on them");
     command->add_option("STATION", options->station, "A described station's folder; without it this computer (Windows)")
         ->type_name("");
+    command->add_option("--field", options->field, "Only the questions that this field hangs on")->type_name("NAME");
     command->add_flag("--all", options->all, "The module's own work too: memory, texts, closing what it opened");
+    command->add_flag("--json", options->json, "Print a JSON list");
+    addWhatIf(*command, options->whatIf);
     addTimeLimit(*command, options->limit);
-    return {command, "kvstation trace stations/metaframe-session", [options] { return trace(*options); }};
+    return {command, "kvstation trace stations/metaframe-session --field szStation",
+            [options] { return trace(*options); }};
 }
 
 }  // namespace kvstation

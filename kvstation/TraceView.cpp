@@ -1,10 +1,12 @@
 #include "kvstation/TraceView.h"
 
 #include <algorithm>
+#include <nlohmann/json.hpp>
 #include <string_view>
 
-#include "kvstation/GivenText.h"
 #include "kvstation/VisibleText.h"
+#include "kvstation/cause/Answer.h"
+#include "kvstation/cause/QuestionTable.h"
 #include "simwin/CodePage.h"
 
 namespace kvstation {
@@ -16,79 +18,104 @@ constexpr std::string_view kBold = "\x1b[1m";
 constexpr std::string_view kDim = "\x1b[2m";
 constexpr std::string_view kPlain = "\x1b[0m";
 
-// They ask nothing of the station.
-constexpr std::string_view kOwnWork[] = {"FindClose",
-                                         "FreeLibrary",
-                                         "GetLastError",
-                                         "GlobalAlloc",
-                                         "GlobalFree",
-                                         "GlobalLock",
-                                         "GlobalUnlock",
-                                         "LoadStringA",
-                                         "LocalAlloc",
-                                         "LocalFree",
-                                         "NetApiBufferFree",
-                                         "RegCloseKey",
-                                         "VerQueryValueA",
-                                         "_mbscmp",
-                                         "_mbslwr",
-                                         "_mbsupr",
-                                         "_strupr",
-                                         "inet_addr",
-                                         "wsprintfA",
-                                         "WSAStartup",
-                                         "ZRTSWRPFree",
-                                         "VerSetConditionMask",
-                                         "WideCharToMultiByte",
-                                         "ZRTSWRPInit"};
+constexpr std::string_view kTraceCall = "ZRTrace";
+constexpr std::string_view kPublish = "KVSetEnv";
 
-bool isOwnWork(const ObservedCall& call) {
-    return std::ranges::find(kOwnWork, call.name) != std::end(kOwnWork);
+// Questions, and what the module tells on its way.
+bool isOfInterest(const ObservedCall& call) {
+    return call.name == kTraceCall || call.name == kPublish || findCallRow(call.name) != nullptr;
 }
 
 // Nothing but a value's size was asked for, and the value itself by the next call.
 bool isSizeQuestion(const ObservedCall& call, const ObservedCall* next) {
     return next != nullptr && call.name == "RegQueryValueExA" && next->name == call.name && call.succeeded &&
-           next->arguments == call.arguments && call.parameters[4].index() == 0;
+           next->arguments == call.arguments && next->subject == call.subject && call.parameters[4].index() == 0;
 }
 
-std::string traceLine(const ObservedCall& call) {
+bool isShown(const std::vector<TracedCall>& calls, std::size_t index, const TraceOptions& options) {
+    const TracedCall& one = calls[index];
+    if (!options.field.empty())
+        return std::ranges::find(one.fields, options.field) != one.fields.end();
+    const ObservedCall* next = index + 1 < calls.size() ? &calls[index + 1].call : nullptr;
+    return options.all || (isOfInterest(one.call) && !isSizeQuestion(one.call, next));
+}
+
+// The question for the size told the type, too, which the one for the value did not ask for again.
+TracedCall withType(const std::vector<TracedCall>& calls, std::size_t index) {
+    TracedCall one = calls[index];
+    if (index != 0 && isSizeQuestion(calls[index - 1].call, &one.call) && one.call.parameters[3].index() == 0)
+        one.call.parameters[3] = calls[index - 1].call.parameters[3];
+    return one;
+}
+
+std::string traceText(const ObservedCall& call) {
     std::string_view text = simwin::textOf(call.parameters[2]);
     while (text.ends_with('\n'))
         text.remove_suffix(1);
-    return "  | " + visible(simwin::toUtf8(text));
+    return simwin::toUtf8(text);
 }
 
-// A structure's members stand behind the answer, which does not tell them.
-std::string callLine(const ObservedCall& call) {
-    const std::string given = call.succeeded && isStructure(call) ? givenBy(call) : "";
-    std::string line = "  " + call.name + "(" + call.arguments + ")";
-    if (!call.answer.empty() || !given.empty())
-        line += " = " + call.answer + (call.answer.empty() || given.empty() ? "" : ", ") + given;
+// "1, "text"", "67 ERROR_BAD_NET_NAME": the answer as the log tells it, a structure's members behind it.
+std::string answerText(const ObservedCall& call) {
+    if (const std::optional<CallError> error = errorOf(call))
+        return "failed, error " + shown(*error);
+    if (!call.succeeded)
+        return "nothing";
+    const Answer answer = answerOf(call);
+    if (!answer.items.empty() || answer.isText)
+        return shown(answer);
+    return findCallRow(call.name) != nullptr ? "there" : visible(call.answer);
+}
+
+std::string callLine(const TracedCall& one, const TraceOptions& options) {
+    const std::string answer = answerText(one.call);
+    std::string line = visible(one.call.name + "(" + one.call.arguments + ")") + (answer.empty() ? "" : " = " + answer);
+    std::string fields;
+    for (const std::string& field : one.fields)
+        fields += (fields.empty() ? "" : ", ") + field;
+    if (!fields.empty())
+        line += options.colours ? "  " + std::string(kBold) + "-> " + fields + std::string(kPlain) : "  -> " + fields;
     return line;
 }
 
 }  // namespace
 
-std::string traceView(const std::vector<StepCall>& calls, const TraceOptions& options) {
+std::string traceView(const std::vector<TracedCall>& calls, const TraceOptions& options) {
     std::string text;
-    std::string_view step;
     for (std::size_t i = 0; i < calls.size(); ++i) {
-        const ObservedCall& call = calls[i].call;
-        const ObservedCall* next = i + 1 < calls.size() ? &calls[i + 1].call : nullptr;
-        if (!options.all && (isOwnWork(call) || isSizeQuestion(call, next)))
+        if (!isShown(calls, i, options))
             continue;
-        if (calls[i].step != step) {
-            step = calls[i].step;
-            text +=
-                (options.colours ? std::string(kBold) + std::string(step) + std::string(kPlain) : std::string(step)) +
-                "\n";
-        }
-        const bool isTrace = call.name == "ZRTrace";
-        const std::string line = isTrace ? traceLine(call) : callLine(call);
+        const bool isTrace = calls[i].call.name == kTraceCall;
+        const std::string line =
+            isTrace ? "  | " + visible(traceText(calls[i].call)) : callLine(withType(calls, i), options);
         text += (options.colours && isTrace ? std::string(kDim) + line + std::string(kPlain) : line) + "\n";
     }
     return text;
+}
+
+std::string traceJson(const std::vector<TracedCall>& calls, const TraceOptions& options) {
+    using nlohmann::ordered_json;
+    ordered_json list = ordered_json::array();
+    for (std::size_t i = 0; i < calls.size(); ++i) {
+        if (!isShown(calls, i, options))
+            continue;
+        const ObservedCall call = withType(calls, i).call;
+        if (call.name == kTraceCall) {
+            list.push_back({{"trace", traceText(call)}, {"level", simwin::numberOf(call.parameters[0])}});
+            continue;
+        }
+        ordered_json one{{"call", call.name},
+                         {"arguments", call.arguments},
+                         {"answer", nullptr},
+                         {"error", nullptr},
+                         {"fields", calls[i].fields}};
+        if (call.succeeded)
+            one["answer"] = answerText(call);
+        if (const std::optional<CallError> error = errorOf(call))
+            one["error"] = {{"code", error->code}, {"name", error->name}};
+        list.push_back(std::move(one));
+    }
+    return list.dump(2) + "\n";
 }
 
 }  // namespace kvstation

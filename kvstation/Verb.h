@@ -24,6 +24,7 @@ Verb addDiff(CLI::App& tool);
 Verb addLayout(CLI::App& tool);
 Verb addTrace(CLI::App& tool);
 Verb addExplain(CLI::App& tool);
+Verb addWhatIfVerb(CLI::App& tool);
 Verb addCapture(CLI::App& tool);
 #ifndef _WIN32
 Verb addImport(CLI::App& tool);

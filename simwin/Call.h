@@ -207,8 +207,11 @@ void noteAnswer(Machine& machine, ObservedCall& call, const Failure& failure, bo
     if constexpr (!std::is_same_v<Result, NoResult>) {
         call.succeeded = succeeded(failure, result);
         call.result = factOfResult(result);
+        if (!call.succeeded && failure.how == Failure::How::ReturnsCode)
+            call.error = static_cast<std::uint32_t>(numberOf(call.result));
     }
-    call.parameters = {factOf(roles, call.succeeded)...};
+    call.parameters.reserve(sizeof...(roles));
+    (call.parameters.emplace_back(factOf(roles, call.succeeded)), ...);
     if (machine.relay() != nullptr)
         machine.relay()->learn(call);
     if constexpr (!std::is_same_v<Result, NoResult>)
@@ -235,7 +238,7 @@ auto watchCall(Machine& machine, const char* name, const Failure& failure, bool 
     if (machine.recording() != nullptr)
         kept.emplace(roles.keep(*machine.recording())...);
 
-    lastError.restore();
+    lastError.begin(failure.how != Failure::How::Never);
     const auto result = [&] {
         if constexpr (std::is_void_v<Result>) {
             answer();
@@ -285,6 +288,24 @@ Result passOn(Relay& relay, [[maybe_unused]] const char* name, const Roles&... r
     return static_cast<Result>(Entry(roles.raw()...));
 }
 
+// Changes the station for the one call that an experiment chose.
+class ChangedStation {
+  public:
+    explicit ChangedStation(const Machine& machine) : m_machine(machine.isCallToChange() ? &machine : nullptr) {
+        if (m_machine != nullptr) [[unlikely]]
+            m_machine->toggleStation();
+    }
+    ChangedStation(const ChangedStation&) = delete;
+    ChangedStation& operator=(const ChangedStation&) = delete;
+    ~ChangedStation() {
+        if (m_machine != nullptr) [[unlikely]]
+            m_machine->toggleStation();
+    }
+
+  private:
+    const Machine* m_machine;
+};
+
 // A failure that leaves more behind than its code.
 template <class Effect>
 struct FailureWith {
@@ -302,8 +323,10 @@ auto makeCall(const char* name, FailureWith<Effect> with, Answer&& answer, const
     Failure& failure = with.failure;
     const bool fails = machine.countCall(name, failure);
     const auto outcome = [&]() -> Result {
-        if (!fails)
+        if (!fails) {
+            const ChangedStation change(machine);
             return answer(machine);
+        }
         with.effect();
         return failedResult<Result>(machine, failure);
     };

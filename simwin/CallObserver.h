@@ -18,7 +18,7 @@ struct ObservedCall {
     std::string answer;
     std::string subject;  // what the first handle stands for, such as a key's full path
     bool succeeded = false;
-    std::uint32_t error = 0;         // the last error behind the call
+    std::uint32_t error = 0;  // a failed call's: what it returned, where it returns its error, else the last error
     std::vector<Fact> parameters{};  // in the order of the function's; what a failed call left unset is nothing
     Fact result{};
 };

@@ -91,6 +91,11 @@ struct VersionBlock {
         }
     };
     void* raw() const { return place; }
+    Fact fact(bool succeeded) const {
+        return succeeded && place != nullptr
+                   ? Fact(std::string(static_cast<const char*>(place), std::min(size, kLongestCopy)))
+                   : Fact();
+    }
     Kept keep(Recording&) const { return {place, std::vector<char>(std::min(size, kLongestCopy))}; }
     void input(std::string&, Machine&) const {}
     void output(std::string&, Machine&) const {}

@@ -28,12 +28,13 @@ class JsonView {
 
     using Visitor = std::function<void(const std::string& name, const JsonView& value)>;
 
-    // Every member of an object, in the file's order.
+    // Every member of an object, in the file's order. One that is null is as if it were not there.
     void eachMember(const Visitor& visit) const {
         if (!m_json.is_object())
             fail("is no object");
         for (const auto& [name, value] : m_json.items())
-            visit(name, JsonView(value, m_fileName, m_path + "/" + name));
+            if (!value.is_null())
+                visit(name, JsonView(value, m_fileName, m_path + "/" + name));
     }
 
     void eachItem(const std::function<void(const JsonView&)>& visit) const {

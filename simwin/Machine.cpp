@@ -135,7 +135,8 @@ bool Machine::decideFailure(std::string_view name, Failure& failure) {
     const auto found = m_station->fails.find(name);
     if (found == m_station->fails.end())
         return false;
-    failure.code = found->second;
+    if (found->second != 0)
+        failure.code = found->second;
     return true;
 }
 

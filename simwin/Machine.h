@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -81,7 +82,12 @@ class Machine {
     const std::shared_ptr<const Station>& sharedStation() const noexcept { return m_station; }
 
     std::uint32_t lastError() const noexcept { return m_lastError; }
-    void setLastError(std::uint32_t error) noexcept { m_lastError = error; }
+    void setLastError(std::uint32_t error) noexcept {
+        m_lastError = error;
+        m_hasSetError = true;
+    }
+    // What the last call set as last error; 0 when it left the one of an earlier call.
+    std::uint32_t errorOfCall() const noexcept { return m_hasSetError ? m_lastError : 0; }
 
     // What is open, by kind and in the order of opening. A library stands there once for each load.
     std::vector<OpenHandle> openHandles() const;
@@ -109,6 +115,12 @@ class Machine {
 
     // The n-th call that can fail, counted from 1 and from the machine's start, fails as Windows would fail it.
     void failCall(std::uint64_t n) noexcept;
+    // The n-th call of all, counted from 1, is answered by a station that `toggle` changes right before and changes
+    // back right behind it. Not for calls of the process heap. `toggle` must outlive the run.
+    void changeCall(std::uint64_t n, const std::function<void()>& toggle) noexcept {
+        m_callToChange = n;
+        m_toggle = &toggle;
+    }
     // The n-th allocation from the process heap answers null.
     void failAllocation(std::uint64_t n) noexcept { m_allocationToFail = n; }
     // The call that failCall failed; empty before.
@@ -135,11 +147,15 @@ class Machine {
     // Counts a call; true when it is to fail, and then `failure` holds the error to give.
     bool countCall(std::string_view name, Failure& failure) {
         ++m_calls;
+        m_hasSetError = false;
         if (failure.how == Failure::How::Never)
             return false;
         ++m_faultableCalls;
         return m_mayFail && decideFailure(name, failure);
     }
+    // True when changeCall named the call that is made now.
+    bool isCallToChange() const noexcept { return m_calls == m_callToChange; }
+    void toggleStation() const { (*m_toggle)(); }
     // Counts an allocation; true when it is to fail.
     bool countAllocation() noexcept { return ++m_allocations == m_allocationToFail; }
     void countHeapBlocks(int change) noexcept { m_openHeapBlocks += static_cast<std::size_t>(change); }
@@ -172,9 +188,12 @@ class Machine {
     std::uint64_t m_calls = 0;
     std::uint64_t m_faultableCalls = 0;
     std::uint64_t m_callToFail = 0;
+    std::uint64_t m_callToChange = 0;
+    const std::function<void()>* m_toggle = nullptr;
     std::uint64_t m_allocations = 0;
     std::uint64_t m_allocationToFail = 0;
     std::size_t m_openHeapBlocks = 0;
+    bool m_hasSetError = false;
     bool m_mayFail = false;
     bool m_keepsTrace = true;
     bool m_keepsLog = false;

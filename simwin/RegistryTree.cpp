@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <numeric>
 #include <utility>
 
 #include "simwin/CodePage.h"
@@ -71,6 +72,13 @@ std::optional<HivePath> splitHive(std::string_view fullPath) {
         if (equalNoCase(hive.name, name))
             return HivePath{hive.hive, rest};
     return std::nullopt;
+}
+
+std::string withClassesInPlace(std::string_view fullPath) {
+    const std::optional<std::string_view> rest = restBelow(fullPath, "HKEY_CLASSES_ROOT");
+    if (!rest)
+        return std::string(fullPath);
+    return "HKEY_LOCAL_MACHINE\\" + std::string(kClasses) + (rest->empty() ? "" : "\\") + std::string(*rest);
 }
 
 std::optional<std::string_view> restBelow(std::string_view path, std::string_view root) {
@@ -178,6 +186,32 @@ const RegistryValue* RegistryTree::findValue(KeyId id, std::string_view name) co
     if (place == key.valuesByName.end() || !equalNoCase(key.values[*place].name, name))
         return nullptr;
     return &key.values[*place];
+}
+
+void RegistryTree::exchangeValues(KeyId id, std::vector<RegistryValue>& values) {
+    Key& key = at(id);
+    key.values.swap(values);
+    key.valuesByName.resize(key.values.size());
+    std::iota(key.valuesByName.begin(), key.valuesByName.end(), 0u);
+    std::ranges::sort(key.valuesByName, [&](std::uint32_t left, std::uint32_t right) {
+        return compareNoCase(key.values[left].name, key.values[right].name) < 0;
+    });
+}
+
+void RegistryTree::exchangeSubKeys(KeyId id, std::vector<KeyId>& subKeys) {
+    at(id).subKeys.swap(subKeys);
+    sortSubKeys(at(id));
+}
+
+void RegistryTree::exchangeName(KeyId id, std::string& name) {
+    at(id).name.swap(name);
+    sortSubKeys(at(at(id).parent));
+}
+
+void RegistryTree::sortSubKeys(Key& key) {
+    key.subKeysByName = key.subKeys;
+    std::ranges::sort(key.subKeysByName,
+                      [this](KeyId left, KeyId right) { return compareNoCase(at(left).name, at(right).name) < 0; });
 }
 
 std::string RegistryTree::path(KeyId key) const {

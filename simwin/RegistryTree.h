@@ -73,6 +73,19 @@ class RegistryTree {
     const RegistryValue* value(KeyId key, std::size_t index) const;
     const RegistryValue* findValue(KeyId key, std::string_view name) const;
 
+    // A key's whole lists, in their order.
+    const std::vector<RegistryValue>& values(KeyId key) const { return at(key).values; }
+    const std::vector<KeyId>& subKeys(KeyId key) const { return at(key).subKeys; }
+    const std::string& name(KeyId key) const { return at(key).name; }
+    KeyId parent(KeyId key) const { return at(key).parent; }  // a hive's own for its root key
+
+    // For experiments: put something in the place of what a key holds and leave that in `values`, `subKeys` or `name`,
+    // so that the same call puts it back. Numbers of keys stay, also of those that no key lists meanwhile. No two
+    // values or sub-keys may have one name, and the sub-keys must have been made below this key.
+    void exchangeValues(KeyId key, std::vector<RegistryValue>& values);
+    void exchangeSubKeys(KeyId key, std::vector<KeyId>& subKeys);
+    void exchangeName(KeyId key, std::string& name);
+
     // "HKEY_LOCAL_MACHINE\SOFTWARE", in the letter case of the tree.
     std::string path(KeyId key) const;
 
@@ -95,6 +108,7 @@ class RegistryTree {
     std::optional<KeyId> findSubKey(KeyId key, std::string_view name) const;
     KeyId createSubKey(KeyId key, std::string_view name);
     std::optional<KeyId> createPath(KeyId from, std::string_view path);
+    void sortSubKeys(Key& key);
 
     std::deque<Key> m_keys;
 };
@@ -105,6 +119,9 @@ struct HivePath {
     std::string_view rest;
 };
 std::optional<HivePath> splitHive(std::string_view fullPath);
+
+// The path of the same key below HKEY_LOCAL_MACHINE, of one below HKEY_CLASSES_ROOT; any other path as it is.
+std::string withClassesInPlace(std::string_view fullPath);
 
 // What stands behind `root` and a backslash in the path of a key that is `root` or lies below it, without regard to
 // letter case; none of any other key.

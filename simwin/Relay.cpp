@@ -68,13 +68,24 @@ const void* Relay::watched(std::uintptr_t library, const char* function, const v
 }
 
 std::uint32_t LastErrorKeeper::error(const Machine& machine) const {
-    return m_isReal ? m_error : machine.answering().lastError();
+    return m_isReal ? m_errorOfCall : machine.answering().errorOfCall();
 }
 
 #ifdef _WIN32
 
+namespace {
+// An error of no program: that it still stands behind a call tells that the call set none.
+constexpr DWORD kUntouched = 0x20000000 | 0x4B56;
+}  // namespace
+
 LastErrorKeeper::LastErrorKeeper(const Relay* relay) : m_isReal(relay != nullptr && relay->behind() == nullptr) {
-    take();
+    if (m_isReal)
+        m_error = GetLastError();
+}
+
+void LastErrorKeeper::begin(bool canFail) const {
+    if (m_isReal)
+        SetLastError(canFail ? kUntouched : m_error);
 }
 
 void LastErrorKeeper::restore() const {
@@ -83,8 +94,12 @@ void LastErrorKeeper::restore() const {
 }
 
 void LastErrorKeeper::take() {
-    if (m_isReal)
-        m_error = GetLastError();
+    if (!m_isReal)
+        return;
+    const DWORD error = GetLastError();
+    m_errorOfCall = error != kUntouched ? error : 0;
+    if (error != kUntouched)
+        m_error = error;
 }
 
 #else
@@ -92,6 +107,7 @@ void LastErrorKeeper::take() {
 // Natively there is no thread's last error; each machine has its own.
 LastErrorKeeper::LastErrorKeeper(const Relay*) : m_isReal(false) {}
 void LastErrorKeeper::restore() const {}
+void LastErrorKeeper::begin(bool) const {}
 void LastErrorKeeper::take() {}
 
 #endif

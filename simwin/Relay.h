@@ -53,16 +53,19 @@ class LastErrorKeeper {
     LastErrorKeeper& operator=(const LastErrorKeeper&) = delete;
     ~LastErrorKeeper() { restore(); }
 
-    // Right before and right behind the call.
-    void restore() const;
+    // Right before and right behind the call. One that cannot fail, such as GetLastError, finds the error that was.
+    void begin(bool canFail) const;
     void take();
 
-    // Behind the call: the error that it left, of the thread or else of the machine that answered.
+    // Behind the call: the error that it set, of the thread or else of the machine that answered; 0 when it set none.
     std::uint32_t error(const Machine& machine) const;
 
   private:
+    void restore() const;
+
     bool m_isReal;
     std::uint32_t m_error = 0;
+    std::uint32_t m_errorOfCall = 0;
 };
 
 }  // namespace simwin

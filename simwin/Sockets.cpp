@@ -105,6 +105,19 @@ int copyName(const std::string& name, char* buffer, DWORD size) {
     return 0;
 }
 
+// A socket address, told as an address where it is one of IPv4.
+struct AddressBytes : Bytes<const SocketAddress*> {
+    void input(std::string& text, Machine& machine) const {
+        SocketAddressIPv4 ip{};
+        if (data != nullptr && size >= sizeof ip)
+            std::memcpy(&ip, data, sizeof ip);
+        if (ip.sin_family == winsock::kIPv4)
+            text += dotted({reinterpret_cast<const char*>(&ip.sin_addr), 4});
+        else
+            Bytes::input(text, machine);
+    }
+};
+
 struct NamePlaces {
     char* host;
     DWORD hostSize;
@@ -172,8 +185,9 @@ int WINAPI sim_getnameinfo(const SocketAddress* address, SocketLength length, PC
         [&](Machine& machine) {
             return nameInfo(machine, address, length, {host, hostSize, service, serviceSize}, flags);
         },
-        Bytes{address, static_cast<std::size_t>(std::max(length, 0))}, Value{length}, TextBuffer{host, hostSize},
-        Value{hostSize}, TextBuffer{service, serviceSize}, Value{serviceSize}, Value{flags});
+        AddressBytes{{address, static_cast<std::size_t>(std::max(length, 0))}}, Value{length},
+        TextBuffer{host, hostSize}, Value{hostSize}, TextBuffer{service, serviceSize}, Value{serviceSize},
+        Value{flags});
 }
 
 ULONG WINAPI sim_inet_addr(const char* address) {

@@ -17,6 +17,9 @@ namespace simwin {
 
 using OptionalText = std::optional<std::string>;
 
+// The names that lead to a member of station.json, such as "environment", "KVUser"; in UTF-8.
+using MemberPath = std::vector<std::string>;
+
 struct CodePages {
     unsigned ansi = 1252;
     unsigned oem = 437;
@@ -180,8 +183,13 @@ struct Station {
     std::optional<int> vcdVersion;  // present: KVVCD32.dll loads
     std::vector<ProfileEntry> profile;
     std::vector<std::string> missing;                         // "library" or "library!function"
-    std::map<std::string, std::uint32_t, std::less<>> fails;  // call -> error that it always gives
+    std::map<std::string, std::uint32_t, std::less<>> fails;  // call -> error that it always gives; 0: its own
     std::vector<std::string> deniedKeys;                      // full paths
+    // What nobody knows of the machine: members of station.json ("network.arp") and keys by full path. What lies below
+    // one and is not described is not "not there" but "not written down", for people; the answers do not heed it.
+    std::vector<std::string> unknown;
+    // Members that were asked for and are known not to be there, by their path: null in station.json.
+    std::vector<MemberPath> absent;
     RegistryTree registry;
 };
 

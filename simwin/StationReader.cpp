@@ -145,7 +145,22 @@ void readAll(const JsonView& view, Station& station) {
                  {"profile", [&](const JsonView& value) { readProfile(value, station.profile); }},
                  {"missing", [&](const JsonView& value) { readMissing(value, station.missing); }},
                  {"fails", [&](const JsonView& value) { readFails(value, station.fails); }},
-                 {"deniedKeys", into(station.deniedKeys)}});
+                 {"deniedKeys", into(station.deniedKeys)},
+                 {"unknown", into(station.unknown)}});
+}
+
+// Where a null says that there is nothing.
+void findAbsent(const JsonView::Json& json, MemberPath& path, std::vector<MemberPath>& absent) {
+    if (!json.is_object())
+        return;
+    for (const auto& [name, value] : json.items()) {
+        path.push_back(name);
+        if (value.is_null())
+            absent.push_back(path);
+        else
+            findAbsent(value, path, absent);
+        path.pop_back();
+    }
 }
 
 [[noreturn]] void failToRead(const std::filesystem::path& path, const char* what, int code) {
@@ -179,10 +194,15 @@ void checkDeniedKeys(const Station& station, const std::string& fileName) {
 Station parseStation(std::string_view content, const std::string& fileName) {
     if (content.size() > kLargestFile)
         throw ReadError(fileName + ": larger than 16 MiB");
-    const JsonView::Json json = parseJson(content, fileName);
     Station station;
-    readAll(JsonView(json, fileName, ""), station);
+    describe(station, parseJson(content, fileName), fileName);
     return station;
+}
+
+void describe(Station& station, const nlohmann::ordered_json& members, const std::string& fileName) {
+    readAll(JsonView(members, fileName, ""), station);
+    MemberPath path;
+    findAbsent(members, path, station.absent);
 }
 
 Station readStation(const std::filesystem::path& folder) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <filesystem>
+#include <nlohmann/json_fwd.hpp>
 #include <string>
 #include <string_view>
 
@@ -16,5 +17,8 @@ Station readStation(const std::filesystem::path& folder);
 // The station that a station.json's content describes, with an empty registry. `fileName` stands in errors only
 // ("station.json: /network/hostName: is not a text"). Throws ReadError.
 Station parseStation(std::string_view content, const std::string& fileName);
+
+// Adds what members of a station.json describe to a station that describes none of them. Throws ReadError.
+void describe(Station& station, const nlohmann::ordered_json& members, const std::string& fileName);
 
 }  // namespace simwin

@@ -251,17 +251,34 @@ void putSurroundings(Json& object, const Station& station) {
     put(object, "missing", texts(station.missing));
     put(object, "fails", Json(station.fails));
     put(object, "deniedKeys", texts(station.deniedKeys));
+    put(object, "unknown", texts(station.unknown));
+}
+
+// A null says that there is nothing, unless something is described there.
+void putAbsent(Json& object, const MemberPath& path) {
+    Json* place = &object;
+    for (const std::string& name : path) {
+        if (!place->is_object() && !place->is_null())
+            return;
+        place = &(*place)[name];
+    }
 }
 
 }  // namespace
 
-std::string writeStation(const Station& station) {
+Json stationJson(const Station& station) {
     Json object = Json::object();
     if (!station.description.empty())
         object["description"] = station.description;
     putMachine(object, station);
     putSurroundings(object, station);
-    return layOut(object);
+    for (const MemberPath& path : station.absent)
+        putAbsent(object, path);
+    return object;
+}
+
+std::string writeStation(const Station& station) {
+    return layOut(stationJson(station));
 }
 
 }  // namespace simwin

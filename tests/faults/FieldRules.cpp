@@ -267,9 +267,9 @@ struct Limit {
     std::size_t limit;
 };
 constexpr Limit kLimits[] = {
-#define KV_TEXT(name, offset, width, limit, group, meaning, source) {#name, limit},
-#define KV_NUMBER(name, offset, group, meaning, source)
-#define KV_UNSIGNED(name, offset, group, meaning, source)
+#define KV_TEXT(name, offset, width, limit, group, meaning) {#name, limit},
+#define KV_NUMBER(name, offset, group, meaning)
+#define KV_UNSIGNED(name, offset, group, meaning)
 #include "include/kvcstat_fields.inc"
 };
 

@@ -45,10 +45,10 @@ void checkUnwritten(const char* record) {
     for (const auto& [from, behind] : {std::pair{358, 360}, {1983, 1992}, {3681, 3708}, {4608, 4612}})
         check(isZero(record, static_cast<std::size_t>(from), static_cast<std::size_t>(behind)),
               "the reserved areas stay as they were");
-#define KV_TEXT(name, offset, width, limit, group, meaning, source) \
+#define KV_TEXT(name, offset, width, limit, group, meaning) \
     check(record[(offset) + (width)-1] == '\0', #name " ends within its width");
-#define KV_NUMBER(name, offset, group, meaning, source)
-#define KV_UNSIGNED(name, offset, group, meaning, source)
+#define KV_NUMBER(name, offset, group, meaning)
+#define KV_UNSIGNED(name, offset, group, meaning)
 #include "include/kvcstat_fields.inc"
 }
 

@@ -97,7 +97,7 @@ TEST_F(DamagedHive, InManyBytesIsImportedOrRefused) {
         SCOPED_TRACE("byte " + std::to_string(i));
         std::string hive = whole;
         hive[i] = static_cast<char>(hive[i] ^ 0xFF);
-        expectReadOrRefused(hive, [](HiveRegistry& registry) { importStation(registry); });
+        expectReadOrRefused(hive, [](HiveRegistry& registry) { importStation(registry, {}, Reach::StationItself); });
     }
 }
 
@@ -123,7 +123,7 @@ TEST_F(DamagedHive, CutAtAnyLengthIsRefused) {
 
 TEST_F(DamagedHive, WholeIsNot) {
     HiveRegistry registry(findHives(folder / "", ""));
-    EXPECT_EQ(importStation(registry).station.computerName, "LAGER-04");
+    EXPECT_EQ(importStation(registry, {}, Reach::StationItself).station.computerName, "LAGER-04");
 }
 
 }  // namespace

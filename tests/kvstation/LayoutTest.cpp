@@ -3,7 +3,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <nlohmann/json.hpp>
+#include <sstream>
 
 #include "kvstation/FieldTable.h"
 #include "kvstation/Files.h"
@@ -59,14 +61,25 @@ TEST(Layout, JsonHasAnObjectForEachField) {
     EXPECT_FALSE(json[3].contains("limit"));
 }
 
-TEST(Layout, TheDocumentIsUpToDate) {
-    EXPECT_EQ(readFile(KV_RECORD_DOCUMENT, 1024 * 1024), layoutMarkdown())
-        << "make it anew: kvstation layout --markdown > docs/record.md";
+std::vector<std::string> linesOf(const std::string& text) {
+    std::vector<std::string> lines;
+    std::istringstream stream(text);
+    for (std::string line; std::getline(stream, line);)
+        lines.push_back(line);
+    return lines;
+}
+
+// Its last column is what experiments find, which a test of the real library holds.
+TEST(Layout, TheDocumentHasARowForEachFieldAndReservedArea) {
+    const std::vector<std::string> document = linesOf(readFile(KV_RECORD_DOCUMENT, 1024 * 1024));
+    for (const std::string& row : linesOf(layoutMarkdown()))
+        EXPECT_TRUE(std::ranges::any_of(document, [&](const std::string& line) { return line.starts_with(row); }))
+            << row << " is missing: ./kv docs makes the document anew";
 }
 
 TEST(Layout, NoTextBreaksTheDocumentsTable) {
     for (const Field& field : fields())
-        for (const std::string_view text : {field.group, field.meaning, field.source})
+        for (const std::string_view text : {field.group, field.meaning})
             EXPECT_EQ(text.find_first_of("|\n<>`*_"), std::string_view::npos) << field.name << ": " << text;
 }
 

@@ -25,9 +25,9 @@ constexpr std::size_t kSigned = 0;
 constexpr std::size_t kUnsigned = 1;
 
 constexpr Field kFields[] = {
-#define KV_TEXT(name, offset, width, limit, group, meaning, source) {#name, offset, width},
-#define KV_NUMBER(name, offset, group, meaning, source) {#name, offset, kSigned},
-#define KV_UNSIGNED(name, offset, group, meaning, source) {#name, offset, kUnsigned},
+#define KV_TEXT(name, offset, width, limit, group, meaning) {#name, offset, width},
+#define KV_NUMBER(name, offset, group, meaning) {#name, offset, kSigned},
+#define KV_UNSIGNED(name, offset, group, meaning) {#name, offset, kUnsigned},
 #include "include/kvcstat_fields.inc"
 };
 

@@ -94,9 +94,9 @@ struct FieldRow {
 
 std::vector<FieldRow> FieldTable() {
     return {
-#define KV_TEXT(name, offset, width, limit, group, meaning, source) {#name, offset, width, limit},
-#define KV_NUMBER(name, offset, group, meaning, source) {#name, offset, 4, 0},
-#define KV_UNSIGNED(name, offset, group, meaning, source) {#name, offset, 4, 0},
+#define KV_TEXT(name, offset, width, limit, group, meaning) {#name, offset, width, limit},
+#define KV_NUMBER(name, offset, group, meaning) {#name, offset, 4, 0},
+#define KV_UNSIGNED(name, offset, group, meaning) {#name, offset, 4, 0},
 #include "include/kvcstat_fields.inc"
     };
 }
@@ -109,9 +109,9 @@ struct StructMember {
 std::vector<StructMember> StructMembers() {
 #define MEMBER(name) {offsetof(STATIONDATA, name), sizeof(STATIONDATA::name)},
     return {
-#define KV_TEXT(name, offset, width, limit, group, meaning, source) MEMBER(name)
-#define KV_NUMBER(name, offset, group, meaning, source) MEMBER(name)
-#define KV_UNSIGNED(name, offset, group, meaning, source) MEMBER(name)
+#define KV_TEXT(name, offset, width, limit, group, meaning) MEMBER(name)
+#define KV_NUMBER(name, offset, group, meaning) MEMBER(name)
+#define KV_UNSIGNED(name, offset, group, meaning) MEMBER(name)
 #include "include/kvcstat_fields.inc"
     };
 }

@@ -1,143 +1,209 @@
+// Why fields hold what they hold, on the described stations. What is expected was found by reading the stations, the
+// sentence of a test is what a reader of the explanation must find in it.
 #include <gmock/gmock.h>
 
-#include <map>
+#include <algorithm>
+#include <nlohmann/json.hpp>
+#include <optional>
 
-#include "kvstation/Explanation.h"
-#include "kvstation/FieldTable.h"
-#include "kvstation/Steps.h"
-#include "simwin/CallTable.h"
-#include "simwin/Machine.h"
+#include "kvstation/cause/CauseJson.h"
+#include "kvstation/cause/CauseText.h"
+#include "kvstation/cause/Experiments.h"
+#include "simwin/CodePage.h"
 #include "tests/watch/StationRuns.h"
 
 namespace kvtest {
 namespace {
 
-using kvstation::Finding;
+using kvstation::Cause;
+using kvstation::FieldCauses;
+using kvstation::Role;
+using testing::Contains;
+using testing::ElementsAre;
 using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
 
-std::string explained(std::string_view field, const std::string& station) {
-    return kvstation::explanationText(field, runOf(station), false);
+FieldCauses causesOn(const std::string& station, std::string_view field) {
+    return kvtest::causesOn(stationNamed(station), field);
 }
 
-kvstation::WatchedRun runOn(simwin::Station station) {
-    simwin::Machine machine(std::move(station));
-    kvstation::CallLog log;
-    machine.observe(&log);
-    kvstation::WatchedRun run;
-    run.record = kvstation::collectOn(machine);
-    run.calls = log.calls();
-    return run;
+// "KVUser" of a variable, "Name" of a registry value, else the question.
+std::string nameOf(const Cause& cause) {
+    if (cause.place.kind == kvstation::Place::Kind::Value)
+        return cause.place.value;
+    if (!cause.place.member.empty() && cause.place.member.front() == "environment")
+        return cause.place.member.back();
+    return cause.question;
 }
 
-std::string takenOf(std::string_view field, const kvstation::WatchedRun& run) {
-    std::string names;
-    for (const Finding& finding : kvstation::explain(field, run))
-        if (finding.isTaken)
-            names += (names.empty() ? "" : ",") +
-                     std::string(finding.source.what.empty() ? finding.source.item : finding.source.what);
+std::vector<std::string> namesOf(const std::vector<Cause>& causes, bool areGivers) {
+    std::vector<std::string> names;
+    for (const Cause& cause : causes)
+        if ((cause.role != Role::Decides) == areGivers)
+            names.push_back(nameOf(cause));
     return names;
 }
-
-TEST(Explain, TellsThatAskingForTheMACAddressIsSwitchedOff) {
-    EXPECT_THAT(explained("szMACAddress", "metaframe-session"),
-                HasSubstr("  * else: \"unknown\", because asking is switched off: in a session (CLIENTNAME is set) "
-                          "KVGetClientMACAddress must be 1\n"));
+std::vector<std::string> giversOf(const FieldCauses& causes) {
+    return namesOf(causes.causes, true);
+}
+std::vector<std::string> decidersOf(const FieldCauses& causes) {
+    return namesOf(causes.causes, false);
 }
 
-TEST(Explain, TellsThatNothingAnsweredARP) {
+std::optional<std::string> errorOf(const FieldCauses& causes, std::string_view call) {
+    for (const Cause& cause : causes.causes)
+        if (cause.call == call && cause.error)
+            return kvstation::shown(*cause.error);
+    return std::nullopt;
+}
+
+simwin::Station withVariable(simwin::Station station, const std::string& name, const std::string& value) {
+    std::erase_if(station.environment,
+                  [&](const simwin::Variable& one) { return simwin::equalNoCase(one.name, name); });
+    station.environment.push_back({name, value});
+    return station;
+}
+
+TEST(Explain, TellsWhatGivesASessionsAddress) {
+    const FieldCauses causes = causesOn("metaframe-session", "szIPAddress");
+    EXPECT_EQ(causes.value, "192.168.31.44");
+    EXPECT_THAT(giversOf(causes), ElementsAre("ZRTSQueryIPAddress(200)"));
+    EXPECT_EQ(causes.causes.front().role, Role::Gives);
+}
+
+TEST(Explain, NamesTheKindOfNameThatDecidesTheWindowsAccount) {
+    EXPECT_THAT(giversOf(causesOn("metaframe-session", "szWinUser")), ElementsAre("GetUserNameExA(8)"));
+    for (const char* station :
+         {"metaframe-session", "virtual-desktop-client", "windows-11-notebook", "windows-2000-workstation",
+          "windows-2003-terminal-session", "windows-7-workstation", "windows-xp-console"})
+        EXPECT_THAT(decidersOf(causesOn(station, "szWinUser")), Contains("KVUSERNAMETYPE")) << station;
+}
+
+TEST(Explain, GivesAnEmptyFieldNoGiver) {
+    for (const auto& [station, field] :
+         {std::pair{"winframe-session", "szMACAddress"}, std::pair{"nt4-alpha-workstation", "szServerMACAddress"},
+          std::pair{"nt4-powerpc-workstation", "szTSClientName"}}) {
+        const FieldCauses causes = causesOn(station, field);
+        EXPECT_EQ(causes.value, "") << station << ": " << field;
+        EXPECT_THAT(giversOf(causes), IsEmpty()) << station << ": " << field;
+        EXPECT_THAT(kvstation::causesText(causes, false), Not(HasSubstr("unknown"))) << station << ": " << field;
+    }
+}
+
+TEST(Explain, TellsThatAListOfAddressesIsAskedForByARPAsOneThatThereIsNot) {
+    const FieldCauses causes = causesOn("windows-2003-terminal-session", "szMACAddress");
+    EXPECT_EQ(causes.value, "unknown");
+    EXPECT_THAT(decidersOf(causes), Contains("SendARP(255.255.255.255, 0)"));
+    EXPECT_EQ(errorOf(causes, "SendARP"), "67 ERROR_BAD_NET_NAME");
+}
+
+// Of calls that return their error, and not what an earlier one left as last error.
+TEST(Explain, TellsTheErrorThatTheCallGave) {
+    simwin::Station station = stationNamed("windows-2000-workstation");
+    station.network.lanGroup.reset();
+    EXPECT_EQ(errorOf(kvtest::causesOn(station, "szWorkgroup"), "NetWkstaGetInfo"), "2138 NERR_WkstaNotStarted");
+    station = stationNamed("windows-2003-terminal-session");
+    station.session.clientName.reset();
+    const FieldCauses causes = kvtest::causesOn(station, "szClientName");
+    EXPECT_FALSE(errorOf(causes, "ZRTSQueryClientName")) << "it has no code";
+}
+
+TEST(Explain, NamesTheGiversOfTheNumberThatTheStationsTypeIsTakenFor) {
+    const simwin::Station station = stationNamed("metaframe-session");
+    const auto explained = [&](const char* type) {
+        return kvtest::causesOn(withVariable(station, "KVStationType", type), "szStation");
+    };
+    EXPECT_EQ(explained("12").value, "PFÖRTNER-SÜD#1");
+    EXPECT_THAT(giversOf(explained("12")), Contains("KVRDPClientName"));
+    for (const auto& [type, number] : {std::pair{" 2nd", "2"}, std::pair{"01", "1"}}) {
+        const FieldCauses one = explained(type);
+        const FieldCauses plain = explained(number);
+        EXPECT_EQ(one.value, plain.value) << type;
+        EXPECT_EQ(giversOf(one), giversOf(plain)) << type;
+        EXPECT_THAT(decidersOf(one), Contains("KVStationType")) << type;
+    }
+}
+
+TEST(Explain, NamesTheSessionWhereItDecides) {
+    for (const char* field : {"szIPAddress", "szServerName", "szDefaultDomainName", "szStation"})
+        for (const char* station : {"metaframe-session", "windows-2003-terminal-session"})
+            EXPECT_THAT(decidersOf(causesOn(station, field)), Contains("CLIENTNAME")) << station << ": " << field;
+}
+
+TEST(Explain, TellsTheWholeOfAValueThatWasCut) {
+    const FieldCauses address = causesOn("windows-2003-terminal-session", "szIPAddress");
+    EXPECT_EQ(address.cut, "192.168.7.20;10.8.0.6");
+    EXPECT_THAT(kvstation::causesText(address, false), HasSubstr("cut to 15 of 21 characters"));
+    EXPECT_EQ(causesOn("windows-2000-workstation", "szUserDisplayedName").cut->size(),
+              stationNamed("windows-2000-workstation").user.displayName->size());
+    EXPECT_FALSE(causesOn("metaframe-session", "szIPAddress").cut);
+}
+
+TEST(Explain, TellsThatTheBiosDateCutsTheDrives) {
+    const FieldCauses drives = causesOn("metaframe-session", "szCDRomDevices");
+    EXPECT_EQ(drives.cut, "1 COMPAQ CRD-8402B");
+    EXPECT_THAT(decidersOf(drives), Contains("SystemBiosDate"));
+    EXPECT_THAT(kvstation::causesText(drives, false), HasSubstr("cut to 8 of 18 characters"));
+}
+
+TEST(Explain, TellsOfAnAnswerThatNobodyAskedForThatItIsNotWrittenDown) {
     simwin::Station station;
     station.environment = {{"KVIP", "10.0.0.5"}};
-    const std::string text = kvstation::explanationText("szMACAddress", runOn(station), false);
-    EXPECT_THAT(text, HasSubstr("szMACAddress = \"unknown\"\n"));
-    EXPECT_THAT(text, HasSubstr("because nothing answered ARP for the address"));
+    const FieldCauses known = kvtest::causesOn(station, "szMACAddress");
+    EXPECT_THAT(kvstation::causesText(known, false), Not(HasSubstr("not written down")));
+    station.unknown = {"network.arp"};
+    const FieldCauses causes = kvtest::causesOn(station, "szMACAddress");
+    const auto arp = std::ranges::find(causes.causes, "SendARP", &Cause::call);
+    ASSERT_NE(arp, causes.causes.end());
+    EXPECT_TRUE(arp->isUnknown);
+    EXPECT_THAT(kvstation::causesText(causes, false), HasSubstr("not written down in this station"));
 }
 
-TEST(Explain, TellsThatThereIsNoNetBIOSAdapter) {
-    const kvstation::WatchedRun none = runOn({});
-    EXPECT_THAT(kvstation::explanationText("szMACAddress", none, false), HasSubstr("because NetBIOS lists no adapter"));
-    simwin::Station station;
-    station.network.netbios = {{0, std::nullopt}};
-    EXPECT_THAT(kvstation::explanationText("szMACAddress", runOn(station), false),
-                HasSubstr("because no adapter told its NetBIOS status"));
+TEST(Explain, TellsTheOverrideOfAVariableAndWhatComesWithoutIt) {
+    simwin::Station station = stationNamed("windows-xp-console");
+    const std::string before = kvtest::causesOn(station, "szUserName").value;
+    station = withVariable(std::move(station), "KVUser", "Someone");
+    const FieldCauses causes = kvtest::causesOn(station, "szUserName");
+    EXPECT_EQ(causes.value, "Someone");
+    EXPECT_THAT(giversOf(causes), ElementsAre("KVUser"));
+    const std::vector<kvstation::NextValue> next = nextOn(station, causes);
+    ASSERT_FALSE(next.empty());
+    EXPECT_EQ(next.front().value, before);
 }
 
-TEST(Explain, TellsTheSourceThatWasTaken) {
-    EXPECT_EQ(takenOf("szMACAddress", runOf("windows-xp-console")), "SendARP");
-    EXPECT_EQ(takenOf("szStation", runOf("metaframe-session")), "szMACAddress");
-    EXPECT_EQ(takenOf("szIPAddress", runOf("metaframe-session")), "ZRTSQueryIPAddress");
-    EXPECT_EQ(takenOf("szClientName", runOf("metaframe-session")), "KVRDPClientName");
-    EXPECT_EQ(takenOf("szUserName", runOf("metaframe-session")), "GetUserNameExA");
+TEST(Explain, SaysOfAFieldThatNothingDecides) {
+    EXPECT_THAT(kvstation::causesText(causesOn("windows-98-workstation", "szWinUser"), false),
+                HasSubstr("nothing that the module asked changes it"));
 }
 
-TEST(Explain, TellsTheOverrideOfAVariable) {
-    simwin::Station station;
-    station.environment = {{"KVIP", "10.1.2.3"}, {"KVUser", "Someone"}};
-    const kvstation::WatchedRun run = runOn(station);
-    EXPECT_EQ(takenOf("szIPAddress", run), "KVIP");
-    EXPECT_EQ(takenOf("szUserName", run), "KVUser");
-    EXPECT_THAT(kvstation::explanationText("szUserName", run, false),
-                HasSubstr("GetUserNameA (the Windows account, upper case): not asked"));
-}
-
-// Asked first, and the end of asking.
-TEST(Explain, NamesTheAdministratorsUserBeforeAllOthers) {
-    EXPECT_EQ(kvstation::sourcesOf("szUserName").front().what, "KVUser");
-}
-
-TEST(Explain, KnowsASourceOfEveryField) {
-    for (const kvstation::Field& field : kvstation::fields())
-        EXPECT_FALSE(kvstation::sourcesOf(field.name).empty()) << field.name;
-}
-
-TEST(Explain, NamesStepsFieldsAndCallsThatThereAre) {
-    for (const kvstation::Field& field : kvstation::fields())
-        for (const kvstation::Source& source : kvstation::sourcesOf(field.name)) {
-            const auto isStep = [&](const kvstation::StepMark& mark) { return mark.step == source.step; };
-            EXPECT_TRUE(source.step.empty() || std::ranges::any_of(kvstation::stepMarks(), isStep))
-                << field.name << ": " << source.step;
-            if (source.asked == kvstation::Asked::Field) {
-                EXPECT_LT(kvstation::findField(source.what), kvstation::fields().size()) << source.what;
-            }
-            if (source.asked == kvstation::Asked::Call || source.asked == kvstation::Asked::CallText) {
-                const auto isCall = [&](const simwin::CallEntry& call) { return call.name == source.what; };
-                EXPECT_TRUE(std::ranges::any_of(simwin::callTable(), isCall)) << source.what;
-            }
+TEST(Explain, TellsEveryFieldOfAStationInALine) {
+    for (const char* name : {"metaframe-session", "nt4-alpha-workstation"}) {
+        const kvstation::Collector collector;
+        kvstation::World world(stationNamed(name));
+        const kvstation::Experiments experiments(world, collector);
+        for (std::size_t field = 0; field < kvstation::fields().size(); ++field) {
+            const FieldCauses causes = kvstation::causesOf(world, collector, experiments, field);
+            const std::string line = kvstation::causesLine(causes, false);
+            EXPECT_THAT(line, testing::StartsWith(std::string(kvstation::fields()[field].name) + " = "));
+            EXPECT_EQ(std::ranges::count(line, '\n'), 1);
         }
-}
-
-TEST(Explain, TellsEveryFieldOfEveryStation) {
-    for (const std::string& name : stationNames()) {
-        const kvstation::WatchedRun run = runOf(name);
-        for (const kvstation::Field& field : kvstation::fields())
-            EXPECT_THAT(kvstation::explanationText(field.name, run, false),
-                        testing::StartsWith(std::string(field.name)));
     }
 }
 
-// A field that holds something got it from somewhere.
-TEST(Explain, NamesATakenSourceForEveryFieldThatIsFilled) {
-    for (const std::string& name : stationNames()) {
-        const kvstation::WatchedRun run = runOf(name);
-        for (const std::string& field : filledFields(readExpectedStation(stationFolder(name))))
-            EXPECT_NE(takenOf(field, run), "") << name << ": " << field;
-    }
-}
-
-// A text that one source gave whole stands in the record, whatever its letter case.
-TEST(Explain, TakesTheSourceWhoseTextTheRecordHolds) {
-    const std::map<std::string, std::string> wanted = {{"szUserDisplayedName", "Hinrichs, Detlef"},
-                                                       {"szWorkgroup", "HANSEWERK"},
-                                                       {"szServerName", "CTX-HANSE3"},
-                                                       {"szDefaultDomainName", "HANSEWERK"},
-                                                       {"szBiosDate", "11/19/01"}};
-    const kvstation::WatchedRun run = runOf("metaframe-session");
-    for (const auto& [field, text] : wanted) {
-        std::string given;
-        for (const Finding& finding : kvstation::explain(field, run))
-            if (finding.isTaken)
-                given += testing::PrintToString(finding.lines);
-        EXPECT_THAT(given, HasSubstr(text)) << field;
-    }
+TEST(Explain, GivesCausesAsJson) {
+    const nlohmann::ordered_json json = kvstation::causesJson(causesOn("metaframe-session", "szIPAddress"));
+    std::vector<std::string> members;
+    for (const auto& [name, content] : json.items())
+        members.push_back(name);
+    EXPECT_THAT(members, ElementsAre("field", "value", "cut", "causes", "next"));
+    EXPECT_EQ(json["field"], "szIPAddress");
+    EXPECT_EQ(json["value"], "192.168.31.44");
+    EXPECT_TRUE(json["cut"].is_null());
+    EXPECT_EQ(json["causes"][0],
+              nlohmann::ordered_json::parse(R"J({"role": "gives", "question": "ZRTSQueryIPAddress(200)",
+                  "answer": "192.168.31.44", "error": null,
+                  "where": {"file": "station.json", "path": ["session", "clientAddress"]}})J"));
 }
 
 }  // namespace

@@ -1,14 +1,21 @@
 // This very computer, watched by the tool while the real library looks at it.
 #include <gmock/gmock.h>
 
+#include <set>
+
+#include "kvstation/Files.h"
+#include "kvstation/LayoutTable.h"
 #include "kvstation/Stage.h"
 #include "kvstation/StationCapture.h"
-#include "kvstation/WatchedRun.h"
+#include "kvstation/TracedStation.h"
+#include "kvstation/capture/LiveStation.h"
+#include "kvstation/cause/FieldSources.h"
 #include "simwin/Machine.h"
 #include "simwin/RegistryReader.h"
 #include "simwin/RegistryWriter.h"
 #include "simwin/StationReader.h"
 #include "simwin/StationWriter.h"
+#include "tests/watch/StationRuns.h"
 
 namespace kvtest {
 namespace {
@@ -29,20 +36,37 @@ TEST(LiveCapture, GivesTheSameRecordOnceReplayed) {
     EXPECT_EQ(bytesOf(kvstation::collectOn(machine)), bytesOf(record));
 }
 
-TEST(LiveTrace, HasTheStepsOfEveryCollection) {
-    const kvstation::WatchedRun run = kvstation::watchRun("");
-    std::vector<std::string_view> steps;
-    for (const kvstation::StepCall& call : run.calls)
-        if (steps.empty() || steps.back() != call.step)
-            steps.push_back(call.step);
-    EXPECT_THAT(steps, testing::IsSupersetOf<std::string_view>(
-                           {"start", "user name", "host name", "client name", "providers", "operating system", "memory",
-                            "drives", "monitor", "station type", "publishing", "session id"}));
+TEST(LiveTrace, TellsTheFieldsThatHangOnWhatThisComputerAnswered) {
+    const kvstation::TracedStation run = kvstation::traceHere();
+    std::set<std::string> hanging;
+    for (std::size_t i = 0; i < run.calls.size(); ++i)
+        for (const std::string& field : run.fields[i])
+            hanging.insert(run.calls[i].call.name + " " + field);
+    EXPECT_THAT(hanging, testing::IsSupersetOf<std::string>({"GetComputerNameA szClientName", "GetVersionExA szOS",
+                                                             "GlobalMemoryStatus dwTotalMemoryMB",
+                                                             "GetSystemInfo dwNumberOfProcessors"}));
+}
+
+// What was changed in a replay is answered out of the registry and the variables of this computer.
+TEST(LiveCapture, HoldsWhatAnotherSettingWouldAskFor) {
+    const simwin::Station station = kvstation::captureHere();
+    EXPECT_THAT(station.unknown, testing::Contains("network.arp"));
+    EXPECT_TRUE(station.registry.find("HKEY_LOCAL_MACHINE\\SYSTEM\\CurrentControlSet\\Control"));
+}
+
+// Found by experiments over all described stations with the real library.
+TEST(RecordDocument, TellsWhereEachFieldComesFrom) {
+    std::vector<std::string> folders;
+    for (const std::string& name : stationNames())
+        folders.push_back(stationFolder(name));
+    EXPECT_EQ(kvstation::readFile(KV_RECORD_DOCUMENT, 1024 * 1024),
+              kvstation::layoutMarkdown(kvstation::sourcesOver(folders)))
+        << "make it anew: ./kv docs";
 }
 
 TEST(LiveTrace, LeavesTheLastErrorToTheModule) {
-    const kvstation::WatchedRun run = kvstation::watchRun("");
-    for (const kvstation::StepCall& call : run.calls) {
+    const kvstation::TracedStation run = kvstation::traceHere();
+    for (const kvstation::TimedCall& call : run.calls) {
         if (call.call.name == "GetUserNameExA" && !call.call.succeeded) {
             EXPECT_NE(call.call.error, 0U);
         }

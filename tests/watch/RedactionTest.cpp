@@ -6,6 +6,7 @@
 #include <set>
 #include <sstream>
 
+#include "kvstation/CallLog.h"
 #include "kvstation/NamedParts.h"
 #include "kvstation/Record.h"
 #include "kvstation/Redaction.h"
@@ -107,8 +108,8 @@ std::vector<std::string> questionsOf(const Station& station) {
     machine.observe(&log);
     kvstation::collectOn(machine);
     std::vector<std::string> names;
-    for (const kvstation::StepCall& call : log.calls())
-        names.push_back(std::string(call.step) + ": " + call.call.name + (call.call.succeeded ? "" : " failed"));
+    for (const kvstation::TimedCall& call : log.calls())
+        names.push_back(call.call.name + (call.call.succeeded ? "" : " failed"));
     return names;
 }
 
@@ -520,7 +521,7 @@ TEST_P(RedactedStation, IsCollectedByTheSameQuestionsWhateverServersAreCalled) {
         "wfica32 "
         "keyboard display net cdrom cdromperipheral diskdrive diskperipheral tapeperipheral Outlook Exchange "
         "Terminal Server REGISTRY Machine Default_Monitor nameuserprincipal");
-    for (const kvstation::StepCall& call : log.calls())
+    for (const kvstation::TimedCall& call : log.calls())
         words.merge(kvstation::wordsOf(call.call.subject + " " + call.call.arguments));
     for (const std::string& word : words)
         station.registry.set(kDevices, simwin::textValue("\\\\" + word + "\\x", "winspool,Ne00:"));

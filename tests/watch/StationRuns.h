@@ -1,10 +1,12 @@
-// Collections on the described stations, by name.
+// Described stations, by name, and what experiments on them tell.
 #pragma once
 
 #include <string>
+#include <utility>
 
+#include "kvstation/FieldTable.h"
 #include "kvstation/Stage.h"
-#include "kvstation/WatchedRun.h"
+#include "kvstation/cause/Causes.h"
 #include "tests/stations/ExpectedStation.h"
 
 namespace kvtest {
@@ -13,8 +15,25 @@ inline std::string stationFolder(const std::string& name) {
     return std::string(KV_STATIONS) + "/" + name;
 }
 
-inline kvstation::WatchedRun runOf(const std::string& name) {
-    return kvstation::watchRun(stationFolder(name));
+inline simwin::Station stationNamed(const std::string& name) {
+    return kvstation::readStationFolder(stationFolder(name));
+}
+
+// What gives and decides one field.
+inline kvstation::FieldCauses causesOn(const simwin::Station& station, std::string_view name) {
+    const std::size_t field = kvstation::findField(name);
+    const kvstation::Collector collector;
+    kvstation::ExperimentOptions options;
+    options.outputs = kvstation::Outputs();
+    options.outputs.set(field);
+    kvstation::World world(station);
+    const kvstation::Experiments experiments(world, collector, options);
+    return kvstation::causesOf(world, collector, experiments, field);
+}
+
+// What would come in its place, one behind the other.
+inline std::vector<kvstation::NextValue> nextOn(const simwin::Station& station, const kvstation::FieldCauses& causes) {
+    return kvstation::nextValues(station, kvstation::Collector(), causes);
 }
 
 }  // namespace kvtest

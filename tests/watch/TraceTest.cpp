@@ -2,88 +2,79 @@
 
 #include <gmock/gmock.h>
 
-#include <algorithm>
+#include <nlohmann/json.hpp>
 
-#include "kvstation/Steps.h"
+#include "kvstation/TracedStation.h"
 #include "tests/watch/StationRuns.h"
 
 namespace kvtest {
 namespace {
 
-using testing::ElementsAre;
+using kvstation::TracedCall;
 using testing::HasSubstr;
 using testing::Not;
 
-// Without the module's start and end: on Windows it starts before its imports can be watched.
-std::vector<std::string> stepsOf(const kvstation::WatchedRun& run) {
-    std::vector<std::string> steps;
-    for (const kvstation::StepCall& call : run.calls)
-        if ((steps.empty() || steps.back() != call.step) && !call.step.starts_with("module "))
-            steps.emplace_back(call.step);
-    return steps;
+std::vector<TracedCall> traceOf(const std::string& name) {
+    const kvstation::TracedStation traced = kvstation::traceStation(stationNamed(name));
+    EXPECT_EQ(traced.calls.size(), traced.fields.size());
+    std::vector<TracedCall> calls;
+    for (std::size_t i = 0; i < traced.calls.size(); ++i)
+        calls.push_back({traced.calls[i].call, traced.fields[i]});
+    return calls;
 }
 
-TEST(Steps, OfAStationComeInTheOrderOfTheCollection) {
-    EXPECT_THAT(
-        stepsOf(runOf("windows-xp-console")),
-        ElementsAre("start", "user name", "Windows account", "display name", "IP configuration", "host name",
-                    "DNS name", "MAC address", "masks and gateways", "workgroup", "client name", "providers",
-                    "browsers", "network adapters", "mail clients", "ICA client", "RDP client", "domain",
-                    "terminal-server product", "operating system", "processor", "processor power", "processor names",
-                    "BIOS", "memory", "owner", "current user", "devices", "drives", "keyboard", "printers",
-                    "default printer", "printer list", "monitor", "video adapter", "station type", "remote client",
-                    "session mark", "VCD module", "publishing", "session id", "server sessions"));
-}
-
-TEST(Steps, OfASessionTellServerAndClientApart) {
-    const std::vector<std::string> steps = stepsOf(runOf("metaframe-session"));
-    const auto begin = std::ranges::find(steps, "IP configuration");
-    ASSERT_GE(steps.end() - begin, 7);
-    EXPECT_THAT(std::vector<std::string>(begin, begin + 7),
-                ElementsAre("IP configuration", "server's address", "server's name", "client's address",
-                            "session number", "server's MAC address", "DNS name"));
-}
-
-TEST(Steps, AreTheSameOnEveryStationButForTheAddresses) {
-    for (const std::string& name : stationNames()) {
-        const std::vector<std::string> steps = stepsOf(runOf(name));
-        for (const char* step : {"user name", "client name", "providers", "browsers", "network adapters", "domain",
-                                 "operating system", "BIOS", "memory", "devices", "drives", "keyboard", "printers",
-                                 "monitor", "video adapter", "station type", "VCD module", "publishing", "session id"})
-            EXPECT_EQ(std::ranges::count(steps, step), 1) << name << ": " << step;
-    }
-}
-
-TEST(Steps, TableNamesNoStepThatNothingLeadsTo) {
-    for (const kvstation::StepMark& mark : kvstation::stepMarks())
-        EXPECT_TRUE(
-            mark.after.empty() ||
-            std::ranges::any_of(kvstation::stepMarks(), [&](const auto& other) { return other.step == mark.after; }))
-            << mark.step;
-}
-
-TEST(Trace, TellsQuestionsAnswersAndTraceLinesUnderTheirStep) {
-    const std::string text = kvstation::traceView(runOf("metaframe-session").calls, {});
-    EXPECT_THAT(text, HasSubstr("user name\n"
-                                "  KVGetEnv(\"KVUser\", 512) = 0\n"
-                                "  | KVUser=''\n"
-                                "  KVGetEnv(\"KVUserType\", 512) = 1, \"1net\"\n"));
-    EXPECT_THAT(text, HasSubstr("server's MAC address\n"
-                                "  SendARP(172.20.3.17, 0) = 0, 00 02 a5 4f 18 c6, 6\n"));
+TEST(Trace, TellsQuestionsAnswersAndTraceLinesWithTheFieldsThatHangOnThem) {
+    const std::string text = kvstation::traceView(traceOf("metaframe-session"), {});
+    EXPECT_THAT(text, HasSubstr("  | KVUser=''\n"
+                                "KVGetEnv(\"KVUserType\", 512) = \"1net\"  -> szUserName, szCurrentUser, KVUser\n"));
+    EXPECT_THAT(text, HasSubstr("KVGetEnv(\"KVUSERNAMETYPE\", 512) = \"NameUserPrincipal\"  -> szWinUser\n"));
+    EXPECT_THAT(text, HasSubstr("SendARP(172.20.3.17, 0) = 00-02-a5-4f-18-c6  -> szServerMACAddress\n"));
     EXPECT_THAT(text, HasSubstr("gethostbyname(\"ctx-hanse3\") = \"ctx-hanse3.hansewerk.example\", 172.20.3.17, "
-                                "10.17.0.3\n"));
-    EXPECT_THAT(text, HasSubstr("NetWkstaGetInfo(null, 101) = 0, \"HANSEWERK\"\n"));
+                                "10.17.0.3  -> szServerIPAddress, szServerMACAddress\n"));
+    EXPECT_THAT(text, HasSubstr("NetWkstaGetInfo(null, 101) = \"HANSEWERK\"  -> szWorkgroup\n"));
+}
+
+TEST(Trace, TellsTheErrorOfACallByItsCodeAndName) {
+    EXPECT_THAT(kvstation::traceView(traceOf("windows-2003-terminal-session"), {}),
+                HasSubstr("SendARP(255.255.255.255, 0) = failed, error 67 ERROR_BAD_NET_NAME  -> "));
+}
+
+// The second question for a value does not ask for its type again.
+TEST(Trace, TellsAListAsTextsAndNotAsBytes) {
+    const std::string text = kvstation::traceView(traceOf("metaframe-session"), {});
+    EXPECT_THAT(text, Not(HasSubstr("= 5c 44 65 76")));
 }
 
 TEST(Trace, LeavesOutTheModulesOwnWorkUnlessAllIsWanted) {
-    const kvstation::WatchedRun run = runOf("windows-xp-console");
-    EXPECT_THAT(kvstation::traceView(run.calls, {}), Not(HasSubstr("RegCloseKey")));
-    EXPECT_THAT(kvstation::traceView(run.calls, {.all = true}), HasSubstr("RegCloseKey"));
+    const std::vector<TracedCall> calls = traceOf("windows-xp-console");
+    EXPECT_THAT(kvstation::traceView(calls, {}), Not(HasSubstr("RegCloseKey")));
+    EXPECT_THAT(kvstation::traceView(calls, {.all = true}), HasSubstr("RegCloseKey"));
+}
+
+TEST(Trace, OfAFieldHasNoMoreThanTheQuestionsThatItHangsOn) {
+    const std::string text = kvstation::traceView(traceOf("metaframe-session"), {.field = "szServerMACAddress"});
+    EXPECT_THAT(text, HasSubstr("SendARP(172.20.3.17, 0)"));
+    EXPECT_THAT(text, Not(HasSubstr("KVUser")));
+    for (std::size_t begin = 0; begin < text.size(); begin = text.find('\n', begin) + 1)
+        EXPECT_THAT(text.substr(begin, text.find('\n', begin) - begin), HasSubstr("szServerMACAddress"));
+}
+
+TEST(Trace, IsAJsonListOfCallsAndLines) {
+    const auto list = nlohmann::ordered_json::parse(kvstation::traceJson(traceOf("windows-2003-terminal-session"), {}));
+    EXPECT_EQ(list[0], nlohmann::ordered_json::parse(R"({"trace": "Reading station data.", "level": 2})"));
+    const auto arp = std::ranges::find_if(list, [](const auto& one) {
+        return one.contains("call") && one["call"] == "SendARP" && one["answer"].is_null();
+    });
+    ASSERT_NE(arp, list.end());
+    EXPECT_EQ((*arp)["error"]["code"], 67);
+    EXPECT_EQ((*arp)["error"]["name"], "ERROR_BAD_NET_NAME");
+    EXPECT_TRUE((*arp)["answer"].is_null());
+    EXPECT_THAT((*arp)["fields"], testing::Contains("szMACAddress"));
 }
 
 TEST(Trace, IsTheSameInEveryRun) {
-    EXPECT_EQ(kvstation::traceView(runOf("windows-xp-console").calls, {.all = true}),
-              kvstation::traceView(runOf("windows-xp-console").calls, {.all = true}));
+    EXPECT_EQ(kvstation::traceView(traceOf("nt4-alpha-workstation"), {.all = true}),
+              kvstation::traceView(traceOf("nt4-alpha-workstation"), {.all = true}));
 }
 
 }  // namespace

@@ -3,12 +3,12 @@
 
 #include <kvcstat.h>
 
-#define KV_TEXT(name, offset, width, limit, group, meaning, source) \
-    typedef char name##_check                                       \
+#define KV_TEXT(name, offset, width, limit, group, meaning) \
+    typedef char name##_check                               \
         [offsetof(STATIONDATA, name) == offset && sizeof(((STATIONDATA*)0)->name) == width && limit < width ? 1 : -1];
-#define KV_NUMBER(name, offset, group, meaning, source) \
+#define KV_NUMBER(name, offset, group, meaning) \
     typedef char name##_check[offsetof(STATIONDATA, name) == offset && sizeof(((STATIONDATA*)0)->name) == 4 ? 1 : -1];
-#define KV_UNSIGNED(name, offset, group, meaning, source) KV_NUMBER(name, offset, group, meaning, source)
+#define KV_UNSIGNED(name, offset, group, meaning) KV_NUMBER(name, offset, group, meaning)
 #include <kvcstat_fields.inc>
 
 typedef char record_size_check

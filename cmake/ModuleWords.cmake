@@ -1,0 +1,33 @@
+# cmake -DSOURCES=FOLDER -DWORDS=FILE -DNAMES=FILE -P ModuleWords.cmake writes what stands in quotes in a folder's sources,
+# a text in quotes and a comma for each: to WORDS the texts that are no path, no format and no included file, to NAMES
+# the names in those that are paths.
+file(GLOB_RECURSE sources ${SOURCES}/*.cpp ${SOURCES}/*.h)
+set(texts "")
+foreach(source ${sources})
+  file(READ ${source} text)
+  string(REGEX REPLACE "//[^\n]*" "" text "${text}")
+  string(REGEX REPLACE "#include[^\n]*" "" text "${text}")
+  string(REPLACE ";" "" text "${text}")
+  string(REPLACE "[" "" text "${text}")
+  string(REPLACE "]" "" text "${text}")
+  string(REPLACE "'\"'" "" text "${text}")
+  string(REGEX MATCHALL "\"([^\"\\\n]|\\\\.)*\"" found "${text}")
+  list(APPEND texts ${found})
+endforeach()
+list(FILTER texts EXCLUDE REGEX "%")
+list(FILTER texts INCLUDE REGEX "[0-9A-Za-z]")
+
+function(write_texts file)
+  set(lines ${ARGN})
+  list(FILTER lines EXCLUDE REGEX "[\\]")
+  list(FILTER lines INCLUDE REGEX "[0-9A-Za-z]")
+  list(REMOVE_DUPLICATES lines)
+  list(SORT lines)
+  list(JOIN lines ",\n" text)
+  file(WRITE ${file} "${text},\n")
+endfunction()
+
+write_texts(${WORDS} ${texts})
+list(FILTER texts INCLUDE REGEX "\\\\\\\\")
+string(REPLACE "\\\\" "\";\"" texts "${texts}")
+write_texts(${NAMES} ${texts})

@@ -1,0 +1,30 @@
+// A sign of life on a terminal while something takes longer than a moment.
+#pragma once
+
+#include <chrono>
+#include <string>
+
+namespace kvstation {
+
+class Progress {
+  public:
+    explicit Progress(std::string what) : m_what(std::move(what)) {}
+    Progress(const Progress&) = delete;
+    Progress& operator=(const Progress&) = delete;
+    // Clears the line.
+    ~Progress();
+
+    // How far it is, from 0 to 1. Shown on standard error where that is a terminal, after the first second, at most ten
+    // times a second.
+    void tell(double done) const;
+
+  private:
+    using Clock = std::chrono::steady_clock;
+
+    std::string m_what;
+    Clock::time_point m_begin = Clock::now();
+    mutable Clock::time_point m_shown{};
+    mutable bool m_isShown = false;
+};
+
+}  // namespace kvstation

@@ -1,0 +1,10 @@
+#include "kvstation/Errors.h"
+#include "kvstation/capture/RunningState.h"
+
+namespace kvstation {
+
+std::unique_ptr<LocalState> runningState() {
+    throw Failure("looking at this computer needs Windows");
+}
+
+}  // namespace kvstation

@@ -1,0 +1,121 @@
+#include <array>
+#include <vector>
+
+#include "framework/Windows.h"
+#include "kvstation/Handles.h"
+#include "kvstation/capture/RunningState.h"
+#include "simwin/CodePage.h"
+
+namespace kvstation {
+namespace {
+
+constexpr std::size_t kLongestName = 16384;  // of a value, its NUL included
+constexpr std::size_t kLargestValue = std::size_t{1} << 20;
+
+struct NamedHive {
+    simwin::Hive hive;
+    HKEY key;
+};
+const NamedHive kHives[] = {{simwin::Hive::LocalMachine, HKEY_LOCAL_MACHINE},
+                            {simwin::Hive::CurrentUser, HKEY_CURRENT_USER},
+                            {simwin::Hive::Users, HKEY_USERS},
+                            {simwin::Hive::CurrentConfig, HKEY_CURRENT_CONFIG},
+                            {simwin::Hive::DynData, HKEY_DYN_DATA},
+                            {simwin::Hive::PerformanceData, HKEY_PERFORMANCE_DATA},
+                            {simwin::Hive::ClassesRoot, HKEY_CLASSES_ROOT}};
+
+class OpenedKey {
+  public:
+    explicit OpenedKey(const std::string& fullPath) {
+        const std::optional<simwin::HivePath> path = simwin::splitHive(fullPath);
+        for (const NamedHive& hive : kHives)
+            if (path && path->hive == hive.hive)
+                RegOpenKeyExA(hive.key, std::string(path->rest).c_str(), 0, KEY_READ, &m_key);
+    }
+    OpenedKey(const OpenedKey&) = delete;
+    OpenedKey& operator=(const OpenedKey&) = delete;
+    ~OpenedKey() {
+        if (m_key != nullptr)
+            RegCloseKey(m_key);
+    }
+    HKEY get() const { return m_key; }
+
+  private:
+    HKEY m_key = nullptr;
+};
+
+void copySubKeys(HKEY key, const std::string& path, simwin::RegistryTree& tree) {
+    std::array<char, 256> name{};
+    for (DWORD i = 0; RegEnumKeyA(key, i, name.data(), static_cast<DWORD>(name.size())) == ERROR_SUCCESS; ++i)
+        tree.create(path + "\\" + name.data());
+}
+
+void copyValues(HKEY key, simwin::KeyId id, simwin::RegistryTree& tree) {
+    std::vector<char> name(kLongestName);
+    for (DWORD i = 0;; ++i) {
+        DWORD length = static_cast<DWORD>(name.size());
+        DWORD type = 0;
+        DWORD size = 0;
+        if (RegEnumValueA(key, i, name.data(), &length, nullptr, &type, nullptr, &size) != ERROR_SUCCESS)
+            return;
+        std::string data(std::min<std::size_t>(size, kLargestValue), '\0');
+        if (RegQueryValueExA(key, name.data(), nullptr, &type, reinterpret_cast<BYTE*>(data.data()), &size) !=
+            ERROR_SUCCESS)
+            continue;
+        data.resize(std::min<std::size_t>(data.size(), size));
+        tree.set(id, {std::string(name.data(), length), type, std::move(data)});
+    }
+}
+
+class RunningState : public LocalState {
+  public:
+    bool copyKey(const std::string& fullPath, simwin::RegistryTree& tree) override {
+        const OpenedKey key(fullPath);
+        const std::optional<simwin::KeyId> id = key.get() != nullptr ? tree.create(fullPath) : std::nullopt;
+        if (!id)
+            return false;
+        copySubKeys(key.get(), fullPath, tree);
+        copyValues(key.get(), *id, tree);
+        return true;
+    }
+
+    std::optional<std::string> variable(const std::string& name) override {
+        const DWORD size = GetEnvironmentVariableA(name.c_str(), nullptr, 0);
+        std::string value(size, '\0');
+        if (size == 0 || GetEnvironmentVariableA(name.c_str(), value.data(), size) >= size)
+            return std::nullopt;
+        value.resize(size - 1);
+        return value;
+    }
+
+    std::optional<simwin::File> file(const std::string& path) override {
+        if (GetFileAttributesA(path.c_str()) == INVALID_FILE_ATTRIBUTES)
+            return std::nullopt;
+        return simwin::File{path, versionOf(path), {}};
+    }
+
+    bool knows(const Place&) override { return true; }
+
+  private:
+    static std::optional<simwin::FileVersion> versionOf(const std::string& path) {
+        DWORD ignored = 0;
+        const DWORD size = GetFileVersionInfoSizeA(path.c_str(), &ignored);
+        std::vector<char> block(size);
+        void* found = nullptr;
+        UINT length = 0;
+        if (size == 0 || GetFileVersionInfoA(path.c_str(), 0, size, block.data()) == FALSE ||
+            VerQueryValueA(block.data(), "\\", &found, &length) == FALSE || length < sizeof(VS_FIXEDFILEINFO))
+            return std::nullopt;
+        const auto* info = static_cast<const VS_FIXEDFILEINFO*>(found);
+        return simwin::FileVersion{HIWORD(info->dwFileVersionMS), LOWORD(info->dwFileVersionMS),
+                                   HIWORD(info->dwFileVersionLS), LOWORD(info->dwFileVersionLS)};
+    }
+};
+
+}  // namespace
+
+std::unique_ptr<LocalState> runningState() {
+    return std::make_unique<RunningState>();
+}
+
+}  // namespace kvstation

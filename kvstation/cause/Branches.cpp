@@ -1,0 +1,101 @@
+#include "kvstation/cause/Branches.h"
+
+#include "kvstation/cause/Experiments.h"
+
+namespace kvstation {
+namespace {
+
+// The calls of a run in short: two runs that ask the same went the same way.
+std::string wayOf(const std::vector<AskedCall>& calls) {
+    std::string way;
+    for (const AskedCall& one : calls)
+        if (one.call.name.starts_with("RegOpenKey"))
+            way += one.call.subject + '\\' + std::string(simwin::textOf(one.call.parameters[1])) + '\n';
+    return way;
+}
+
+// Calls visit(station, calls) for the station and for it with each version of Windows.
+template <class Visit>
+void eachVersion(const simwin::Station& station, const Collector& collector, Visit visit) {
+    const auto run = [&](const simwin::Station& one) {
+        simwin::Machine machine(one);
+        std::vector<AskedCall> calls;
+        runOn(collector, machine, calls);
+        visit(one, calls);
+    };
+    run(station);
+    World world(station);
+    for (Alternative& alternative :
+         alternativesAt(world, memberPlace({"version"}), findCallRow("GetVersionExA")->samples)) {
+        for (Change& change : alternative.changes)
+            world.toggle(change);
+        run(*world.station());
+        for (Change& change : alternative.changes)
+            world.toggle(change);
+    }
+}
+
+// The station, and for each other way that a version of Windows leads one that has that version.
+std::vector<simwin::Station> stationsByVersion(const simwin::Station& station, const Collector& collector) {
+    std::vector<simwin::Station> all;
+    std::set<std::string> ways;
+    eachVersion(station, collector, [&](const simwin::Station& one, const std::vector<AskedCall>& calls) {
+        if (ways.insert(wayOf(calls)).second)
+            all.push_back(one);
+    });
+    return all;
+}
+
+}  // namespace
+
+bool AskedPlaces::add(const std::vector<AskedCall>& calls) {
+    bool isNew = false;
+    for (const AskedCall& one : calls) {
+        const CallRow* row = findCallRow(one.call.name);
+        if (row == nullptr)
+            continue;
+        const Place place = row->place(one.call);
+        if (place.kind != Place::Kind::None)
+            isNew = m_places.try_emplace(place.id(), Asked{place, row->words}).second || isNew;
+    }
+    return isNew;
+}
+
+bool AskedPlaces::add(const AskedPlaces& other) {
+    const std::size_t before = m_places.size();
+    m_places.insert(other.m_places.begin(), other.m_places.end());
+    return m_places.size() != before;
+}
+
+AskedPlaces askedOnce(const simwin::Station& station, const Collector& collector) {
+    simwin::Machine machine(station);
+    std::vector<AskedCall> calls;
+    runOn(collector, machine, calls);
+    AskedPlaces asked;
+    asked.add(calls);
+    return asked;
+}
+
+AskedPlaces askedByVersions(const simwin::Station& station, const Collector& collector) {
+    AskedPlaces asked;
+    eachVersion(station, collector,
+                [&](const simwin::Station&, const std::vector<AskedCall>& calls) { asked.add(calls); });
+    return asked;
+}
+
+AskedPlaces askedInBranches(const simwin::Station& station, const Collector& collector) {
+    AskedPlaces asked;
+    ExperimentOptions options;
+    options.outputs = Outputs();
+    options.otherRun = [&](const std::vector<AskedCall>& calls) { asked.add(calls); };
+    options.everyWord = true;
+    for (const simwin::Station& one : stationsByVersion(station, collector)) {
+        World world(one);
+        const Experiments experiments(world, collector, options);
+        asked.add(experiments.calls());
+        options.everyWord = false;  // settings are the same on every version
+    }
+    return asked;
+}
+
+}  // namespace kvstation

@@ -1,0 +1,46 @@
+// What the module would ask a station if something about it were different.
+#pragma once
+
+#include <map>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "kvstation/cause/ModuleRun.h"
+#include "kvstation/cause/Place.h"
+#include "simwin/Station.h"
+
+namespace kvstation {
+
+// Places that were asked for, each once. Names are as they were asked for first.
+class AskedPlaces {
+  public:
+    struct Asked {
+        Place place;
+        std::string_view words;  // what was asked for
+    };
+
+    // True when one of them is new.
+    bool add(const std::vector<AskedCall>& calls);
+    bool add(const AskedPlaces& other);
+
+    bool holds(const Place& place) const { return m_places.contains(place.id()); }
+    // In the order of their letters.
+    const std::map<std::string, Asked>& all() const { return m_places; }
+
+  private:
+    std::map<std::string, Asked> m_places;  // by id
+};
+
+// What a run on the station asks.
+AskedPlaces askedOnce(const simwin::Station& station, const Collector& collector);
+
+// What runs on the station ask, and on the same with every other version of Windows.
+AskedPlaces askedByVersions(const simwin::Station& station, const Collector& collector);
+
+// What a run on the station asks, and what runs ask on stations that differ in one thing: a setting, a version of
+// Windows, a session, an answer that fails or comes.
+AskedPlaces askedInBranches(const simwin::Station& station, const Collector& collector);
+
+}  // namespace kvstation

@@ -1,0 +1,131 @@
+#include "kvstation/cause/Causes.h"
+
+#include <algorithm>
+
+#include "kvstation/Progress.h"
+#include "kvstation/cause/MovedText.h"
+#include "kvstation/cause/UnansweredText.h"
+#include "kvstation/cause/WholeText.h"
+#include "simwin/CodePage.h"
+
+namespace kvstation {
+namespace {
+
+constexpr std::size_t kMostNext = 16;
+
+Cause causeOf(const World& world, const Question& question, Role role) {
+    const simwin::ObservedCall& call = question.call;
+    Cause cause{.role = role,
+                .call = call.name,
+                .question = call.name + "(" + call.arguments + ")",
+                .words = std::string(question.row->words),
+                .answer = {},
+                .error = errorOf(call),
+                .place = question.place,
+                .canFail = question.canFail};
+    if (call.succeeded)
+        cause.answer = answerOf(call);
+    cause.isUnknown = isUnknown(world, question.place);
+    return cause;
+}
+
+// Where a cause's text stands in the value.
+std::size_t positionIn(const std::string& value, const Cause& cause) {
+    for (const std::string& item : cause.answer ? cause.answer->items : std::vector<std::string>())
+        for (std::string text = plain(item); text.size() > 1; text.pop_back())
+            if (const std::size_t place = value.find(text); place != std::string::npos)
+                return place;
+    return value.size();
+}
+
+void sortCauses(std::vector<Cause>& causes, const std::string& value) {
+    const std::string searched = plain(value);
+    std::ranges::stable_sort(causes, [&](const Cause& left, const Cause& right) {
+        if (left.role != right.role)
+            return left.role > right.role;
+        return left.role != Role::Decides && positionIn(searched, left) < positionIn(searched, right);
+    });
+}
+
+std::string valueOf(const Outcome& outcome, std::size_t field) {
+    return Record(outcome.record).textOf(field);
+}
+
+// The station without what gave the value; none when that cannot fail.
+std::optional<simwin::Station> withoutGivers(const simwin::Station& station, const std::vector<Cause>& causes) {
+    simwin::Station changed = station;
+    bool isChanged = false;
+    for (const Cause& cause : causes) {
+        if (cause.role != Role::Gives || !cause.canFail)
+            continue;
+        World world(changed);
+        for (Alternative& alternative : alternativesAt(world, cause.place, {}))
+            if (alternative.isAbsence) {
+                for (Change& change : alternative.changes)
+                    world.toggle(change);
+                changed = *world.station();
+                isChanged = true;
+                break;
+            }
+    }
+    return isChanged ? std::optional(std::move(changed)) : std::nullopt;
+}
+
+}  // namespace
+
+FieldCauses causesOf(World& world, const Collector& collector, const Experiments& experiments, std::size_t field) {
+    FieldCauses found{.field = field, .value = valueOf(experiments.outcome(), field), .cut = {}, .causes = {}};
+    for (const Question& question : experiments.questions())
+        if (const auto role = question.roles.find(field); role != question.roles.end())
+            found.causes.push_back(causeOf(world, question, role->second));
+    sortCauses(found.causes, found.value);
+    found.cut = wholeText(*world.station(), collector, found);
+    return found;
+}
+
+std::vector<FieldCauses> allCauses(const simwin::Station& station) {
+    World world(station);
+    const Progress progress("looking for causes");
+    const ExperimentOptions options{.progress = [&](double done) { progress.tell(done); }};
+    const Collector collector;
+    const Experiments experiments(world, collector, options);
+    std::vector<FieldCauses> all;
+    for (std::size_t field = 0; field < fields().size(); ++field)
+        all.push_back(causesOf(world, collector, experiments, field));
+    return all;
+}
+
+std::vector<Cause> giversOf(World& world, const Collector& collector, std::size_t field) {
+    ExperimentOptions options;
+    options.outputs = Outputs();
+    options.outputs.set(field);
+    options.giversOnly = true;
+    const Experiments experiments(world, collector, options);
+    std::vector<Cause> causes;
+    for (const Question& question : experiments.questions())
+        if (const auto role = question.roles.find(field); role != question.roles.end() && role->second != Role::Decides)
+            causes.push_back(causeOf(world, question, role->second));
+    sortCauses(causes, valueOf(experiments.outcome(), field));
+    return causes;
+}
+
+std::vector<NextValue> nextValues(const simwin::Station& station, const Collector& collector,
+                                  const FieldCauses& causes) {
+    std::vector<NextValue> all;
+    std::vector<Cause> givers = causes.causes;
+    simwin::Station current = station;
+    while (all.size() < kMostNext) {
+        std::optional<simwin::Station> without = withoutGivers(current, givers);
+        if (!without)
+            break;
+        current = std::move(*without);
+        World world(current);
+        simwin::Machine machine(world.station());
+        const std::string value = valueOf(runOn(collector, machine), causes.field);
+        givers = giversOf(world, collector, causes.field);
+        all.push_back({value, givers});
+    }
+    return all;
+}
+
+}  // namespace kvstation

@@ -1,0 +1,99 @@
+// Why a station's record is what it is, found by changing one answer at a time and running the module again.
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "kvstation/cause/Alternatives.h"
+#include "kvstation/cause/ModuleRun.h"
+#include "kvstation/cause/Questions.h"
+#include "kvstation/cause/Words.h"
+#include "kvstation/cause/World.h"
+
+namespace kvstation {
+
+struct ExperimentOptions {
+    // Those whose causes are asked for.
+    Outputs outputs = Outputs().set();
+    // No more than what gives the outputs: another text or number in the place of answers that have one in common with
+    // them.
+    bool giversOnly = false;
+    // Every word of the module at every place too, for the other runs' sake.
+    bool everyWord = false;
+    // Told how far the experiments are, from 0 to 1. May be empty.
+    std::function<void(double done)> progress{};
+    // Told the calls of each run that took another way than the station's own. May be empty.
+    std::function<void(const std::vector<AskedCall>& calls)> otherRun{};
+};
+
+class Experiments {
+  public:
+    // Makes them all. The world is as it was when they are over.
+    Experiments(World& world, const Collector& collector, const ExperimentOptions& options = {});
+
+    const Outcome& outcome() const { return m_outcome; }
+    const std::vector<AskedCall>& calls() const { return m_calls; }
+    const std::vector<Question>& questions() const { return m_questions; }
+    // "szStation", "KVIP", "trace lines".
+    std::string nameOf(std::size_t output) const;
+
+  private:
+    struct PlaceQuestions {
+        std::vector<std::size_t> questions;
+        std::size_t occurrences = 0;
+    };
+    struct Effect {
+        Alternative alternative;
+        Roles roles;
+    };
+    struct WordAt {
+        std::size_t place;
+        const std::string* word;
+    };
+
+    void experiment();
+    void tryPlaces(const std::vector<std::size_t>& places);
+    void tryPlace(const PlaceQuestions& place);
+    void tryList(std::span<const std::size_t> places);
+    bool changesAnything(std::vector<Alternative> alternatives);
+    void creditComputed(const std::vector<Outcome>& runs, int series, std::vector<Effect>& effects);
+    void tryOccurrences(const PlaceQuestions& place, std::vector<Effect>& effects);
+    Outputs tryOccurrence(Occurrence& occurrence, Question& question, Effect& effect);
+    void tryFailures(const PlaceQuestions& place);
+    bool isRelated(const PlaceQuestions& place) const;
+    void tryWords();
+    void tryEveryWord(const std::vector<std::string>& words, const std::vector<std::size_t>& texts);
+    Outputs wantedOutputs() const;
+    static std::vector<Outputs> clustersOf(const Outputs& outputs);
+    void tryWords(const Outputs& cluster, const std::vector<std::string>& words, const std::vector<std::size_t>& texts,
+                  std::vector<Outputs>& open);
+    std::optional<std::size_t> findHit(const Outputs& outputs, std::span<const WordAt> placed);
+    Effect runWith(std::span<const WordAt> placed);
+    static std::vector<WordAt> placedWords(const std::vector<std::size_t>& places,
+                                           const std::vector<std::string>& words, std::size_t turn);
+    Outputs hangingOn(const PlaceQuestions& place) const;
+    void credit(Occurrence& occurrence, Question& question, const Roles& roles);
+
+    Outcome run(Alternative& alternative);
+    Outcome runOnce(Alternative& alternative, std::uint64_t number);
+    bool isOtherWay(const Outcome& outcome) const;
+    void noteOtherRun(const Outcome& outcome, const std::function<void(simwin::Machine&)>& prepare);
+    Outputs differences(const Outcome& other);
+    Roles rolesIn(const Outcome& other, const Alternative& alternative);
+
+    World& m_world;
+    const Collector& m_collector;
+    const ExperimentOptions& m_options;
+    Outcome m_outcome;
+    std::vector<AskedCall> m_calls;
+    std::vector<Question> m_questions;
+    std::vector<PlaceQuestions> m_places;
+    std::vector<std::string> m_variables;
+    AskedNames m_names;
+    std::size_t m_otherWays = 0;
+};
+
+}  // namespace kvstation

@@ -1,0 +1,188 @@
+#include "tests/cause/Proof.h"
+
+#include <algorithm>
+#include <map>
+#include <set>
+
+#include "kvstation/FieldTable.h"
+#include "kvstation/VisibleText.h"
+#include "kvstation/cause/Experiments.h"
+#include "kvstation/cause/OtherTexts.h"
+#include "kvstation/cause/Words.h"
+#include "simwin/CodePage.h"
+#include "tests/cause/StationEdits.h"
+#include "tests/cause/StationRun.h"
+
+namespace kvtest {
+namespace {
+
+using kvstation::Experiments;
+using kvstation::Question;
+using kvstation::World;
+using simwin::Station;
+
+// Work on what the module has already: its own texts and memory, letters of another kind, the parts of a version that
+// it was told. No station answers them.
+constexpr std::string_view kOwnWork[] = {"GlobalAlloc",         "GlobalLock",     "LoadStringA",
+                                         "MultiByteToWideChar", "VerQueryValueA", "WideCharToMultiByte"};
+
+std::string nameOf(std::size_t field) {
+    return std::string(kvstation::fields()[field].name);
+}
+
+template <class List>
+void chooseOf(List& list, std::size_t most, Random& random) {
+    for (std::size_t i = 0; i < std::min(most, list.size()); ++i)
+        std::swap(list[i], list[i + random.below(static_cast<std::uint32_t>(list.size() - i))]);
+    list.resize(std::min(most, list.size()));
+}
+
+class Proof {
+  public:
+    Proof(const kvstation::Collector& collector, const Station& station, std::uint64_t seed, const ProofEffort& effort)
+        : m_collector(collector),
+          m_station(station),
+          m_random(seed),
+          m_effort(effort),
+          m_world(station),
+          m_experiments(m_world, collector),
+          m_base(run(station)) {}
+
+    ProofResult result() {
+        if (!isSameRun())
+            return std::move(m_result);
+        for (std::size_t i = 0; i < m_experiments.questions().size(); ++i)
+            for (const kvstation::Occurrence& one : m_experiments.questions()[i].occurrences)
+                m_questionOf[one.call] = i;
+        failures();
+        edits();
+        if (m_effort.provesNamed)
+            named();
+        return std::move(m_result);
+    }
+
+  private:
+    StationRun run(const Station& station, std::uint64_t callToFail = 0) {
+        ++m_result.runs;
+        return runStation(m_collector, station, callToFail);
+    }
+    void complain(const std::string& what) { m_result.complaints.push_back(kvstation::visible(what)); }
+
+    bool isSameRun() {
+        const StationRun again = run(m_station);
+        if (!differingFields(m_base, again).empty() || m_base.calls.size() != m_experiments.calls().size()) {
+            complain("two runs differ");
+            return false;
+        }
+        // What holds an address of memory differs without a cause and can tell nothing.
+        m_unsteady = differingAnswers(m_base, again);
+        return true;
+    }
+
+    bool names(std::size_t call, std::size_t field) const {
+        const auto found = m_questionOf.find(call);
+        return found != m_questionOf.end() && m_experiments.questions()[found->second].roles.contains(field);
+    }
+
+    std::string told(std::size_t call) const {
+        return m_base.calls[call].name + "(" + m_base.calls[call].arguments + ")";
+    }
+
+    void failures() {
+        std::vector<std::size_t> calls;
+        for (std::size_t i = 0; i < m_base.calls.size(); ++i)
+            if (m_base.failable[i] != 0 && std::ranges::find(kOwnWork, m_base.calls[i].name) == std::end(kOwnWork))
+                calls.push_back(i);
+        chooseOf(calls, m_effort.mostFailures, m_random);
+        for (const std::size_t call : calls)
+            for (const std::size_t field : differingFields(m_base, run(m_station, m_base.failable[call]))) {
+                m_proven.insert({call, field});
+                if (!names(call, field))
+                    complain(nameOf(field) + " changes when the call fails, which is not named: " + told(call));
+            }
+    }
+
+    void edits() {
+        std::vector<StationEdit> all = editsOf(m_station, m_base.calls, m_random);
+        chooseOf(all, m_effort.mostEdits, m_random);
+        for (const StationEdit& edit : all)
+            if (const std::optional<Station> other = edit.make())
+                hold(edit, run(*other));
+    }
+
+    // A field that changed hangs on one of the answers that did.
+    void hold(const StationEdit& edit, const StationRun& other) {
+        const std::set<std::size_t> changed = differingFields(m_base, other);
+        if (changed.empty())
+            return;
+        std::set<std::size_t> answers = differingAnswers(m_base, other);
+        for (const std::size_t call : m_unsteady)
+            answers.erase(call);
+        for (const std::size_t field : changed) {
+            if (answers.size() == 1)
+                m_proven.insert({*answers.begin(), field});
+            if (std::ranges::any_of(answers, [&](std::size_t call) { return names(call, field); }))
+                continue;
+            std::string asked;
+            for (const std::size_t call : answers)
+                asked += (asked.empty() ? "" : ", ") + told(call);
+            complain(nameOf(field) + " changes under an edit that changes no answer that it names: " +
+                     simwin::toUtf8(edit.what) + "; changed: " + asked);
+        }
+    }
+
+    void named() {
+        for (const Question& question : m_experiments.questions())
+            for (const auto& [output, role] : question.roles)
+                if (output < kvstation::fields().size() && !isProven(question, output))
+                    complain(nameOf(output) + " does not change with a cause that is named: " + question.call.name +
+                             "(" + question.call.arguments + ")");
+    }
+
+    bool isProven(const Question& question, std::size_t field) {
+        if (std::ranges::any_of(question.occurrences, [&](const kvstation::Occurrence& one) {
+                return m_proven.contains({one.call, field});
+            }))
+            return true;
+        const auto changes = [&](std::vector<kvstation::Change> made) {
+            for (kvstation::Change& change : made)
+                m_world.toggle(change);
+            const bool isChanged = differingFields(m_base, run(*m_world.station())).contains(field);
+            for (auto change = made.rbegin(); change != made.rend(); ++change)
+                m_world.toggle(*change);
+            return isChanged;
+        };
+        for (const kvstation::Occurrence& one : question.occurrences)
+            if (m_base.failable[one.call] != 0 &&
+                differingFields(m_base, run(m_station, m_base.failable[one.call])).contains(field))
+                return true;
+        for (kvstation::Alternative& one : kvstation::alternativesAt(m_world, question.place, question.row->samples))
+            if (changes(std::move(one.changes)))
+                return true;
+        for (const std::string& word : kvstation::wordsFor({}))
+            if (changes(kvstation::withWords(m_world, std::vector<kvstation::PlacedWord>{{&question.place, &word}})))
+                return true;
+        return false;
+    }
+
+    const kvstation::Collector& m_collector;
+    const Station& m_station;
+    Random m_random;
+    ProofEffort m_effort;
+    ProofResult m_result;
+    World m_world;
+    Experiments m_experiments;
+    StationRun m_base;
+    std::set<std::size_t> m_unsteady;
+    std::map<std::size_t, std::size_t> m_questionOf;         // by the call's index
+    std::set<std::pair<std::size_t, std::size_t>> m_proven;  // call and field
+};
+
+}  // namespace
+
+ProofResult prove(const kvstation::Collector& collector, const Station& station, std::uint64_t seed,
+                  const ProofEffort& effort) {
+    return Proof(collector, station, seed, effort).result();
+}
+
+}  // namespace kvtest

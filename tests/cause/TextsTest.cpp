@@ -1,0 +1,63 @@
+// Texts put in the place of others, and what moved with them.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "kvstation/cause/MovedText.h"
+#include "kvstation/cause/OtherTexts.h"
+
+namespace kvtest {
+namespace {
+
+using kvstation::Role;
+using kvstation::roleOfText;
+using kvstation::sameShape;
+
+TEST(OtherText, HasAnotherLetterOrDigitAtEachPlaceAndTheSameForm) {
+    EXPECT_EQ(sameShape("Abc-19 z"), "Bcd-28 g");
+    EXPECT_EQ(sameShape(""), "");
+    EXPECT_EQ(sameShape("-- \\"), "-- \\");
+}
+
+TEST(OtherText, OfBytesInHexadecimalIsStillThat) {
+    const std::string other = sameShape("00-02-A5-4F-18-C6");
+    EXPECT_EQ(other.find_first_not_of("0123456789ABCDEF-"), std::string::npos);
+    EXPECT_EQ(other.size(), 17u);
+}
+
+TEST(OtherText, OfAnAddressIsAnAddressOfTheSameLength) {
+    EXPECT_EQ(sameShape("255.255.255.0"), "100.100.100.1");
+    EXPECT_EQ(sameShape("192.168.31.44"), "200.200.10.10");
+}
+
+TEST(OtherText, WordsOfTheModuleHoldWhatItComparesWith) {
+    for (const char* word : {"WinFrame"})
+        EXPECT_NE(std::ranges::find(kvstation::moduleWords(), word), kvstation::moduleWords().end()) << word;
+}
+
+TEST(MovedText, GivesAFieldThatIsTheWholeOfIt) {
+    EXPECT_EQ(roleOfText("DH@HW.EXAMPLE", "EI@IX.FYBNQMF", {"dh@hw.example", "ei@ix.fybnqmf"}), Role::Gives);
+    EXPECT_EQ(roleOfText("192.168.7.20;10", "200.200.1.10;20", {"192.168.7.20;10.8.0.6", "200.200.1.10;20.1.1.1"}),
+              Role::Gives)
+        << "cut";
+}
+
+TEST(MovedText, AddsToAFieldOfWhichItIsAPart) {
+    EXPECT_EQ(roleOfText("TC-LAGER07#1", "UD-MBHFS18#1", {"tc-lager07", "ud-mbhfs18"}), Role::Adds);
+}
+
+TEST(MovedText, DecidesWhereNothingOfItMoved) {
+    EXPECT_EQ(roleOfText("unknown", "", {"3", "4"}), Role::Decides);
+    EXPECT_EQ(roleOfText("ALPHA-LAB", "OTHER", {"3", "4"}), Role::Decides);
+    EXPECT_EQ(roleOfText("", "Xyz", {"Abc", "Xyz"}), Role::Decides) << "an empty field has no giver";
+}
+
+TEST(MovedText, OfANumberIsItsBeginning) {
+    EXPECT_EQ(kvstation::roleOfNumber("7", "9", {"7", "9"}), Role::Gives);
+    EXPECT_EQ(kvstation::roleOfNumber("7", "9", {"7 and more", "9 and more"}), Role::Gives);
+    EXPECT_EQ(kvstation::roleOfNumber("7", "9", {"77", "99"}), Role::Decides);
+    EXPECT_EQ(kvstation::roleOfNumber("1", "0", {"7", "9"}), Role::Decides);
+}
+
+}  // namespace
+}  // namespace kvtest
