@@ -98,8 +98,8 @@ std::string fromUtf16(std::string_view littleEndianBytes) {
     std::string text;
     text.reserve(littleEndianBytes.size() / 2);
     for (std::size_t i = 0; i + 1 < littleEndianBytes.size(); i += 2) {
-        const auto unit = static_cast<char32_t>(byteOf(littleEndianBytes[i]) | byteOf(littleEndianBytes[i + 1]) << 8);
-        text.push_back(fromUnicode(unit).value_or('?'));
+        const auto unit = static_cast<char16_t>(byteOf(littleEndianBytes[i]) | byteOf(littleEndianBytes[i + 1]) << 8);
+        text.push_back(likeUnicode(unit).value_or('?'));
     }
     return text;
 }

@@ -29,8 +29,11 @@ char16_t toUnicode(char character) noexcept;
 // None for a character that the code page does not hold.
 std::optional<char> fromUnicode(char32_t character) noexcept;
 
-// What a narrow registry call makes of UTF-16LE data: a character outside the code page becomes "?" (a pair of
-// surrogates two), and the second half of a cut character at the end is dropped.
+// The same with Windows' best fit: a letter that the code page does not hold becomes a like one ("L" for a barred one).
+std::optional<char> likeUnicode(char16_t character) noexcept;
+
+// What a narrow registry call makes of UTF-16LE data: a character outside the code page becomes a like one or "?" (a
+// pair of surrogates two), and the second half of a cut character at the end is dropped.
 std::string fromUtf16(std::string_view littleEndianBytes);
 
 struct Utf8Error {
@@ -41,7 +44,7 @@ struct Utf8Error {
 // The bytes of a UTF-8 text, or none, and then `error` tells what is wrong with it.
 std::optional<std::string> fromUtf8(std::string_view text, Utf8Error& error);
 
-// The same for text that was checked: what the code page does not hold becomes "?".
+// The same for text that was checked: what the code page does not hold becomes what fromUtf16 makes of it.
 std::string fromUtf8Leniently(std::string_view text);
 
 bool isUtf8(std::string_view text) noexcept;

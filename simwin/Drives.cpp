@@ -53,7 +53,7 @@ BOOL volumeInformation(Machine& machine, const char* root, const VolumePlaces& p
         return fail(machine, ERROR_NOT_READY);
     if (!copyText(drive->label.value_or(""), places.label, places.labelSize) ||
         !copyText(drive->fileSystem.value_or(""), places.fileSystem, places.fileSystemSize))
-        return fail(machine, ERROR_MORE_DATA);
+        return fail(machine, ERROR_BAD_LENGTH);
     if (places.serial != nullptr)
         *places.serial = drive->serial;
     if (places.componentLength != nullptr)

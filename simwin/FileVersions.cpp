@@ -28,7 +28,8 @@ std::string resourceOf(Machine& machine, const char* path) {
     else if (file != nullptr && file->version)
         resource = makeVersionResource(*file->version);
     if (resource.empty())
-        machine.setLastError(file != nullptr ? ERROR_RESOURCE_DATA_NOT_FOUND : ERROR_FILE_NOT_FOUND);
+        machine.setLastError(file != nullptr ? ERROR_RESOURCE_DATA_NOT_FOUND
+                                             : missingFileError(machine.station(), path != nullptr ? path : ""));
     return resource;
 }
 

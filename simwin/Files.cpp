@@ -57,13 +57,29 @@ bool isThere(const Station& station, std::string_view path) {
     return findPath(station, path).has_value();
 }
 
+// What no name may hold; patterns are not simulated, and count as names that are not there.
+bool isName(std::string_view path) {
+    return path.find_first_of("\"<>|") == std::string_view::npos;
+}
+
+// The path up to its last backslash, or none.
+std::optional<std::string_view> parentOf(std::string_view path) {
+    const std::size_t end = path.find_last_of('\\');
+    return end != std::string_view::npos ? std::optional(path.substr(0, end)) : std::nullopt;
+}
+
+DWORD missingPathError(const Station& station, std::string_view path) {
+    if (!isName(path))
+        return ERROR_INVALID_NAME;
+    const std::optional<std::string_view> parent = parentOf(path);
+    return parent && findFile(station, *parent) != nullptr ? ERROR_DIRECTORY : missingFileError(station, path);
+}
+
 HANDLE findFirst(Machine& machine, const char* path, WIN32_FIND_DATAA* data) {
     const std::string_view wanted = path != nullptr ? path : "";
     const std::optional<Found> found = data != nullptr ? findPath(machine.station(), wanted) : std::nullopt;
     if (!found) {
-        const std::size_t parent = wanted.find_last_of('\\');
-        const bool hasParent = parent != std::string_view::npos && isThere(machine.station(), wanted.substr(0, parent));
-        machine.setLastError(hasParent ? ERROR_FILE_NOT_FOUND : ERROR_PATH_NOT_FOUND);
+        machine.setLastError(missingPathError(machine.station(), wanted));
         return INVALID_HANDLE_VALUE;
     }
     std::memset(data, 0, sizeof *data);
@@ -90,6 +106,12 @@ const File* findFile(const Station& station, std::string_view path) {
     return nullptr;
 }
 
+std::uint32_t missingFileError(const Station& station, std::string_view path) {
+    const std::optional<std::string_view> parent = parentOf(path);
+    const bool hasFolder = parent && isThere(station, *parent) && findFile(station, *parent) == nullptr;
+    return hasFolder ? ERROR_FILE_NOT_FOUND : ERROR_PATH_NOT_FOUND;
+}
+
 }  // namespace simwin
 
 HANDLE WINAPI sim_FindFirstFileA(LPCSTR path, LPWIN32_FIND_DATAA data) {
@@ -109,7 +131,7 @@ int sim__access(const char* path, int mode) {
         [&](Machine& machine) -> int {
             if (path != nullptr && isThere(machine.station(), path))
                 return 0;
-            errno = path != nullptr ? ENOENT : EINVAL;
+            errno = path != nullptr && isName(path) ? ENOENT : EINVAL;
             return -1;
         },
         Text{path}, Value{mode});

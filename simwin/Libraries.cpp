@@ -64,11 +64,15 @@ HMODULE loadLibrary(Machine& machine, const char* fileName) {
     return asPointer<HMODULE>(libraryHandle(*found));
 }
 
+bool isLoaded(Machine& machine, std::size_t library) {
+    return libraries()[library].loadedAtStart || machine.state().libraryLoads[library] != 0;
+}
+
 HMODULE moduleHandle(Machine& machine, const char* fileName) {
     if (fileName == nullptr)
         return asPointer<HMODULE>(kProgram);
     const std::optional<std::size_t> found = findNamed(machine, fileName);
-    if (!found || (!libraries()[*found].loadedAtStart && machine.state().libraryLoads[*found] == 0))
+    if (!found || !isLoaded(machine, *found))
         return notFound(machine);
     return asPointer<HMODULE>(libraryHandle(*found));
 }
@@ -81,7 +85,7 @@ BOOL freeLibrary(Machine& machine, HMODULE library) {
     }
     if (library != nullptr)
         machine.reportMisuse("FreeLibrary", asNumber(library), "is no library that was loaded");
-    machine.setLastError(ERROR_INVALID_HANDLE);
+    machine.setLastError(library != nullptr ? ERROR_MOD_NOT_FOUND : ERROR_INVALID_HANDLE);
     return FALSE;
 }
 
@@ -98,12 +102,13 @@ const CallEntry* findFunction(const Machine& machine, std::string_view library, 
 // A plain pointer, because a function's type loses its calling convention where it is a template's argument.
 const void* procAddress(Machine& machine, HMODULE module, const char* name) {
     const std::optional<std::size_t> library = findLibraryByHandle(asNumber(module));
-    const CallEntry* found = library ? findFunction(machine, libraries()[*library].name, name) : nullptr;
-    if (found == nullptr) {
-        machine.setLastError(library ? ERROR_PROC_NOT_FOUND : ERROR_INVALID_HANDLE);
-        return nullptr;
-    }
-    return found->address;
+    const bool isThere = library && isLoaded(machine, *library);
+    const CallEntry* found = isThere ? findFunction(machine, libraries()[*library].name, name) : nullptr;
+    if (found != nullptr)
+        return found->address;
+    // Null is the program itself, which exports nothing.
+    machine.setLastError(isThere || module == nullptr ? ERROR_PROC_NOT_FOUND : ERROR_MOD_NOT_FOUND);
+    return nullptr;
 }
 
 // A function's name, or its ordinal in place of a pointer.

@@ -26,7 +26,7 @@ class BlockTable {
 };
 
 struct GlobalBlock {
-    std::unique_ptr<char[]> memory;
+    std::unique_ptr<char[]> memory;  // null: of no bytes
     int locks = 0;
 };
 

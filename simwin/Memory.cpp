@@ -20,13 +20,17 @@ HGLOBAL allocateGlobal(Machine& machine, UINT flags, SIZE_T size) {
     MachineState& state = machine.state();
     if ((flags & GMEM_MOVEABLE) == 0)
         return state.fixedBlocks.open(size);
-    GlobalBlock block{std::make_unique<char[]>(size != 0 ? size : 1)};
+    // Windows counts a moveable block of no bytes as one whose memory was taken away.
+    GlobalBlock block{size != 0 ? std::make_unique<char[]>(size) : nullptr};
     return asPointer<HGLOBAL>(state.globalBlocks.open(std::move(block)));
 }
 
 LPVOID lockGlobal(Machine& machine, HGLOBAL handle) {
     if (GlobalBlock* block = machine.state().globalBlocks.find(asNumber(handle))) {
-        ++block->locks;
+        if (block->memory == nullptr)
+            machine.setLastError(ERROR_DISCARDED);
+        else
+            ++block->locks;
         return block->memory.get();
     }
     if (machine.state().fixedBlocks.isOpen(handle))

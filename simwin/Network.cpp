@@ -88,7 +88,7 @@ struct NewWorkstationInfo : NewHandle<LPBYTE> {
         const WCHAR* group = reinterpret_cast<const WKSTA_INFO_101*>(*place)->wki101_langroup;
         std::string bytes;
         while (group != nullptr && *group != 0)
-            bytes.push_back(fromUnicode(static_cast<char16_t>(*group++)).value_or('?'));
+            bytes.push_back(likeUnicode(static_cast<char16_t>(*group++)).value_or('?'));
         appendQuoted(text, bytes);
     }
 };

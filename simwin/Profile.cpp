@@ -11,8 +11,14 @@ namespace {
 
 constexpr std::string_view kProfile = "kvcstat64.ini";
 
-// Windows takes one pair of like quotes off a value.
-std::string_view withoutQuotes(std::string_view value) {
+std::string_view trimmed(std::string_view text) {
+    text = text.substr(std::min(text.find_first_not_of(" \t"), text.size()));
+    return text.substr(0, text.find_last_not_of(" \t") + 1);
+}
+
+// Windows takes the blanks off a value, and then one pair of like quotes.
+std::string_view valueOf(std::string_view written) {
+    const std::string_view value = trimmed(written);
     if (value.size() >= 2 && (value.front() == '"' || value.front() == '\'') && value.back() == value.front())
         return value.substr(1, value.size() - 2);
     return value;
@@ -30,7 +36,7 @@ std::string_view findEntry(const Machine& machine, const char* section, const ch
         equalNoCase(fileName.substr(fileName.find_last_of('\\') + 1), kProfile))
         for (const ProfileEntry& one : machine.station().profile)
             if (equalNoCase(one.section, section) && equalNoCase(one.entry, entry))
-                return withoutQuotes(one.value);
+                return valueOf(one.value);
     return trimmedDefault(otherwise);
 }
 

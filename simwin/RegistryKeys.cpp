@@ -12,10 +12,8 @@ using namespace simwin;
 namespace simwin {
 namespace {
 
+// Windows looks at the lower half of a predefined handle alone.
 std::optional<Hive> hiveOf(std::uintptr_t handle) {
-    // The predefined handles are negative 32-bit numbers.
-    if (handle >> 32 != 0xFFFFFFFF)
-        return std::nullopt;
     switch (static_cast<std::uint32_t>(handle)) {
         case 0x80000000:
             return Hive::ClassesRoot;
@@ -36,19 +34,19 @@ std::optional<Hive> hiveOf(std::uintptr_t handle) {
     }
 }
 
-// Windows takes no path with an empty piece in it.
-bool isProperPath(std::string_view path) {
-    return !path.starts_with('\\') && !path.ends_with('\\') && path.find("\\\\") == std::string_view::npos;
+// The path of a sub-key as the registry takes it: no backslash may stand in front, but one below the classes.
+std::optional<std::string_view> properPath(HKEY handle, const char* subKey) {
+    std::string_view path = subKey != nullptr ? subKey : "";
+    if (path.starts_with('\\') && hiveOf(asNumber(handle)) == Hive::ClassesRoot)
+        path.remove_prefix(1);
+    return path.starts_with('\\') ? std::nullopt : std::optional(path);
 }
 
-LSTATUS openKey(Machine& machine, const char* call, HKEY handle, const char* subKey, HKEY* result) {
-    const std::optional<KeyId> from = useKey(machine, call, handle);
-    if (!from)
-        return ERROR_INVALID_HANDLE;
-    const std::string_view path = subKey != nullptr ? subKey : "";
-    if (!isProperPath(path))
+LSTATUS findSubKey(Machine& machine, HKEY handle, KeyId from, const char* subKey, HKEY* result) {
+    const std::optional<std::string_view> path = properPath(handle, subKey);
+    if (!path)
         return ERROR_BAD_PATHNAME;
-    const std::optional<KeyId> key = machine.station().registry.find(*from, path);
+    const std::optional<KeyId> key = machine.station().registry.find(from, *path);
     if (!key)
         return ERROR_FILE_NOT_FOUND;
     const std::vector<KeyId>& denied = machine.state().deniedKeys;
@@ -56,6 +54,14 @@ LSTATUS openKey(Machine& machine, const char* call, HKEY handle, const char* sub
         return ERROR_ACCESS_DENIED;
     *result = asPointer<HKEY>(machine.state().keys.open(*key));
     return ERROR_SUCCESS;
+}
+
+// Where nothing is opened the place becomes null; a handle of null leaves it.
+LSTATUS openKey(Machine& machine, const char* call, HKEY handle, const char* subKey, HKEY* result) {
+    if (handle != nullptr)
+        *result = nullptr;
+    const std::optional<KeyId> from = useKey(machine, call, handle);
+    return from ? findSubKey(machine, handle, *from, subKey, result) : ERROR_INVALID_HANDLE;
 }
 
 bool isEmpty(const char* text) {

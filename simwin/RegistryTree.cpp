@@ -160,8 +160,11 @@ KeyId RegistryTree::root(Hive hive) const {
 
 std::optional<KeyId> RegistryTree::find(KeyId from, std::string_view path) const {
     std::optional<KeyId> key = from;
-    for (bool more = !path.empty(); more && key;)
-        key = findSubKey(*key, takePiece(path, more));
+    for (bool more = !path.empty(); more && key;) {
+        const std::string_view piece = takePiece(path, more);
+        if (!piece.empty())
+            key = findSubKey(*key, piece);
+    }
     return key;
 }
 

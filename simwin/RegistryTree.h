@@ -63,8 +63,8 @@ class RegistryTree {
     bool set(std::string_view fullPath, RegistryValue value);
 
     KeyId root(Hive hive) const;
-    // The key at a path below `from`; an empty path is `from` itself. None when there is no such key, or a piece is
-    // empty.
+    // The key at a path below `from`; an empty path is `from` itself. As in Windows several backslashes are one, and
+    // those at the end count for nothing. None when there is no such key.
     std::optional<KeyId> find(KeyId from, std::string_view path) const;
     std::optional<KeyId> find(std::string_view fullPath) const;
 

@@ -67,14 +67,18 @@ LSTATUS enumValue(Machine& machine, HKEY handle, DWORD index, const ValuePlaces&
         return ERROR_NO_MORE_ITEMS;
     if (places.type != nullptr)
         *places.type = value->type;
+    // Where either has no room, neither is written, and the room of the name stays as it was told.
     if (value->name.size() >= *places.nameSize) {
         if (places.dataSize != nullptr)
             *places.dataSize = static_cast<DWORD>(value->bytes.size());
         return ERROR_MORE_DATA;
     }
+    const LSTATUS error = copyData(machine, *value, places.data, places.dataSize);
+    if (error != ERROR_SUCCESS)
+        return error;
     std::memcpy(places.name, value->name.c_str(), value->name.size() + 1);
     *places.nameSize = static_cast<DWORD>(value->name.size());
-    return copyData(machine, *value, places.data, places.dataSize);
+    return ERROR_SUCCESS;
 }
 
 }  // namespace
@@ -89,16 +93,19 @@ LSTATUS WINAPI sim_RegQueryValueExA(HKEY key, LPCSTR name, LPDWORD reserved, LPD
     };
     return makeCall<sim_RegQueryValueExA>(
         "RegQueryValueExA", FailureWith{failsWithCode(isRead ? ERROR_MORE_DATA : ERROR_ACCESS_DENIED), grow},
-        [&](Machine& machine) { return queryValue(machine, key, name, type, data, size); }, Handle{key}, Text{name},
-        Handle{reserved}, Number{type}, ByteBuffer<LPBYTE>{data, room, size}, Number{size});
+        [&](Machine& machine) -> LSTATUS {
+            return reserved == nullptr ? queryValue(machine, key, name, type, data, size) : ERROR_INVALID_PARAMETER;
+        },
+        Handle{key}, Text{name}, Handle{reserved}, Number{type}, ByteBuffer<LPBYTE>{data, room, size}, Number{size});
 }
 
 LSTATUS WINAPI sim_RegEnumValueA(HKEY key, DWORD index, LPSTR name, LPDWORD nameSize, LPDWORD reserved, LPDWORD type,
                                  LPBYTE data, LPDWORD dataSize) {
     return makeCall<sim_RegEnumValueA>(
         "RegEnumValueA", failsWithCode(ERROR_ACCESS_DENIED),
-        [&](Machine& machine) {
-            return enumValue(machine, key, index, {name, nameSize, type, data, dataSize});
+        [&](Machine& machine) -> LSTATUS {
+            return reserved == nullptr ? enumValue(machine, key, index, {name, nameSize, type, data, dataSize})
+                                       : ERROR_INVALID_PARAMETER;
         },
         Handle{key}, Value{index}, TextBuffer{name, nameSize != nullptr ? *nameSize : 0}, Number{nameSize},
         Handle{reserved}, Number{type},

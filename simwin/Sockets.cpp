@@ -118,6 +118,25 @@ struct AddressBytes : Bytes<const SocketAddress*> {
     }
 };
 
+// The highest version of Winsock that is not above the one asked for; 0: none.
+WORD winsockVersion(WORD asked) {
+    const int major = asked & 0xFF;
+    const int minor = asked >> 8;
+    if (major == 0)
+        return 0;
+    const int highest = std::min(major, 2);
+    return MAKEWORD(highest, major > highest ? 2 : std::min(minor, highest));
+}
+
+int startUp(WORD version, WSADATA* data) {
+    if (data == nullptr)
+        return WSAEFAULT;
+    *data = {};
+    data->wVersion = winsockVersion(version);
+    data->wHighVersion = MAKEWORD(2, 2);
+    return data->wVersion != 0 ? 0 : WSAVERNOTSUPPORTED;
+}
+
 struct NamePlaces {
     char* host;
     DWORD hostSize;
@@ -147,16 +166,8 @@ int nameInfo(Machine& machine, const SocketAddress* address, SocketLength length
 
 int WINAPI sim_WSAStartup(WORD version, LPWSADATA data) {
     return makeCall<sim_WSAStartup>(
-        "WSAStartup", failsWithCode(WSASYSNOTREADY),
-        [&](Machine&) -> int {
-            if (data == nullptr)
-                return WSAEFAULT;
-            *data = {};
-            data->wVersion = version;
-            data->wHighVersion = MAKEWORD(2, 2);
-            return 0;
-        },
-        Value{version}, Structure{data});
+        "WSAStartup", failsWithCode(WSASYSNOTREADY), [&](Machine&) { return startUp(version, data); }, Value{version},
+        Structure{data});
 }
 
 int WINAPI sim_gethostname(char* name, int size) {

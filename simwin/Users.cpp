@@ -133,5 +133,10 @@ int sim_KVNDSWhoAmI(const char* context, CString& name) {
 void sim_KVGetDomainName(CString& name) {
     makeCall<sim_KVGetDomainName>(
         "KVGetDomainName", failsWithZero(ERROR_NO_SUCH_DOMAIN),
-        [&](Machine& machine) { fillName(machine.station().network.domain, name); }, NewString{name});
+        [&](Machine& machine) {
+            // Unlike the other two it empties the name of a station in no domain.
+            name.Empty();
+            fillName(machine.station().network.domain, name);
+        },
+        NewString{name});
 }

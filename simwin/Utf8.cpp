@@ -65,7 +65,11 @@ std::string fromUtf8Leniently(std::string_view text) {
     bytes.reserve(text.size());
     for (std::size_t i = 0; i < text.size();) {
         const Decoded decoded = decodeUtf8(text.substr(i));
-        bytes.push_back(fromUnicode(decoded.character).value_or('?'));
+        // Two surrogates stand for a character beyond 16 bits.
+        if (decoded.character > 0xFFFF)
+            bytes += "??";
+        else
+            bytes.push_back(likeUnicode(static_cast<char16_t>(decoded.character)).value_or('?'));
         i += std::max<std::size_t>(decoded.length, 1);
     }
     return bytes;

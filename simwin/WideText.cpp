@@ -36,10 +36,10 @@ struct Narrowing {
 };
 
 int narrow(Machine& machine, UINT codePage, const Narrowing& job) {
-    if (!isAnsi(codePage) || job.text == nullptr || job.length == 0 || job.length < -1 || job.size < 0 ||
+    if (!isAnsi(codePage) || job.text == nullptr || job.length == 0 || job.size < 0 ||
         (job.size != 0 && job.buffer == nullptr))
         return failConversion(machine, ERROR_INVALID_PARAMETER);
-    const std::size_t length = job.length == -1 ? wideLength(job.text) : static_cast<std::size_t>(job.length);
+    const std::size_t length = job.length < 0 ? wideLength(job.text) : static_cast<std::size_t>(job.length);
     if (job.size == 0)
         return static_cast<int>(length);
     if (static_cast<std::size_t>(job.size) < length)
@@ -47,7 +47,7 @@ int narrow(Machine& machine, UINT codePage, const Narrowing& job) {
     const char replacement = job.replacement != nullptr ? *job.replacement : '?';
     bool used = false;
     for (std::size_t i = 0; i < length; ++i) {
-        const std::optional<char> byte = fromUnicode(static_cast<char16_t>(job.text[i]));
+        const std::optional<char> byte = likeUnicode(static_cast<char16_t>(job.text[i]));
         job.buffer[i] = byte.value_or(replacement);
         used = used || !byte;
     }

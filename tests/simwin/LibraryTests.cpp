@@ -87,7 +87,11 @@ TEST(GetProcAddress, HeedsTheLetterCaseOfAFunctionAndTheListOfWhatIsMissing) {
     EXPECT_EQ(GetProcAddress(library, "netapibufferfree"), nullptr);
     EXPECT_EQ(GetProcAddress(library, "gethostname"), nullptr);
     EXPECT_EQ(GetProcAddress(nullptr, "NetApiBufferFree"), nullptr);
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_HANDLE});
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_PROC_NOT_FOUND});
+    const HMODULE unloaded = LoadLibraryA("powrprof.dll");
+    FreeLibrary(unloaded);
+    EXPECT_EQ(GetProcAddress(unloaded, "CallNtPowerInformation"), nullptr);
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_MOD_NOT_FOUND});
 }
 
 TEST(GetProcAddress, FindsTheEnvironmentLibrarysFunctionsByOrdinalAlone) {

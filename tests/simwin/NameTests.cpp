@@ -96,8 +96,9 @@ TEST(NamesNotDescribed, Fail) {
     CString name("before");
     EXPECT_EQ(KVGetUserName(name), 0);
     EXPECT_EQ(KVNDSWhoAmI("", name), 0);
-    KVGetDomainName(name);
     EXPECT_STREQ(name, "before");
+    KVGetDomainName(name);
+    EXPECT_STREQ(name, "") << "a station in no domain";
     EXPECT_EQ(ZRTSQueryClientName(buffer.data(), 32), 0);
     EXPECT_EQ(ZRTSQuerySessionID(), 0);
     EXPECT_EQ(buffer[0], 'x');

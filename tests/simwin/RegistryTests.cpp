@@ -59,9 +59,11 @@ TEST_F(RegOpenKeyATest, TellsWhatIsWrongWithAPathThatNamesNoKey) {
     struct {
         const char* path;
         LSTATUS error;
-    } const cases[] = {{"SOFTWARE\\None", ERROR_FILE_NOT_FOUND},    {"SOFTWARE\\Product\\Name", ERROR_FILE_NOT_FOUND},
-                       {"\\SOFTWARE", ERROR_BAD_PATHNAME},          {"SOFTWARE\\", ERROR_BAD_PATHNAME},
-                       {"SOFTWARE\\\\Product", ERROR_BAD_PATHNAME}, {"\\", ERROR_BAD_PATHNAME}};
+    } const cases[] = {{"SOFTWARE\\None", ERROR_FILE_NOT_FOUND},
+                       {"SOFTWARE\\Product\\Name", ERROR_FILE_NOT_FOUND},
+                       {"\\SOFTWARE", ERROR_BAD_PATHNAME},
+                       {"\\", ERROR_BAD_PATHNAME},
+                       {"SOFTWARE\\None\\", ERROR_FILE_NOT_FOUND}};
     for (const auto& one : cases) {
         HKEY key = nullptr;
         EXPECT_EQ(RegOpenKeyA(HKEY_LOCAL_MACHINE, one.path, &key), one.error) << one.path;
@@ -69,6 +71,13 @@ TEST_F(RegOpenKeyATest, TellsWhatIsWrongWithAPathThatNamesNoKey) {
         EXPECT_EQ(key, nullptr) << one.path;
     }
     EXPECT_THAT(running.machine.openHandles(), IsEmpty());
+}
+
+TEST_F(RegOpenKeyATest, TakesBackslashesAtThePathsEndAndDoubledOnesInside) {
+    for (const char* path : {"SOFTWARE\\Product\\", "SOFTWARE\\Product\\\\", "SOFTWARE\\\\Product"}) {
+        open(path);
+        EXPECT_EQ(running.machine.openHandles(HandleKind::RegistryKey).back().what, kProduct) << path;
+    }
 }
 
 TEST_F(RegOpenKeyATest, AnswersTheSameHandleWithoutASubKey) {
