@@ -27,13 +27,21 @@ bool isTextType(std::uint32_t type) {
     return known == RegistryType::Text || known == RegistryType::ExpandText || known == RegistryType::MultiText;
 }
 
+// The content without the byte-order marks that stand at its start and, where exports were put together, at a line's.
+std::string withoutMarks(std::string_view content, std::string_view mark, std::string_view lineEnd) {
+    std::string text(content.substr(content.starts_with(mark) ? mark.size() : 0));
+    const std::string inside = std::string(lineEnd) + std::string(mark);
+    for (std::size_t place = text.find(inside); place != std::string::npos; place = text.find(inside, place + 1))
+        text.erase(place + lineEnd.size(), mark.size());
+    return text;
+}
+
 // The bytes of a file as text of the code page, whatever it is written in.
 std::string decode(std::string_view content) {
     if (content.starts_with("\xFF\xFE"))
-        return fromUtf16(content.substr(2));
-    if (content.starts_with("\xEF\xBB\xBF"))
-        content.remove_prefix(3);
-    return isUtf8(content) ? fromUtf8Leniently(content) : std::string(content);
+        return fromUtf16(withoutMarks(content, "\xFF\xFE", {"\n\0", 2}));
+    const std::string text = withoutMarks(content, "\xEF\xBB\xBF", "\n");
+    return isUtf8(text) ? fromUtf8Leniently(text) : text;
 }
 
 class Reader {
@@ -50,14 +58,22 @@ class Reader {
   private:
     void readHeader() {
         m_lines.next();
-        m_isVersion5 = m_lines.line() == kVersion5;
-        if (!m_isVersion5 && m_lines.line() != kVersion4)
+        if (!takeHeader())
             m_lines.fail("the first line is neither \"" + std::string(kVersion5) + "\" nor \"" +
                          std::string(kVersion4) + "\"");
     }
 
+    // What follows is in the header's form, until another export put behind begins with its own.
+    bool takeHeader() {
+        const bool isVersion5 = m_lines.line() == kVersion5;
+        if (!isVersion5 && m_lines.line() != kVersion4)
+            return false;
+        m_isVersion5 = isVersion5;
+        return true;
+    }
+
     void readLine() {
-        if (m_lines.line().empty() || m_lines.startsWith(";"))
+        if (m_lines.line().empty() || m_lines.startsWith(";") || takeHeader())
             return;
         if (m_lines.startsWith("["))
             readKey(m_lines.line());

@@ -2,6 +2,12 @@
 
 #include <gmock/gmock.h>
 
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include "simwin/RegistryWriter.h"
+
 namespace {
 
 using namespace simwin;
@@ -109,6 +115,91 @@ TEST(RegistryReader, TakesAllEncodings) {
         EXPECT_EQ(value->name, "N\xE4me");
         EXPECT_EQ(value->bytes, "\x80\0"s);
     }
+}
+
+TEST(RegistryReader, ReadsLettersThatTheCodePageDoesNotHoldAsLikeOnes) {
+    const std::string line = std::string(kKey) + "\"Name\"=";
+    EXPECT_EQ(find(readRegistry(kVersion5 + line + "\"\xC5\x81\xC4\x81\"", "x.reg"), "Name")->bytes, "La\0"s);
+    EXPECT_EQ(find(readRegistry(kVersion5 + line + "hex(1):41,01,01,01,00,00", "x.reg"), "Name")->bytes, "La\0"s);
+}
+
+TEST(RegistryReader, TakesSeveralExportsPutTogetherEachInItsForm) {
+    const std::string narrow = std::string(kKey) + "\"Narrow\"=hex(2):61,62,00\r\n";
+    const std::string wide = std::string(kKey) + "\"Wide\"=hex(2):61,00,62,00,00,00\r\n";
+    for (const std::string& content :
+         {kVersion5 + wide + kVersion4 + narrow, kVersion4 + narrow + "\r\n" + kVersion5 + wide}) {
+        const RegistryTree tree = readRegistry(content, "x.reg");
+        EXPECT_EQ(find(tree, "Narrow")->bytes, "ab\0"s);
+        EXPECT_EQ(find(tree, "Wide")->bytes, "ab\0"s);
+    }
+}
+
+TEST(RegistryReader, PassesOverTheByteOrderMarksOfExportsPutTogether) {
+    const std::string one = std::string(kVersion5) + kKey + "\"One\"=\"1\"\r\n";
+    const std::string other = std::string(kVersion5) + kKey + "\"Other\"=\"2\"\r\n";
+    const auto wide = [](const std::string& text) {
+        std::string bytes = "\xFF\xFE";
+        for (const char character : text)
+            bytes += {character, '\0'};
+        return bytes;
+    };
+    for (const std::string& content : {"\xEF\xBB\xBF" + one + "\xEF\xBB\xBF" + other, wide(one) + wide(other)}) {
+        const RegistryTree tree = readRegistry(content, "x.reg");
+        EXPECT_NE(find(tree, "One"), nullptr);
+        EXPECT_NE(find(tree, "Other"), nullptr);
+    }
+}
+
+// Exports of real machines stand beside a checkout and are no part of it.
+class RealExports : public testing::Test {
+  protected:
+    void SetUp() override {
+        if (!std::filesystem::is_directory(KV_REAL_EXPORTS))
+            GTEST_SKIP() << "there is no folder " << KV_REAL_EXPORTS << " with exports of real machines";
+        for (const auto& entry : std::filesystem::directory_iterator(KV_REAL_EXPORTS))
+            if (entry.path().extension() == ".reg")
+                files.push_back(entry.path());
+        ASSERT_FALSE(files.empty());
+    }
+
+    static std::string contentOf(const std::filesystem::path& path) {
+        std::ostringstream content;
+        content << std::ifstream(path, std::ios::binary).rdbuf();
+        return content.str();
+    }
+
+    std::vector<std::filesystem::path> files;
+};
+
+// The paths of the keys as the lines of the file tell them.
+std::vector<std::string> keyLines(const std::string& content) {
+    std::vector<std::string> paths;
+    std::istringstream lines(content);
+    for (std::string line; std::getline(lines, line);)
+        if (line.starts_with("["))
+            paths.push_back(line.substr(1, line.rfind(']') - 1));
+    return paths;
+}
+
+TEST_F(RealExports, ReadAsTheyAreAndAgainAsTheyAreWritten) {
+    for (const std::filesystem::path& file : files) {
+        const std::string content = contentOf(file);
+        const RegistryTree tree = readRegistry(content, file.filename().string());
+        ASSERT_FALSE(keyLines(content).empty()) << file;
+        for (const std::string& path : keyLines(content))
+            EXPECT_TRUE(tree.find(path).has_value()) << file << " " << path;
+        const std::string written = writeRegistry(tree);
+        EXPECT_EQ(writeRegistry(readRegistry(written, "written.reg")), written) << file;
+    }
+}
+
+TEST_F(RealExports, ReadPutTogetherInOneFile) {
+    std::string all;
+    for (const std::filesystem::path& file : files)
+        all += contentOf(file);
+    const RegistryTree tree = readRegistry(all, "all.reg");
+    for (const std::string& path : keyLines(all))
+        EXPECT_TRUE(tree.find(path).has_value()) << path;
 }
 
 TEST(RegistryReader, ReadsWhatTheCodePageDoesNotHoldAsQuestionMarks) {
