@@ -18,6 +18,10 @@ configure_file(cmake/package/README.md.in package/README.md @ONLY)
 
 install(TARGETS kvcstat RUNTIME DESTINATION bin ARCHIVE DESTINATION lib)
 install(TARGETS kvenv kvtswrp kvnetapi zrtrc kvstation RUNTIME DESTINATION bin)
+# Not in the builds without tests, of which no package is made.
+if(TARGET kvconform)
+  install(TARGETS kvconform RUNTIME DESTINATION bin)
+endif()
 install(FILES ${KV_LIB} DESTINATION lib)
 install(FILES ${CMAKE_BINARY_DIR}/kvcstatConfig.cmake ${CMAKE_BINARY_DIR}/kvcstatConfigVersion.cmake
   DESTINATION ${KV_CMAKE_PACKAGE})
