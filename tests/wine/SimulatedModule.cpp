@@ -13,8 +13,9 @@ bool isOwnResource(std::string_view name) {
     return name == "LoadStringA";
 }
 
-std::vector<redirect::Replacement> answers(SimulatedModule::Heap heap) {
-    std::vector<redirect::Replacement> all;
+// The first replacement of a function counts.
+std::vector<redirect::Replacement> answers(SimulatedModule::Heap heap, std::span<const redirect::Replacement> others) {
+    std::vector<redirect::Replacement> all(others.begin(), others.end());
     for (const simwin::CallEntry& call : simwin::callTable()) {
         const bool isReal =
             isOwnResource(call.name) || (heap == SimulatedModule::Heap::Real && simwin::isHeapCall(call.name));
@@ -26,9 +27,9 @@ std::vector<redirect::Replacement> answers(SimulatedModule::Heap heap) {
 
 }  // namespace
 
-SimulatedModule::SimulatedModule(Heap heap) : m_module(ReleaseFolder()) {
+SimulatedModule::SimulatedModule(Heap heap, std::span<const redirect::Replacement> others) : m_module(ReleaseFolder()) {
     if (m_module.IsLoaded())
-        m_redirection.emplace(m_module.Library(), answers(heap));
+        m_redirection.emplace(m_module.Library(), answers(heap, others));
 }
 
 CollectedStation SimulatedModule::Collect(simwin::Machine& machine) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -17,7 +18,8 @@ class SimulatedModule {
     // The heap that the library's strings come from: the machine's, or this process's own, where what stays is seen.
     enum class Heap { Simulated, Real };
 
-    explicit SimulatedModule(Heap heap = Heap::Simulated);
+    // Those of `others` take the place of the machine's answers.
+    explicit SimulatedModule(Heap heap = Heap::Simulated, std::span<const redirect::Replacement> others = {});
 
     bool IsLoaded() const { return m_module.IsLoaded(); }
     HMODULE Library() const { return m_module.Library(); }
