@@ -122,6 +122,7 @@ void Experiments::tryPlaces(const std::vector<std::size_t>& places) {
             done.insert(list.begin(), list.end());
             tryList(list);
         }
+    m_longLists = done;
     for (const std::size_t place : places) {
         if (m_options.progress)
             m_options.progress(static_cast<double>(place) / static_cast<double>(places.size()));
@@ -255,7 +256,7 @@ void Experiments::tryWords() {
     std::vector<std::size_t> texts;
     for (std::size_t i = 0; i < m_places.size(); ++i)
         if (const Question& first = m_questions[m_places[i].questions.front()];
-            takesWord(m_world, first.place, first.row->samples))
+            !m_longLists.contains(i) && takesWord(m_world, first.place, first.row->samples))
             texts.push_back(i);
     std::vector<Outputs> open(texts.size());
     for (std::size_t i = 0; i < texts.size(); ++i)

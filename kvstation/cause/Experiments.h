@@ -3,6 +3,7 @@
 
 #include <functional>
 #include <optional>
+#include <set>
 #include <span>
 #include <string>
 #include <vector>
@@ -92,6 +93,7 @@ class Experiments {
     std::vector<Question> m_questions;
     std::vector<PlaceQuestions> m_places;
     std::vector<std::string> m_variables;
+    std::set<std::size_t> m_longLists;  // places that are names in one
     AskedNames m_names;
     std::size_t m_otherWays = 0;
 };

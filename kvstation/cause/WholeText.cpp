@@ -10,7 +10,9 @@
 namespace kvstation {
 namespace {
 
-constexpr std::size_t kMostSteps = 256;
+// Names that are moved up; behind more of them the text goes on unseen.
+constexpr std::size_t kMostSteps = 32;
+constexpr const char* kGoesOn = "...";
 
 // Texts here are bytes of the ANSI code page, whose count is what a field's limit counts.
 std::string narrow(const std::string& utf8) {
@@ -43,7 +45,7 @@ class WholeText {
             if (seen.size() < limit)
                 return rest;
         }
-        return std::nullopt;
+        return rest + kGoesOn;
     }
 
     // The value when the decider's text is so long that it leaves the field all its room.
