@@ -3,24 +3,13 @@
 #include <nlohmann/json.hpp>
 
 #include "kvstation/FieldTable.h"
+#include "kvstation/cause/CauseText.h"
 #include "simwin/CodePage.h"
 
 namespace kvstation {
 namespace {
 
 using nlohmann::ordered_json;
-
-std::string roleName(Role role) {
-    switch (role) {
-        case Role::Gives:
-            return "gives";
-        case Role::Adds:
-            return "adds";
-        case Role::Decides:
-            break;
-    }
-    return "decides";
-}
 
 ordered_json valueJson(std::size_t field, const std::string& value) {
     if (fields()[field].type == FieldType::Text)
@@ -47,7 +36,7 @@ ordered_json errorJson(const Cause& cause) {
 }
 
 ordered_json causeJson(const Cause& cause) {
-    ordered_json json{{"role", roleName(cause.role)},
+    ordered_json json{{"role", wordOf(cause.role)},
                       {"question", cause.question},
                       {"answer", answerJson(cause)},
                       {"error", errorJson(cause)},

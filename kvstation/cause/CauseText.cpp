@@ -19,18 +19,6 @@ std::string bold(const std::string& text, bool colours) {
     return colours ? "\x1b[1m" + text + "\x1b[0m" : text;
 }
 
-std::string_view wordOf(Role role) {
-    switch (role) {
-        case Role::Gives:
-            return "gives";
-        case Role::Adds:
-            return "adds";
-        case Role::Decides:
-            break;
-    }
-    return "decides";
-}
-
 std::string withShortHive(std::string path) {
     constexpr std::pair<std::string_view, std::string_view> names[] = {
         {"HKEY_LOCAL_MACHINE", "HKLM"}, {"HKEY_CURRENT_USER", "HKCU"}, {"HKEY_USERS", "HKU"}};
@@ -143,6 +131,18 @@ std::string shortName(const Cause& cause) {
     if (cause.place.kind == Place::Kind::Value)
         return "\"" + simwin::toUtf8(cause.place.value) + "\"";
     return cause.call;
+}
+
+std::string_view wordOf(Role role) {
+    switch (role) {
+        case Role::Gives:
+            return "gives";
+        case Role::Adds:
+            return "adds";
+        case Role::Decides:
+            break;
+    }
+    return "decides";
 }
 
 std::string shownValue(std::size_t field, const std::string& value) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "kvstation/cause/Causes.h"
@@ -24,6 +25,9 @@ std::vector<CauseLine> causeLines(const std::vector<Cause>& causes);
 
 // "KVUser", "\"ProductName\"", "SendARP": the variable, the registry value's name or the call.
 std::string shortName(const Cause& cause);
+
+// "gives", "adds", "decides".
+std::string_view wordOf(Role role);
 
 // A key that only has to be there.
 bool isKeyThere(const Cause& cause);
