@@ -46,12 +46,7 @@ std::string lines(const std::map<std::string, Spent>& all) {
 }
 
 std::string callText(const simwin::ObservedCall& call) {
-    std::string arguments = visible(call.arguments);
-    if (columns(arguments) > kLongestArguments) {
-        arguments.resize(bytesOf(arguments, kLongestArguments));
-        arguments += "...";
-    }
-    return call.name + "(" + arguments + ")";
+    return call.name + "(" + shortened(visible(call.arguments), kLongestArguments) + ")";
 }
 
 std::string slowest(const std::vector<TimedCall>& calls) {

@@ -1,6 +1,7 @@
 #include "kvstation/FieldTable.h"
 
 #include <algorithm>
+#include <cstdio>
 
 #include "kvstation/Similar.h"
 
@@ -33,6 +34,12 @@ std::span<const std::string_view> groups() {
 std::size_t findField(std::string_view name) {
     const auto found = std::ranges::find(kFields, name, &Field::name);
     return static_cast<std::size_t>(found - std::begin(kFields));
+}
+
+std::string hexOffset(std::size_t offset) {
+    char text[16];
+    std::snprintf(text, sizeof text, "0x%04zX", offset);
+    return text;
 }
 
 std::vector<std::string_view> similarFields(std::string_view name) {

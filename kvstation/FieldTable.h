@@ -34,6 +34,9 @@ std::span<const std::string_view> groups();
 // The index in fields(), or fields().size() when there is no such field.
 std::size_t findField(std::string_view name);
 
+// Such as 0x01F4.
+std::string hexOffset(std::size_t offset);
+
 // The names that someone may have meant who typed `name`, the closest first, at most three.
 std::vector<std::string_view> similarFields(std::string_view name);
 

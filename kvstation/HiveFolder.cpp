@@ -60,14 +60,14 @@ std::optional<Path> findPath(const Path& folder, const Names& names) {
     return place;
 }
 
-std::string fileIn(const Path& folder, std::string_view name) {
+std::string fileNamedIn(const Path& folder, std::string_view name) {
     const std::optional<Path> file = findEntry(folder, name);
     return file ? file->string() : std::string();
 }
 
 // The folder with SYSTEM: the one named, or that of the Windows on the disk whose root it is.
 Path findSystemFolder(const Path& folder) {
-    const std::string beside = fileIn(folder, "SYSTEM");
+    const std::string beside = fileNamedIn(folder, "SYSTEM");
     if (!beside.empty() && !isFolder(beside))
         return folder;
     std::optional<Path> found;
@@ -153,7 +153,7 @@ std::string hiveOfTheOnlyUser(const std::string& disk) {
 std::string findUserHive(const std::string& folder, const std::string& userName) {
     if (!userName.empty())
         return hiveOf(folder, userName);
-    const std::string beside = fileIn(folder, kUserHive);
+    const std::string beside = fileNamedIn(folder, kUserHive);
     return beside.empty() ? hiveOfTheOnlyUser(folder) : beside;
 }
 
@@ -163,7 +163,7 @@ HiveFolder findHives(const std::string& folder, const std::string& userName) {
     if (!isFolder(folder))
         throw Failure(folder + " is no folder; name the folder with the hive files or the root of a Windows disk");
     const Path system = findSystemFolder(folder);
-    return {fileIn(system, "SYSTEM"), fileIn(system, "SOFTWARE"), fileIn(system, "DEFAULT"),
+    return {fileNamedIn(system, "SYSTEM"), fileNamedIn(system, "SOFTWARE"), fileNamedIn(system, "DEFAULT"),
             findUserHive(folder, userName)};
 }
 

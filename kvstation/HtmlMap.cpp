@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "kvstation/FieldTable.h"
 #include "kvstation/HtmlText.h"
 
 namespace kvstation {
@@ -23,12 +24,6 @@ constexpr std::size_t rowCount() {
 std::string number(double value) {
     char text[32];
     std::snprintf(text, sizeof text, "%g", value);
-    return text;
-}
-
-std::string hex(std::size_t offset) {
-    char text[16];
-    std::snprintf(text, sizeof text, "0x%04zX", offset);
     return text;
 }
 
@@ -78,8 +73,8 @@ void drawField(std::string& svg, const Field& field, const Value& value) {
 
 void drawOffsets(std::string& svg) {
     for (std::size_t row = 0; row < rowCount(); ++row)
-        svg += "<text class=\"offset\" x=\"0\" y=\"" + number(top(row) + kBaseline) + "\">" + hex(row * kBytesInRow) +
-               "</text>";
+        svg += "<text class=\"offset\" x=\"0\" y=\"" + number(top(row) + kBaseline) + "\">" +
+               hexOffset(row * kBytesInRow) + "</text>";
     svg += '\n';
 }
 
@@ -92,8 +87,8 @@ std::string groupClass(std::string_view group) {
 std::string placeOf(const Field& field, const Value& value) {
     const std::string width = std::to_string(field.width) + " bytes";
     if (field.type != FieldType::Text)
-        return hex(field.offset) + ", " + width;
-    return hex(field.offset) + ", " + std::to_string(value.filled) + " of " + width;
+        return hexOffset(field.offset) + ", " + width;
+    return hexOffset(field.offset) + ", " + std::to_string(value.filled) + " of " + width;
 }
 
 std::string mapOfBytes(const Record& record) {

@@ -13,7 +13,7 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-constexpr int kIndent = 2;
+constexpr int kJsonIndent = 2;
 
 [[noreturn]] void fail(std::string_view name, const std::string& what) {
     throw Failure(std::string(name) + ": " + what);
@@ -95,7 +95,7 @@ std::string jsonView(const Record& record) {
         else
             object[std::string(field.name)] = record[i].number;
     }
-    return object.dump(kIndent) + "\n";
+    return object.dump(kJsonIndent) + "\n";
 }
 
 Record recordFromJson(std::string_view json, std::string_view name) {

@@ -5,19 +5,12 @@
 namespace kvstation {
 namespace {
 
-constexpr std::size_t kLongestArguments = 120;  // in characters
-constexpr std::string_view kCut = "...";
-
-std::string shortened(const std::string& text) {
-    if (columns(text) <= kLongestArguments)
-        return text;
-    return text.substr(0, bytesOf(text, kLongestArguments)) + std::string(kCut);
-}
+constexpr std::size_t kLongestQuestion = 120;  // in characters
 
 }  // namespace
 
 std::string describeQuestion(const simwin::ObservedCall& call) {
-    return call.name + "(" + shortened(visible(call.arguments)) + ")";
+    return call.name + "(" + shortened(visible(call.arguments), kLongestQuestion) + ")";
 }
 
 void LastQuestion::note(bool isQuestion, std::string_view text) {

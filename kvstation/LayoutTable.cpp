@@ -1,6 +1,5 @@
 #include "kvstation/LayoutTable.h"
 
-#include <cstdio>
 #include <nlohmann/json.hpp>
 #include <vector>
 
@@ -73,18 +72,12 @@ std::vector<Row> rows(const FieldSources& sources) {
     return all;
 }
 
-std::string hex(std::size_t offset) {
-    char text[16];
-    std::snprintf(text, sizeof text, "0x%04zX", offset);
-    return text;
-}
-
 using Cells = std::vector<std::string>;
 
 // The sources last, where somebody looked for them.
 Cells cellsOf(const Row& row, bool withSources) {
     Cells cells = {std::to_string(row.offset),
-                   hex(row.offset),
+                   hexOffset(row.offset),
                    std::to_string(row.width),
                    row.limit,
                    row.type,
@@ -173,7 +166,7 @@ std::string layoutJson(const FieldSources& sources) {
         const Row row = rowOf(field, sourceOf(sources, field));
         object["name"] = row.name;
         object["offset"] = row.offset;
-        object["hex"] = hex(row.offset);
+        object["hex"] = hexOffset(row.offset);
         object["width"] = row.width;
         if (field.type == FieldType::Text)
             object["limit"] = field.limit;

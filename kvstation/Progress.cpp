@@ -8,12 +8,13 @@
 #include <unistd.h>
 #endif
 
+#include "kvstation/StreamAside.h"
+
 namespace kvstation {
 namespace {
 
 constexpr std::chrono::seconds kMoment{1};
 constexpr std::chrono::milliseconds kPause{100};
-constexpr int kStandardError = 2;
 
 bool isTerminal() {
 #ifdef _WIN32

@@ -29,12 +29,6 @@ bool isNumber(std::string_view word) {
     return std::ranges::all_of(word, isDigit);
 }
 
-std::string lower(std::string_view text) {
-    std::string result(text);
-    std::ranges::transform(result, result.begin(), [](char c) { return simwin::toLower(c); });
-    return result;
-}
-
 // The stand-in in the letter case of the text whose place it takes. A letter that stands for a digit, as in a physical
 // address, follows the others.
 std::string inCaseOf(std::string_view original, std::string_view standIn) {
@@ -118,7 +112,7 @@ std::set<std::string> wordsOf(std::string_view text) {
     std::set<std::string> words;
     eachRun(text, isWordCharacter, [&](std::string_view run, bool isRun, std::string_view) {
         if (isRun)
-            words.insert(lower(run));
+            words.insert(simwin::lowerCase(run));
     });
     return words;
 }
@@ -182,11 +176,11 @@ void StandIns::addJoined(std::string_view joined) {
         standInFor(word);
     if (std::ranges::all_of(joined, isWordCharacter)) {
         if (!joined.empty())
-            m_words.at(lower(joined)).standsAlone = true;
+            m_words.at(simwin::lowerCase(joined)).standsAlone = true;
         return;
     }
     const auto isCommon = [&](const std::string& word) { return m_vocabulary.contains(word); };
-    const std::string key = lower(joined);
+    const std::string key = simwin::lowerCase(joined);
     if (key.size() < kShortestJoined || std::ranges::all_of(words, isCommon) ||
         std::ranges::find(m_joined, key) != m_joined.end())
         return;
@@ -211,7 +205,7 @@ void StandIns::learn(std::string_view text, TextPlace place) {
 std::string StandIns::whole(std::string_view text) {
     std::string result;
     eachRun(text, isWordCharacter, [&](std::string_view run, bool isRun, std::string_view) {
-        result += isRun ? inCaseOf(run, standInFor(lower(run))) : std::string(run);
+        result += isRun ? inCaseOf(run, standInFor(simwin::lowerCase(run))) : std::string(run);
     });
     return result;
 }
@@ -219,7 +213,7 @@ std::string StandIns::whole(std::string_view text) {
 std::string StandIns::knownWords(std::string_view text) const {
     std::string result;
     eachRun(text, isWordCharacter, [&](std::string_view run, bool isRun, std::string_view) {
-        const auto known = isRun ? m_words.find(lower(run)) : m_words.end();
+        const auto known = isRun ? m_words.find(simwin::lowerCase(run)) : m_words.end();
         result += known != m_words.end() ? inCaseOf(run, known->second.standIn) : std::string(run);
     });
     return result;
@@ -232,7 +226,7 @@ bool StandIns::isUsable(const std::string& secret, TextPlace place) const {
 }
 
 std::string StandIns::replaceWord(std::string_view word, bool isShortName, TextPlace place) const {
-    const std::string key = lower(word);
+    const std::string key = simwin::lowerCase(word);
     if (m_vocabulary.contains(key))
         return std::string(word);
     if (isUsable(key, place))

@@ -2,15 +2,11 @@
 
 #include <algorithm>
 
+#include "kvstation/TerminalColours.h"
 #include "kvstation/VisibleText.h"
 
 namespace kvstation {
 namespace {
-
-constexpr std::string_view kBold = "\x1b[1m";
-constexpr std::string_view kDim = "\x1b[2m";
-constexpr std::string_view kCyan = "\x1b[36m";
-constexpr std::string_view kNormal = "\x1b[0m";
 
 constexpr std::size_t kIndent = 2;
 constexpr std::size_t kGap = 2;

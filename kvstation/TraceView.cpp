@@ -4,6 +4,7 @@
 #include <nlohmann/json.hpp>
 #include <string_view>
 
+#include "kvstation/TerminalColours.h"
 #include "kvstation/VisibleText.h"
 #include "kvstation/cause/Answer.h"
 #include "kvstation/cause/QuestionTable.h"
@@ -13,10 +14,6 @@ namespace kvstation {
 namespace {
 
 using simwin::ObservedCall;
-
-constexpr std::string_view kBold = "\x1b[1m";
-constexpr std::string_view kDim = "\x1b[2m";
-constexpr std::string_view kPlain = "\x1b[0m";
 
 constexpr std::string_view kTraceCall = "ZRTrace";
 constexpr std::string_view kPublish = "KVSetEnv";
@@ -74,7 +71,7 @@ std::string callLine(const TracedCall& one, const TraceOptions& options) {
     for (const std::string& field : one.fields)
         fields += (fields.empty() ? "" : ", ") + field;
     if (!fields.empty())
-        line += options.colours ? "  " + std::string(kBold) + "-> " + fields + std::string(kPlain) : "  -> " + fields;
+        line += options.colours ? "  " + std::string(kBold) + "-> " + fields + std::string(kNormal) : "  -> " + fields;
     return line;
 }
 
@@ -88,7 +85,7 @@ std::string traceView(const std::vector<TracedCall>& calls, const TraceOptions& 
         const bool isTrace = calls[i].call.name == kTraceCall;
         const std::string line =
             isTrace ? "  | " + visible(traceText(calls[i].call)) : callLine(withType(calls, i), options);
-        text += (options.colours && isTrace ? std::string(kDim) + line + std::string(kPlain) : line) + "\n";
+        text += (options.colours && isTrace ? std::string(kDim) + line + std::string(kNormal) : line) + "\n";
     }
     return text;
 }

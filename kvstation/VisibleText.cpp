@@ -35,6 +35,12 @@ std::string visible(std::string_view utf8) {
     return text;
 }
 
+std::string shortened(std::string_view utf8, std::size_t longest) {
+    if (columns(utf8) <= longest)
+        return std::string(utf8);
+    return std::string(utf8.substr(0, bytesOf(utf8, longest))) + "...";
+}
+
 std::size_t bytesOf(std::string_view utf8, std::size_t count) {
     std::size_t end = 0;
     for (; end < utf8.size(); ++end) {

@@ -33,6 +33,12 @@ constexpr Failure failsWithMinusOne(std::uint32_t lastError) {
     return {Failure::How::ReturnsMinusOne, lastError};
 }
 
+// How an answer refuses: the reason for GetLastError, and FALSE for the caller.
+inline BOOL fail(Machine& machine, DWORD error) {
+    machine.setLastError(error);
+    return FALSE;
+}
+
 template <class Result>
 bool succeeded(const Failure& failure, Result result) {
     switch (failure.how) {

@@ -48,10 +48,6 @@ constexpr std::array<unsigned char, 256> makeLowerTable() {
 constexpr auto kUpper = makeUpperTable();
 constexpr auto kLower = makeLowerTable();
 
-unsigned char byteOf(char character) {
-    return static_cast<unsigned char>(character);
-}
-
 }  // namespace
 
 char toUpper(char character) noexcept {
@@ -60,6 +56,18 @@ char toUpper(char character) noexcept {
 
 char toLower(char character) noexcept {
     return static_cast<char>(kLower[byteOf(character)]);
+}
+
+std::string upperCase(std::string_view text) {
+    std::string upper(text);
+    std::ranges::transform(upper, upper.begin(), toUpper);
+    return upper;
+}
+
+std::string lowerCase(std::string_view text) {
+    std::string lower(text);
+    std::ranges::transform(lower, lower.begin(), toLower);
+    return lower;
 }
 
 bool isControl(char character) noexcept {

@@ -11,12 +11,19 @@ namespace simwin {
 // The only ANSI code page that a station can have so far.
 inline constexpr unsigned kAnsiCodePage = 1252;
 
+constexpr unsigned char byteOf(char character) noexcept {
+    return static_cast<unsigned char>(character);
+}
+
 // A letter's other case; a byte without one stays as it is. Two letters have an upper case outside the code page
 // (0x83 and 0xB5) and one has none (0xDF).
 char toUpper(char character) noexcept;
 // Below the blank, or DEL.
 bool isControl(char character) noexcept;
 char toLower(char character) noexcept;
+
+std::string upperCase(std::string_view text);
+std::string lowerCase(std::string_view text);
 
 // Below 0, 0 or above 0: the order of two names without regard to case, as registry, files and variables compare them.
 int compareNoCase(std::string_view left, std::string_view right) noexcept;

@@ -13,11 +13,6 @@ constexpr std::uint32_t kSectorSize = 512;
 constexpr std::uint32_t kSectorsPerCluster = 8;
 constexpr std::uint64_t kClusterSize = kSectorSize * kSectorsPerCluster;
 
-BOOL fail(Machine& machine, DWORD error) {
-    machine.setLastError(error);
-    return FALSE;
-}
-
 // Only "X:\" names a drive.
 const Drive* findDrive(const Station& station, const char* root) {
     if (root == nullptr || root[0] == '\0' || root[1] != ':' || root[2] != '\\' || root[3] != '\0')

@@ -14,11 +14,6 @@ namespace {
 // Windows marks the end of a Unicode resource so; the room behind it is for texts that are asked for in narrow form.
 constexpr std::string_view kNarrowMark = "FE2X";
 
-BOOL fail(Machine& machine, DWORD error) {
-    machine.setLastError(error);
-    return FALSE;
-}
-
 // The version resource of a file; empty, with the last error set, when there is none.
 std::string resourceOf(Machine& machine, const char* path) {
     const File* file = findFile(machine.station(), path != nullptr ? path : "");

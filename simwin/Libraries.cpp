@@ -33,7 +33,7 @@ bool isFunctionMissing(const Station& station, std::string_view library, std::st
     });
 }
 
-bool isThere(const Station& station, std::string_view library) {
+bool isInstalled(const Station& station, std::string_view library) {
     if (library == "wfapi64.dll" && !station.citrix)
         return false;
     if (library == "KVVCD32.dll" && !station.vcdVersion)
@@ -48,7 +48,7 @@ std::optional<std::size_t> findNamed(const Machine& machine, const char* fileNam
     std::optional<std::size_t> found = findLibrary(name);
     if (!found && name.find('.') == std::string_view::npos)
         found = findLibrary(std::string(name) + ".dll");
-    return found && isThere(machine.station(), libraries()[*found].name) ? found : std::nullopt;
+    return found && isInstalled(machine.station(), libraries()[*found].name) ? found : std::nullopt;
 }
 
 HMODULE notFound(Machine& machine) {

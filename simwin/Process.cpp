@@ -8,11 +8,6 @@ using namespace simwin;
 
 namespace {
 
-BOOL fail(Machine& machine, DWORD error) {
-    machine.setLastError(error);
-    return FALSE;
-}
-
 HANDLE openProcess(Machine& machine, DWORD id) {
     const std::optional<Process>& process = machine.station().process;
     if (!process || process->id != id) {

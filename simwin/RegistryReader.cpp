@@ -10,7 +10,7 @@
 namespace simwin {
 namespace {
 
-constexpr std::size_t kLargestFile = std::size_t{64} << 20;
+constexpr std::size_t kLargestExport = std::size_t{64} << 20;
 constexpr std::size_t kLongestKeyName = 255;
 constexpr std::size_t kLongestValueName = 16383;
 constexpr std::ptrdiff_t kDeepestKey = 512;
@@ -182,7 +182,7 @@ class Reader {
 }  // namespace
 
 RegistryTree readRegistry(std::string_view content, const std::string& fileName) {
-    if (content.size() > kLargestFile)
+    if (content.size() > kLargestExport)
         throw ReadError(fileName + ": larger than 64 MiB");
     const std::string text = decode(content);
     return Reader(text, fileName).read();

@@ -42,6 +42,11 @@ std::string_view takePiece(std::string_view& path, bool& more) {
 
 }  // namespace
 
+bool isText(const RegistryValue& value) {
+    const auto type = static_cast<RegistryType>(value.type);
+    return type == RegistryType::Text || type == RegistryType::ExpandText || type == RegistryType::MultiText;
+}
+
 RegistryValue textValue(std::string_view name, std::string_view text) {
     return {std::string(name), static_cast<std::uint32_t>(RegistryType::Text), std::string(text) + '\0'};
 }

@@ -39,6 +39,9 @@ struct RegistryValue {
     std::string bytes;
 };
 
+// One text, with or without variables to expand, or several.
+bool isText(const RegistryValue& value);
+
 // Values to describe a station with, as Windows' own programs write them.
 RegistryValue textValue(std::string_view name, std::string_view text);
 RegistryValue multiTextValue(std::string_view name, const std::vector<std::string>& items);

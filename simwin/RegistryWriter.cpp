@@ -12,8 +12,8 @@ namespace {
 
 constexpr std::size_t kLongestLine = 77;  // before the backslash that continues it
 
-constexpr Hive kHives[] = {Hive::LocalMachine,  Hive::CurrentUser, Hive::Users,
-                           Hive::CurrentConfig, Hive::DynData,     Hive::PerformanceData};
+constexpr Hive kWrittenHives[] = {Hive::LocalMachine,  Hive::CurrentUser, Hive::Users,
+                                  Hive::CurrentConfig, Hive::DynData,     Hive::PerformanceData};
 
 std::string quoted(std::string_view text) {
     std::string line = "\"";
@@ -109,7 +109,7 @@ void appendSubKeys(std::string& text, const RegistryTree& tree, KeyId key) {
 
 std::string writeRegistry(const RegistryTree& tree) {
     std::string text = "Windows Registry Editor Version 5.00\n";
-    for (const Hive hive : kHives) {
+    for (const Hive hive : kWrittenHives) {
         const KeyId root = tree.root(hive);
         if (tree.value(root, 0) != nullptr)
             appendKey(text, tree, root);

@@ -15,10 +15,10 @@ struct NamedHandle {
     const char* name;
 };
 
-constexpr NamedHandle kHives[] = {{0x80000000, "HKEY_CLASSES_ROOT"},     {0x80000001, "HKEY_CURRENT_USER"},
-                                  {0x80000002, "HKEY_LOCAL_MACHINE"},    {0x80000003, "HKEY_USERS"},
-                                  {0x80000004, "HKEY_PERFORMANCE_DATA"}, {0x80000005, "HKEY_CURRENT_CONFIG"},
-                                  {0x80000006, "HKEY_DYN_DATA"}};
+constexpr NamedHandle kHiveHandles[] = {{0x80000000, "HKEY_CLASSES_ROOT"},     {0x80000001, "HKEY_CURRENT_USER"},
+                                        {0x80000002, "HKEY_LOCAL_MACHINE"},    {0x80000003, "HKEY_USERS"},
+                                        {0x80000004, "HKEY_PERFORMANCE_DATA"}, {0x80000005, "HKEY_CURRENT_CONFIG"},
+                                        {0x80000006, "HKEY_DYN_DATA"}};
 
 std::string_view fileNameOf(std::string_view path) {
     return path.substr(path.find_last_of("\\/") + 1);
@@ -50,7 +50,7 @@ void Relay::learn(const ObservedCall& call) {
 
 std::string Relay::nameOf(std::uintptr_t handle) const {
     const auto number = static_cast<std::uint32_t>(handle);
-    for (const NamedHandle& hive : kHives)
+    for (const NamedHandle& hive : kHiveHandles)
         if (hive.number == number)
             return hive.name;
     const auto found = m_names.find(handle);

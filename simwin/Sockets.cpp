@@ -20,7 +20,7 @@ using SocketLength = int;
 constexpr int kNumericHost = 2;
 constexpr int kNameRequired = 4;
 
-int fail(Machine& machine, DWORD error) {
+int socketError(Machine& machine, DWORD error) {
     machine.setLastError(error);
     return -1;
 }
@@ -33,9 +33,9 @@ HostEntry* noHost(Machine& machine) {
 int hostName(Machine& machine, char* buffer, int size) {
     const OptionalText& name = machine.station().network.hostName;
     if (!name)
-        return fail(machine, WSAENETDOWN);
+        return socketError(machine, WSAENETDOWN);
     if (buffer == nullptr || size < 0 || static_cast<std::size_t>(size) <= name->size())
-        return fail(machine, WSAEFAULT);
+        return socketError(machine, WSAEFAULT);
     std::memcpy(buffer, name->c_str(), name->size() + 1);
     return 0;
 }

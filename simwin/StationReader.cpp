@@ -16,7 +16,7 @@
 namespace simwin {
 namespace {
 
-constexpr std::size_t kLargestFile = std::size_t{16} << 20;
+constexpr std::size_t kLargestDescription = std::size_t{16} << 20;
 
 void readCodePages(const JsonView& view, CodePages& pages) {
     const auto readAnsi = [&](const JsonView& value) {
@@ -192,7 +192,7 @@ void checkDeniedKeys(const Station& station, const std::string& fileName) {
 }  // namespace
 
 Station parseStation(std::string_view content, const std::string& fileName) {
-    if (content.size() > kLargestFile)
+    if (content.size() > kLargestDescription)
         throw ReadError(fileName + ": larger than 16 MiB");
     Station station;
     describe(station, parseJson(content, fileName), fileName);

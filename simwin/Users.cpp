@@ -17,11 +17,6 @@ bool copyWhole(const std::string& text, char* buffer, const DWORD* size, DWORD& 
     return true;
 }
 
-BOOL fail(Machine& machine, DWORD error) {
-    machine.setLastError(error);
-    return FALSE;
-}
-
 BOOL userName(Machine& machine, char* buffer, DWORD* size) {
     if (!machine.station().user.name)
         return fail(machine, ERROR_NOT_LOGGED_ON);

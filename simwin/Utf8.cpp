@@ -5,10 +5,6 @@
 namespace simwin {
 namespace {
 
-unsigned char byteOf(char character) {
-    return static_cast<unsigned char>(character);
-}
-
 struct Decoded {
     char32_t character = 0;
     std::size_t length = 0;  // 0: not UTF-8

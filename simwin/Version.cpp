@@ -41,11 +41,6 @@ WORD suitesOf(const Station& station) {
     return station.version && station.version->terminalServices ? kTerminalSuite : WORD{0};
 }
 
-BOOL fail(Machine& machine, DWORD error) {
-    machine.setLastError(error);
-    return FALSE;
-}
-
 BOOL getVersionEx(Machine& machine, OSVERSIONINFOA* info) {
     if (info == nullptr)
         return fail(machine, ERROR_NOACCESS);

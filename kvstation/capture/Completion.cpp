@@ -17,7 +17,7 @@ using simwin::RegistryValue;
 using simwin::Station;
 
 constexpr int kMostRounds = 16;
-constexpr int kMostSteps = 64;  // of the way from key to key
+constexpr int kMostLevels = 64;  // of the way from key to key
 
 // Members with an entry for each thing that others can be asked for, of which nobody can write down all.
 const simwin::MemberPath kOpenEnded[] = {{"network", "hosts"}, {"network", "addresses"}, {"network", "arp"}};
@@ -25,16 +25,6 @@ const simwin::MemberPath kOpenEnded[] = {{"network", "hosts"}, {"network", "addr
 const simwin::MemberPath kWholes[] = {{"drives"},  {"files"},          {"profile"},
                                       {"process"}, {"keyboard"},       {"network", "hosts"},
                                       {"version"}, {"network", "arp"}, {"network", "addresses"}};
-
-std::string narrow(const std::string& utf8) {
-    simwin::Utf8Error error{};
-    return simwin::fromUtf8(utf8, error).value_or("");
-}
-
-std::string capitals(std::string text) {
-    std::ranges::transform(text, text.begin(), simwin::toUpper);
-    return text;
-}
 
 bool isVariable(const Place& place) {
     return place.kind == Place::Kind::Member && place.member.front() == "environment";
@@ -65,9 +55,9 @@ void addOnce(std::vector<std::string>& list, const std::string& text) {
 // The places of names in a list, without regard to letter case; others stand behind them.
 class NameOrder {
   public:
-    void add(const std::string& name) { m_places.emplace(capitals(name), m_places.size()); }
+    void add(const std::string& name) { m_places.emplace(simwin::upperCase(name), m_places.size()); }
     std::size_t of(const std::string& name) const {
-        const auto found = m_places.find(capitals(name));
+        const auto found = m_places.find(simwin::upperCase(name));
         return found != m_places.end() ? found->second : m_places.size();
     }
 
@@ -137,7 +127,7 @@ class Completer {
     }
 
     bool takeVariable(const Place& place) {
-        const std::string name = narrow(place.member.back());
+        const std::string name = simwin::fromUtf8Leniently(place.member.back());
         const auto isSame = [&](const simwin::Variable& one) { return simwin::equalNoCase(one.name, name); };
         const std::optional<std::string> value = m_state.variable(name);
         if (!value || std::ranges::any_of(m_station.environment, isSame))
@@ -147,7 +137,7 @@ class Completer {
     }
 
     bool takeFile(const Place& place) {
-        const std::string path = narrow(place.member.back());
+        const std::string path = simwin::fromUtf8Leniently(place.member.back());
         const auto isSame = [&](const simwin::File& one) { return simwin::equalNoCase(one.path, path); };
         std::optional<simwin::File> file = m_state.file(path);
         if (!file || std::ranges::any_of(m_station.files, isSame))
@@ -237,7 +227,7 @@ AskedPlaces complete(Station& station, const AskedPlaces& asked, LocalState& sta
     Completer completer(station, asked, state);
     const auto askedByRuns = reach == Reach::StationItself ? askedOnce : askedByVersions;
     for (int round = 0; round < kMostRounds; ++round) {
-        for (int step = 0; step < kMostSteps && completer.takeIn(askedByRuns(station, collector)); ++step) {
+        for (int step = 0; step < kMostLevels && completer.takeIn(askedByRuns(station, collector)); ++step) {
         }
         if (reach == Reach::StationItself || !completer.takeIn(askedInBranches(station, collector)))
             break;

@@ -12,23 +12,23 @@ namespace {
 constexpr std::size_t kLongestName = 16384;  // of a value, its NUL included
 constexpr std::size_t kLargestValue = std::size_t{1} << 20;
 
-struct NamedHive {
+struct OpenHive {
     simwin::Hive hive;
     HKEY key;
 };
-const NamedHive kHives[] = {{simwin::Hive::LocalMachine, HKEY_LOCAL_MACHINE},
-                            {simwin::Hive::CurrentUser, HKEY_CURRENT_USER},
-                            {simwin::Hive::Users, HKEY_USERS},
-                            {simwin::Hive::CurrentConfig, HKEY_CURRENT_CONFIG},
-                            {simwin::Hive::DynData, HKEY_DYN_DATA},
-                            {simwin::Hive::PerformanceData, HKEY_PERFORMANCE_DATA},
-                            {simwin::Hive::ClassesRoot, HKEY_CLASSES_ROOT}};
+const OpenHive kOpenHives[] = {{simwin::Hive::LocalMachine, HKEY_LOCAL_MACHINE},
+                               {simwin::Hive::CurrentUser, HKEY_CURRENT_USER},
+                               {simwin::Hive::Users, HKEY_USERS},
+                               {simwin::Hive::CurrentConfig, HKEY_CURRENT_CONFIG},
+                               {simwin::Hive::DynData, HKEY_DYN_DATA},
+                               {simwin::Hive::PerformanceData, HKEY_PERFORMANCE_DATA},
+                               {simwin::Hive::ClassesRoot, HKEY_CLASSES_ROOT}};
 
 class OpenedKey {
   public:
     explicit OpenedKey(const std::string& fullPath) {
         const std::optional<simwin::HivePath> path = simwin::splitHive(fullPath);
-        for (const NamedHive& hive : kHives)
+        for (const OpenHive& hive : kOpenHives)
             if (path && path->hive == hive.hive)
                 RegOpenKeyExA(hive.key, std::string(path->rest).c_str(), 0, KEY_READ, &m_key);
     }

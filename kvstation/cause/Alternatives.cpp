@@ -19,23 +19,8 @@ constexpr std::size_t kMostLeaves = 64;
 constexpr std::uint64_t kSmallNumbers = 17;  // kinds, levels and versions are among them
 constexpr std::string_view kNewName = "Another7";
 
-bool isText(const RegistryValue& value) {
-    const auto type = static_cast<RegistryType>(value.type);
-    return type == RegistryType::Text || type == RegistryType::ExpandText || type == RegistryType::MultiText;
-}
-
-std::string narrow(const std::string& utf8) {
-    simwin::Utf8Error error{};
-    return simwin::fromUtf8(utf8, error).value_or("");
-}
-
 std::string lastName(const Place& place) {
     return place.key.substr(place.key.find_last_of('\\') + 1);
-}
-
-std::string capitals(std::string text) {
-    std::ranges::transform(text, text.begin(), simwin::toUpper);
-    return text;
 }
 
 // Three that differ in every way of rounding, and behind them small ones.
@@ -152,7 +137,7 @@ class Maker {
     template <class With>
     void leaf(const Json& content, With with) {
         if (content.is_string()) {
-            const std::string before = narrow(content.get<std::string>());
+            const std::string before = simwin::fromUtf8Leniently(content.get<std::string>());
             const std::string after = sameShape(before);
             addReplacement(with(simwin::toUtf8(after)), {before, after});
             add(with(""));
@@ -290,8 +275,8 @@ std::vector<Alternative> alternativesOf(World& world, std::span<const Place> lis
         return {};
     std::set<std::string> names;
     for (const Place& place : listed)
-        names.insert(capitals(areValues ? place.value : lastName(place)));
-    const auto isListed = [&](const std::string& name) { return names.contains(capitals(name)); };
+        names.insert(simwin::upperCase(areValues ? place.value : lastName(place)));
+    const auto isListed = [&](const std::string& name) { return names.contains(simwin::upperCase(name)); };
     std::vector<Alternative> made(2);
     made[0].isAbsence = true;
     if (areValues) {

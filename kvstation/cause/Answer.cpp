@@ -151,7 +151,7 @@ std::string clock(const ObservedCall& call) {
     return std::to_string(structureIn<std::array<std::uint32_t, 6>>(call, 3)[2]) + " MHz";
 }
 
-std::string physicalAddress(const ObservedCall& call) {
+std::string physicalAddressText(const ObservedCall& call) {
     std::string address;
     simwin::appendBytes(address, textOf(call.parameters[2]));
     std::ranges::replace(address, ' ', '-');
@@ -191,7 +191,7 @@ constexpr InWords kInWords[] = {
     {"CallNtPowerInformation", clock},  {"GetDiskFreeSpaceExA", space},    {"GetDriveTypeA", driveType},
     {"GetFileVersionInfoA", versionOf}, {"GetSystemInfo", systemInfo},     {"GetTokenInformation", session},
     {"GetVersionExA", windowsVersion},  {"GetVolumeInformationA", volume}, {"GlobalMemoryStatus", memoryStatus},
-    {"NetWkstaGetInfo", behindResult},  {"Netbios", behindResult},         {"SendARP", physicalAddress},
+    {"NetWkstaGetInfo", behindResult},  {"Netbios", behindResult},         {"SendARP", physicalAddressText},
     {"gethostbyaddr", asLogged},        {"gethostbyname", asLogged}};
 
 // Their result is a number that was asked for.

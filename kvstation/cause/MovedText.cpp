@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string>
 
+#include "kvstation/NamedParts.h"
 #include "simwin/CodePage.h"
 
 namespace kvstation {
@@ -39,10 +40,6 @@ std::size_t commonBehind(std::string_view left, std::string_view right) {
     const auto [end, other] = std::mismatch(
         left.begin(), left.begin() + static_cast<std::ptrdiff_t>(std::min(left.size(), right.size())), right.begin());
     return static_cast<std::size_t>(end - left.begin());
-}
-
-bool isDigit(char character) {
-    return character >= '0' && character <= '9';
 }
 
 Role roleOfMiddle(const std::string& value, const std::string& moved, const std::string& text,

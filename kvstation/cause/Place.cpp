@@ -36,9 +36,7 @@ std::string nameOf(const Place& place) {
 }
 
 std::string Place::id() const {
-    std::string text = std::to_string(static_cast<int>(kind)) + nameOf(*this);
-    std::ranges::transform(text, text.begin(), simwin::toUpper);
-    return text;
+    return std::to_string(static_cast<int>(kind)) + simwin::upperCase(nameOf(*this));
 }
 
 bool isBelow(const Place& place, const std::string& root) {

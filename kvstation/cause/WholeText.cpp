@@ -15,11 +15,6 @@ constexpr std::size_t kMostSteps = 32;
 constexpr const char* kGoesOn = "...";
 
 // Texts here are bytes of the ANSI code page, whose count is what a field's limit counts.
-std::string narrow(const std::string& utf8) {
-    simwin::Utf8Error error{};
-    return simwin::fromUtf8(utf8, error).value_or("");
-}
-
 class WholeText {
   public:
     WholeText(const simwin::Station& station, const Collector& collector, std::size_t field)
@@ -51,7 +46,7 @@ class WholeText {
     // The value when the decider's text is so long that it leaves the field all its room.
     std::string withLongDecider(const Cause& decider) {
         World world(m_station);
-        std::string text = narrow(decider.answer->items.front());
+        std::string text = simwin::fromUtf8Leniently(decider.answer->items.front());
         text.resize(std::max(text.size(), fields()[m_field].limit), '0');
         apply(world, withWords(world, std::vector<PlacedWord>{{&decider.place, &text}}));
         return valueIn(world);
@@ -76,7 +71,7 @@ class WholeText {
         for (const Cause& giver : givers) {
             if (!giver.answer || giver.answer->items.size() != 1)
                 continue;
-            const std::string text = narrow(giver.answer->items.front());
+            const std::string text = simwin::fromUtf8Leniently(giver.answer->items.front());
             if (giver.role == Role::Gives && text.size() > seen.size() &&
                 simwin::equalNoCase(text.substr(0, seen.size()), seen)) {
                 const std::string rest = text.substr(seen.size());
@@ -113,7 +108,7 @@ class WholeText {
 // A decider whose text is as long as the value may be what cuts it.
 bool mayCut(const Cause& cause, const std::string& value) {
     return cause.role == Role::Decides && cause.answer && cause.answer->isText && cause.answer->items.size() == 1 &&
-           narrow(cause.answer->items.front()).size() == value.size();
+           simwin::fromUtf8Leniently(cause.answer->items.front()).size() == value.size();
 }
 
 }  // namespace

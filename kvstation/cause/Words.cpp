@@ -16,11 +16,6 @@ using simwin::RegistryValue;
 
 constexpr std::size_t kLongestJoined = 60;
 
-bool isText(const RegistryValue& value) {
-    const auto type = static_cast<RegistryType>(value.type);
-    return type == RegistryType::Text || type == RegistryType::ExpandText || type == RegistryType::MultiText;
-}
-
 // A text as the value before has texts; of none, a plain one.
 RegistryValue textLike(const RegistryValue* before, const std::string& name, const std::string& word) {
     if (before != nullptr && static_cast<RegistryType>(before->type) == RegistryType::MultiText)

@@ -23,13 +23,10 @@ using simwin::RegistryValue;
 using simwin::Station;
 using simwin::textOf;
 
-std::string upper(std::string text) {
-    std::ranges::transform(text, text.begin(), simwin::toUpper);
-    return text;
-}
-
 struct ByName {
-    bool operator()(const std::string& left, const std::string& right) const { return upper(left) < upper(right); }
+    bool operator()(const std::string& left, const std::string& right) const {
+        return simwin::upperCase(left) < simwin::upperCase(right);
+    }
 };
 
 class Editor {
@@ -140,7 +137,8 @@ class Editor {
 
     void variable(const std::string& name) {
         const auto isIt = [&](const simwin::Variable& one) { return simwin::equalNoCase(one.name, name); };
-        if (name.empty() || std::ranges::any_of(m_station.environment, isIt) || !m_added.insert(upper(name)).second)
+        if (name.empty() || std::ranges::any_of(m_station.environment, isIt) ||
+            !m_added.insert(simwin::upperCase(name)).second)
             return;
         for (const std::string& text : {m_random.sameShape("Qxzvwk4"), m_random.sameShape("5")})
             add("variable " + name + " = " + text, [this, name, text] {
@@ -153,7 +151,7 @@ class Editor {
     void file(const std::string& path) {
         const auto isIt = [&](const simwin::File& one) { return simwin::equalNoCase(one.path, path); };
         const bool isFull = path.size() > 2 && path[1] == ':';  // station.json holds no other
-        if (!isFull || std::ranges::any_of(m_station.files, isIt) || !m_added.insert(upper(path)).second)
+        if (!isFull || std::ranges::any_of(m_station.files, isIt) || !m_added.insert(simwin::upperCase(path)).second)
             return;
         add("file " + path, [this, path] {
             Station made = m_station;

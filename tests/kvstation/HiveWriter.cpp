@@ -104,10 +104,6 @@ std::string wide(std::string_view bytes) {
     return result;
 }
 
-bool isText(const RegistryValue& value) {
-    return value.type == 1 || value.type == 2 || value.type == 7;
-}
-
 void setValues(hive_h* hive, hive_node_h node, const RegistryTree& tree, KeyId key) {
     std::vector<std::string> names;
     std::vector<std::string> bytes;

@@ -1,0 +1,13 @@
+// What turns colours of a terminal on, and all of them off.
+#pragma once
+
+#include <string_view>
+
+namespace kvstation {
+
+inline constexpr std::string_view kBold = "\x1b[1m";
+inline constexpr std::string_view kDim = "\x1b[2m";
+inline constexpr std::string_view kCyan = "\x1b[36m";
+inline constexpr std::string_view kNormal = "\x1b[0m";
+
+}  // namespace kvstation
