@@ -193,7 +193,7 @@ class Maker {
         addReplacement(m_world.withKeyNamed(m_place.key, after), {before, after});
     }
 
-    void moreKeys() { add(m_world.withKey(m_place.key + "\\" + std::string(kNewName))); }
+    void moreKeys() { add(m_world.withSubKeys(m_place.key, {std::string(kNewName)})); }
 
     void moreValues() {
         add(m_world.withValue({.key = m_place.key, .value = std::string(kNewName)},

@@ -19,6 +19,8 @@ constexpr std::size_t kRelated = 4;
 // A tenth more or fewer calls are another way; of so many such runs the names that they ask for are noted.
 constexpr std::uint64_t kManyOf = 10;
 constexpr std::size_t kMostOtherWays = 24;
+// So many words are put behind a list at a time: of more, a text that joins them may be cut before it comes to the last.
+constexpr std::size_t kWordsAtEnd = 8;
 
 std::string_view bytesOf(const RecordBytes& record, const Field& field) {
     const std::string_view whole(record.data() + field.offset, field.width);
@@ -250,26 +252,38 @@ void Experiments::tryFailures(const PlaceQuestions& place) {
     }
 }
 
-// Every word once at each place, for each output on which nothing at the place was found to have an effect.
+// Every word once at each place, for each output on which nothing at the place was found to have an effect. A key that
+// gets another name takes what is in it along: such places are tried apart from others, and so are ends of lists.
 void Experiments::tryWords() {
     const std::vector<std::string> words = wordsFor(m_names);
-    std::vector<std::size_t> texts;
-    for (std::size_t i = 0; i < m_places.size(); ++i)
-        if (const Question& first = m_questions[m_places[i].questions.front()];
-            !m_longLists.contains(i) && takesWord(m_world, first.place, first.row->samples))
-            texts.push_back(i);
+    std::vector<std::size_t> ends;
+    std::vector<std::size_t> keys;
+    std::vector<std::size_t> others;
+    for (std::size_t i = 0; i < m_places.size(); ++i) {
+        const Question& first = m_questions[m_places[i].questions.front()];
+        if (m_longLists.contains(i) || !takesWord(m_world, first.place, first.row->samples))
+            continue;
+        (isEnd(i) ? ends : first.place.kind == Place::Kind::Key ? keys : others).push_back(i);
+    }
+    for (const std::vector<std::size_t>& texts : {ends, keys, others}) {
+        tryWordsAt(texts, words);
+        if (m_options.everyWord)
+            tryEveryWord(words, texts);
+    }
+}
+
+void Experiments::tryWordsAt(const std::vector<std::size_t>& texts, const std::vector<std::string>& words) {
     std::vector<Outputs> open(texts.size());
     for (std::size_t i = 0; i < texts.size(); ++i)
         open[i] = wantedOutputs() & ~hangingOn(m_places[texts[i]]);
-    for (const Outputs& cluster : clustersOf(wantedOutputs()))
-        tryWords(cluster, words, texts, open);
-    // Places on which so much hangs that every cluster has some of it take their words alone.
-    for (std::size_t i = 0; i < texts.size(); ++i)
-        if (open[i].any())
-            for (const std::string& word : words)
-                findHit(open[i], std::vector<WordAt>{{texts[i], &word}});
-    if (m_options.everyWord)
-        tryEveryWord(words, texts);
+    for (Outputs cluster = nextCluster(texts, open); cluster.any(); cluster = nextCluster(texts, open))
+        tryWordsOf(cluster, words, texts, open);
+}
+
+// What is put behind a list's end stands beside what else is put there.
+bool Experiments::isEnd(std::size_t place) const {
+    const Place::Kind kind = m_questions[m_places[place].questions.front()].place.kind;
+    return kind == Place::Kind::EndOfKeys || kind == Place::Kind::EndOfValues;
 }
 
 // Many words at a time, and the digits, of which switches are made, alone: one setting can hide another.
@@ -278,7 +292,7 @@ void Experiments::tryEveryWord(const std::vector<std::string>& words, const std:
         for (const std::string& word : words)
             if (word.size() == 1 && !m_questions[m_places[place].questions.front()].place.isInRegistry())
                 runWith(std::vector<WordAt>{{place, &word}});
-    for (std::size_t turn = 0; turn < words.size(); ++turn)
+    for (std::size_t turn = 0; turn < turnsOf(texts, words); ++turn)
         runWith(placedWords(texts, words, turn));
 }
 
@@ -289,27 +303,35 @@ Outputs Experiments::wantedOutputs() const {
     return there & m_options.outputs;
 }
 
-// The rows and the columns of a square of them: two outputs are together once at the most, so that a place on which one
-// of them hangs can be tried for the other.
-std::vector<Outputs> Experiments::clustersOf(const Outputs& outputs) {
-    std::size_t side = 1;
-    while (side * side < outputs.count())
-        ++side;
-    std::vector<Outputs> clusters(outputs.count() > 1 ? 2 * side : 1);
-    for (std::size_t output = 0, number = 0; output < kMostOutputs; ++output) {
-        if (!outputs.test(output))
+// Outputs to be watched together: those for which the most places are open that none of them hangs on. None when no
+// place is open any more.
+Outputs Experiments::nextCluster(const std::vector<std::size_t>& texts, const std::vector<Outputs>& open) const {
+    std::vector<Outputs> hanging(texts.size());
+    for (std::size_t i = 0; i < texts.size(); ++i)
+        hanging[i] = hangingOn(m_places[texts[i]]);
+    const auto tried = [&](const Outputs& cluster) {
+        std::size_t count = 0;
+        for (std::size_t i = 0; i < texts.size(); ++i)
+            if ((hanging[i] & cluster).none())
+                count += (open[i] & cluster).count();
+        return count;
+    };
+    Outputs cluster;
+    std::size_t most = 0;
+    for (std::size_t output = 0; output < kMostOutputs; ++output) {
+        Outputs larger = cluster;
+        larger.set(output);
+        const std::size_t count = tried(larger);
+        if (count <= most)
             continue;
-        clusters[outputs.count() > 1 ? number / side : 0].set(output);
-        if (outputs.count() > 1)
-            clusters[side + number % side].set(output);
-        ++number;
+        cluster = larger;
+        most = count;
     }
-    std::erase_if(clusters, [](const Outputs& cluster) { return cluster.none(); });
-    return clusters;
+    return cluster;
 }
 
-void Experiments::tryWords(const Outputs& cluster, const std::vector<std::string>& words,
-                           const std::vector<std::size_t>& texts, std::vector<Outputs>& open) {
+void Experiments::tryWordsOf(const Outputs& cluster, const std::vector<std::string>& words,
+                             const std::vector<std::size_t>& texts, std::vector<Outputs>& open) {
     std::vector<std::size_t> places;
     for (std::size_t i = 0; i < texts.size(); ++i) {
         if ((hangingOn(m_places[texts[i]]) & cluster).any() || (open[i] & cluster).none())
@@ -317,20 +339,33 @@ void Experiments::tryWords(const Outputs& cluster, const std::vector<std::string
         places.push_back(texts[i]);
         open[i] &= ~cluster;
     }
-    for (std::size_t turn = 0; turn < words.size(); ++turn) {
+    for (std::size_t turn = 0; turn < turnsOf(places, words); ++turn) {
         std::vector<WordAt> placed = placedWords(places, words, turn);
         for (std::optional<std::size_t> hit = findHit(cluster, placed); hit; hit = findHit(cluster, placed)) {
             std::erase_if(placed, [&](const WordAt& one) { return one.place == *hit; });
             std::erase(places, *hit);
+            // For the cluster's other outputs the place is tried anew.
+            const std::ptrdiff_t index = std::ranges::find(texts, *hit) - texts.begin();
+            open[static_cast<std::size_t>(index)] |= cluster & wantedOutputs() & ~hangingOn(m_places[*hit]);
         }
     }
 }
 
+// How many runs it takes until every word was at every place.
+std::size_t Experiments::turnsOf(const std::vector<std::size_t>& places, const std::vector<std::string>& words) const {
+    const std::size_t together = !places.empty() && isEnd(places.front()) ? kWordsAtEnd : 1;
+    return (words.size() + together - 1) / together;
+}
+
 std::vector<Experiments::WordAt> Experiments::placedWords(const std::vector<std::size_t>& places,
-                                                          const std::vector<std::string>& words, std::size_t turn) {
+                                                          const std::vector<std::string>& words,
+                                                          std::size_t turn) const {
     std::vector<WordAt> placed;
-    for (std::size_t i = 0; i < places.size(); ++i)
-        placed.push_back({places[i], &words[(i + turn) % words.size()]});
+    for (std::size_t i = 0; i < places.size(); ++i) {
+        const std::size_t together = isEnd(places[i]) ? kWordsAtEnd : 1;
+        for (std::size_t word = 0; word < together; ++word)
+            placed.push_back({places[i], &words[(i + turn * together + word) % words.size()]});
+    }
     return placed;
 }
 

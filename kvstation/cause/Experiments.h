@@ -66,15 +66,18 @@ class Experiments {
     void tryFailures(const PlaceQuestions& place);
     bool isRelated(const PlaceQuestions& place) const;
     void tryWords();
+    void tryWordsAt(const std::vector<std::size_t>& texts, const std::vector<std::string>& words);
     void tryEveryWord(const std::vector<std::string>& words, const std::vector<std::size_t>& texts);
     Outputs wantedOutputs() const;
-    static std::vector<Outputs> clustersOf(const Outputs& outputs);
-    void tryWords(const Outputs& cluster, const std::vector<std::string>& words, const std::vector<std::size_t>& texts,
-                  std::vector<Outputs>& open);
+    Outputs nextCluster(const std::vector<std::size_t>& texts, const std::vector<Outputs>& open) const;
+    void tryWordsOf(const Outputs& cluster, const std::vector<std::string>& words,
+                    const std::vector<std::size_t>& texts, std::vector<Outputs>& open);
+    bool isEnd(std::size_t place) const;
     std::optional<std::size_t> findHit(const Outputs& outputs, std::span<const WordAt> placed);
     Effect runWith(std::span<const WordAt> placed);
-    static std::vector<WordAt> placedWords(const std::vector<std::size_t>& places,
-                                           const std::vector<std::string>& words, std::size_t turn);
+    std::size_t turnsOf(const std::vector<std::size_t>& places, const std::vector<std::string>& words) const;
+    std::vector<WordAt> placedWords(const std::vector<std::size_t>& places, const std::vector<std::string>& words,
+                                    std::size_t turn) const;
     Outputs hangingOn(const PlaceQuestions& place) const;
     void credit(Occurrence& occurrence, Question& question, const Roles& roles);
 

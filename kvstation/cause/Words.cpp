@@ -49,7 +49,7 @@ class Words {
                 add(m_world.withKeyNamed(place.key, *one.word));
                 break;
             case Place::Kind::EndOfKeys:
-                putKey(place, *one.word);
+                m_subKeys[place.key].push_back(*one.word);
                 break;
             case Place::Kind::None:
             case Place::Kind::Item:
@@ -60,6 +60,8 @@ class Words {
     std::vector<Change> changes() {
         for (auto& [key, values] : m_values)
             m_changes.emplace_back(ValuesChange{key, std::move(values)});
+        for (const auto& [key, names] : m_subKeys)
+            add(m_world.withSubKeys(key, names));
         putMembers(m_members);
         return std::move(m_changes);
     }
@@ -100,16 +102,10 @@ class Words {
         }
     }
 
-    // One more sub-key each: the change that shows it lists its sisters as they are now.
-    void putKey(const Place& place, const std::string& word) {
-        if (const std::optional<KeyId> key = m_world.registry().find(place.key); key && m_grown.insert(*key).second)
-            add(m_world.withKey(place.key + "\\" + word));
-    }
-
     World& m_world;
     std::vector<Change> m_changes;
     std::map<KeyId, std::vector<RegistryValue>> m_values;
-    std::set<KeyId> m_grown;
+    std::map<std::string, std::vector<std::string>> m_subKeys;
     std::vector<std::pair<simwin::MemberPath, Json>> m_members;
 };
 

@@ -221,6 +221,28 @@ std::optional<Change> World::withKey(const std::string& path) {
     return makeUnseen(tree, path).appearance;
 }
 
+std::optional<Change> World::withSubKeys(const std::string& path, const std::vector<std::string>& names) {
+    RegistryTree& tree = m_station->registry;
+    const std::optional<KeyId> key = tree.find(path);
+    if (!key)
+        return std::nullopt;
+    std::vector<KeyId> before = tree.subKeys(*key);
+    std::vector<KeyId> more = before;
+    for (const std::string& name : names) {
+        if (name.empty() || name.find('\\') != std::string::npos || tree.find(*key, name))
+            continue;
+        const auto [spare, isNew] = m_spareKeys.try_emplace({*key, simwin::upperCase(name)});
+        if (isNew)
+            spare->second = *tree.create(path + "\\" + name);
+        if (std::ranges::find(more, spare->second) == more.end())
+            more.push_back(spare->second);
+    }
+    if (more.size() == before.size())
+        return std::nullopt;
+    tree.exchangeSubKeys(*key, before);
+    return SubKeysChange{*key, std::move(more)};
+}
+
 std::optional<Change> World::withKeyNamed(const std::string& path, const std::string& name) {
     const std::optional<KeyId> key = registry().find(path);
     if (!key || name.empty() || name.find('\\') != std::string::npos)

@@ -1,6 +1,7 @@
 // A described station that can be changed and changed back, for experiments.
 #pragma once
 
+#include <map>
 #include <memory>
 #include <nlohmann/json.hpp>
 #include <optional>
@@ -62,6 +63,8 @@ class World {
     std::optional<Change> withoutValue(const Place& place);
     std::optional<Change> withoutKey(const std::string& path);
     std::optional<Change> withKey(const std::string& path);  // an empty one, that is not there yet
+    // The key with more empty ones in it, behind its own: those that it does not have yet.
+    std::optional<Change> withSubKeys(const std::string& path, const std::vector<std::string>& names);
     std::optional<Change> withKeyNamed(const std::string& path, const std::string& name);
 
   private:
@@ -70,6 +73,8 @@ class World {
     std::shared_ptr<simwin::Station> m_station;
     std::shared_ptr<const simwin::Station> m_shared;
     Json m_json;
+    // Sub-keys that were made for a change and that no key lists while none is in force, by their names in upper case.
+    std::map<std::pair<simwin::KeyId, std::string>, simwin::KeyId> m_spareKeys;
     std::vector<std::pair<std::string, simwin::Station>> m_without;  // without one member each, and without registry
 };
 
