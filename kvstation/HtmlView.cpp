@@ -150,8 +150,8 @@ std::string causesOfField(const Report& report, std::size_t index, const std::st
     const FieldCauses& causes = report.causes[index];
     std::string items = causeItems(causes.causes);
     if (causes.cut)
-        items = "<li><b>cut</b> from " + std::to_string(columns(*causes.cut)) +
-                " characters: " + escapeHtml(*causes.cut) + "</li>" + items;
+        items = "<li><b>cut</b> from " + lengthOf(*causes.cut) + " characters: " + escapeHtml(causes.cut->text) +
+                "</li>" + items;
     return "<details><summary>" + summary + "</summary><ul>" +
            (items.empty() ? "<li>nothing that was asked changes it</li>" : items) + "</ul></details>";
 }

@@ -41,6 +41,8 @@ void keepRelease(Recording& recording, void* block) {
 }  // namespace
 
 void freeHeapBlocks(Machine& machine) {
+    if (machine.openHeapBlocks() == 0)
+        return;
     std::erase_if(heapBlocks(), [&machine](const auto& block) {
         if (block.second != &machine)
             return false;

@@ -69,6 +69,36 @@ RegistryValue binaryValue(std::string_view name, std::string_view bytes) {
     return {std::string(name), static_cast<std::uint32_t>(RegistryType::Binary), std::string(bytes)};
 }
 
+ListedValues::ListedValues(std::vector<RegistryValue> values) : inOrder(std::move(values)), byName(inOrder.size()) {
+    std::iota(byName.begin(), byName.end(), 0u);
+    std::ranges::sort(byName, [this](std::uint32_t left, std::uint32_t right) {
+        return compareNoCase(inOrder[left].name, inOrder[right].name) < 0;
+    });
+}
+
+void ListedValues::set(RegistryValue value) {
+    const auto place = placeOf(value.name);
+    if (place != byName.end() && equalNoCase(inOrder[*place].name, value.name)) {
+        RegistryValue& old = inOrder[*place];
+        old.type = value.type;
+        old.bytes = std::move(value.bytes);
+        return;
+    }
+    byName.insert(place, static_cast<std::uint32_t>(inOrder.size()));
+    inOrder.push_back(std::move(value));
+}
+
+const RegistryValue* ListedValues::find(std::string_view name) const {
+    const auto place = placeOf(name);
+    return place != byName.end() && equalNoCase(inOrder[*place].name, name) ? &inOrder[*place] : nullptr;
+}
+
+std::vector<std::uint32_t>::const_iterator ListedValues::placeOf(std::string_view name) const {
+    return std::lower_bound(byName.begin(), byName.end(), name, [this](std::uint32_t index, std::string_view other) {
+        return compareNoCase(inOrder[index].name, other) < 0;
+    });
+}
+
 std::optional<HivePath> splitHive(std::string_view fullPath) {
     bool more = false;
     std::string_view rest = fullPath;
@@ -138,16 +168,7 @@ KeyId RegistryTree::createSubKey(KeyId key, std::string_view name) {
 }
 
 void RegistryTree::set(KeyId id, RegistryValue value) {
-    Key& key = at(id);
-    const auto place = placeOfValue(key, value.name);
-    if (place != key.valuesByName.end() && equalNoCase(key.values[*place].name, value.name)) {
-        RegistryValue& old = key.values[*place];
-        old.type = value.type;
-        old.bytes = std::move(value.bytes);
-        return;
-    }
-    key.valuesByName.insert(place, static_cast<std::uint32_t>(key.values.size()));
-    key.values.push_back(std::move(value));
+    at(id).values.set(std::move(value));
 }
 
 bool RegistryTree::set(std::string_view fullPath, RegistryValue value) {
@@ -185,25 +206,15 @@ const std::string* RegistryTree::subKeyName(KeyId key, std::size_t index) const 
 }
 
 const RegistryValue* RegistryTree::value(KeyId key, std::size_t index) const {
-    return index < at(key).values.size() ? &at(key).values[index] : nullptr;
+    return index < values(key).size() ? &values(key)[index] : nullptr;
 }
 
 const RegistryValue* RegistryTree::findValue(KeyId id, std::string_view name) const {
-    const Key& key = at(id);
-    const auto place = placeOfValue(key, name);
-    if (place == key.valuesByName.end() || !equalNoCase(key.values[*place].name, name))
-        return nullptr;
-    return &key.values[*place];
+    return at(id).values.find(name);
 }
 
-void RegistryTree::exchangeValues(KeyId id, std::vector<RegistryValue>& values) {
-    Key& key = at(id);
-    key.values.swap(values);
-    key.valuesByName.resize(key.values.size());
-    std::iota(key.valuesByName.begin(), key.valuesByName.end(), 0u);
-    std::ranges::sort(key.valuesByName, [&](std::uint32_t left, std::uint32_t right) {
-        return compareNoCase(key.values[left].name, key.values[right].name) < 0;
-    });
+void RegistryTree::exchangeValues(KeyId id, ListedValues& values) {
+    std::swap(at(id).values, values);
 }
 
 void RegistryTree::exchangeSubKeys(KeyId id, std::vector<KeyId>& subKeys) {
@@ -230,13 +241,6 @@ std::string RegistryTree::path(KeyId key) const {
 std::vector<KeyId>::const_iterator RegistryTree::placeOf(const Key& key, std::string_view subKey) const {
     return std::lower_bound(key.subKeysByName.begin(), key.subKeysByName.end(), subKey,
                             [this](KeyId id, std::string_view name) { return compareNoCase(at(id).name, name) < 0; });
-}
-
-std::vector<std::uint32_t>::const_iterator RegistryTree::placeOfValue(const Key& key, std::string_view name) const {
-    return std::lower_bound(key.valuesByName.begin(), key.valuesByName.end(), name,
-                            [&key](std::uint32_t index, std::string_view wanted) {
-                                return compareNoCase(key.values[index].name, wanted) < 0;
-                            });
 }
 
 std::optional<KeyId> RegistryTree::findSubKey(KeyId id, std::string_view name) const {

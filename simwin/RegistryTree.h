@@ -48,6 +48,21 @@ RegistryValue multiTextValue(std::string_view name, const std::vector<std::strin
 RegistryValue dwordValue(std::string_view name, std::uint32_t number);
 RegistryValue binaryValue(std::string_view name, std::string_view bytes);
 
+// The values of one key, no two of one name.
+struct ListedValues {
+    std::vector<RegistryValue> inOrder;
+    std::vector<std::uint32_t> byName;  // indices into `inOrder`, sorted without regard to case
+
+    ListedValues() = default;
+    ListedValues(std::vector<RegistryValue> values);  // any list of values is one
+
+    // Replaces the value of that name, or is one longer.
+    void set(RegistryValue value);
+    const RegistryValue* find(std::string_view name) const;
+    // Where the value of that name stands in `byName`, or belongs.
+    std::vector<std::uint32_t>::const_iterator placeOf(std::string_view name) const;
+};
+
 // The number of a key; never changes while the tree lives, and is the same in a copy.
 enum class KeyId : std::uint32_t {};
 
@@ -77,7 +92,8 @@ class RegistryTree {
     const RegistryValue* findValue(KeyId key, std::string_view name) const;
 
     // A key's whole lists, in their order.
-    const std::vector<RegistryValue>& values(KeyId key) const { return at(key).values; }
+    const std::vector<RegistryValue>& values(KeyId key) const { return at(key).values.inOrder; }
+    const ListedValues& listedValues(KeyId key) const { return at(key).values; }
     const std::vector<KeyId>& subKeys(KeyId key) const { return at(key).subKeys; }
     const std::string& name(KeyId key) const { return at(key).name; }
     KeyId parent(KeyId key) const { return at(key).parent; }  // a hive's own for its root key
@@ -85,7 +101,7 @@ class RegistryTree {
     // For experiments: put something in the place of what a key holds and leave that in `values`, `subKeys` or `name`,
     // so that the same call puts it back. Numbers of keys stay, also of those that no key lists meanwhile. No two
     // values or sub-keys may have one name, and the sub-keys must have been made below this key.
-    void exchangeValues(KeyId key, std::vector<RegistryValue>& values);
+    void exchangeValues(KeyId key, ListedValues& values);
     void exchangeSubKeys(KeyId key, std::vector<KeyId>& subKeys);
     void exchangeName(KeyId key, std::string& name);
 
@@ -100,14 +116,12 @@ class RegistryTree {
         KeyId parent{};
         std::vector<KeyId> subKeys;
         std::vector<KeyId> subKeysByName;  // sorted
-        std::vector<RegistryValue> values;
-        std::vector<std::uint32_t> valuesByName;  // indices into `values`, sorted
+        ListedValues values;
     };
 
     const Key& at(KeyId key) const { return m_keys[static_cast<std::size_t>(key)]; }
     Key& at(KeyId key) { return m_keys[static_cast<std::size_t>(key)]; }
     std::vector<KeyId>::const_iterator placeOf(const Key& key, std::string_view subKey) const;
-    std::vector<std::uint32_t>::const_iterator placeOfValue(const Key& key, std::string_view name) const;
     std::optional<KeyId> findSubKey(KeyId key, std::string_view name) const;
     KeyId createSubKey(KeyId key, std::string_view name);
     std::optional<KeyId> createPath(KeyId from, std::string_view path);

@@ -210,7 +210,8 @@ class Completer {
             order.add(value.name);
         std::vector<RegistryValue> values = m_station.registry.values(key);
         std::ranges::stable_sort(values, {}, [&](const RegistryValue& one) { return order.of(one.name); });
-        m_station.registry.exchangeValues(key, values);
+        simwin::ListedValues ordered(std::move(values));
+        m_station.registry.exchangeValues(key, ordered);
     }
 
     Station& m_station;

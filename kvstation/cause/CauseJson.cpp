@@ -80,7 +80,7 @@ ordered_json causesJson(const FieldCauses& causes) {
                       {"causes", causesList(causes.causes)},
                       {"next", ordered_json::array()}};
     if (causes.cut)
-        json["cut"] = *causes.cut;
+        json["cut"] = causes.cut->text + (causes.cut->goesOn ? "..." : "");
     for (const NextValue& next : causes.next)
         json["next"].push_back({{"value", valueJson(causes.field, next.value)}, {"causes", causesList(next.causes)}});
     return json;

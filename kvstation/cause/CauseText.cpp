@@ -12,6 +12,7 @@ namespace {
 
 constexpr const char* kNotWritten = "not written down in this station";
 constexpr std::size_t kLongestAnswer = 60;
+constexpr std::size_t kLongestWhole = 2000;
 constexpr std::size_t kAnswerWidth = 32;
 constexpr std::size_t kMostAlike = 3;
 
@@ -182,8 +183,8 @@ std::string causesText(const FieldCauses& causes, bool colours) {
     std::string text = bold(std::string(field.name) + " = " + shownValue(causes.field, causes.value), colours) + "\n" +
                        std::string(field.meaning) + "\n\n";
     if (causes.cut)
-        text += "  cut to " + std::to_string(columns(causes.value)) + " of " + std::to_string(columns(*causes.cut)) +
-                " characters: \"" + visible(*causes.cut) + "\"\n\n";
+        text += "  cut to " + std::to_string(columns(causes.value)) + " of " + lengthOf(*causes.cut) +
+                " characters: \"" + shortened(visible(causes.cut->text), kLongestWhole) + "\"\n\n";
     text += linesOf(causes.causes, "  ", colours);
     if (causes.causes.empty())
         text += "  nothing that the module asked changes it\n";

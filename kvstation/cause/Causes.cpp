@@ -29,13 +29,25 @@ Cause causeOf(const World& world, const Question& question, Role role) {
     return cause;
 }
 
-// Where a cause's text stands in the value.
-std::size_t positionIn(const std::string& value, const Cause& cause) {
-    for (const std::string& item : cause.answer ? cause.answer->items : std::vector<std::string>())
-        for (std::string text = plain(item); text.size() > 1; text.pop_back())
-            if (const std::size_t place = value.find(text); place != std::string::npos)
-                return place;
+// Where the text stands in the value, or the most of its beginning; rather at the value's end, where it may be cut.
+std::size_t positionIn(const std::string& value, std::string text) {
+    if (text.size() > 1 && value.find(text) != std::string::npos)
+        return value.find(text);
+    for (std::string cut = text; cut.size() > 1; cut.pop_back())
+        if (value.ends_with(cut))
+            return value.size() - cut.size();
+    for (; text.size() > 1; text.pop_back())
+        if (const std::size_t place = value.find(text); place != std::string::npos)
+            return place;
     return value.size();
+}
+
+std::size_t positionIn(const std::string& value, const Cause& cause) {
+    std::size_t position = value.size();
+    for (const std::string& item : cause.answer ? cause.answer->items : std::vector<std::string>())
+        if (position == value.size())
+            position = positionIn(value, plain(item));
+    return position;
 }
 
 void sortCauses(std::vector<Cause>& causes, const std::string& value) {

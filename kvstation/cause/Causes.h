@@ -8,6 +8,7 @@
 #include "kvstation/cause/Answer.h"
 #include "kvstation/cause/Experiments.h"
 #include "kvstation/cause/Place.h"
+#include "kvstation/cause/WholeText.h"
 
 namespace kvstation {
 
@@ -31,10 +32,10 @@ struct NextValue {
 
 struct FieldCauses {
     std::size_t field;
-    std::string value;               // in UTF-8, a number in decimal
-    std::optional<std::string> cut;  // the whole text, of which the field holds the beginning
-    std::vector<Cause> causes;       // givers first, in the order in which they stand in the value, then what decides
-    std::vector<NextValue> next{};   // what comes in its place when what gives it fails, and so on
+    std::string value;              // in UTF-8, a number in decimal
+    std::optional<WholeText> cut;   // the whole text, of which the field holds the beginning
+    std::vector<Cause> causes;      // givers first, in the order in which they stand in the value, then what decides
+    std::vector<NextValue> next{};  // what comes in its place when what gives it fails, and so on
 };
 
 // What the experiments found of one field, without what would come next.

@@ -19,7 +19,8 @@ constexpr std::size_t kRelated = 4;
 // A tenth more or fewer calls are another way; of so many such runs the names that they ask for are noted.
 constexpr std::uint64_t kManyOf = 10;
 constexpr std::size_t kMostOtherWays = 24;
-// So many words are put behind a list at a time: of more, a text that joins them may be cut before it comes to the last.
+// So many words are put behind a list at a time: of more, a text that joins them may be cut before it comes to the
+// last.
 constexpr std::size_t kWordsAtEnd = 8;
 
 std::string_view bytesOf(const RecordBytes& record, const Field& field) {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "kvstation/VisibleText.h"
 #include "kvstation/cause/Causes.h"
 #include "kvstation/cause/MovedText.h"
 #include "kvstation/cause/Words.h"
@@ -10,14 +11,25 @@
 namespace kvstation {
 namespace {
 
-// Names that are moved up; behind more of them the text goes on unseen.
-constexpr std::size_t kMostSteps = 32;
-constexpr const char* kGoesOn = "...";
+// Answers that are taken away one behind the other, and runs in which a list is: behind more of them the text goes on
+// unseen.
+constexpr std::size_t kMostAnswers = 32;
+constexpr std::size_t kMostRuns = 4096;
+// So many names of a list are taken away at a time at first.
+constexpr std::size_t kFirstNames = 64;
+
+// How many characters at the end of what was seen stand at the beginning of what is seen now.
+std::size_t overlap(std::string_view seen, std::string_view now) {
+    std::size_t length = std::min(seen.size(), now.size());
+    while (!now.starts_with(seen.substr(seen.size() - length)))
+        --length;
+    return length;
+}
 
 // Texts here are bytes of the ANSI code page, whose count is what a field's limit counts.
-class WholeText {
+class Mover {
   public:
-    WholeText(const simwin::Station& station, const Collector& collector, std::size_t field)
+    Mover(const simwin::Station& station, const Collector& collector, std::size_t field)
         : m_station(station), m_collector(collector), m_field(field) {}
 
     std::string value() {
@@ -25,29 +37,31 @@ class WholeText {
         return valueIn(world);
     }
 
-    // The text behind what is seen, or none when there is no way to see it.
-    std::optional<std::string> behind(std::string seen) {
-        const std::size_t limit = fields()[m_field].limit;
+    // The text behind what is seen, in the field's bytes, or none when there is no way to see it. `givers` give what is
+    // seen.
+    std::optional<WholeText> behind(std::string seen, std::vector<Cause> givers) {
         std::string rest;
-        for (std::size_t step = 0; step < kMostSteps; ++step) {
+        for (std::size_t answer = 0; answer < kMostAnswers; ++answer) {
             World world(m_station);
-            const std::optional<std::string> more = moveUp(world, seen);
+            if (answer != 0)
+                givers = giversOf(world, m_collector, m_field);
+            const std::optional<std::string> more = moveUp(world, seen, givers);
             if (!more)
-                return std::nullopt;
+                return answer == 0 ? std::nullopt : std::optional(WholeText{rest, true});
             rest += *more;
             m_station = *world.station();
             seen = valueIn(world);
-            if (seen.size() < limit)
-                return rest;
+            if (seen.size() < limit())
+                return WholeText{rest};
         }
-        return rest + kGoesOn;
+        return WholeText{rest, true};
     }
 
     // The value when the decider's text is so long that it leaves the field all its room.
     std::string withLongDecider(const Cause& decider) {
         World world(m_station);
         std::string text = simwin::fromUtf8Leniently(decider.answer->items.front());
-        text.resize(std::max(text.size(), fields()[m_field].limit), '0');
+        text.resize(std::max(text.size(), limit()), '0');
         apply(world, withWords(world, std::vector<PlacedWord>{{&decider.place, &text}}));
         return valueIn(world);
     }
@@ -60,16 +74,17 @@ class WholeText {
         return std::string(bytes.substr(0, bytes.find('\0')));
     }
 
+    std::size_t limit() const { return fields()[m_field].limit; }
+
     static void apply(World& world, std::vector<Change> changes) {
         for (Change& change : changes)
             world.toggle(change);
     }
 
     // Takes what stands first away and gives what came into sight at the end.
-    std::optional<std::string> moveUp(World& world, const std::string& seen) {
-        const std::vector<Cause> givers = giversOf(world, m_collector, m_field);
+    std::optional<std::string> moveUp(World& world, const std::string& seen, const std::vector<Cause>& givers) {
         for (const Cause& giver : givers) {
-            if (!giver.answer || giver.answer->items.size() != 1)
+            if (giver.role == Role::Decides || !giver.answer || giver.answer->items.size() != 1)
                 continue;
             const std::string text = simwin::fromUtf8Leniently(giver.answer->items.front());
             if (giver.role == Role::Gives && text.size() > seen.size() &&
@@ -78,10 +93,36 @@ class WholeText {
                 apply(world, withWords(world, std::vector<PlacedWord>{{&giver.place, &rest}}));
                 return valueIn(world);
             }
+            if (const std::string more = moveListUp(world, giver.place, seen); !more.empty())
+                return more;
             if (const std::optional<std::string> more = takeAway(world, giver.place, seen))
                 return more;
         }
         return std::nullopt;
+    }
+
+    // Takes the first names of the list away that the place is in, as long as the field ends in the text that goes on.
+    std::string moveListUp(World& world, const Place& place, std::string seen) const {
+        std::string rest;
+        std::size_t count = place.isListed ? kFirstNames : 0;
+        for (std::size_t run = 0; run < kMostRuns && count > 0 && seen.size() == limit(); ++run) {
+            std::optional<Change> change = world.withoutFirst(place, count);
+            if (!change) {
+                count /= 2;
+                continue;
+            }
+            world.toggle(*change);
+            const std::string now = valueIn(world);
+            const std::size_t common = overlap(seen, now);
+            if (common > limit() / 2) {
+                rest += now.substr(common);
+                seen = now;
+            } else {
+                world.toggle(*change);
+                count /= 2;
+            }
+        }
+        return rest;
     }
 
     std::optional<std::string> takeAway(World& world, const Place& place, const std::string& seen) {
@@ -113,22 +154,28 @@ bool mayCut(const Cause& cause, const std::string& value) {
 
 }  // namespace
 
-std::optional<std::string> wholeText(const simwin::Station& station, const Collector& collector,
-                                     const FieldCauses& causes) {
+std::string lengthOf(const WholeText& whole) {
+    return (whole.goesOn ? "more than " : "") + std::to_string(columns(whole.text));
+}
+
+std::optional<WholeText> wholeText(const simwin::Station& station, const Collector& collector,
+                                   const FieldCauses& causes) {
     const Field& field = fields()[causes.field];
     if (field.type != FieldType::Text || causes.value.empty())
         return std::nullopt;
-    WholeText text(station, collector, causes.field);
+    Mover text(station, collector, causes.field);
     const std::string value = text.value();
     if (value.size() == field.limit) {
-        const std::optional<std::string> rest = text.behind(value);
-        return rest && !rest->empty() ? std::optional(simwin::toUtf8(value + *rest)) : std::nullopt;
+        const std::optional<WholeText> rest = text.behind(value, causes.causes);
+        if (!rest || rest->text.empty())
+            return std::nullopt;
+        return WholeText{simwin::toUtf8(value + rest->text), rest->goesOn};
     }
     for (const Cause& cause : causes.causes)
         if (mayCut(cause, value))
             if (const std::string whole = text.withLongDecider(cause);
                 whole.size() > value.size() && whole.starts_with(value))
-                return simwin::toUtf8(whole);
+                return WholeText{simwin::toUtf8(whole)};
     return std::nullopt;
 }
 

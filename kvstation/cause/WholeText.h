@@ -11,9 +11,17 @@ namespace kvstation {
 
 struct FieldCauses;
 
+struct WholeText {
+    std::string text;     // in UTF-8
+    bool goesOn = false;  // there is more behind it that no run brought into sight
+};
+
+// Such as "596" or "more than 8000".
+std::string lengthOf(const WholeText& whole);
+
 // The whole text of a field that was cut, as the module makes it; none of one that was not. Found by taking from the
-// front what is seen already, so that the rest moves into the field; a list of very many names ends in "...".
-std::optional<std::string> wholeText(const simwin::Station& station, const Collector& collector,
-                                     const FieldCauses& causes);
+// front what is seen already, so that the rest moves into the field.
+std::optional<WholeText> wholeText(const simwin::Station& station, const Collector& collector,
+                                   const FieldCauses& causes);
 
 }  // namespace kvstation

@@ -179,15 +179,16 @@ std::optional<Change> World::withValue(const Place& place, RegistryValue value) 
     const std::optional<KeyId> key = tree.find(place.key);
     if (!key)
         return std::nullopt;
-    std::vector<RegistryValue> values = tree.values(*key);
-    const auto index = static_cast<std::size_t>(indexOf(values, place.value));
-    const auto taken = static_cast<std::size_t>(indexOf(values, value.name));
-    if (taken != values.size() && taken != index)
+    const bool isRenamed = !equalNoCase(value.name, place.value);
+    if (isRenamed && tree.findValue(*key, value.name) != nullptr)
         return std::nullopt;
-    if (index == values.size())
-        values.push_back(std::move(value));
-    else
-        values[index] = std::move(value);
+    if (isRenamed && tree.findValue(*key, place.value) != nullptr) {
+        std::vector<RegistryValue> values = tree.values(*key);
+        values[static_cast<std::size_t>(indexOf(values, place.value))] = std::move(value);
+        return ValuesChange{*key, std::move(values)};
+    }
+    simwin::ListedValues values = tree.listedValues(*key);
+    values.set(std::move(value));
     return ValuesChange{*key, std::move(values)};
 }
 
@@ -211,6 +212,24 @@ std::optional<Change> World::withoutKey(const std::string& path) {
     std::vector<KeyId> subKeys = registry().subKeys(parent);
     std::erase(subKeys, *key);
     return SubKeysChange{parent, std::move(subKeys)};
+}
+
+std::optional<Change> World::withoutFirst(const Place& place, std::size_t count) {
+    const bool isValue = place.kind == Place::Kind::Value;
+    const std::optional<KeyId> key = registry().find(place.key);
+    if (!key)
+        return std::nullopt;
+    if (isValue) {
+        const std::vector<RegistryValue>& values = registry().values(*key);
+        if (values.size() < count)
+            return std::nullopt;
+        return ValuesChange{*key, std::vector(values.begin() + static_cast<std::ptrdiff_t>(count), values.end())};
+    }
+    const KeyId parent = registry().parent(*key);
+    const std::vector<KeyId>& subKeys = registry().subKeys(parent);
+    if (subKeys.size() < count)
+        return std::nullopt;
+    return SubKeysChange{parent, std::vector(subKeys.begin() + static_cast<std::ptrdiff_t>(count), subKeys.end())};
 }
 
 std::optional<Change> World::withKey(const std::string& path) {

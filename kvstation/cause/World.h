@@ -23,7 +23,7 @@ struct MembersChange {
 };
 struct ValuesChange {
     simwin::KeyId key;
-    std::vector<simwin::RegistryValue> values;
+    simwin::ListedValues values;
 };
 struct SubKeysChange {
     simwin::KeyId key;
@@ -62,6 +62,8 @@ class World {
     std::optional<Change> withValue(const Place& place, simwin::RegistryValue value);
     std::optional<Change> withoutValue(const Place& place);
     std::optional<Change> withoutKey(const std::string& path);
+    // Without the first names of the list that the place is in; none when it has fewer.
+    std::optional<Change> withoutFirst(const Place& place, std::size_t count);
     std::optional<Change> withKey(const std::string& path);  // an empty one, that is not there yet
     // The key with more empty ones in it, behind its own: those that it does not have yet.
     std::optional<Change> withSubKeys(const std::string& path, const std::vector<std::string>& names);

@@ -174,7 +174,8 @@ class Editor {
             Station made = m_station;
             std::vector<RegistryValue> values = made.registry.values(key);
             std::erase_if(values, [&](const RegistryValue& one) { return simwin::equalNoCase(one.name, name); });
-            made.registry.exchangeValues(key, values);
+            simwin::ListedValues fewer(std::move(values));
+            made.registry.exchangeValues(key, fewer);
             return std::optional(std::move(made));
         });
         setValue(*found, {before->name, before->type, ""});

@@ -133,16 +133,16 @@ TEST(Explain, NamesTheSessionWhereItDecides) {
 
 TEST(Explain, TellsTheWholeOfAValueThatWasCut) {
     const FieldCauses address = causesOn("windows-2003-terminal-session", "szIPAddress");
-    EXPECT_EQ(address.cut, "192.168.7.20;10.8.0.6");
+    EXPECT_EQ(address.cut->text, "192.168.7.20;10.8.0.6");
     EXPECT_THAT(kvstation::causesText(address, false), HasSubstr("cut to 15 of 21 characters"));
-    EXPECT_EQ(causesOn("windows-2000-workstation", "szUserDisplayedName").cut->size(),
+    EXPECT_EQ(causesOn("windows-2000-workstation", "szUserDisplayedName").cut->text.size(),
               stationNamed("windows-2000-workstation").user.displayName->size());
     EXPECT_FALSE(causesOn("metaframe-session", "szIPAddress").cut);
 }
 
 TEST(Explain, TellsThatTheBiosDateCutsTheDrives) {
     const FieldCauses drives = causesOn("metaframe-session", "szCDRomDevices");
-    EXPECT_EQ(drives.cut, "1 COMPAQ CRD-8402B");
+    EXPECT_EQ(drives.cut->text, "1 COMPAQ CRD-8402B");
     EXPECT_THAT(decidersOf(drives), Contains("SystemBiosDate"));
     EXPECT_THAT(kvstation::causesText(drives, false), HasSubstr("cut to 8 of 18 characters"));
 }
