@@ -208,7 +208,7 @@ std::string subjectOf([[maybe_unused]] Machine& machine, const Roles&... roles) 
 // Notes the answer for whoever reads it.
 template <class Result, class... Roles>
 void noteAnswer(Machine& machine, ObservedCall& call, const Failure& failure, bool fails, const Result& result,
-                const Roles&... roles) {
+                bool hasTexts, const Roles&... roles) {
     call.succeeded = !fails;
     if constexpr (!std::is_same_v<Result, NoResult>) {
         call.succeeded = succeeded(failure, result);
@@ -220,6 +220,8 @@ void noteAnswer(Machine& machine, ObservedCall& call, const Failure& failure, bo
     (call.parameters.emplace_back(factOf(roles, call.succeeded)), ...);
     if (machine.relay() != nullptr)
         machine.relay()->learn(call);
+    if (!hasTexts)
+        return;
     if constexpr (!std::is_same_v<Result, NoResult>)
         appendResult(call.answer, machine, result);
     joinOutputs(call.answer, machine, call.succeeded, roles...);
@@ -232,11 +234,12 @@ auto watchCall(Machine& machine, const char* name, const Failure& failure, bool 
     using Result = decltype(answer());
     LastErrorKeeper lastError(machine.relay());
     const bool isTold = machine.keepsLog() || machine.observer() != nullptr || machine.relay() != nullptr;
+    const bool hasTexts = machine.keepsLog() || (machine.observer() != nullptr && machine.observer()->readsTexts());
     ObservedCall call{.name = name, .arguments = {}, .answer = {}, .subject = {}};
-    if (isTold) {
+    if (hasTexts)
         call.arguments = joinInputs(machine, roles...);
+    if (isTold)
         call.subject = subjectOf(machine, roles...);
-    }
     if (machine.observer() != nullptr)
         machine.observer()->begins(call);
     using KeptTuple = std::tuple<decltype(roles.keep(std::declval<Recording&>()))...>;
@@ -257,7 +260,7 @@ auto watchCall(Machine& machine, const char* name, const Failure& failure, bool 
     call.error = lastError.error(machine);
 
     if (isTold)
-        noteAnswer(machine, call, failure, fails, result, roles...);
+        noteAnswer(machine, call, failure, fails, result, hasTexts, roles...);
     if (machine.keepsLog())
         machine.addToLog({call.name, call.arguments, call.answer, fails});
     if (machine.observer() != nullptr)

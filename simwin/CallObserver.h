@@ -42,6 +42,8 @@ inline std::string openedKey(const ObservedCall& call) {
 class CallObserver {
   public:
     virtual ~CallObserver() = default;
+    // Whether arguments and answer are told as texts too, which takes most of the time that telling takes.
+    virtual bool readsTexts() const { return true; }
     // Before the call is made: name, arguments and subject are known.
     virtual void begins(const ObservedCall&) {}
     // After it. What its pointers point to still stands.

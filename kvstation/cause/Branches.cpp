@@ -20,7 +20,7 @@ void eachVersion(const simwin::Station& station, const Collector& collector, Vis
     const auto run = [&](const simwin::Station& one) {
         simwin::Machine machine(one);
         std::vector<AskedCall> calls;
-        runOn(collector, machine, calls);
+        runOn(collector, machine, calls, Told::FactsAlone);
         visit(one, calls);
     };
     run(station);
@@ -46,19 +46,32 @@ std::vector<simwin::Station> stationsByVersion(const simwin::Station& station, c
     return all;
 }
 
+// All that a place is made of.
+std::string identityOf(const simwin::ObservedCall& call) {
+    std::string identity = call.name + (call.succeeded ? '+' : '-') + call.subject;
+    for (const simwin::Fact& fact : call.parameters) {
+        identity += '\0';
+        if (const auto* number = std::get_if<std::uint64_t>(&fact))
+            identity += std::to_string(*number);
+        else
+            identity += simwin::textOf(fact);
+    }
+    return identity;
+}
+
 }  // namespace
 
-bool AskedPlaces::add(const std::vector<AskedCall>& calls) {
-    bool isNew = false;
+void AskedPlaces::add(const std::vector<AskedCall>& calls) {
     for (const AskedCall& one : calls) {
+        if (!m_calls.insert(identityOf(one.call)).second)
+            continue;
         const CallRow* row = findCallRow(one.call.name);
         if (row == nullptr)
             continue;
         const Place place = row->place(one.call);
         if (place.kind != Place::Kind::None)
-            isNew = m_places.try_emplace(place.id(), Asked{place, row->words}).second || isNew;
+            m_places.try_emplace(place.id(), Asked{place, row->words});
     }
-    return isNew;
 }
 
 bool AskedPlaces::add(const AskedPlaces& other) {
@@ -70,7 +83,7 @@ bool AskedPlaces::add(const AskedPlaces& other) {
 AskedPlaces askedOnce(const simwin::Station& station, const Collector& collector) {
     simwin::Machine machine(station);
     std::vector<AskedCall> calls;
-    runOn(collector, machine, calls);
+    runOn(collector, machine, calls, Told::FactsAlone);
     AskedPlaces asked;
     asked.add(calls);
     return asked;

@@ -5,6 +5,7 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <unordered_set>
 #include <vector>
 
 #include "kvstation/cause/ModuleRun.h"
@@ -21,8 +22,8 @@ class AskedPlaces {
         std::string_view words;  // what was asked for
     };
 
+    void add(const std::vector<AskedCall>& calls);
     // True when one of them is new.
-    bool add(const std::vector<AskedCall>& calls);
     bool add(const AskedPlaces& other);
 
     bool holds(const Place& place) const { return m_places.contains(place.id()); }
@@ -30,7 +31,8 @@ class AskedPlaces {
     const std::map<std::string, Asked>& all() const { return m_places; }
 
   private:
-    std::map<std::string, Asked> m_places;  // by id
+    std::map<std::string, Asked> m_places;    // by id
+    std::unordered_set<std::string> m_calls;  // that were looked at
 };
 
 // What a run on the station asks.

@@ -447,7 +447,7 @@ void Experiments::noteOtherRun(const Outcome& outcome, const std::function<void(
     simwin::Machine machine(m_world.station());
     prepare(machine);
     std::vector<AskedCall> calls;
-    runOn(m_collector, machine, calls);
+    runOn(m_collector, machine, calls, Told::FactsAlone);
     if (givesNames) {
         ++m_otherWays;
         addNames(m_names, calls);

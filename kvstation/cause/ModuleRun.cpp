@@ -5,7 +5,10 @@ namespace {
 
 class CallNotes : public simwin::CallObserver {
   public:
-    CallNotes(const simwin::Machine& machine, std::vector<AskedCall>& calls) : m_machine(machine), m_calls(calls) {}
+    CallNotes(const simwin::Machine& machine, std::vector<AskedCall>& calls, Told told)
+        : m_machine(machine), m_calls(calls), m_told(told) {}
+
+    bool readsTexts() const override { return m_told == Told::Everything; }
 
     void ends(const simwin::ObservedCall& call) override {
         const std::uint64_t failable = m_machine.faultableCalls();
@@ -16,6 +19,7 @@ class CallNotes : public simwin::CallObserver {
   private:
     const simwin::Machine& m_machine;
     std::vector<AskedCall>& m_calls;
+    Told m_told;
     std::uint64_t m_failable = 0;
 };
 
@@ -30,8 +34,8 @@ Outcome runOn(const Collector& collector, simwin::Machine& machine) {
     return outcome;
 }
 
-Outcome runOn(const Collector& collector, simwin::Machine& machine, std::vector<AskedCall>& calls) {
-    CallNotes notes(machine, calls);
+Outcome runOn(const Collector& collector, simwin::Machine& machine, std::vector<AskedCall>& calls, Told told) {
+    CallNotes notes(machine, calls, told);
     machine.observe(&notes);
     Outcome outcome = runOn(collector, machine);
     machine.observe(nullptr);

@@ -28,7 +28,13 @@ struct AskedCall {
 
 Outcome runOn(const Collector& collector, simwin::Machine& machine);
 
+enum class Told {
+    Everything,
+    FactsAlone,  // neither arguments nor answers as texts, in a third of the time
+};
+
 // The same with the calls told.
-Outcome runOn(const Collector& collector, simwin::Machine& machine, std::vector<AskedCall>& calls);
+Outcome runOn(const Collector& collector, simwin::Machine& machine, std::vector<AskedCall>& calls,
+              Told told = Told::Everything);
 
 }  // namespace kvstation
