@@ -12,7 +12,7 @@ namespace {
 
 // A call that the station fails by its list of such calls has its answer there, and so has a key that is denied.
 Place placeOf(const CallRow& row, const simwin::ObservedCall& call, const World& world) {
-    if (world.find({"fails", call.name}) != nullptr)
+    if (!call.succeeded && world.find({"fails", call.name}) != nullptr)
         return memberPlace({"fails", call.name});
     Place place = row.place(call);
     if (place.kind == Place::Kind::Key && !call.succeeded)

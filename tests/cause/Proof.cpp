@@ -26,6 +26,17 @@ using simwin::Station;
 constexpr std::string_view kOwnWork[] = {"GlobalAlloc",         "GlobalLock",     "LoadStringA",
                                          "MultiByteToWideChar", "VerQueryValueA", "WideCharToMultiByte"};
 
+bool isOwnWork(const simwin::ObservedCall& call) {
+    return std::ranges::find(kOwnWork, call.name) != std::end(kOwnWork);
+}
+
+// Whether one of two members lies in the other or is it.
+bool isOnWayTo(const simwin::MemberPath& left, const simwin::MemberPath& right) {
+    return !right.empty() &&
+           std::ranges::equal(left.begin(), left.begin() + std::min(std::ssize(left), std::ssize(right)), right.begin(),
+                              right.begin() + std::min(std::ssize(left), std::ssize(right)));
+}
+
 std::string nameOf(std::size_t field) {
     return std::string(kvstation::fields()[field].name);
 }
@@ -64,7 +75,27 @@ class Proof {
   private:
     StationRun run(const Station& station, std::uint64_t callToFail = 0) {
         ++m_result.runs;
-        return runStation(m_collector, station, callToFail);
+        return runStation(m_collector, std::make_shared<Station>(station), {.toFail = callToFail});
+    }
+    // With the changes in force, all the time or for one call alone.
+    StationRun runChanged(std::vector<kvstation::Change> changes, std::uint64_t call = 0) {
+        ++m_result.runs;
+        bool isMade = false;
+        const auto toggle = [&] {
+            isMade = !isMade;
+            if (isMade)
+                for (kvstation::Change& change : changes)
+                    m_world.toggle(change);
+            else
+                for (auto change = changes.rbegin(); change != changes.rend(); ++change)
+                    m_world.toggle(*change);
+        };
+        if (call != 0)
+            return runStation(m_collector, m_world.station(), {.toChange = call, .toggle = toggle});
+        toggle();
+        StationRun other = runStation(m_collector, m_world.station());
+        toggle();
+        return other;
     }
     void complain(const std::string& what) { m_result.complaints.push_back(kvstation::visible(what)); }
 
@@ -91,7 +122,7 @@ class Proof {
     void failures() {
         std::vector<std::size_t> calls;
         for (std::size_t i = 0; i < m_base.calls.size(); ++i)
-            if (m_base.failable[i] != 0 && std::ranges::find(kOwnWork, m_base.calls[i].name) == std::end(kOwnWork))
+            if (m_base.failable[i] != 0 && !isOwnWork(m_base.calls[i]))
                 calls.push_back(i);
         chooseOf(calls, m_effort.mostFailures, m_random);
         for (const std::size_t call : calls)
@@ -116,12 +147,15 @@ class Proof {
         if (changed.empty())
             return;
         std::set<std::size_t> answers = differingAnswers(m_base, other);
-        for (const std::size_t call : m_unsteady)
-            answers.erase(call);
+        std::erase_if(answers, [&](std::size_t call) { return m_unsteady.contains(call); });
+        if (std::erase_if(answers, [&](std::size_t call) { return isOwnWork(m_base.calls[call]); }) != 0 &&
+            answers.empty())
+            return;
         for (const std::size_t field : changed) {
             if (answers.size() == 1)
                 m_proven.insert({*answers.begin(), field});
-            if (std::ranges::any_of(answers, [&](std::size_t call) { return names(call, field); }))
+            if (isAtNamedPlace(edit, field) ||
+                std::ranges::any_of(answers, [&](std::size_t call) { return names(call, field); }))
                 continue;
             std::string asked;
             for (const std::size_t call : answers)
@@ -129,6 +163,13 @@ class Proof {
             complain(nameOf(field) + " changes under an edit that changes no answer that it names: " +
                      simwin::toUtf8(edit.what) + "; changed: " + asked);
         }
+    }
+
+    // What is asked in another way after the edit, or has no text for what the edit changed, is named by its place.
+    bool isAtNamedPlace(const StationEdit& edit, std::size_t field) const {
+        return !edit.member.empty() && std::ranges::any_of(m_experiments.questions(), [&](const Question& question) {
+            return question.roles.contains(field) && isOnWayTo(edit.member, question.place.member);
+        });
     }
 
     void named() {
@@ -144,25 +185,33 @@ class Proof {
                 return m_proven.contains({one.call, field});
             }))
             return true;
-        const auto changes = [&](std::vector<kvstation::Change> made) {
-            for (kvstation::Change& change : made)
-                m_world.toggle(change);
-            const bool isChanged = differingFields(m_base, run(*m_world.station())).contains(field);
-            for (auto change = made.rbegin(); change != made.rend(); ++change)
-                m_world.toggle(*change);
-            return isChanged;
-        };
         for (const kvstation::Occurrence& one : question.occurrences)
             if (m_base.failable[one.call] != 0 &&
                 differingFields(m_base, run(m_station, m_base.failable[one.call])).contains(field))
                 return true;
+        std::vector<std::vector<kvstation::Change>> others;
         for (kvstation::Alternative& one : kvstation::alternativesAt(m_world, question.place, question.row->samples))
-            if (changes(std::move(one.changes)))
-                return true;
+            others.push_back(std::move(one.changes));
+        if (isChangedByOneOf(others, question, field))
+            return true;
+        others.clear();
         for (const std::string& word : kvstation::wordsFor({}))
-            if (changes(kvstation::withWords(m_world, std::vector<kvstation::PlacedWord>{{&question.place, &word}})))
-                return true;
-        return false;
+            others.push_back(
+                kvstation::withWords(m_world, std::vector<kvstation::PlacedWord>{{&question.place, &word}}));
+        return isChangedByOneOf(others, question, field);
+    }
+
+    // Every time that the place is asked, or one time alone.
+    bool isChangedByOneOf(const std::vector<std::vector<kvstation::Change>>& others, const Question& question,
+                          std::size_t field) {
+        const auto changes = [&](std::uint64_t call) {
+            return std::ranges::any_of(others, [&](const std::vector<kvstation::Change>& other) {
+                return differingFields(m_base, runChanged(other, call)).contains(field);
+            });
+        };
+        return changes(0) || std::ranges::any_of(question.occurrences, [&](const kvstation::Occurrence& one) {
+                   return changes(m_experiments.calls()[one.call].number);
+               });
     }
 
     const kvstation::Collector& m_collector;

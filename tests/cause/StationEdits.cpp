@@ -51,8 +51,8 @@ class Editor {
     }
 
   private:
-    void add(std::string what, std::function<std::optional<Station>()> make) {
-        m_edits.push_back({std::move(what), std::move(make)});
+    void add(std::string what, std::function<std::optional<Station>()> make, simwin::MemberPath member = {}) {
+        m_edits.push_back({std::move(what), std::move(member), std::move(make)});
     }
 
     std::optional<Station> described(const Json& json) const {
@@ -66,16 +66,16 @@ class Editor {
         return made;
     }
 
+    static simwin::MemberPath piecesOf(Json::json_pointer path) {
+        simwin::MemberPath pieces;
+        for (; !path.empty(); path.pop_back())
+            pieces.insert(pieces.begin(), path.back());
+        return pieces;
+    }
+
     void member(const Json::json_pointer& path, const Json& content) {
-        add("station.json without " + path.to_string(), [this, path] {
-            Json json = m_json;
-            Json& parent = json[path.parent_pointer()];
-            if (parent.is_array())
-                parent.erase(std::stoul(path.back()));
-            else
-                parent.erase(path.back());
-            return described(json);
-        });
+        if (!isListOfFaults(path) || content.size() == 1)
+            without(path);
         if (content.is_object())
             for (const auto& [name, one] : content.items())
                 member(path / name, one);
@@ -86,13 +86,33 @@ class Editor {
             leaf(path, content);
     }
 
+    // Without all of them several answers change, of which none need be a cause by itself.
+    static bool isListOfFaults(const Json::json_pointer& path) {
+        const std::string name = path.to_string();
+        return name == "/fails" || name == "/deniedKeys" || name == "/missing";
+    }
+
+    void without(const Json::json_pointer& path) {
+        const auto make = [this, path] {
+            Json json = m_json;
+            Json& parent = json[path.parent_pointer()];
+            if (parent.is_array())
+                parent.erase(std::stoul(path.back()));
+            else
+                parent.erase(path.back());
+            return described(json);
+        };
+        add("station.json without " + path.to_string(), make, piecesOf(path));
+    }
+
     void put(const Json::json_pointer& path, Json content) {
         std::string what = "station.json with " + path.to_string() + " = " + content.dump();
-        add(std::move(what), [this, path, content = std::move(content)] {
+        const auto make = [this, path, content = std::move(content)] {
             Json json = m_json;
             json[path] = content;
             return described(json);
-        });
+        };
+        add(std::move(what), make, piecesOf(path));
     }
 
     void leaf(const Json::json_pointer& path, const Json& content) {

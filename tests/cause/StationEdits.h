@@ -15,6 +15,7 @@ namespace kvtest {
 
 struct StationEdit {
     std::string what;
+    simwin::MemberPath member;  // of station.json; empty: of the registry
     // None when no station can hold it.
     std::function<std::optional<simwin::Station>()> make;
 };

@@ -49,11 +49,14 @@ std::vector<std::string> askedBy(const StationRun& run) {
 
 }  // namespace
 
-StationRun runStation(const kvstation::Collector& collector, const simwin::Station& station, std::uint64_t callToFail) {
+StationRun runStation(const kvstation::Collector& collector, const std::shared_ptr<const simwin::Station>& station,
+                      const OtherCall& other) {
     StationRun run;
     simwin::Machine machine(station);
     machine.keepTrace(false);
-    machine.failCall(callToFail);
+    machine.failCall(other.toFail);
+    if (other.toChange != 0)
+        machine.changeCall(other.toChange, other.toggle);
     Watcher watcher(machine, run);
     machine.observe(&watcher);
     run.record = collector.collect(machine);

@@ -2,6 +2,8 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
+#include <memory>
 #include <set>
 #include <string>
 #include <vector>
@@ -19,9 +21,15 @@ struct StationRun {
     std::vector<std::uint64_t> failable;  // of each call: its number among those that can fail; 0: it cannot
 };
 
-// `callToFail` as Machine::failCall takes it; 0: none.
-StationRun runStation(const kvstation::Collector& collector, const simwin::Station& station,
-                      std::uint64_t callToFail = 0);
+// A call that is made to fail, as Machine::failCall takes it, or answered by a changed station, as changeCall does.
+struct OtherCall {
+    std::uint64_t toFail = 0;  // 0: none
+    std::uint64_t toChange = 0;
+    std::function<void()> toggle{};
+};
+
+StationRun runStation(const kvstation::Collector& collector, const std::shared_ptr<const simwin::Station>& station,
+                      const OtherCall& other = {});
 
 // The numbers of the fields that hold something else.
 std::set<std::size_t> differingFields(const StationRun& left, const StationRun& right);
