@@ -1,6 +1,7 @@
 #include "kvstation/LastQuestion.h"
 
 #include "kvstation/VisibleText.h"
+#include "kvstation/cause/QuestionTable.h"
 
 namespace kvstation {
 namespace {
@@ -10,7 +11,9 @@ constexpr std::size_t kLongestQuestion = 120;  // in characters
 }  // namespace
 
 std::string describeQuestion(const simwin::ObservedCall& call) {
-    return call.name + "(" + shortened(visible(call.arguments), kLongestQuestion) + ")";
+    const std::string question = call.name + "(" + shortened(visible(call.arguments), kLongestQuestion) + ")";
+    const CallRow* row = findCallRow(call.name);
+    return row != nullptr ? question + " for " + std::string(row->words) : question;
 }
 
 void LastQuestion::note(bool isQuestion, std::string_view text) {

@@ -11,12 +11,12 @@
 
 namespace kvstation {
 
-// "KVGetDomainName()", "GetDriveTypeA("C:\")": one line.
+// The question and what is asked for: "KVGetDomainName() for the user's domain". One line.
 std::string describeQuestion(const simwin::ObservedCall& call);
 
 // UTF-8, terminated.
 struct Doing {
-    static constexpr std::size_t kLongest = 511;  // in bytes; no question is longer
+    static constexpr std::size_t kLongest = 639;  // in bytes; no question is longer
 
     bool isQuestion = false;  // else what is done beside asking, such as "loading kvcstat64.dll"
     std::array<char, kLongest + 1> text{};

@@ -23,10 +23,12 @@ ProgramRun runWith(const std::string& ending, std::vector<std::string> words) {
 }
 
 constexpr const char* kCrash =
-    "kvstation: the collection crashed at its last question KVGetDomainName() (exception 0xC0000005 at "
+    "kvstation: the collection crashed at its last question KVGetDomainName() for the user's domain (exception "
+    "0xC0000005 at "
     "kvnetapi64.dll+0x";
 constexpr const char* kExit =
-    "kvstation: the library ended the process at its last question KVGetDomainName() (exit at kvnetapi64.dll+0x";
+    "kvstation: the library ended the process at its last question KVGetDomainName() for the user's domain (exit at "
+    "kvnetapi64.dll+0x";
 
 ProgramRun showWith(const std::string& ending) {
     return runWith(ending, {"show"});
@@ -41,7 +43,8 @@ void expectOneLine(const ProgramRun& ended, const testing::Matcher<const std::st
 
 TEST(Ending, OfAHangNamesTheLastQuestionInOneLine) {
     expectOneLine(showWith("hang"),
-                  "kvstation: the collection hung at its last question KVGetDomainName(): ended after 2 seconds; "
+                  "kvstation: the collection hung at its last question KVGetDomainName() for the user's domain: ended "
+                  "after 2 seconds; "
                   "--timeout SECONDS gives it longer\n");
 }
 
@@ -62,8 +65,9 @@ TEST(Ending, IsToldByEveryVerbThatCollectsHere) {
         SCOPED_TRACE(words.front());
         expectOneLine(runWith("crash", words), StartsWith(kCrash));
         expectOneLine(runWith("exit", words), StartsWith(kExit));
-        expectOneLine(runWith("hang", words), StartsWith("kvstation: the collection hung at its last question "
-                                                         "KVGetDomainName(): ended after 2 seconds"));
+        expectOneLine(runWith("hang", words),
+                      StartsWith("kvstation: the collection hung at its last question "
+                                 "KVGetDomainName() for the user's domain: ended after 2 seconds"));
     }
     EXPECT_FALSE(fs::exists(folder));
 }
