@@ -57,8 +57,14 @@ std::string descriptionOf(const HiveFacts& facts) {
     return "imported from the registry hives of " + (product.empty() ? "a Windows disk" : product);
 }
 
+// Below a service that the hives hold: others are asked for where an experiment invented their names.
+bool isMissingOfService(const std::string& key, HiveRegistry& registry) {
+    simwin::RegistryTree service;
+    return isMadeAtStart(key) && registry.copyKey(key.substr(0, key.find_last_of('\\')), service);
+}
+
 // Keys that were asked for and that no hive can tell, one root for each reason.
-void addUnknownKeys(simwin::Station& station, const AskedPlaces& asked, const HiveRegistry& registry) {
+void addUnknownKeys(simwin::Station& station, const AskedPlaces& asked, HiveRegistry& registry) {
     std::vector<std::string> roots = registry.missingRoots();
     roots.emplace_back(kHardware);
     std::set<std::string> unknown;
@@ -68,7 +74,7 @@ void addUnknownKeys(simwin::Station& station, const AskedPlaces& asked, const Hi
         for (const std::string& root : roots)
             if (isBelow(one.place, root))
                 unknown.insert(root);
-        if (isMadeAtStart(one.place.key))
+        if (isMissingOfService(one.place.key, registry))
             unknown.insert(one.place.key);
     }
     station.unknown.insert(station.unknown.begin(), unknown.begin(), unknown.end());

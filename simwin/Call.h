@@ -315,6 +315,16 @@ class ChangedStation {
     const Machine* m_machine;
 };
 
+template <class... Roles>
+void addToWay(Machine& machine, std::string_view name, [[maybe_unused]] const Roles&... roles) {
+    machine.addToWay(name);
+    [[maybe_unused]] const auto add = [&](const auto& role) {
+        if constexpr (requires { role.way(machine); })
+            role.way(machine);
+    };
+    (add(roles), ...);
+}
+
 // A failure that leaves more behind than its code.
 template <class Effect>
 struct FailureWith {
@@ -340,6 +350,10 @@ auto makeCall(const char* name, FailureWith<Effect> with, Answer&& answer, const
         return failedResult<Result>(machine, failure);
     };
     if (!machine.isWatched()) [[likely]]
+        return outcome();
+    if (machine.keepsWay())
+        addToWay(machine, name, roles...);
+    if (!machine.isTold())
         return outcome();
     if (Relay* relay = machine.relay())
         return watchCall<Entry>(

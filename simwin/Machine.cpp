@@ -120,7 +120,24 @@ void Machine::relayTo(Relay* relay) noexcept {
 }
 
 void Machine::noteWatch() noexcept {
-    m_isWatched = m_keepsLog || m_recording != nullptr || m_observer != nullptr || m_relay != nullptr;
+    m_isTold = m_keepsLog || m_recording != nullptr || m_observer != nullptr || m_relay != nullptr;
+    m_isWatched = m_isTold || m_keepsWay;
+}
+
+void Machine::keepWay() noexcept {
+    m_keepsWay = true;
+    noteWatch();
+}
+
+void Machine::addToWay(std::string_view text) noexcept {
+    for (const char character : text)
+        addToWay(static_cast<unsigned char>(character));
+    addToWay(std::uint64_t{0x100} + text.size());  // "ab", "c" is another way than "a", "bc"
+}
+
+// By Fowler, Noll and Vo, with 64-bit numbers for bytes.
+void Machine::addToWay(std::uint64_t number) noexcept {
+    m_way = (m_way ^ number) * 0x100000001B3;
 }
 
 const Machine& Machine::answering() const noexcept {

@@ -136,6 +136,11 @@ class Machine {
     // Tells each call from now on; null ends it.
     void observe(CallObserver* observer) noexcept;
 
+    // Takes the name, texts and numbers of each question from now on into one number: two runs with the same one went
+    // the same way.
+    void keepWay() noexcept;
+    std::uint64_t way() const noexcept { return m_way; }
+
     // Passes the calls on from now on in place of answering them, so that this machine only watches; null ends it.
     // The process heap's are answered all the same.
     void relayTo(Relay* relay) noexcept;
@@ -161,6 +166,11 @@ class Machine {
     void countHeapBlocks(int change) noexcept { m_openHeapBlocks += static_cast<std::size_t>(change); }
 
     bool isWatched() const noexcept { return m_isWatched; }
+    // Somebody wants to know more of each call than the way.
+    bool isTold() const noexcept { return m_isTold; }
+    bool keepsWay() const noexcept { return m_keepsWay; }
+    void addToWay(std::string_view text) noexcept;
+    void addToWay(std::uint64_t number) noexcept;
     bool keepsLog() const noexcept { return m_keepsLog; }
     Recording* recording() const noexcept { return m_recording; }
     CallObserver* observer() const noexcept { return m_observer; }
@@ -197,7 +207,10 @@ class Machine {
     bool m_mayFail = false;
     bool m_keepsTrace = true;
     bool m_keepsLog = false;
+    bool m_keepsWay = false;
+    bool m_isTold = false;
     bool m_isWatched = false;
+    std::uint64_t m_way = 0;
     Recording* m_recording = nullptr;
     CallObserver* m_observer = nullptr;
     Relay* m_relay = nullptr;

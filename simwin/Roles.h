@@ -54,6 +54,7 @@ struct Value {
     };
     T raw() const { return value; }
     Fact fact(bool) const { return static_cast<std::uint64_t>(value); }
+    void way(Machine& machine) const { machine.addToWay(static_cast<std::uint64_t>(value)); }
     Kept keep(Recording&) const { return Kept(value); }
     void input(std::string& text, Machine&) const {
         if constexpr (std::is_signed_v<T>)
@@ -80,6 +81,7 @@ struct Text {
     };
     const char* raw() const { return value; }
     Fact fact(bool) const { return value != nullptr ? Fact(std::string(value)) : Fact(); }
+    void way(Machine& machine) const { machine.addToWay(value != nullptr ? value : std::string_view()); }
     Kept keep(Recording&) const { return Kept(value); }
     void input(std::string& text, Machine&) const {
         if (value == nullptr)

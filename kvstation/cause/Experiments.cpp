@@ -65,7 +65,9 @@ std::string parentOf(const Place& place) {
 Experiments::Experiments(World& world, const Collector& collector, const ExperimentOptions& options)
     : m_world(world), m_collector(collector), m_options(options) {
     simwin::Machine machine(world.station());
+    machine.keepWay();
     m_outcome = runOn(collector, machine, m_calls);
+    m_ways.insert(m_outcome.way);
     m_questions = questionsOf(m_calls, world);
     addNames(m_names, m_calls);
     for (const simwin::Variable& variable : m_outcome.published)
@@ -246,7 +248,7 @@ void Experiments::tryFailures(const PlaceQuestions& place) {
                 continue;
             simwin::Machine machine(m_world.station());
             machine.failCall(failable);
-            const Outcome outcome = runOn(m_collector, machine);
+            const Outcome outcome = runNoted(machine);
             noteOtherRun(outcome, [&](simwin::Machine& again) { again.failCall(failable); });
             credit(occurrence, question, rolesIn(outcome, {}));
         }
@@ -409,7 +411,7 @@ Outcome Experiments::run(Alternative& alternative) {
     for (Change& change : alternative.changes)
         m_world.toggle(change);
     simwin::Machine machine(m_world.station());
-    Outcome outcome = runOn(m_collector, machine);
+    Outcome outcome = runNoted(machine);
     noteOtherRun(outcome, [](simwin::Machine&) {});
     for (auto change = alternative.changes.rbegin(); change != alternative.changes.rend(); ++change)
         m_world.toggle(*change);
@@ -432,6 +434,13 @@ Outcome Experiments::runOnce(Alternative& alternative, std::uint64_t number) {
     return runOn(m_collector, machine);
 }
 
+// The way is kept where somebody is told of other ones.
+Outcome Experiments::runNoted(simwin::Machine& machine) {
+    if (m_options.otherRun)
+        machine.keepWay();
+    return runOn(m_collector, machine);
+}
+
 // A run that asks many more or fewer questions went another way, and asks for other names.
 bool Experiments::isOtherWay(const Outcome& outcome) const {
     const std::uint64_t least = std::min(outcome.calls, m_outcome.calls);
@@ -440,7 +449,7 @@ bool Experiments::isOtherWay(const Outcome& outcome) const {
 }
 
 void Experiments::noteOtherRun(const Outcome& outcome, const std::function<void(simwin::Machine&)>& prepare) {
-    const bool isTold = m_options.otherRun && (outcome.calls != m_outcome.calls || differences(outcome).any());
+    const bool isTold = m_options.otherRun && m_ways.insert(outcome.way).second;
     const bool givesNames = m_otherWays < kMostOtherWays && isOtherWay(outcome);
     if (!isTold && !givesNames)
         return;

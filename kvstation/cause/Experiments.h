@@ -26,7 +26,7 @@ struct ExperimentOptions {
     bool everyWord = false;
     // Told how far the experiments are, from 0 to 1. May be empty.
     std::function<void(double done)> progress{};
-    // Told the calls of each run that took another way than the station's own. May be empty.
+    // Told the calls of each run that took another way than the station's own and those told before. May be empty.
     std::function<void(const std::vector<AskedCall>& calls)> otherRun{};
 };
 
@@ -83,6 +83,7 @@ class Experiments {
 
     Outcome run(Alternative& alternative);
     Outcome runOnce(Alternative& alternative, std::uint64_t number);
+    Outcome runNoted(simwin::Machine& machine);
     bool isOtherWay(const Outcome& outcome) const;
     void noteOtherRun(const Outcome& outcome, const std::function<void(simwin::Machine&)>& prepare);
     Outputs differences(const Outcome& other);
@@ -99,6 +100,7 @@ class Experiments {
     std::set<std::size_t> m_longLists;  // places that are names in one
     AskedNames m_names;
     std::size_t m_otherWays = 0;
+    std::set<std::uint64_t> m_ways;  // that were told
 };
 
 }  // namespace kvstation

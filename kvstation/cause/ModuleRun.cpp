@@ -31,6 +31,7 @@ Outcome runOn(const Collector& collector, simwin::Machine& machine) {
     outcome.published = machine.variablesSet();
     outcome.trace = machine.traceLines();
     outcome.calls = machine.calls();
+    outcome.way = machine.way();
     return outcome;
 }
 
