@@ -7,6 +7,8 @@
 
 #include "kvstation/cause/OtherTexts.h"
 #include "simwin/CodePage.h"
+#include "simwin/JsonView.h"
+#include "simwin/MemberReaders.h"
 
 namespace kvstation {
 namespace {
@@ -164,8 +166,9 @@ class Maker {
     void item() {
         const Json* list = m_world.find(m_place.member);
         Json items = list != nullptr ? *list : Json::array();
+        const std::string name = simwin::fromUtf8Leniently(m_place.value);
         const auto isIt = [&](const Json& item) {
-            return item.is_string() && simwin::equalNoCase(item.get<std::string>(), m_place.value);
+            return simwin::equalNoCase(simwin::readText(simwin::JsonView(item, "station.json", "")), name);
         };
         const auto found = std::ranges::find_if(items, isIt);
         const bool wasListed = found != items.end();

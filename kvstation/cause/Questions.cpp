@@ -10,7 +10,8 @@
 namespace kvstation {
 namespace {
 
-// A call that the station fails by its list of such calls has its answer there, and so has a key that is denied.
+// A call that the station fails by its list of such calls has its answer there, and so have a key that is denied and a
+// library that is missing.
 Place placeOf(const CallRow& row, const simwin::ObservedCall& call, const World& world) {
     if (!call.succeeded && world.find({"fails", call.name}) != nullptr)
         return memberPlace({"fails", call.name});
@@ -18,7 +19,11 @@ Place placeOf(const CallRow& row, const simwin::ObservedCall& call, const World&
     if (place.kind == Place::Kind::Key && !call.succeeded)
         for (const std::string& key : world.station()->deniedKeys)
             if (simwin::equalNoCase(simwin::withClassesInPlace(key), place.key))
-                return {.kind = Place::Kind::Item, .member = {"deniedKeys"}, .value = key};
+                return {.kind = Place::Kind::Item, .member = {"deniedKeys"}, .value = simwin::toUtf8(key)};
+    if (call.name == "LoadLibraryA" && !call.succeeded)
+        for (const std::string& library : world.station()->missing)
+            if (simwin::equalNoCase(library, simwin::textOf(call.parameters[0])))
+                return {.kind = Place::Kind::Item, .member = {"missing"}, .value = simwin::toUtf8(library)};
     place.member = world.resolved(std::move(place.member));
     return place;
 }

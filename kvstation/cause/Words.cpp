@@ -139,7 +139,7 @@ bool takesWord(const World& world, const Place& place, std::string_view samples)
     switch (place.kind) {
         case Place::Kind::Member: {
             if (const Json* content = world.find(place.member))
-                return content->is_string();
+                return content->is_string() || (content->is_object() && content->contains("hex"));
             const Json sample = samples.empty() ? Json() : Json::parse(samples);
             return !sample.empty() && sample.front().is_string();
         }

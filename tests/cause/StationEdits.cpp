@@ -170,7 +170,8 @@ class Editor {
 
     void file(const std::string& path) {
         const auto isIt = [&](const simwin::File& one) { return simwin::equalNoCase(one.path, path); };
-        const bool isFull = path.size() > 2 && path[1] == ':';  // station.json holds no other
+        // station.json holds no other.
+        const bool isFull = path.size() > 3 && path[1] == ':' && path[2] == '\\' && !path.ends_with('\\');
         if (!isFull || std::ranges::any_of(m_station.files, isIt) || !m_added.insert(simwin::upperCase(path)).second)
             return;
         add("file " + path, [this, path] {
