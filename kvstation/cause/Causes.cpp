@@ -42,21 +42,73 @@ std::size_t positionIn(const std::string& value, std::string text) {
     return value.size();
 }
 
-std::size_t positionIn(const std::string& value, const Cause& cause) {
-    std::size_t position = value.size();
-    for (const std::string& item : cause.answer ? cause.answer->items : std::vector<std::string>())
-        if (position == value.size())
-            position = positionIn(value, plain(item));
-    return position;
+// Where texts stand in a value, each at a place of its own where there is one: the longest are placed first, so that a
+// text that is a part of another one too is found where it stands by itself.
+class Placement {
+  public:
+    explicit Placement(const std::string& value) : m_value(value), m_isTaken(value.size()) {}
+
+    std::size_t place(const std::string& text) {
+        for (std::size_t at = m_value.find(text); text.size() > 1 && at != std::string::npos;
+             at = m_value.find(text, at + 1)) {
+            const auto begin = m_isTaken.begin() + static_cast<std::ptrdiff_t>(at);
+            const auto end = begin + static_cast<std::ptrdiff_t>(text.size());
+            if (std::find(begin, end, true) != end)
+                continue;
+            std::fill(begin, end, true);
+            return at;
+        }
+        return positionIn(m_value, text);
+    }
+
+  private:
+    const std::string& m_value;
+    std::vector<bool> m_isTaken;
+};
+
+std::vector<std::string> textsOf(const Cause& cause) {
+    std::vector<std::string> texts;
+    if (cause.answer && cause.role != Role::Decides)
+        for (const std::string& item : cause.answer->items)
+            texts.push_back(plain(item));
+    return texts;
+}
+
+struct PlacedCause {
+    Cause cause;
+    std::vector<std::string> texts;
+    std::size_t position;
+};
+
+std::size_t longestOf(const PlacedCause& one) {
+    std::size_t longest = 0;
+    for (const std::string& text : one.texts)
+        longest = std::max(longest, text.size());
+    return longest;
 }
 
 void sortCauses(std::vector<Cause>& causes, const std::string& value) {
     const std::string searched = plain(value);
-    std::ranges::stable_sort(causes, [&](const Cause& left, const Cause& right) {
-        if (left.role != right.role)
-            return left.role > right.role;
-        return left.role != Role::Decides && positionIn(searched, left) < positionIn(searched, right);
+    std::vector<PlacedCause> placed;
+    for (Cause& cause : causes) {
+        std::vector<std::string> texts = textsOf(cause);
+        placed.push_back({std::move(cause), std::move(texts), searched.size()});
+    }
+    std::vector<PlacedCause*> longestFirst;
+    for (PlacedCause& one : placed)
+        longestFirst.push_back(&one);
+    std::ranges::stable_sort(longestFirst, std::ranges::greater(),
+                             [](const PlacedCause* one) { return longestOf(*one); });
+    Placement placement(searched);
+    for (PlacedCause* one : longestFirst)
+        for (const std::string& text : one->texts)
+            if (one->position == searched.size())
+                one->position = placement.place(text);
+    std::ranges::stable_sort(placed, [](const PlacedCause& left, const PlacedCause& right) {
+        return left.cause.role != right.cause.role ? left.cause.role > right.cause.role
+                                                   : left.position < right.position;
     });
+    std::ranges::transform(placed, causes.begin(), [](PlacedCause& one) { return std::move(one.cause); });
 }
 
 std::string valueOf(const Outcome& outcome, std::size_t field) {
