@@ -10,6 +10,7 @@
 #include "kvstation/cause/OtherTexts.h"
 #include "kvstation/cause/Words.h"
 #include "simwin/CodePage.h"
+#include "tests/cause/OwnWork.h"
 #include "tests/cause/StationEdits.h"
 #include "tests/cause/StationRun.h"
 
@@ -20,15 +21,6 @@ using kvstation::Experiments;
 using kvstation::Question;
 using kvstation::World;
 using simwin::Station;
-
-// Work on what the module has already: its own texts and memory, letters of another kind, the parts of a version that
-// it was told. No station answers them.
-constexpr std::string_view kOwnWork[] = {"GlobalAlloc",         "GlobalLock",     "LoadStringA",
-                                         "MultiByteToWideChar", "VerQueryValueA", "WideCharToMultiByte"};
-
-bool isOwnWork(const simwin::ObservedCall& call) {
-    return std::ranges::find(kOwnWork, call.name) != std::end(kOwnWork);
-}
 
 // Whether one of two members lies in the other or is it.
 bool isOnWayTo(const simwin::MemberPath& left, const simwin::MemberPath& right) {
@@ -122,7 +114,7 @@ class Proof {
     void failures() {
         std::vector<std::size_t> calls;
         for (std::size_t i = 0; i < m_base.calls.size(); ++i)
-            if (m_base.failable[i] != 0 && !isOwnWork(m_base.calls[i]))
+            if (m_base.failable[i] != 0 && !isOwnWork(m_base.calls[i].name))
                 calls.push_back(i);
         chooseOf(calls, m_effort.mostFailures, m_random);
         for (const std::size_t call : calls)
@@ -148,7 +140,7 @@ class Proof {
             return;
         std::set<std::size_t> answers = differingAnswers(m_base, other);
         std::erase_if(answers, [&](std::size_t call) { return m_unsteady.contains(call); });
-        if (std::erase_if(answers, [&](std::size_t call) { return isOwnWork(m_base.calls[call]); }) != 0 &&
+        if (std::erase_if(answers, [&](std::size_t call) { return isOwnWork(m_base.calls[call].name); }) != 0 &&
             answers.empty())
             return;
         for (const std::size_t field : changed) {
