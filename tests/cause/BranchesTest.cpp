@@ -1,0 +1,79 @@
+// What the module would ask a station that is described with little more than its Windows.
+#include "kvstation/cause/Branches.h"
+
+#include <gmock/gmock.h>
+
+namespace kvtest {
+namespace {
+
+using kvstation::AskedPlaces;
+using kvstation::memberPlace;
+using kvstation::Place;
+using simwin::Station;
+
+constexpr const char* kWinLogon = "HKEY_LOCAL_MACHINE\\SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion\\WinLogon";
+constexpr const char* kDevices = "HKEY_CURRENT_USER\\Software\\Microsoft\\Windows NT\\CurrentVersion\\Devices";
+constexpr const char* kPrinters = "HKEY_LOCAL_MACHINE\\SYSTEM\\CurrentControlSet\\Control\\Print\\Printers";
+
+Place key(const std::string& path) {
+    return {.kind = Place::Kind::Key, .key = path};
+}
+
+Station windows2000() {
+    Station station;
+    station.version = simwin::WindowsVersion{.platformId = 2, .major = 5, .minor = 0, .build = 2195, .servicePack = ""};
+    return station;
+}
+
+kvstation::AskedCall variableAsked(const std::string& name) {
+    return {{.name = "KVGetEnv", .arguments = name, .answer = {}, .subject = {}, .parameters = {name}}};
+}
+
+TEST(AskedPlaces, HoldEachPlaceOnceAndByTheNameThatItWasFirstAskedBy) {
+    AskedPlaces asked;
+    asked.add({variableAsked("KVUser"), variableAsked("KVIP")});
+    asked.add({variableAsked("kvuser")});
+    EXPECT_EQ(asked.all().size(), 2u);
+    EXPECT_TRUE(asked.holds(memberPlace({"environment", "KVUSER"})));
+    EXPECT_FALSE(asked.holds(memberPlace({"environment", "KVUserType"})));
+    const AskedPlaces::Asked& user = asked.all().at(memberPlace({"environment", "KVUser"}).id());
+    EXPECT_EQ(user.place.member.back(), "KVUser");
+    EXPECT_EQ(user.words, "the environment variable");
+}
+
+TEST(AskedPlaces, LeaveOutWhatAsksNothingOrStandsNowhere) {
+    AskedPlaces asked;
+    asked.add({{{.name = "RegCloseKey", .arguments = {}, .answer = {}, .subject = {}}}});
+    asked.add({variableAsked("")});
+    EXPECT_TRUE(asked.all().empty());
+}
+
+TEST(AskedPlaces, TakeOthersIn) {
+    AskedPlaces asked;
+    asked.add({variableAsked("KVUser")});
+    AskedPlaces others;
+    others.add({variableAsked("kvuser"), variableAsked("KVIP")});
+    EXPECT_TRUE(asked.add(others));
+    EXPECT_FALSE(asked.add(others));
+    EXPECT_EQ(asked.all().size(), 2u);
+    EXPECT_EQ(asked.all().at(memberPlace({"environment", "KVUser"}).id()).place.member.back(), "KVUser");
+}
+
+TEST(Branches, OfOneRunAreWhatTheStationItselfAsks) {
+    const AskedPlaces asked = kvstation::askedOnce(windows2000(), kvstation::Collector());
+    EXPECT_TRUE(asked.holds(key(kDevices)));
+    EXPECT_TRUE(asked.holds(memberPlace({"environment", "KVUser"})));
+    EXPECT_FALSE(asked.holds(key(kPrinters))) << "of Windows 9x";
+    EXPECT_FALSE(asked.holds(key(kWinLogon))) << "of a session";
+}
+
+TEST(Branches, OfOtherVersionsAreWhatTheyAsk) {
+    const AskedPlaces asked = kvstation::askedByVersions(windows2000(), kvstation::Collector());
+    EXPECT_TRUE(asked.holds(key(kDevices)));
+    EXPECT_TRUE(asked.holds(key(kPrinters)));
+    EXPECT_TRUE(asked.holds(memberPlace({"profile", "windows", "device"}))) << "of Win32s";
+    EXPECT_FALSE(asked.holds(key(kWinLogon))) << "of a session";
+}
+
+}  // namespace
+}  // namespace kvtest
