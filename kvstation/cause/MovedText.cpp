@@ -42,25 +42,30 @@ std::size_t commonBehind(std::string_view left, std::string_view right) {
     return static_cast<std::size_t>(end - left.begin());
 }
 
+// The most characters of a value around its middle that stand in the text just so. What both texts have in common
+// stands outside of the middle and belongs to the part all the same.
+std::size_t largestPart(std::string_view value, std::size_t begin, std::size_t end, std::string_view text) {
+    const std::string_view part = value.substr(begin, end - begin);
+    std::size_t largest = 0;
+    for (std::size_t place = text.find(part); place != std::string_view::npos; place = text.find(part, place + 1))
+        largest = std::max(largest, commonBefore(value, begin, text, place) + part.size() +
+                                        commonBehind(value.substr(end), text.substr(place + part.size())));
+    return largest;
+}
+
 Role roleOfMiddle(const std::string& value, const std::string& moved, const std::string& text,
                   const std::string& other) {
     const Middle middle = middleOf(value, moved);
-    const std::string_view part = std::string_view(value).substr(middle.begin, middle.end - middle.begin);
-    const std::string_view otherPart = std::string_view(moved).substr(middle.begin, middle.endBehind - middle.begin);
-    if (otherPart.empty() || other.find(otherPart) == std::string::npos)
+    if (middle.begin == middle.endBehind)
         return Role::Decides;
-    // What both texts have in common stands outside of the middle and belongs to the part all the same.
-    for (std::size_t place = text.find(part); place != std::string::npos; place = text.find(part, place + 1)) {
-        const std::size_t left = commonBefore(value, middle.begin, text, place);
-        const std::size_t right = commonBehind(std::string_view(value).substr(middle.end),
-                                               std::string_view(text).substr(place + part.size()));
-        const std::size_t whole = left + part.size() + right;
-        if (whole == value.size())
-            return Role::Gives;
-        if (whole >= kShortestPart || whole == text.size())
-            return Role::Adds;
-    }
-    return Role::Decides;
+    const std::size_t part = largestPart(value, middle.begin, middle.end, text);
+    const std::size_t otherPart = largestPart(moved, middle.begin, middle.endBehind, other);
+    if (part == value.size() && otherPart == moved.size())
+        return Role::Gives;
+    const auto isPart = [](std::size_t size, const std::string& whole) {
+        return size >= kShortestPart || (size == whole.size() && size != 0);
+    };
+    return isPart(part, text) && isPart(otherPart, other) ? Role::Adds : Role::Decides;
 }
 
 }  // namespace

@@ -52,6 +52,19 @@ TEST(MovedText, DecidesWhereNothingOfItMoved) {
     EXPECT_EQ(roleOfText("", "Xyz", {"Abc", "Xyz"}), Role::Decides) << "an empty field has no giver";
 }
 
+// The masks "255.255.255.0" and behind them another value's, of which one digit is seen: what stands before that digit
+// is the same in both values and moves with the first alone.
+TEST(MovedText, IsNoPartThatStandsThereByChance) {
+    EXPECT_EQ(roleOfText("255.255.255.0;2", "255.255.255.0;3",
+                         {"255.255.255.0;255.255.255.0", "366.366.366.1;366.366.366.1"}),
+              Role::Decides);
+}
+
+TEST(MovedText, WithMoreBehindItMovesToo) {
+    EXPECT_EQ(roleOfText("LAB", "LAB0", {"Lab", "Lab0"}), Role::Gives);
+    EXPECT_EQ(roleOfText("7 LAB;x", "7 LAB0;x", {"Lab", "Lab0"}), Role::Adds);
+}
+
 TEST(MovedText, OfANumberIsItsBeginning) {
     EXPECT_EQ(kvstation::roleOfNumber("7", "9", {"7", "9"}), Role::Gives);
     EXPECT_EQ(kvstation::roleOfNumber("7", "9", {"7 and more", "9 and more"}), Role::Gives);
