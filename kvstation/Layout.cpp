@@ -18,7 +18,7 @@ struct LayoutOptions {
 };
 
 int layout(const LayoutOptions& options) {
-    const FieldSources sources = options.over.empty() ? FieldSources() : sourcesOver(options.over);
+    const FieldSources sources = options.over.empty() ? FieldSources() : sourcesIn(causesOver(options.over));
     writeResult(options.json ? layoutJson(sources) : options.markdown ? layoutMarkdown(sources) : layoutText(sources));
     return kExitSuccess;
 }

@@ -4,7 +4,6 @@
 
 #include "kvstation/Stage.h"
 #include "kvstation/cause/CauseText.h"
-#include "kvstation/cause/Causes.h"
 
 namespace kvstation {
 namespace {
@@ -31,10 +30,17 @@ std::string textOf(Names names) {
 
 }  // namespace
 
-std::vector<std::string> sourcesOver(const std::vector<std::string>& folders) {
-    std::vector<Names> all(fields().size());
+std::vector<std::vector<FieldCauses>> causesOver(const std::vector<std::string>& folders) {
+    std::vector<std::vector<FieldCauses>> stations;
     for (const std::string& folder : folders)
-        for (const FieldCauses& causes : allCauses(readStationFolder(folder)))
+        stations.push_back(allCauses(readStationFolder(folder)));
+    return stations;
+}
+
+std::vector<std::string> sourcesIn(const std::vector<std::vector<FieldCauses>>& stations) {
+    std::vector<Names> all(fields().size());
+    for (const std::vector<FieldCauses>& station : stations)
+        for (const FieldCauses& causes : station)
             for (const Cause& cause : causes.causes)
                 if (!isKeyThere(cause))
                     (cause.role != Role::Decides ? all[causes.field].givers : all[causes.field].deciders)

@@ -41,6 +41,14 @@ bool asksNothing(std::string_view call) {
     return std::ranges::find(kAskNothing, call) != std::end(kAskNothing);
 }
 
+// The product's ini file is asked there alone.
+simwin::Station win32s() {
+    simwin::Station station;
+    station.version = simwin::WindowsVersion{.platformId = 0, .major = 3, .minor = 10, .build = 103, .servicePack = ""};
+    station.profile = {{"windows", "device", "Laser,pscript,LPT1:"}};
+    return station;
+}
+
 TEST(QuestionTable, HasARowForEachCallThatAsksSomething) {
     for (const simwin::CallEntry& call : simwin::callTable())
         EXPECT_NE(findCallRow(call.name) != nullptr, asksNothing(call.name)) << call.name;
@@ -57,6 +65,33 @@ TEST(QuestionTable, HasNoRowTwiceAndNoneOfACallThatIsNotMade) {
 TEST(QuestionTable, SaysInWordsWhatIsAskedFor) {
     for (const CallRow& row : callRows())
         EXPECT_THAT(std::string(row.words), testing::MatchesRegex("(a|an|the|whether) [^.]+")) << row.call;
+}
+
+TEST(QuestionTable, HasNoRowThatNoStationIsAskedBy) {
+    std::vector<simwin::Station> stations;
+    for (const std::string& name : stationNames())
+        stations.push_back(stationNamed(name));
+    stations.push_back(win32s());
+    std::set<std::string> unasked;
+    for (const CallRow& row : callRows())
+        unasked.emplace(row.call);
+    {
+        const kvstation::Collector collector;
+        for (const simwin::Station& station : stations)
+            for (const ObservedCall& call :
+                 runStation(collector, std::make_shared<const simwin::Station>(station)).calls)
+                unasked.erase(call.name);
+    }
+    EXPECT_THAT(unasked, IsEmpty());
+}
+
+TEST(QuestionTable, NamesTheIniFilesEntryThatGivesThePrinterOnWin32s) {
+    const kvstation::FieldCauses causes = causesOn(win32s(), "szDefaultPrinter");
+    EXPECT_EQ(causes.value, "Laser");
+    ASSERT_FALSE(causes.causes.empty());
+    EXPECT_EQ(causes.causes.front().call, "GetPrivateProfileStringA");
+    EXPECT_EQ(causes.causes.front().place.member, (simwin::MemberPath{"profile", "windows", "device"}));
+    EXPECT_EQ(causes.causes.front().words, "the entry of the product's ini file");
 }
 
 // What no row names must decide nothing.

@@ -3,13 +3,10 @@
 
 #include <set>
 
-#include "kvstation/Files.h"
-#include "kvstation/LayoutTable.h"
 #include "kvstation/Stage.h"
 #include "kvstation/StationCapture.h"
 #include "kvstation/TracedStation.h"
 #include "kvstation/capture/LiveStation.h"
-#include "kvstation/cause/FieldSources.h"
 #include "simwin/Machine.h"
 #include "simwin/RegistryReader.h"
 #include "simwin/RegistryWriter.h"
@@ -52,16 +49,6 @@ TEST(LiveCapture, HoldsWhatAnotherSettingWouldAskFor) {
     const simwin::Station station = kvstation::captureHere();
     EXPECT_THAT(station.unknown, testing::Contains("network.arp"));
     EXPECT_TRUE(station.registry.find("HKEY_LOCAL_MACHINE\\SYSTEM\\CurrentControlSet\\Control"));
-}
-
-// Found by experiments over all described stations with the real library.
-TEST(RecordDocument, TellsWhereEachFieldComesFrom) {
-    std::vector<std::string> folders;
-    for (const std::string& name : stationNames())
-        folders.push_back(stationFolder(name));
-    EXPECT_EQ(kvstation::readFile(KV_RECORD_DOCUMENT, 1024 * 1024),
-              kvstation::layoutMarkdown(kvstation::sourcesOver(folders)))
-        << "make it anew: ./kv docs";
 }
 
 TEST(LiveTrace, LeavesTheLastErrorToTheModule) {
