@@ -9,6 +9,7 @@
 #include "kvstation/cause/CauseJson.h"
 #include "kvstation/cause/CauseText.h"
 #include "kvstation/cause/Experiments.h"
+#include "kvstation/cause/WhatIf.h"
 #include "simwin/CodePage.h"
 #include "tests/watch/StationRuns.h"
 
@@ -107,6 +108,36 @@ TEST(Explain, TellsTheErrorThatTheCallGave) {
     station.session.clientName.reset();
     const FieldCauses causes = kvtest::causesOn(station, "szClientName");
     EXPECT_FALSE(errorOf(causes, "ZRTSQueryClientName")) << "it has no code";
+}
+
+simwin::Station withFailing(simwin::Station station, const std::string& call) {
+    kvstation::WhatIf whatIf;
+    whatIf.fail = {call};
+    kvstation::apply(whatIf, station);
+    return station;
+}
+
+TEST(Explain, TellsTheErrorOfACallThatIsMadeToFail) {
+    EXPECT_EQ(errorOf(kvtest::causesOn(withFailing(stationNamed("windows-2000-workstation"), "CallNtPowerInformation"),
+                                       "dwCurrentMhz"),
+                      "CallNtPowerInformation"),
+              "3221225506 STATUS_ACCESS_DENIED");
+    EXPECT_EQ(
+        errorOf(kvtest::causesOn(withFailing(stationNamed("windows-2003-terminal-session"), "ZRTSQueryClientName"),
+                                 "szClientName"),
+                "ZRTSQueryClientName"),
+        "31 ERROR_GEN_FAILURE");
+}
+
+// A station without clocks, which Windows says in its own way, and one with more of them than there is room for.
+TEST(Explain, TellsTheStatusByWhichTheClocksAreRefused) {
+    simwin::Station station = stationNamed("windows-xp-console");
+    station.processors->currentMhz.clear();
+    EXPECT_EQ(errorOf(kvtest::causesOn(station, "dwCurrentMhz"), "CallNtPowerInformation"),
+              "3221225659 STATUS_NOT_SUPPORTED");
+    station.processors->currentMhz = {1000, 1000};
+    EXPECT_EQ(errorOf(kvtest::causesOn(station, "dwCurrentMhz"), "CallNtPowerInformation"),
+              "3221225507 STATUS_BUFFER_TOO_SMALL");
 }
 
 TEST(Explain, NamesTheGiversOfTheNumberThatTheStationsTypeIsTakenFor) {
