@@ -35,6 +35,7 @@ void add(std::map<std::string, Spent>& all, const std::string& what, nanoseconds
 // The longest first.
 std::string lines(const std::map<std::string, Spent>& all) {
     std::vector<Spent> sorted;
+    sorted.reserve(all.size());
     for (const auto& [what, spent] : all)
         sorted.push_back(spent);
     std::ranges::stable_sort(sorted, std::greater(), &Spent::duration);

@@ -102,8 +102,9 @@ std::vector<std::string> linesOf(const simwin::Station& station, const AskedPlac
             all.emplace_back(meaning, simwin::toUtf8(root));
     }
     std::vector<std::string> lines;
+    lines.reserve(all.size());
     for (const auto& [meaning, names] : all)
-        lines.push_back(names + ": " + meaning);
+        lines.emplace_back(names).append(": ").append(meaning);
     return lines;
 }
 

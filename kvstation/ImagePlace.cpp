@@ -61,9 +61,10 @@ const void* callerOfEnding() {
     std::array<void*, kDeepest> callers{};
     const USHORT count = CaptureStackBackTrace(0, kDeepest, callers.data(), nullptr);
     for (std::size_t i = 0; i < count; ++i) {
-        const ImagePlace place = placeOf(callers[i]);
+        const void* caller = callers[i];
+        const ImagePlace place = placeOf(caller);
         if (!place.image.empty() && !isEnder(place.image))
-            return callers[i];
+            return caller;
     }
     return nullptr;
 }

@@ -52,6 +52,11 @@ bool tellsMore(const Roles& roles, const Roles& known) {
     });
 }
 
+bool haveInCommon(const std::string& text, const std::string& value) {
+    return !text.empty() && (text.find(value) != std::string::npos || value.find(text) != std::string::npos ||
+                             text.starts_with(value.substr(0, kRelated)) || value.ends_with(text.substr(0, kRelated)));
+}
+
 bool isListed(const Question& question) {
     return question.place.isListed;
 }
@@ -94,25 +99,32 @@ void Experiments::experiment() {
     for (std::size_t i = 0; i < all.size(); ++i)
         all[i] = i;
     if (m_options.giversOnly)
-        std::erase_if(all, [&](std::size_t place) { return !isRelated(m_places[place]); });
+        std::erase_if(all,
+                      [&, values = wantedValues()](std::size_t place) { return !isRelated(m_places[place], values); });
     tryPlaces(all);
     if (!m_options.giversOnly)
         tryWords();
 }
 
-// Whether an answer and a field that is asked for have letters and digits in common.
-bool Experiments::isRelated(const PlaceQuestions& place) const {
+// The letters and digits of the fields that are asked for.
+std::vector<std::string> Experiments::wantedValues() const {
     const Record record(m_outcome.record);
-    for (const std::size_t number : place.questions)
-        for (const std::string& item : answerOf(m_questions[number].call).items)
-            for (std::size_t field = 0; field < fields().size(); ++field) {
-                const std::string text = plain(item);
-                const std::string value = m_options.outputs.test(field) ? plain(record.textOf(field)) : "";
-                if (!text.empty() && !value.empty() &&
-                    (text.find(value) != std::string::npos || value.find(text) != std::string::npos ||
-                     text.starts_with(value.substr(0, kRelated)) || value.ends_with(text.substr(0, kRelated))))
-                    return true;
-            }
+    std::vector<std::string> values;
+    for (std::size_t field = 0; field < fields().size(); ++field)
+        if (std::string value = m_options.outputs.test(field) ? plain(record.textOf(field)) : ""; !value.empty())
+            values.push_back(std::move(value));
+    return values;
+}
+
+// Whether an answer has letters and digits in common with one of the values.
+bool Experiments::isRelated(const PlaceQuestions& place, const std::vector<std::string>& values) const {
+    for (const std::size_t number : place.questions) {
+        const Answer answer = answerOf(m_questions[number].call);
+        for (const std::string& item : answer.items)
+            if (std::ranges::any_of(
+                    values, [text = plain(item)](const std::string& value) { return haveInCommon(text, value); }))
+                return true;
+    }
     return false;
 }
 

@@ -64,7 +64,8 @@ class Experiments {
     void tryOccurrences(const PlaceQuestions& place, std::vector<Effect>& effects);
     Outputs tryOccurrence(Occurrence& occurrence, Question& question, Effect& effect);
     void tryFailures(const PlaceQuestions& place);
-    bool isRelated(const PlaceQuestions& place) const;
+    std::vector<std::string> wantedValues() const;
+    bool isRelated(const PlaceQuestions& place, const std::vector<std::string>& values) const;
     void tryWords();
     void tryWordsAt(const std::vector<std::size_t>& texts, const std::vector<std::string>& words);
     void tryEveryWord(const std::vector<std::string>& words, const std::vector<std::size_t>& texts);
