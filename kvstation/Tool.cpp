@@ -47,6 +47,7 @@ void refuseUnknownVerb(const std::vector<std::string>& arguments, const std::vec
     if (typed == "import")  // Windows: natively it is a verb
         throw Failure("import needs the native (Linux) tool; 'kvstation simulate STATION' takes here what it wrote");
     std::vector<std::string_view> names;
+    names.reserve(verbs.size());
     for (const Verb& verb : verbs)
         names.push_back(verb.command->get_name());
     throw WrongUse("'" + typed + "' is no verb" + describeSimilar(similarWords(typed, names)) +

@@ -15,6 +15,7 @@ std::vector<std::vector<std::string>> fieldsOf(const simwin::Station& station, c
     World world(station);
     HangingFields hanging(Experiments(world, collector, options));
     std::vector<std::vector<std::string>> fields;
+    fields.reserve(calls.size());
     for (const TimedCall& one : calls)
         fields.push_back(hanging.next(one.call));
     return fields;

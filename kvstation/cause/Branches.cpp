@@ -27,11 +27,9 @@ void eachVersion(const simwin::Station& station, const Collector& collector, Vis
     World world(station);
     for (Alternative& alternative :
          alternativesAt(world, memberPlace({"version"}), findCallRow("GetVersionExA")->samples)) {
-        for (Change& change : alternative.changes)
-            world.toggle(change);
+        world.make(alternative.changes);
         run(*world.station());
-        for (Change& change : alternative.changes)
-            world.toggle(change);
+        world.unmake(alternative.changes);
     }
 }
 

@@ -90,11 +90,13 @@ std::size_t longestOf(const PlacedCause& one) {
 void sortCauses(std::vector<Cause>& causes, const std::string& value) {
     const std::string searched = plain(value);
     std::vector<PlacedCause> placed;
+    placed.reserve(causes.size());
     for (Cause& cause : causes) {
         std::vector<std::string> texts = textsOf(cause);
         placed.push_back({std::move(cause), std::move(texts), searched.size()});
     }
     std::vector<PlacedCause*> longestFirst;
+    longestFirst.reserve(placed.size());
     for (PlacedCause& one : placed)
         longestFirst.push_back(&one);
     std::ranges::stable_sort(longestFirst, std::ranges::greater(),
@@ -125,8 +127,7 @@ std::optional<simwin::Station> withoutGivers(const simwin::Station& station, con
         World world(changed);
         for (Alternative& alternative : alternativesAt(world, cause.place, {}))
             if (alternative.isAbsence) {
-                for (Change& change : alternative.changes)
-                    world.toggle(change);
+                world.make(alternative.changes);
                 changed = *world.station();
                 isChanged = true;
                 break;

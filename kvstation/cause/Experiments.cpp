@@ -420,13 +420,11 @@ Experiments::Effect Experiments::runWith(std::span<const WordAt> placed) {
 }
 
 Outcome Experiments::run(Alternative& alternative) {
-    for (Change& change : alternative.changes)
-        m_world.toggle(change);
+    m_world.make(alternative.changes);
     simwin::Machine machine(m_world.station());
     Outcome outcome = runNoted(machine);
     noteOtherRun(outcome, [](simwin::Machine&) {});
-    for (auto change = alternative.changes.rbegin(); change != alternative.changes.rend(); ++change)
-        m_world.toggle(*change);
+    m_world.unmake(alternative.changes);
     return outcome;
 }
 
@@ -434,11 +432,9 @@ Outcome Experiments::runOnce(Alternative& alternative, std::uint64_t number) {
     bool isMade = false;
     const std::function<void()> toggle = [&] {
         if (isMade)
-            for (auto change = alternative.changes.rbegin(); change != alternative.changes.rend(); ++change)
-                m_world.toggle(*change);
+            m_world.unmake(alternative.changes);
         else
-            for (Change& change : alternative.changes)
-                m_world.toggle(change);
+            m_world.make(alternative.changes);
         isMade = !isMade;
     };
     simwin::Machine machine(m_world.station());

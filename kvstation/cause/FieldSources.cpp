@@ -32,6 +32,7 @@ std::string textOf(Names names) {
 
 std::vector<std::vector<FieldCauses>> causesOver(const std::vector<std::string>& folders) {
     std::vector<std::vector<FieldCauses>> stations;
+    stations.reserve(folders.size());
     for (const std::string& folder : folders)
         stations.push_back(allCauses(readStationFolder(folder)));
     return stations;
@@ -46,6 +47,7 @@ std::vector<std::string> sourcesIn(const std::vector<std::vector<FieldCauses>>& 
                     (cause.role != Role::Decides ? all[causes.field].givers : all[causes.field].deciders)
                         .insert(shortName(cause));
     std::vector<std::string> texts;
+    texts.reserve(all.size());
     for (const Names& names : all)
         texts.push_back(textOf(names));
     return texts;

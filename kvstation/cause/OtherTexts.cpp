@@ -39,7 +39,7 @@ bool differsEverywhere(const std::string& left, const std::string& right) {
 
 std::string otherNumber(unsigned number) {
     constexpr unsigned kLargest = 255;
-    const std::string text = std::to_string(number);
+    std::string text = std::to_string(number);
     for (unsigned other = 0; other <= kLargest; ++other)
         if (std::string candidate = std::to_string(other); differsEverywhere(candidate, text))
             return candidate;

@@ -62,7 +62,8 @@ class Mover {
         World world(m_station);
         std::string text = simwin::fromUtf8Leniently(decider.answer->items.front());
         text.resize(std::max(text.size(), limit()), '0');
-        apply(world, withWords(world, std::vector<PlacedWord>{{&decider.place, &text}}));
+        std::vector<Change> changes = withWords(world, std::vector<PlacedWord>{{&decider.place, &text}});
+        world.make(changes);
         return valueIn(world);
     }
 
@@ -76,11 +77,6 @@ class Mover {
 
     std::size_t limit() const { return fields()[m_field].limit; }
 
-    static void apply(World& world, std::vector<Change> changes) {
-        for (Change& change : changes)
-            world.toggle(change);
-    }
-
     // Takes what stands first away and gives what came into sight at the end.
     std::optional<std::string> moveUp(World& world, const std::string& seen, const std::vector<Cause>& givers) {
         for (const Cause& giver : givers) {
@@ -90,7 +86,8 @@ class Mover {
             if (giver.role == Role::Gives && text.size() > seen.size() &&
                 simwin::equalNoCase(text.substr(0, seen.size()), seen)) {
                 const std::string rest = text.substr(seen.size());
-                apply(world, withWords(world, std::vector<PlacedWord>{{&giver.place, &rest}}));
+                std::vector<Change> changes = withWords(world, std::vector<PlacedWord>{{&giver.place, &rest}});
+                world.make(changes);
                 return valueIn(world);
             }
             if (const std::string more = moveListUp(world, giver.place, seen); !more.empty())
@@ -129,14 +126,12 @@ class Mover {
         for (Alternative& alternative : alternativesAt(world, place, {})) {
             if (!alternative.isAbsence)
                 continue;
-            for (Change& change : alternative.changes)
-                world.toggle(change);
+            world.make(alternative.changes);
             const std::string now = valueIn(world);
             for (std::size_t gone = 1; gone < seen.size(); ++gone)
                 if (now.starts_with(seen.substr(gone)))
                     return now.substr(seen.size() - gone);
-            for (auto change = alternative.changes.rbegin(); change != alternative.changes.rend(); ++change)
-                world.toggle(*change);
+            world.unmake(alternative.changes);
         }
         return std::nullopt;
     }

@@ -110,6 +110,14 @@ void World::toggle(Change& change) {
     std::visit([&](auto& one) { exchange(*m_station, one); }, change);
 }
 
+void World::make(std::vector<Change>& changes) {
+    std::for_each(changes.begin(), changes.end(), [this](Change& change) { toggle(change); });
+}
+
+void World::unmake(std::vector<Change>& changes) {
+    std::for_each(changes.rbegin(), changes.rend(), [this](Change& change) { toggle(change); });
+}
+
 const Json* World::find(const MemberPath& path) const {
     const Json* place = &m_json;
     for (const std::string& name : path) {

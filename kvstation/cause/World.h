@@ -47,6 +47,8 @@ class World {
 
     // Makes a change, or unmakes it when it is in force. Changes are unmade in the reverse order of their making.
     void toggle(Change& change);
+    void make(std::vector<Change>& changes);
+    void unmake(std::vector<Change>& changes);
 
     // Null when nothing is described there.
     const Json* find(const simwin::MemberPath& path) const;
