@@ -79,6 +79,12 @@ Place file(const ObservedCall& call) {
     return isFull ? memberPlace({"files", path}) : Place{};
 }
 
+// Windows 9x has no tokens.
+Place token(const ObservedCall& call) {
+    constexpr std::uint32_t kNotImplemented = 120;
+    return !call.succeeded && call.error == kNotImplemented ? memberPlace({"version"}) : failure(call);
+}
+
 Place library(const ObservedCall& call) {
     const std::string name = utf8(call, 0);
     if (simwin::equalNoCase(name, "wfapi64.dll"))
@@ -206,7 +212,7 @@ constexpr CallRow kRows[] = {
     {"RegEnumKeyA", "a sub-key of the registry key", listedKey},
     {"RegEnumValueA", "a value of the registry key", listedValue},
     {"OpenProcess", "the own process", member<kProcess>, R"([{"id": 77, "sessionId": 7}])"},
-    {"OpenProcessToken", "the process's token", failure, "[5]"},
+    {"OpenProcessToken", "the process's token", token, "[5]"},
     {"GetTokenInformation", "the number of the process's session", member<kProcess, kSessionId>, "[0, 1, 7]"},
     {"GetCurrentProcessId", "the process's number", member<kProcess, kId>},
     {"GetUserNameA", "the Windows account", member<kUser, kName>, kName15},
