@@ -76,11 +76,9 @@ class Proof {
         const auto toggle = [&] {
             isMade = !isMade;
             if (isMade)
-                for (kvstation::Change& change : changes)
-                    m_world.toggle(change);
+                m_world.make(changes);
             else
-                for (auto change = changes.rbegin(); change != changes.rend(); ++change)
-                    m_world.toggle(*change);
+                m_world.unmake(changes);
         };
         if (call != 0)
             return runStation(m_collector, m_world.station(), {.toChange = call, .toggle = toggle});

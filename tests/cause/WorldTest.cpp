@@ -11,7 +11,6 @@
 namespace kvtest {
 namespace {
 
-using kvstation::Change;
 using kvstation::World;
 
 std::string filesOf(const simwin::Station& station) {
@@ -37,12 +36,10 @@ TEST(World, IsTheSameToTheByteOnceEachChangeIsUnmade) {
             if (all.empty() || ++count % 4 != 0)
                 continue;
             kvstation::Alternative& one = all[count % all.size()];
-            for (Change& change : one.changes)
-                world.toggle(change);
+            world.make(one.changes);
             // Another spelling of a version is the same one: not each change is seen in the files.
             changed += filesOf(*world.station()) != before ? 1 : 0;
-            for (auto change = one.changes.rbegin(); change != one.changes.rend(); ++change)
-                world.toggle(*change);
+            world.unmake(one.changes);
             if (filesOf(*world.station()) != before)
                 complaints.push_back(nameOf(question.place));
         }
