@@ -48,6 +48,10 @@ bool IsWhiteSpace(char character) noexcept {
     return std::strchr(" \t\n\v\f\r", character) != nullptr;
 }
 
+const unsigned char* Bytes(const char* text) noexcept {
+    return reinterpret_cast<const unsigned char*>(text);
+}
+
 }  // namespace
 
 CString::CString() noexcept : m_pszData(EmptyText()) {}
@@ -132,18 +136,19 @@ void CString::Format(const char* format, ...) {
 }
 
 int CString::Find(char character) const noexcept {
-    const char* found = character != '\0' ? std::strchr(m_pszData, character) : nullptr;
-    return found != nullptr ? static_cast<int>(found - m_pszData) : -1;
+    return character != '\0' ? PositionOf(_mbschr(Bytes(m_pszData), static_cast<unsigned char>(character))) : -1;
 }
 
 int CString::Find(const char* part) const noexcept {
-    const char* found = std::strstr(m_pszData, part);
-    return found != nullptr ? static_cast<int>(found - m_pszData) : -1;
+    return PositionOf(_mbsstr(Bytes(m_pszData), Bytes(part)));
 }
 
 int CString::ReverseFind(char character) const noexcept {
-    const char* found = character != '\0' ? std::strrchr(m_pszData, character) : nullptr;
-    return found != nullptr ? static_cast<int>(found - m_pszData) : -1;
+    return character != '\0' ? PositionOf(_mbsrchr(Bytes(m_pszData), static_cast<unsigned char>(character))) : -1;
+}
+
+int CString::PositionOf(const unsigned char* found) const noexcept {
+    return found != nullptr ? static_cast<int>(found - Bytes(m_pszData)) : -1;
 }
 
 CString CString::Left(int count) const {
@@ -187,11 +192,14 @@ CString& CString::Trim() {
         ++first;
     while (end > first && IsWhiteSpace(m_pszData[end - 1]))
         --end;
+    // A lead byte takes the first of them for its second byte.
+    if (end > first && end < GetLength() && Left(end + 1).ReverseFind(m_pszData[end]) != end)
+        ++end;
     return *this = Mid(first, end - first);
 }
 
 int CString::Compare(const char* text) const noexcept {
-    return std::strcmp(m_pszData, OrEmpty(text));
+    return _mbscmp(Bytes(m_pszData), Bytes(OrEmpty(text)));
 }
 
 int CString::CompareNoCase(const char* text) const {

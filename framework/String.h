@@ -6,7 +6,8 @@
 //
 // The object is one pointer to the characters, which are always terminated. A header stands before them
 // (framework/StringData.h), and both come from the process heap, so that a companion DLL can fill a string of ours and
-// either side can release it. Lengths and positions are bytes, without the terminator.
+// either side can release it. Lengths and positions are bytes, without the terminator, also where a character has two:
+// Left, Right and Mid can cut one in half.
 // Not for use by two threads at once. A failed allocation throws std::bad_alloc; nothing else is thrown.
 class CString {
   public:
@@ -36,7 +37,8 @@ class CString {
     void
     Format(const char* format, ...);
 
-    // First (last) position of `character` or `part`; -1 when it does not occur.
+    // First (last) position of `character` or `part`; -1 when it does not occur. By characters of the ANSI code page: a
+    // backslash is not found in the second byte of another character.
     int Find(char character) const noexcept;
     int Find(const char* part) const noexcept;
     int ReverseFind(char character) const noexcept;
@@ -54,7 +56,8 @@ class CString {
     // Removes blanks, tabs, line ends, vertical tabs and form feeds at both ends.
     CString& Trim();
 
-    // Below 0, 0 or above 0 as this text stands before, with or behind `text`; NoCase compares the lower-case forms.
+    // Below 0, 0 or above 0 as this text stands before, with or behind `text`, character by character; NoCase compares
+    // the lower-case forms.
     int Compare(const char* text) const noexcept;
     int CompareNoCase(const char* text) const;
 
@@ -66,6 +69,7 @@ class CString {
 
   private:
     static CString Join(const char* left, std::size_t leftLength, const char* right, std::size_t rightLength);
+    int PositionOf(const unsigned char* found) const noexcept;
     void Assign(const char* text, std::size_t length);
     void Append(const char* text, std::size_t length);
     char* Unshare();

@@ -14,8 +14,11 @@ using simwin::textOf;
 
 constexpr std::size_t kLongestValue = 1 << 20;
 
-std::ptrdiff_t depthOf(const std::string& key) {
-    return std::count(key.begin(), key.end(), '\\');
+std::ptrdiff_t depthOf(std::string_view key) {
+    std::ptrdiff_t depth = 0;
+    for (; !simwin::withoutLastPiece(key).empty(); key = simwin::withoutLastPiece(key))
+        ++depth;
+    return depth;
 }
 
 template <class Places>

@@ -7,6 +7,7 @@
 #include "kvstation/Errors.h"
 #include "kvstation/FieldTable.h"
 #include "kvstation/Files.h"
+#include "kvstation/JsonView.h"
 #include "kvstation/Output.h"
 #include "kvstation/Progress.h"
 #include "kvstation/Similar.h"
@@ -54,7 +55,7 @@ std::string explainOne(const ExplainOptions& options, const simwin::Station& sta
     const ExperimentOptions experiments{.progress = [&](double done) { progress.tell(done); }};
     const Collector collector;
     const FieldCauses causes = causesOfOne(world, collector, experiments, findField(options.field));
-    return options.json ? causesJson(causes).dump(2) + "\n" : causesText(causes, standardOutput().hasColours);
+    return options.json ? printed(causesJson(causes)) : causesText(causes, standardOutput().hasColours);
 }
 
 std::string explainAll(const ExplainOptions& options, const simwin::Station& station) {
@@ -64,7 +65,7 @@ std::string explainAll(const ExplainOptions& options, const simwin::Station& sta
         list.push_back(causesJson(causes));
         text += causesLine(causes, standardOutput().hasColours);
     }
-    return options.json ? list.dump(2) + "\n" : text;
+    return options.json ? printed(list) : text;
 }
 
 int explain(ExplainOptions options) {

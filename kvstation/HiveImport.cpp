@@ -112,7 +112,7 @@ std::vector<std::string> warningsOf(const HiveFacts& facts, const HiveRegistry& 
     std::vector<std::string> lines;
     for (const std::string& file : registry.dirtyFiles())
         lines.push_back(file + " was not written to its end; what Windows kept in the log beside it is missing");
-    if (!facts.ansiCodePage.empty() && facts.ansiCodePage != std::to_string(simwin::kAnsiCodePage))
+    if (!facts.ansiCodePage.empty() && facts.ansiCodePage != std::to_string(simwin::kDefaultCodePage))
         lines.push_back("this Windows has the ANSI code page " + facts.ansiCodePage +
                         "; a station has 1252, which turns other characters into \"?\"");
     return lines;

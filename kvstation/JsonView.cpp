@@ -7,6 +7,9 @@
 
 #include "kvstation/Errors.h"
 #include "kvstation/VisibleText.h"
+#include "simwin/CodePage.h"
+#include "simwin/HexText.h"
+#include "simwin/MemberReaders.h"
 
 namespace kvstation {
 namespace {
@@ -52,14 +55,27 @@ Json parse(std::string_view json, std::string_view name) {
     }
 }
 
+// What the record's own code page makes of it is known where it holds all characters.
+Value valueOf(std::string text) {
+    simwin::Utf8Error ignored{};
+    const std::optional<std::string> bytes = simwin::fromUtf8(text, ignored);
+    const std::size_t length = bytes ? bytes->size() : characters(text);
+    return {.text = std::move(text), .number = 0, .filled = length, .bytes = bytes.value_or(std::string())};
+}
+
+Value exactValue(std::string bytes) {
+    return {.text = simwin::toUtf8(bytes), .number = 0, .filled = bytes.size(), .bytes = std::move(bytes)};
+}
+
 Value readText(const Json& value, const Field& field, std::string_view name) {
-    if (!value.is_string())
+    const bool isExact = value.is_object() && value.contains("hex");
+    if (!value.is_string() && !isExact)
         fail(name, std::string(field.name) + " must be a text");
-    std::string text = value.get<std::string>();
-    const std::size_t length = columns(text);
-    if (length > field.width)
+    Value read = isExact ? exactValue(simwin::readHex({value["hex"], std::string(name), "/" + std::string(field.name)}))
+                         : valueOf(value.get<std::string>());
+    if (read.filled > field.width)
         fail(name, std::string(field.name) + " is longer than its " + std::to_string(field.width) + " bytes");
-    return {.text = std::move(text), .number = 0, .filled = length};
+    return read;
 }
 
 bool fits(const Json& value, FieldType type) {
@@ -75,7 +91,7 @@ bool fits(const Json& value, FieldType type) {
 Value readNumber(const Json& value, const Field& field, std::string_view name) {
     if (!fits(value, field.type))
         fail(name, std::string(field.name) + " must be a whole number of 32 bits");
-    return {.text = {}, .number = value.get<std::int64_t>(), .filled = field.width};
+    return {.text = {}, .number = value.get<std::int64_t>(), .filled = field.width, .bytes = {}};
 }
 
 void refuseForeignNames(const Json& object, std::string_view name) {
@@ -84,18 +100,30 @@ void refuseForeignNames(const Json& object, std::string_view name) {
             fail(name, "'" + item.key() + "' is no field of a station record");
 }
 
+// Where the text does not tell all of its bytes, such as half a character at the field's end, they stand beside it.
+Json textJson(const Value& value) {
+    const bool isWhole = simwin::isUtf8(value.text) && simwin::fromUtf8Leniently(value.text) == value.bytes;
+    if (isWhole || value.bytes.empty())
+        return value.text;
+    return {{"text", value.text}, {"hex", simwin::hexText(value.bytes, ' ')}};
+}
+
 }  // namespace
+
+std::string printed(const nlohmann::ordered_json& json) {
+    return json.dump(kJsonIndent, ' ', false, Json::error_handler_t::replace) + "\n";
+}
 
 std::string jsonView(const Record& record) {
     Json object = Json::object();
     for (std::size_t i = 0; i < fields().size(); ++i) {
         const Field& field = fields()[i];
         if (field.type == FieldType::Text)
-            object[std::string(field.name)] = record[i].text;
+            object[std::string(field.name)] = textJson(record[i]);
         else
             object[std::string(field.name)] = record[i].number;
     }
-    return object.dump(kJsonIndent) + "\n";
+    return printed(object);
 }
 
 Record recordFromJson(std::string_view json, std::string_view name) {

@@ -1,6 +1,9 @@
-// A record as JSON: one object with the record's field names in the order of their offsets, numbers as numbers.
+// A record as JSON: one object with the record's field names in the order of their offsets, numbers as numbers. A text
+// that holds bytes that are no character of its code page is an object with the text, as far as it goes, and its bytes:
+// {"text": "...", "hex": "41 83"}.
 #pragma once
 
+#include <nlohmann/json_fwd.hpp>
 #include <string>
 #include <string_view>
 
@@ -10,8 +13,11 @@ namespace kvstation {
 
 std::string jsonView(const Record& record);
 
-// Reads what jsonView wrote. Throws Failure with what is wrong, a field that stands twice included; `name` is the file
-// that it tells of.
+// JSON as the tool prints it; a byte that is no character becomes the replacement character.
+std::string printed(const nlohmann::ordered_json& json);
+
+// Reads what jsonView wrote; texts are in the ANSI code page in force where that holds them. Throws Failure with what
+// is wrong, a field that stands twice included; `name` is the file that it tells of.
 Record recordFromJson(std::string_view json, std::string_view name);
 
 }  // namespace kvstation

@@ -5,6 +5,7 @@
 
 #include "include/kvcstat.h"
 #include "kvstation/FieldTable.h"
+#include "kvstation/JsonView.h"
 
 namespace kvstation {
 namespace {
@@ -177,7 +178,7 @@ std::string layoutJson(const FieldSources& sources) {
             object["source"] = row.source;
         array.push_back(std::move(object));
     }
-    return array.dump(2) + "\n";
+    return printed(array);
 }
 
 std::string layoutMarkdown(const FieldSources& sources) {

@@ -2,9 +2,12 @@
 
 #ifdef _WIN32
 
+#include "framework/Windows.h"
 #include "kvstation/Utf16.h"
+#include "simwin/CodePage.h"
 
 extern "C" int wmain(int count, wchar_t** words) {
+    simwin::useCodePage(GetACP());
     std::vector<std::string> arguments;
     for (int i = 1; i < count; ++i)
         arguments.push_back(kvstation::toUtf8(words[i]));

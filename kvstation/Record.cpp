@@ -2,7 +2,7 @@
 
 #include <cstring>
 
-#include "kvstation/CodePageText.h"
+#include "simwin/CodePage.h"
 
 namespace kvstation {
 namespace {
@@ -10,7 +10,8 @@ namespace {
 // A field need not be terminated within its width.
 Value decodeText(const char* bytes, std::size_t width) {
     const std::size_t length = strnlen(bytes, width);
-    return {.text = utf8FromAnsi({bytes, length}), .number = 0, .filled = length};
+    const std::string_view value(bytes, length);
+    return {.text = simwin::toUtf8(value), .number = 0, .filled = length, .bytes = std::string(value)};
 }
 
 std::uint32_t littleEndian(const char* bytes) {
@@ -23,8 +24,8 @@ std::uint32_t littleEndian(const char* bytes) {
 Value decodeNumber(const char* bytes, FieldType type) {
     const std::uint32_t number = littleEndian(bytes);
     if (type == FieldType::Unsigned)
-        return {.text = {}, .number = number, .filled = sizeof number};
-    return {.text = {}, .number = static_cast<std::int32_t>(number), .filled = sizeof number};
+        return {.text = {}, .number = number, .filled = sizeof number, .bytes = {}};
+    return {.text = {}, .number = static_cast<std::int32_t>(number), .filled = sizeof number, .bytes = {}};
 }
 
 }  // namespace

@@ -16,15 +16,17 @@ namespace kvstation {
 using RecordBytes = std::array<char, KVCSTAT_RECORD_SIZE>;
 
 struct Value {
-    std::string text;         // of a text field, in UTF-8
+    std::string text;         // of a text field, in UTF-8; bytes that are no character stand as they are
     std::int64_t number = 0;  // of a number
     std::size_t filled = 0;   // how many bytes of the field the value takes; 0 when it is empty
+    std::string bytes;        // of a text field as the record holds it, in its code page
 };
 
 // The values in the order of fields().
 class Record {
   public:
     Record() : m_values(fields().size()) {}
+    // Texts are read as those of the ANSI code page in force.
     explicit Record(const RecordBytes& bytes);
 
     const Value& operator[](std::size_t field) const { return m_values[field]; }

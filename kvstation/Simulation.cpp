@@ -28,6 +28,7 @@ std::string productOf(const simwin::Station& station) {
 Report simulateStation(const simwin::Station& station, const std::string& origin) {
     simwin::Machine machine(station);
     const RecordBytes bytes = collectOn(machine);
+    const simwin::CodePageScope scope(station.codePages.ansi);
     return {.record = Record(bytes),
             .bytes = bytes,
             .product = productOf(station),

@@ -2,6 +2,7 @@
 
 #include "kvstation/Errors.h"
 #include "kvstation/Files.h"
+#include "simwin/CodePage.h"
 #include "simwin/StationReader.h"
 
 namespace kvstation {
@@ -9,7 +10,9 @@ namespace kvstation {
 simwin::Station readStationFolder(const std::string& folder) {
     if (!isFolder(folder))
         throw Failure(folder + " is no folder; a station is a folder with registry.reg and station.json");
-    return simwin::readStation(pathOf(folder));
+    simwin::Station station = simwin::readStation(pathOf(folder));
+    simwin::useCodePage(station.codePages.ansi);
+    return station;
 }
 
 RecordBytes collectOn(simwin::Machine& machine) {

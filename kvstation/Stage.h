@@ -10,7 +10,8 @@
 
 namespace kvstation {
 
-// Throws Failure, with file, line and what is wrong when the folder describes no station.
+// Throws Failure, with file, line and what is wrong when the folder describes no station. Puts the station's ANSI code
+// page in force: what is told from now on is told of it.
 simwin::Station readStationFolder(const std::string& folder);
 
 // The module, ready to collect again and again. What it prints meanwhile is not to be seen.

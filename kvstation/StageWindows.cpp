@@ -40,7 +40,9 @@ RecordBytes collect(const Library& library, simwin::Machine& machine) {
 RecordBytes collectObserved(const Library& library, simwin::CallObserver& observer) {
     simwin::Relay relay;
     addFunctions(relay, library.handle());
-    simwin::Machine machine{simwin::Station()};
+    simwin::Station watched;
+    watched.codePages.ansi = simwin::codePageInForce();
+    simwin::Machine machine(std::move(watched));
     machine.relayTo(&relay);
     machine.observe(&observer);
     const redirect::Redirection redirection(library.handle(), answers(false));

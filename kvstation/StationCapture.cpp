@@ -56,7 +56,7 @@ std::string dottedOf(std::uint64_t address) {
 }
 
 bool isFullPath(std::string_view path) {
-    return path.size() > 3 && path[1] == ':' && path[2] == '\\' && !path.ends_with('\\');
+    return path.size() > 3 && path[1] == ':' && path[2] == '\\' && !simwin::endsWithCharacter(path, '\\');
 }
 
 simwin::File& fileOf(Station& station, const std::string& path) {
@@ -68,7 +68,7 @@ simwin::File& fileOf(Station& station, const std::string& path) {
 
 simwin::Drive* driveOf(Station& station, const ObservedCall& call) {
     const std::string root = text(call, 0);
-    return root.empty() ? nullptr : &station.drives[simwin::toUpper(root[0])];
+    return root.empty() ? nullptr : &station.drives[simwin::upperAscii(root[0])];
 }
 
 simwin::Process& processOf(Station& station) {
@@ -220,10 +220,10 @@ struct CaptureTaker {
     // Each part of a path is looked for below the parts before it, which are known by then.
     static void foundFile(StationCapture& capture, const ObservedCall& call) {
         const std::string asked = text(call, 0);
-        if (!call.succeeded || asked.find('\\') == std::string::npos)
+        const std::string parent(simwin::withoutLastPiece(asked));
+        if (!call.succeeded || parent.empty())
             return;
         const auto data = structure<WIN32_FIND_DATAA>(call, 1);
-        const std::string parent = asked.substr(0, asked.find_last_of('\\'));
         const auto known = capture.m_realPaths.find(parent);
         const std::string real = (known != capture.m_realPaths.end() ? known->second : parent) + "\\" +
                                  std::string(data.cFileName, strnlen(data.cFileName, sizeof data.cFileName));

@@ -9,12 +9,16 @@
 
 #include "kvstation/CapturedRegistry.h"
 #include "simwin/CallObserver.h"
+#include "simwin/CodePage.h"
 #include "simwin/Station.h"
 
 namespace kvstation {
 
 class StationCapture : public simwin::CallObserver {
   public:
+    // Of a station whose ANSI code page is in force now.
+    StationCapture() { m_station.codePages.ansi = simwin::codePageInForce(); }
+
     void ends(const simwin::ObservedCall& call) override;
 
     // What was told so far.

@@ -4,6 +4,7 @@
 
 #include "kvstation/Errors.h"
 #include "kvstation/Files.h"
+#include "simwin/CodePage.h"
 #include "simwin/RegistryWriter.h"
 #include "simwin/StationWriter.h"
 
@@ -28,6 +29,7 @@ void refuseStation(const std::string& folder) {
 }  // namespace
 
 void writeStationFolder(const simwin::Station& station, const std::string& folder) {
+    const simwin::CodePageScope scope(station.codePages.ansi);
     makeFolder(folder);
     refuseStation(folder);
     writeFile(folder + "/registry.reg", simwin::writeRegistry(station.registry));

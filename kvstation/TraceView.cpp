@@ -1,4 +1,5 @@
 #include "kvstation/TraceView.h"
+#include "kvstation/JsonView.h"
 
 #include <algorithm>
 #include <nlohmann/json.hpp>
@@ -112,7 +113,7 @@ std::string traceJson(const std::vector<TracedCall>& calls, const TraceOptions& 
             one["error"] = {{"code", error->code}, {"name", error->name}};
         list.push_back(std::move(one));
     }
-    return list.dump(2) + "\n";
+    return printed(list);
 }
 
 }  // namespace kvstation

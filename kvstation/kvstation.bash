@@ -3,7 +3,7 @@
 
 _kvstation_verbs() { "$1" --help 2>/dev/null | sed -n '/^Subcommands:/,/^$/ s/^  \([a-z]\+\) .*/\1/p'; }
 
-_kvstation_options() { "$1" "$2" --help 2>/dev/null | sed -n 's/^  \(-[a-z],\)\?\(--[a-z]\+\).*/\2/p'; }
+_kvstation_options() { "$1" "$2" --help 2>/dev/null | sed -n 's/^  \(-[a-z],\)\?\(--[a-z-]\+\).*/\2/p'; }
 
 _kvstation_fields() { "$1" layout 2>/dev/null | awk 'NR > 1 && $6 !~ /^reserved/ { print $6 }'; }
 

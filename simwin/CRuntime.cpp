@@ -1,5 +1,7 @@
+#include <algorithm>
 #include <cstring>
 #include <limits>
+#include <string_view>
 
 #include "simwin/Call.h"
 #include "simwin/Calls.h"
@@ -36,21 +38,72 @@ struct ChangedText {
 };
 
 template <class Character>
-Character* change(Character* text, char (*changed)(char) noexcept) {
-    for (Character* place = text; place != nullptr && *place != 0; ++place)
-        *place = static_cast<Character>(changed(static_cast<char>(*place)));
+Character* change(Character* text, void (*changed)(char*) noexcept) {
+    if (text != nullptr)
+        changed(reinterpret_cast<char*>(text));
     return text;
 }
 
-char upperInC(char character) noexcept {
-    return character >= 'a' && character <= 'z' ? static_cast<char>(character - 'a' + 'A') : character;
+void upperInC(char* text) noexcept {
+    std::transform(text, text + std::strlen(text), text, upperAscii);
+}
+
+// A character's number, 0 at the end; half of one at the end is the end.
+unsigned takeCharacter(std::string_view& text) {
+    const std::size_t length = characterLengthInC(text);
+    const bool isHalf = length == 1 && text.size() == 1 && isLeadByte(text[0]);
+    unsigned number = 0;
+    for (const char byte : text.substr(0, isHalf ? 0 : length))
+        number = number << 8 | byteOf(byte);
+    text.remove_prefix(length);
+    return number;
+}
+
+std::string_view viewOf(const unsigned char* text) {
+    return reinterpret_cast<const char*>(text);
 }
 
 int compare(const unsigned char* left, const unsigned char* right) {
     if (left == nullptr || right == nullptr)
         return std::numeric_limits<int>::max();
-    const int difference = std::strcmp(reinterpret_cast<const char*>(left), reinterpret_cast<const char*>(right));
-    return difference < 0 ? -1 : difference > 0 ? 1 : 0;
+    for (std::string_view leftRest = viewOf(left), rightRest = viewOf(right);;) {
+        const unsigned leftNumber = takeCharacter(leftRest);
+        const unsigned rightNumber = takeCharacter(rightRest);
+        if (leftNumber != rightNumber)
+            return leftNumber < rightNumber ? -1 : 1;
+        if (leftNumber == 0)
+            return 0;
+    }
+}
+
+// The first place, or the last, that is a character's and that `isWanted`.
+template <class Wanted>
+const unsigned char* find(const unsigned char* text, bool isLast, Wanted isWanted) {
+    const unsigned char* found = nullptr;
+    if (text == nullptr)
+        return found;
+    for (std::string_view rest = viewOf(text); !rest.empty() && (isLast || found == nullptr);
+         rest.remove_prefix(characterLengthInC(rest)))
+        if (isWanted(rest))
+            found = reinterpret_cast<const unsigned char*>(rest.data());
+    return found;
+}
+
+const unsigned char* findCharacterInC(const unsigned char* text, unsigned character, bool isLast) {
+    if (character == 0 && text != nullptr)
+        return text + viewOf(text).size();
+    return find(text, isLast, [character](std::string_view rest) { return takeCharacter(rest) == character; });
+}
+
+const unsigned char* findPart(const unsigned char* text, const unsigned char* part) {
+    if (part == nullptr || text == nullptr || *part == '\0')
+        return part != nullptr ? text : nullptr;
+    return find(text, false, [part](std::string_view rest) { return rest.starts_with(viewOf(part)); });
+}
+
+// The C runtime's functions take a text that they do not change and give a place in it that can be changed.
+unsigned char* changeable(const unsigned char* place) {
+    return const_cast<unsigned char*>(place);
 }
 
 Text textOf(const unsigned char* text) {
@@ -66,12 +119,14 @@ char* sim__strupr(char* text) {
 
 unsigned char* sim__mbsupr(unsigned char* text) {
     return makeCall<sim__mbsupr>(
-        "_mbsupr", kNeverFails, [&](Machine&) { return change(text, toUpper); }, ChangedText<unsigned char>{text});
+        "_mbsupr", kNeverFails, [&](Machine&) { return change(text, makeUpperCase); },
+        ChangedText<unsigned char>{text});
 }
 
 unsigned char* sim__mbslwr(unsigned char* text) {
     return makeCall<sim__mbslwr>(
-        "_mbslwr", kNeverFails, [&](Machine&) { return change(text, toLower); }, ChangedText<unsigned char>{text});
+        "_mbslwr", kNeverFails, [&](Machine&) { return change(text, makeLowerCase); },
+        ChangedText<unsigned char>{text});
 }
 
 int sim__mbscmp(const unsigned char* left, const unsigned char* right) {
@@ -79,4 +134,27 @@ int sim__mbscmp(const unsigned char* left, const unsigned char* right) {
         return sim__mbscmp(reinterpret_cast<const unsigned char*>(l), reinterpret_cast<const unsigned char*>(r));
     }>(
         "_mbscmp", kNeverFails, [&](Machine&) { return compare(left, right); }, textOf(left), textOf(right));
+}
+
+unsigned char* sim__mbschr(const unsigned char* text, unsigned int character) {
+    return makeCall<[](const char* t, unsigned int c) {
+        return sim__mbschr(reinterpret_cast<const unsigned char*>(t), c);
+    }>(
+        "_mbschr", kNeverFails, [&](Machine&) { return changeable(findCharacterInC(text, character, false)); },
+        textOf(text), Value{character});
+}
+
+unsigned char* sim__mbsrchr(const unsigned char* text, unsigned int character) {
+    return makeCall<[](const char* t, unsigned int c) {
+        return sim__mbsrchr(reinterpret_cast<const unsigned char*>(t), c);
+    }>(
+        "_mbsrchr", kNeverFails, [&](Machine&) { return changeable(findCharacterInC(text, character, true)); },
+        textOf(text), Value{character});
+}
+
+unsigned char* sim__mbsstr(const unsigned char* text, const unsigned char* part) {
+    return makeCall<[](const char* t, const char* p) {
+        return sim__mbsstr(reinterpret_cast<const unsigned char*>(t), reinterpret_cast<const unsigned char*>(p));
+    }>(
+        "_mbsstr", kNeverFails, [&](Machine&) { return changeable(findPart(text, part)); }, textOf(text), textOf(part));
 }

@@ -25,19 +25,28 @@ void appendHex(std::string& text, std::uintptr_t number, int width) {
     text += digits.data();
 }
 
+void appendCharacter(std::string& text, std::string_view character) {
+    const std::string utf8 = toUtf8(character);
+    if (!isPrintable(character.front()) || !isUtf8(utf8)) {
+        for (const char byte : character) {
+            text += "\\x";
+            appendHex(text, static_cast<unsigned char>(byte), 2);
+        }
+        return;
+    }
+    if (character == "\"" || character == "\\")
+        text += '\\';
+    text += utf8;
+}
+
 }  // namespace
 
 void appendQuoted(std::string& text, std::string_view bytes) {
     text += '"';
-    for (const char byte : bytes.substr(0, kLongestText)) {
-        if (!isPrintable(byte)) {
-            text += "\\x";
-            appendHex(text, static_cast<unsigned char>(byte), 2);
-        } else {
-            if (byte == '"' || byte == '\\')
-                text += '\\';
-            appendUtf8(text, toUnicode(byte));
-        }
+    for (std::string_view rest = bytes.substr(0, kLongestText); !rest.empty();) {
+        const std::string_view character = rest.substr(0, characterLength(rest));
+        appendCharacter(text, character);
+        rest.remove_prefix(character.size());
     }
     text += '"';
     if (bytes.size() > kLongestText)

@@ -2,114 +2,423 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdint>
+#include <map>
+
+#include "simwin/CodePageTables.h"
 
 namespace simwin {
 namespace {
 
-// Characters of the bytes 0x80 to 0x9F; all others have their own number.
-constexpr std::array<char16_t, 32> kHighControls = {0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021,
-                                                    0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, 0x008D, 0x017D, 0x008F,
-                                                    0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,
-                                                    0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
+constexpr std::array<unsigned, 17> kKnown = {437,  850,  874,  932,  936,  949,  950,  1250,         1251,
+                                             1252, 1253, 1254, 1255, 1256, 1257, 1258, kUtf8CodePage};
 
-constexpr unsigned char upperOf(unsigned char byte) {
-    switch (byte) {
-        case 0x9A:
-        case 0x9C:
-        case 0x9E:
-            return static_cast<unsigned char>(byte - 0x10);
-        case 0xFF:
-            return 0x9F;
-        case 0xF7:
-            return byte;
-        default:
-            return (byte >= 'a' && byte <= 'z') || byte >= 0xE0 ? static_cast<unsigned char>(byte - 0x20) : byte;
+constexpr char32_t kReplacement = 0xFFFD;
+
+struct Page {
+    unsigned number;
+    const CodePageTables* tables;  // null: UTF-8
+};
+
+const Page* g_inForce = nullptr;
+
+// Made once a page, and kept as the process's page is.
+const Page& pageOf(unsigned number) {
+    static std::map<unsigned, Page> pages;
+    const CodePageTables* tables = number != kUtf8CodePage ? &CodePageTables::of(number) : nullptr;
+    return pages.try_emplace(number, Page{number, tables}).first->second;
+}
+
+const Page& page() noexcept {
+    if (g_inForce != nullptr)
+        return *g_inForce;
+    static const Page& first = pageOf(kDefaultCodePage);
+    return first;
+}
+
+// The first character of a text that is not empty. Half a character stands alone, at the end or before a NUL.
+struct Character {
+    std::size_t length;
+    std::uint16_t code;  // of the page's tables; of half a character its byte
+};
+
+Character firstCharacter(const CodePageTables& tables, std::string_view text) noexcept {
+    const unsigned char first = byteOf(text[0]);
+    if (!tables.isLead(first) || text.size() == 1 || text[1] == '\0')
+        return {1, first};
+    return {2, static_cast<std::uint16_t>(first << 8 | byteOf(text[1]))};
+}
+
+void appendCode(std::string& text, std::uint16_t code) {
+    if (code > 0xFF)
+        text.push_back(static_cast<char>(code >> 8));
+    text.push_back(static_cast<char>(code & 0xFF));
+}
+
+using Mapped = std::uint16_t (CodePageTables::*)(std::uint16_t) const noexcept;
+
+// A half character at the end has no other case; neither has a lead byte's own code.
+void changeCase(const CodePageTables& tables, char* text, std::size_t length, Mapped mapped) noexcept {
+    for (std::size_t i = 0; i < length;) {
+        const Character one = firstCharacter(tables, {text + i, length - i});
+        const std::uint16_t other = (tables.*mapped)(one.code);
+        if (one.length == 2)
+            text[i] = static_cast<char>(other >> 8);
+        text[i + one.length - 1] = static_cast<char>(other & 0xFF);
+        i += one.length;
     }
 }
 
-constexpr std::array<unsigned char, 256> makeUpperTable() {
-    std::array<unsigned char, 256> table{};
-    for (unsigned byte = 0; byte < 256; ++byte)
-        table[byte] = upperOf(static_cast<unsigned char>(byte));
-    return table;
+std::string otherCaseInUtf8(std::string_view text, char32_t (*mapped)(char32_t)) {
+    std::string other;
+    for (std::size_t i = 0; i < text.size();) {
+        const Utf8Character one = decodeUtf8(text.substr(i));
+        if (one.length == 0)
+            other.push_back(text[i]);
+        else
+            appendUtf8(other, mapped(one.character));
+        i += std::max<std::size_t>(one.length, 1);
+    }
+    return other;
 }
 
-constexpr std::array<unsigned char, 256> makeLowerTable() {
-    std::array<unsigned char, 256> table{};
-    for (unsigned byte = 0; byte < 256; ++byte)
-        table[byte] = static_cast<unsigned char>(byte);
-    for (unsigned byte = 0; byte < 256; ++byte)
-        if (upperOf(static_cast<unsigned char>(byte)) != byte)
-            table[upperOf(static_cast<unsigned char>(byte))] = static_cast<unsigned char>(byte);
-    return table;
+std::string otherCase(std::string_view text, Mapped mapped, char32_t (*mappedInUtf8)(char32_t)) {
+    const CodePageTables* tables = page().tables;
+    if (tables == nullptr)
+        return otherCaseInUtf8(text, mappedInUtf8);
+    std::string other(text);
+    changeCase(*tables, other.data(), other.size(), mapped);
+    return other;
 }
 
-constexpr auto kUpper = makeUpperTable();
-constexpr auto kLower = makeLowerTable();
-
-}  // namespace
-
-char toUpper(char character) noexcept {
-    return static_cast<char>(kUpper[byteOf(character)]);
+void changeCaseInPlace(char* text, Mapped mapped, char (*mappedInUtf8)(char) noexcept) noexcept {
+    const std::size_t length = std::char_traits<char>::length(text);
+    if (const CodePageTables* tables = page().tables)
+        changeCase(*tables, text, length, mapped);
+    else
+        std::transform(text, text + length, text, mappedInUtf8);
 }
 
-char toLower(char character) noexcept {
-    return static_cast<char>(kLower[byteOf(character)]);
+bool isAscii(char character) noexcept {
+    return byteOf(character) < 0x80;
 }
 
-std::string upperCase(std::string_view text) {
-    std::string upper(text);
-    std::ranges::transform(upper, upper.begin(), toUpper);
+// Takes one character off the text and tells its upper case; null tables: of UTF-8.
+std::uint32_t takeUpper(const CodePageTables* tables, std::string_view& text) noexcept {
+    std::size_t length = 1;
+    std::uint32_t upper = byteOf(text[0]);
+    if (upper < 0x80) {
+        upper = byteOf(upperAscii(text[0]));
+    } else if (tables != nullptr) {
+        const Character one = firstCharacter(*tables, text);
+        length = one.length;
+        upper = tables->upper(one.code);
+    } else if (const Utf8Character one = decodeUtf8(text); one.length != 0) {
+        length = one.length;
+        upper = systemUpperCase(one.character);
+    }
+    text.remove_prefix(length);
     return upper;
 }
 
-std::string lowerCase(std::string_view text) {
-    std::string lower(text);
-    std::ranges::transform(lower, lower.begin(), toLower);
-    return lower;
+int compareNoCase(const CodePageTables* tables, std::string_view left, std::string_view right) noexcept {
+    while (!left.empty() && !right.empty() && isAscii(left[0]) && isAscii(right[0])) {
+        const int difference = upperAscii(left[0]) - upperAscii(right[0]);
+        if (difference != 0)
+            return difference;
+        left.remove_prefix(1);
+        right.remove_prefix(1);
+    }
+    while (!left.empty() && !right.empty()) {
+        const std::uint32_t leftUpper = takeUpper(tables, left);
+        const std::uint32_t rightUpper = takeUpper(tables, right);
+        if (leftUpper != rightUpper)
+            return leftUpper < rightUpper ? -1 : 1;
+    }
+    return left.empty() == right.empty() ? 0 : left.empty() ? -1 : 1;
 }
+
+std::u16string unitsOf(std::string_view littleEndianBytes) {
+    std::u16string units;
+    units.reserve(littleEndianBytes.size() / 2);
+    for (std::size_t i = 0; i + 1 < littleEndianBytes.size(); i += 2)
+        units.push_back(static_cast<char16_t>(byteOf(littleEndianBytes[i]) | byteOf(littleEndianBytes[i + 1]) << 8));
+    return units;
+}
+
+bool isHighSurrogate(char16_t unit) {
+    return unit >= 0xD800 && unit < 0xDC00;
+}
+
+bool isLowSurrogate(char16_t unit) {
+    return unit >= 0xDC00 && unit < 0xE000;
+}
+
+// A surrogate without its other half has no form in UTF-8.
+std::string utf8FromUtf16(std::u16string_view text) {
+    std::string utf8;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        char32_t character = text[i];
+        if (isHighSurrogate(text[i]) && i + 1 < text.size() && isLowSurrogate(text[i + 1])) {
+            character = 0x10000 + ((text[i] & 0x3FFu) << 10 | (text[i + 1] & 0x3FFu));
+            ++i;
+        } else if (isHighSurrogate(text[i]) || isLowSurrogate(text[i])) {
+            character = kReplacement;
+        }
+        appendUtf8(utf8, character);
+    }
+    return utf8;
+}
+
+void appendUtf16(std::u16string& text, char32_t character) {
+    if (character > 0xFFFF) {
+        text.push_back(static_cast<char16_t>(0xD800 + ((character - 0x10000) >> 10)));
+        character = 0xDC00 + ((character - 0x10000) & 0x3FF);
+    }
+    text.push_back(static_cast<char16_t>(character));
+}
+
+// Calls `take` with each character of the page, or with its bytes where they are none.
+template <class TakeCharacter, class TakeBytes>
+void eachCharacter(std::string_view bytes, TakeCharacter takeCharacter, TakeBytes takeBytes) {
+    const CodePageTables* tables = page().tables;
+    while (!bytes.empty()) {
+        std::size_t length = 1;
+        std::optional<char32_t> character;
+        if (isAscii(bytes[0])) {
+            character = byteOf(bytes[0]);
+        } else if (tables != nullptr) {
+            const Character one = firstCharacter(*tables, bytes);
+            length = one.length;
+            character = tables->character(one.code);
+        } else if (const Utf8Character one = decodeUtf8(bytes); one.length != 0) {
+            length = one.length;
+            character = one.character;
+        }
+        if (character)
+            takeCharacter(*character);
+        else
+            takeBytes(bytes.substr(0, length));
+        bytes.remove_prefix(length);
+    }
+}
+
+}  // namespace
 
 bool isControl(char character) noexcept {
     return byteOf(character) < 0x20 || byteOf(character) == 0x7F;
 }
 
+std::span<const unsigned> knownCodePages() noexcept {
+    return kKnown;
+}
+
+bool isKnownCodePage(unsigned number) noexcept {
+    return std::ranges::find(kKnown, number) != kKnown.end();
+}
+
+std::string listOfCodePages() {
+    std::string list;
+    for (const unsigned number : kKnown)
+        list += (list.empty() ? "" : ", ") + std::to_string(number);
+    return list;
+}
+
+unsigned codePageInForce() noexcept {
+    return page().number;
+}
+
+void useCodePage(unsigned number) {
+    g_inForce = &pageOf(number);
+}
+
+std::size_t characterLength(std::string_view text) noexcept {
+    if (text.empty())
+        return 0;
+    if (const CodePageTables* tables = page().tables)
+        return firstCharacter(*tables, text).length;
+    return std::max<std::size_t>(decodeUtf8(text).length, 1);
+}
+
+std::size_t characterLengthInC(std::string_view text) noexcept {
+    return page().tables != nullptr ? characterLength(text) : std::min<std::size_t>(text.size(), 1);
+}
+
+bool isLeadByte(char byte) noexcept {
+    const CodePageTables* tables = page().tables;
+    return tables != nullptr && tables->isLead(byteOf(byte));
+}
+
+// The second byte of two can be any from 0x40 on; UTF-8 has no ASCII within its characters.
+std::size_t findCharacter(std::string_view text, char character, std::size_t from) noexcept {
+    const CodePageTables* tables = page().tables;
+    if (tables == nullptr || !tables->hasDoubleBytes())
+        return text.find(character, from);
+    for (std::size_t i = from; i < text.size(); i += firstCharacter(*tables, text.substr(i)).length)
+        if (text[i] == character)
+            return i;
+    return std::string_view::npos;
+}
+
+std::size_t findLastCharacter(std::string_view text, char character) noexcept {
+    const CodePageTables* tables = page().tables;
+    if (tables == nullptr || !tables->hasDoubleBytes())
+        return text.rfind(character);
+    std::size_t last = std::string_view::npos;
+    for (std::size_t i = findCharacter(text, character); i != std::string_view::npos;
+         i = findCharacter(text, character, i + 1))
+        last = i;
+    return last;
+}
+
+bool endsWithCharacter(std::string_view text, char character) noexcept {
+    return !text.empty() && findLastCharacter(text, character) == text.size() - 1;
+}
+
+char toUpper(char character) noexcept {
+    const CodePageTables* tables = page().tables;
+    return tables != nullptr ? static_cast<char>(tables->upper(byteOf(character))) : upperAscii(character);
+}
+
+char toLower(char character) noexcept {
+    const CodePageTables* tables = page().tables;
+    return tables != nullptr ? static_cast<char>(tables->lower(byteOf(character))) : lowerAscii(character);
+}
+
+std::string upperCase(std::string_view text) {
+    return otherCase(text, &CodePageTables::upper, systemUpperCase);
+}
+
+std::string lowerCase(std::string_view text) {
+    return otherCase(text, &CodePageTables::lower, systemLowerCase);
+}
+
+void makeUpperCase(char* text) noexcept {
+    changeCaseInPlace(text, &CodePageTables::upper, upperAscii);
+}
+
+void makeLowerCase(char* text) noexcept {
+    changeCaseInPlace(text, &CodePageTables::lower, lowerAscii);
+}
+
 int compareNoCase(std::string_view left, std::string_view right) noexcept {
-    const std::size_t shorter = std::min(left.size(), right.size());
-    for (std::size_t i = 0; i < shorter; ++i) {
-        const int difference = kUpper[byteOf(left[i])] - kUpper[byteOf(right[i])];
-        if (difference != 0)
-            return difference;
-    }
-    return left.size() == right.size() ? 0 : left.size() < right.size() ? -1 : 1;
+    return compareNoCase(page().tables, left, right);
 }
 
 bool equalNoCase(std::string_view left, std::string_view right) noexcept {
-    return left.size() == right.size() && compareNoCase(left, right) == 0;
+    // In UTF-8 a letter's other case can have another length.
+    return (left.size() == right.size() || page().tables == nullptr) && compareNoCase(left, right) == 0;
 }
 
-char16_t toUnicode(char character) noexcept {
-    const unsigned char byte = byteOf(character);
-    return byte >= 0x80 && byte < 0xA0 ? kHighControls[byte - 0x80u] : byte;
+std::string upperCaseInUtf8(std::string_view text) {
+    return otherCaseInUtf8(text, systemUpperCase);
 }
 
-std::optional<char> fromUnicode(char32_t character) noexcept {
-    if (character < 0x80 || (character >= 0xA0 && character < 0x100))
-        return static_cast<char>(static_cast<unsigned char>(character));
-    const auto* found = std::find(kHighControls.begin(), kHighControls.end(), character);
-    if (found == kHighControls.end())
-        return std::nullopt;
-    return static_cast<char>(static_cast<unsigned char>(0x80 + (found - kHighControls.begin())));
+bool equalNoCaseInUtf8(std::string_view left, std::string_view right) noexcept {
+    return compareNoCase(nullptr, left, right) == 0;
 }
 
 std::string fromUtf16(std::string_view littleEndianBytes) {
-    std::string text;
-    text.reserve(littleEndianBytes.size() / 2);
-    for (std::size_t i = 0; i + 1 < littleEndianBytes.size(); i += 2) {
-        const auto unit = static_cast<char16_t>(byteOf(littleEndianBytes[i]) | byteOf(littleEndianBytes[i + 1]) << 8);
-        text.push_back(likeUnicode(unit).value_or('?'));
+    return fromUtf16(unitsOf(littleEndianBytes));
+}
+
+std::string fromUtf16(std::u16string_view text) {
+    if (page().tables == nullptr)
+        return utf8FromUtf16(text);
+    std::string bytes;
+    bytes.reserve(text.size());
+    for (const char16_t unit : text) {
+        const std::string like = likeUtf16(unit);
+        bytes += like.empty() ? "?" : like;
     }
+    return bytes;
+}
+
+std::string likeUtf16(char16_t unit) {
+    const CodePageTables* tables = page().tables;
+    if (tables == nullptr)
+        return utf8FromUtf16({&unit, 1});
+    if (unit == 0)
+        return std::string(1, '\0');
+    std::string bytes;
+    if (const std::optional<std::uint16_t> code = tables->code(unit))
+        appendCode(bytes, *code);
+    else
+        bytes = tables->likeBytes(unit);
+    return bytes;
+}
+
+std::u16string toUtf16(std::string_view bytes) {
+    std::u16string text;
+    eachCharacter(
+        bytes, [&](char32_t character) { appendUtf16(text, character); },
+        [&](std::string_view) { appendUtf16(text, kReplacement); });
     return text;
+}
+
+std::string toUtf16Bytes(std::string_view bytes) {
+    std::string wide;
+    for (const char16_t unit : toUtf16(bytes)) {
+        wide.push_back(static_cast<char>(unit & 0xFF));
+        wide.push_back(static_cast<char>(unit >> 8));
+    }
+    return wide;
+}
+
+std::string toUtf8(std::string_view bytes) {
+    std::string text;
+    text.reserve(bytes.size());
+    eachCharacter(
+        bytes, [&](char32_t character) { appendUtf8(text, character); }, [&](std::string_view none) { text += none; });
+    return text;
+}
+
+std::string toProperUtf8(std::string_view bytes) {
+    return survivesUtf8(bytes) ? toUtf8(bytes) : toUtf8(fromUtf16(toUtf16(bytes)));
+}
+
+std::optional<std::string> fromUtf8(std::string_view text, Utf8Error& error) {
+    const CodePageTables* tables = page().tables;
+    std::string bytes;
+    bytes.reserve(text.size());
+    for (std::size_t i = 0; i < text.size();) {
+        const Utf8Character one = decodeUtf8(text.substr(i));
+        const std::optional<std::uint16_t> code =
+            one.length != 0 && tables != nullptr ? tables->code(one.character) : std::nullopt;
+        if (one.length == 0 || (tables != nullptr && !code)) {
+            error = {i, one.length != 0};
+            return std::nullopt;
+        }
+        if (code)
+            appendCode(bytes, *code);
+        else
+            bytes += text.substr(i, one.length);
+        i += one.length;
+    }
+    return bytes;
+}
+
+std::string fromUtf8Leniently(std::string_view text) {
+    std::string bytes;
+    bytes.reserve(text.size());
+    for (std::size_t i = 0; i < text.size();) {
+        const Utf8Character one = decodeUtf8(text.substr(i));
+        if (one.length <= 1) {
+            bytes.push_back(text[i]);
+        } else {
+            std::u16string units;
+            appendUtf16(units, one.character);
+            bytes += fromUtf16(units);
+        }
+        i += std::max<std::size_t>(one.length, 1);
+    }
+    return bytes;
+}
+
+bool survivesUtf8(std::string_view bytes) {
+    if (std::ranges::all_of(bytes, isAscii))
+        return true;
+    const std::string text = toUtf8(bytes);
+    return isUtf8(text) && fromUtf8Leniently(text) == bytes;
 }
 
 }  // namespace simwin

@@ -17,7 +17,7 @@ constexpr std::uint64_t kClusterSize = kSectorSize * kSectorsPerCluster;
 const Drive* findDrive(const Station& station, const char* root) {
     if (root == nullptr || root[0] == '\0' || root[1] != ':' || root[2] != '\\' || root[3] != '\0')
         return nullptr;
-    const auto found = station.drives.find(toUpper(root[0]));
+    const auto found = station.drives.find(upperAscii(root[0]));
     return found != station.drives.end() ? &found->second : nullptr;
 }
 

@@ -34,13 +34,13 @@ std::optional<Found> findPath(const Station& station, std::string_view path) {
         if (!isWhole && file.path[path.size()] != '\\')
             continue;
         const std::string_view realPath = std::string_view(file.path).substr(0, path.size());
-        return Found{realPath.substr(realPath.find_last_of('\\') + 1), !isWhole};
+        return Found{realPath.substr(findLastCharacter(realPath, '\\') + 1), !isWhole};
     }
     return std::nullopt;
 }
 
 bool hasDrive(const Station& station, std::string_view path) {
-    if (station.drives.contains(toUpper(path[0])))
+    if (station.drives.contains(upperAscii(path[0])))
         return true;
     return std::any_of(station.files.begin(), station.files.end(), [path](const File& file) {
         return equalNoCase(std::string_view(file.path).substr(0, 2), path.substr(0, 2));
@@ -50,7 +50,7 @@ bool hasDrive(const Station& station, std::string_view path) {
 bool isThere(const Station& station, std::string_view path) {
     if (isDriveRoot(path))
         return hasDrive(station, path);
-    if (path.ends_with('\\')) {
+    if (endsWithCharacter(path, '\\')) {
         const std::optional<Found> found = findPath(station, path.substr(0, path.size() - 1));
         return found && found->isFolder;
     }
@@ -64,7 +64,7 @@ bool isName(std::string_view path) {
 
 // The path up to its last backslash, or none.
 std::optional<std::string_view> parentOf(std::string_view path) {
-    const std::size_t end = path.find_last_of('\\');
+    const std::size_t end = findLastCharacter(path, '\\');
     return end != std::string_view::npos ? std::optional(path.substr(0, end)) : std::nullopt;
 }
 

@@ -47,6 +47,7 @@ Machine::Machine(Station station) : Machine(std::make_shared<const Station>(std:
 Machine::Machine(std::shared_ptr<const Station> station)
     : m_station(std::move(station)), m_state(std::make_unique<MachineState>()), m_mayFail(!m_station->fails.empty()) {
     m_state->libraryLoads.resize(libraries().size());
+    const CodePageScope scope(m_station->codePages.ansi);
     m_state->deniedKeys = findDeniedKeys(*m_station);
 }
 
@@ -60,7 +61,8 @@ Machine& Machine::current() noexcept {
     return g_current != nullptr ? *g_current : undescribedMachine();
 }
 
-Machine::Scope::Scope(Machine& machine) noexcept : m_previous(std::exchange(g_current, &machine)) {}
+Machine::Scope::Scope(Machine& machine)
+    : m_codePage(machine.answering().station().codePages.ansi), m_previous(std::exchange(g_current, &machine)) {}
 
 Machine::Scope::~Scope() {
     g_current = m_previous;

@@ -12,6 +12,7 @@
 #include <utility>
 #include <vector>
 
+#include "simwin/CodePage.h"
 #include "simwin/HandleTable.h"
 #include "simwin/Station.h"
 
@@ -66,15 +67,16 @@ class Machine {
     // The machine that answers now. Without one in force, a machine of which nothing is described.
     static Machine& current() noexcept;
 
-    // Makes a machine current for the scope's life.
+    // Makes a machine current for the scope's life, and puts its ANSI code page in force.
     class Scope {
       public:
-        explicit Scope(Machine& machine) noexcept;
+        explicit Scope(Machine& machine);
         Scope(const Scope&) = delete;
         Scope& operator=(const Scope&) = delete;
         ~Scope();
 
       private:
+        CodePageScope m_codePage;
         Machine* m_previous;
     };
 

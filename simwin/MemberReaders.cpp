@@ -45,7 +45,9 @@ std::string toCodePage(const std::string& utf8, const JsonView& view) {
     Utf8Error error{};
     const std::optional<std::string> bytes = fromUtf8(utf8, error);
     if (!bytes)
-        view.fail(error.outsideCodePage ? "holds a character that code page 1252 does not have" : "is no UTF-8 text");
+        view.fail(error.outsideCodePage
+                      ? "holds a character that code page " + std::to_string(codePageInForce()) + " does not have"
+                      : "is no UTF-8 text");
     return *bytes;
 }
 

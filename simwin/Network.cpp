@@ -32,11 +32,7 @@ DWORD sendArp(Machine& machine, IPAddr destination, void* buffer, ULONG* length)
 }
 
 std::u16string wide(std::string_view text) {
-    std::u16string units;
-    for (const char byte : text)
-        units.push_back(toUnicode(byte));
-    units.push_back(0);
-    return units;
+    return toUtf16(text) + u'\0';
 }
 
 NET_API_STATUS workstationInfo(Machine& machine, DWORD level, BYTE** place) {
@@ -86,10 +82,10 @@ struct Address : Value<IPAddr> {
 struct NewWorkstationInfo : NewHandle<LPBYTE> {
     void output(std::string& text, Machine&) const {
         const WCHAR* group = reinterpret_cast<const WKSTA_INFO_101*>(*place)->wki101_langroup;
-        std::string bytes;
+        std::u16string units;
         while (group != nullptr && *group != 0)
-            bytes.push_back(likeUnicode(static_cast<char16_t>(*group++)).value_or('?'));
-        appendQuoted(text, bytes);
+            units.push_back(static_cast<char16_t>(*group++));
+        appendQuoted(text, fromUtf16(units));
     }
 };
 

@@ -33,7 +33,7 @@ std::string_view findEntry(const Machine& machine, const char* section, const ch
                            const char* file) {
     const std::string_view fileName = file != nullptr ? file : "";
     if (section != nullptr && entry != nullptr &&
-        equalNoCase(fileName.substr(fileName.find_last_of('\\') + 1), kProfile))
+        equalNoCase(fileName.substr(findLastCharacter(fileName, '\\') + 1), kProfile))
         for (const ProfileEntry& one : machine.station().profile)
             if (equalNoCase(one.section, section) && equalNoCase(one.entry, entry))
                 return valueOf(one.value);

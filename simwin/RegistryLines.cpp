@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 
+#include "simwin/CodePage.h"
 #include "simwin/ReadError.h"
 
 namespace simwin {
@@ -55,7 +56,7 @@ std::string RegistryLines::takeQuoted() {
     m_line.remove_prefix(1);
     while (!m_line.starts_with('"')) {
         if (!m_line.empty()) {
-            text.push_back(takeCharacter());
+            text += takeCharacter();
         } else if (nextRaw()) {
             text += "\r\n";
         } else {
@@ -67,16 +68,16 @@ std::string RegistryLines::takeQuoted() {
     return text;
 }
 
-char RegistryLines::takeCharacter() {
-    const char character = m_line.front();
-    m_line.remove_prefix(1);
-    if (character != '\\')
+std::string RegistryLines::takeCharacter() {
+    const std::string character(m_line.substr(0, characterLength(m_line)));
+    m_line.remove_prefix(character.size());
+    if (character != "\\")
         return character;
     const char escaped = m_line.empty() ? '\0' : m_line.front();
     if (escaped == '\0' || std::string_view("\\\"nr").find(escaped) == std::string_view::npos)
         fail("a backslash that stands before neither \\, \", n nor r");
     m_line.remove_prefix(1);
-    return escaped == 'n' ? '\n' : escaped == 'r' ? '\r' : escaped;
+    return std::string(1, escaped == 'n' ? '\n' : escaped == 'r' ? '\r' : escaped);
 }
 
 std::uint32_t RegistryLines::takeHexNumber(const char* otherwise) {

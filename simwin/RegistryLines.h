@@ -33,7 +33,7 @@ class RegistryLines {
 
   private:
     bool nextRaw();
-    char takeCharacter();
+    std::string takeCharacter();
     char takeHexByte();
     void takeComma();
     void skipToDigits();

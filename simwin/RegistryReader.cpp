@@ -13,7 +13,7 @@ namespace {
 constexpr std::size_t kLargestExport = std::size_t{64} << 20;
 constexpr std::size_t kLongestKeyName = 255;
 constexpr std::size_t kLongestValueName = 16383;
-constexpr std::ptrdiff_t kDeepestKey = 512;
+constexpr std::size_t kDeepestKey = 512;  // below its hive
 constexpr std::size_t kMostKeys = 500000;
 constexpr std::size_t kMostValues = 1000000;
 
@@ -22,9 +22,9 @@ constexpr std::string_view kVersion4 = "REGEDIT4";
 
 constexpr const char* kRemoval = " that is to be removed; a station is described by what is there";
 
-bool isTextType(std::uint32_t type) {
-    const auto known = static_cast<RegistryType>(type);
-    return known == RegistryType::Text || known == RegistryType::ExpandText || known == RegistryType::MultiText;
+// In characters of the registry, which counts in UTF-16.
+bool isLongerThan(std::string_view name, std::size_t limit) {
+    return name.size() > limit && toUtf16(name).size() > limit;
 }
 
 // The content without the byte-order marks that stand at its start and, where exports were put together, at a line's.
@@ -82,7 +82,7 @@ class Reader {
     }
 
     void readKey(std::string_view line) {
-        if (!line.ends_with(']'))
+        if (!endsWithCharacter(line, ']'))
             m_lines.fail("the key's closing bracket is missing");
         const std::string_view path = line.substr(1, line.size() - 2);
         if (path.starts_with('-'))
@@ -98,14 +98,15 @@ class Reader {
     void checkPath(std::string_view path) const {
         if (!splitHive(path))
             m_lines.fail("the key begins with no hive's full name, such as HKEY_LOCAL_MACHINE");
-        if (std::count(path.begin(), path.end(), '\\') > kDeepestKey)
-            m_lines.fail("the key lies deeper than 512 levels");
-        for (std::size_t begin = 0; begin < path.size();) {
-            const std::size_t end = std::min(path.find('\\', begin), path.size());
-            if (end - begin > kLongestKeyName)
+        std::size_t depth = 0;
+        for (std::size_t begin = 0; begin < path.size(); ++depth) {
+            const std::size_t end = std::min(findCharacter(path, '\\', begin), path.size());
+            if (isLongerThan(path.substr(begin, end - begin), kLongestKeyName))
                 m_lines.fail("a key's name is longer than 255 characters");
             begin = end + 1;
         }
+        if (depth > kDeepestKey + 1)
+            m_lines.fail("the key lies deeper than 512 levels");
     }
 
     void readValue() {
@@ -131,7 +132,7 @@ class Reader {
         if (!m_lines.startsWith("\""))
             m_lines.fail("neither a key in brackets nor a value's name in quotes");
         std::string name = m_lines.takeQuoted();
-        if (name.size() > kLongestValueName)
+        if (isLongerThan(name, kLongestValueName))
             m_lines.fail("a value's name is longer than 16383 characters");
         return name;
     }
@@ -146,7 +147,7 @@ class Reader {
         } else if (m_lines.startsWith("hex")) {
             value.type = takeHexType();
             value.bytes = m_lines.takeHexBytes();
-            if (m_isVersion5 && isTextType(value.type))
+            if (m_isVersion5 && isText(value))
                 value.bytes = fromUtf16(value.bytes);
         } else {
             m_lines.fail(m_lines.startsWith("-") ? std::string("a value") + kRemoval

@@ -11,9 +11,9 @@ namespace simwin {
 
 // The tree that an export describes. `fileName` stands in errors only.
 //
-// The content is UTF-16LE with its byte-order mark, UTF-8 with or without one, or else text of ANSI code page 1252.
-// The hive is written out in full; the values of a Version 5.00 file are those that the narrow calls see: its texts,
-// also as hex(1), hex(2) and hex(7), are UTF-16 and become code-page text, a missing terminator stays missing. A
+// The content is UTF-16LE with its byte-order mark, UTF-8 with or without one, or else text of the ANSI code page in
+// force. The hive is written out in full; the values of a Version 5.00 file are those that the narrow calls see: its
+// texts, also as hex(1), hex(2) and hex(7), are UTF-16 and become code-page text, a missing terminator stays missing. A
 // later value replaces an earlier one of the same name. Exports may be put together in one file, each with its own
 // first line; all must be in one encoding.
 //

@@ -33,7 +33,7 @@ constexpr KeyId rootOf(Hive hive) {
 
 // Cuts the first piece off a path; the path then begins behind the backslash that ended the piece.
 std::string_view takePiece(std::string_view& path, bool& more) {
-    const std::size_t end = path.find('\\');
+    const std::size_t end = findCharacter(path, '\\');
     const std::string_view piece = path.substr(0, end);
     more = end != std::string_view::npos;
     path = more ? path.substr(end + 1) : std::string_view();
@@ -109,6 +109,22 @@ std::optional<HivePath> splitHive(std::string_view fullPath) {
     return std::nullopt;
 }
 
+std::string_view lastPiece(std::string_view path) {
+    return path.substr(findLastCharacter(path, '\\') + 1);
+}
+
+std::string_view withoutLastPiece(std::string_view path) {
+    const std::size_t end = findLastCharacter(path, '\\');
+    return path.substr(0, end != std::string_view::npos ? end : 0);
+}
+
+bool holdsEmptyPiece(std::string_view path) {
+    for (bool more = true; more;)
+        if (takePiece(path, more).empty())
+            return true;
+    return false;
+}
+
 std::string withClassesInPlace(std::string_view fullPath) {
     const std::optional<std::string_view> rest = restBelow(fullPath, "HKEY_CLASSES_ROOT");
     if (!rest)
@@ -136,7 +152,7 @@ RegistryTree::RegistryTree() {
 
 std::optional<KeyId> RegistryTree::create(std::string_view fullPath) {
     const std::optional<HivePath> split = splitHive(fullPath);
-    if (!split || fullPath.ends_with('\\'))
+    if (!split || endsWithCharacter(fullPath, '\\'))
         return std::nullopt;
     KeyId from = rootOf(split->hive);
     if (split->hive == Hive::ClassesRoot)
@@ -147,7 +163,7 @@ std::optional<KeyId> RegistryTree::create(std::string_view fullPath) {
 std::optional<KeyId> RegistryTree::createPath(KeyId from, std::string_view path) {
     if (path.empty())
         return from;
-    if (path.starts_with('\\') || path.ends_with('\\') || path.find("\\\\") != std::string_view::npos)
+    if (holdsEmptyPiece(path))
         return std::nullopt;
     for (bool more = true; more;)
         from = createSubKey(from, takePiece(path, more));
@@ -196,7 +212,7 @@ std::optional<KeyId> RegistryTree::find(KeyId from, std::string_view path) const
 
 std::optional<KeyId> RegistryTree::find(std::string_view fullPath) const {
     const std::optional<HivePath> split = splitHive(fullPath);
-    if (!split || fullPath.ends_with('\\'))
+    if (!split || endsWithCharacter(fullPath, '\\'))
         return std::nullopt;
     return find(root(split->hive), split->rest);
 }

@@ -137,6 +137,12 @@ struct HivePath {
 };
 std::optional<HivePath> splitHive(std::string_view fullPath);
 
+// The last name of a path, and what stands before it and its backslash: the path itself and "" where it has but one.
+std::string_view lastPiece(std::string_view path);
+std::string_view withoutLastPiece(std::string_view path);
+// Two backslashes side by side, or one at an end.
+bool holdsEmptyPiece(std::string_view path);
+
 // The path of the same key below HKEY_LOCAL_MACHINE, of one below HKEY_CLASSES_ROOT; any other path as it is.
 std::string withClassesInPlace(std::string_view fullPath);
 

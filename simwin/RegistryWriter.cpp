@@ -15,16 +15,16 @@ constexpr std::size_t kLongestLine = 77;  // before the backslash that continues
 constexpr Hive kWrittenHives[] = {Hive::LocalMachine,  Hive::CurrentUser, Hive::Users,
                                   Hive::CurrentConfig, Hive::DynData,     Hive::PerformanceData};
 
-std::string quoted(std::string_view text) {
+std::string quoted(std::string_view utf8) {
     std::string line = "\"";
-    for (const char character : text) {
+    for (const char character : utf8) {
         if (character == '\n' || character == '\r') {
             line += character == '\n' ? "\\n" : "\\r";
             continue;
         }
         if (character == '"' || character == '\\')
             line += '\\';
-        appendUtf8(line, toUnicode(character));
+        line += character;
     }
     return line + '"';
 }
@@ -35,87 +35,95 @@ std::string hexByte(unsigned byte) {
     return digits.data();
 }
 
-bool isTextType(RegistryType type) {
-    return type == RegistryType::Text || type == RegistryType::ExpandText || type == RegistryType::MultiText;
-}
-
-// Wide where Windows' own export is.
-std::string dataBytes(const RegistryValue& value) {
-    if (!isTextType(static_cast<RegistryType>(value.type)))
-        return value.bytes;
-    std::string wide;
-    for (const char character : value.bytes) {
-        const char16_t unit = toUnicode(character);
-        wide.push_back(static_cast<char>(unit & 0xFF));
-        wide.push_back(static_cast<char>(unit >> 8));
-    }
-    return wide;
-}
-
-std::string hexData(const RegistryValue& value, std::size_t column) {
-    std::array<char, 24> type{};
-    if (value.type != static_cast<std::uint32_t>(RegistryType::Binary))
-        std::snprintf(type.data(), type.size(), "(%x)", static_cast<unsigned>(value.type));
-    std::string text = "hex" + std::string(type.data()) + ":";
-    column += text.size();
-    const std::string bytes = dataBytes(value);
-    for (std::size_t i = 0; i < bytes.size(); ++i) {
-        const bool isLast = i + 1 == bytes.size();
-        if (column + 3 > kLongestLine && i != 0) {
-            text += "\\\n  ";
-            column = 2;
-        }
-        text += hexByte(static_cast<unsigned char>(bytes[i])) + (isLast ? "" : ",");
-        column += 3;
-    }
-    return text;
-}
-
 // A text that ends with its only NUL, and holds nothing that a line could not show.
 bool isPlainText(const RegistryValue& value) {
     const std::string_view bytes = value.bytes;
     return static_cast<RegistryType>(value.type) == RegistryType::Text && !bytes.empty() && bytes.back() == '\0' &&
-           std::none_of(bytes.begin(), bytes.end() - 1, isControl);
+           std::none_of(bytes.begin(), bytes.end() - 1, isControl) && survivesUtf8(bytes);
 }
 
-std::string valueLine(const RegistryValue& value) {
-    const std::string name = value.name.empty() ? "@" : simwin::quoted(value.name);
-    if (isPlainText(value))
-        return name + "=" + quoted(std::string_view(value.bytes).substr(0, value.bytes.size() - 1)) + "\n";
-    if (static_cast<RegistryType>(value.type) == RegistryType::DWord && value.bytes.size() == 4) {
-        std::string digits;
-        for (std::size_t i = 4; i-- > 0;)
-            digits += hexByte(static_cast<unsigned char>(value.bytes[i]));
-        return name + "=dword:" + digits + "\n";
+bool hasOnlyCharacters(const RegistryTree& tree, KeyId key) {
+    return std::ranges::all_of(
+               tree.values(key),
+               [](const RegistryValue& value) { return !isText(value) || survivesUtf8(value.bytes); }) &&
+           std::ranges::all_of(tree.subKeys(key), [&](KeyId subKey) { return hasOnlyCharacters(tree, subKey); });
+}
+
+class Writer {
+  public:
+    // A form whose texts are wide, as Windows NT's; the other one's are bytes of the code page.
+    Writer(const RegistryTree& tree, bool isWide) : m_tree(tree), m_isWide(isWide) {}
+
+    std::string write() {
+        m_text = m_isWide ? "Windows Registry Editor Version 5.00\n" : "REGEDIT4\n";
+        for (const Hive hive : kWrittenHives) {
+            const KeyId root = m_tree.root(hive);
+            if (m_tree.value(root, 0) != nullptr)
+                appendKey(root);
+            appendSubKeys(root);
+        }
+        return std::move(m_text);
     }
-    return name + "=" + hexData(value, name.size() + 1) + "\n";
-}
 
-void appendKey(std::string& text, const RegistryTree& tree, KeyId key) {
-    text += "\n[" + toUtf8(tree.path(key)) + "]\n";
-    for (std::size_t i = 0; const RegistryValue* value = tree.value(key, i); ++i)
-        text += valueLine(*value);
-}
-
-void appendSubKeys(std::string& text, const RegistryTree& tree, KeyId key) {
-    for (std::size_t i = 0; const std::string* name = tree.subKeyName(key, i); ++i) {
-        const KeyId subKey = *tree.find(key, *name);
-        appendKey(text, tree, subKey);
-        appendSubKeys(text, tree, subKey);
+  private:
+    std::string hexData(const RegistryValue& value, std::size_t column) const {
+        std::array<char, 24> type{};
+        if (value.type != static_cast<std::uint32_t>(RegistryType::Binary))
+            std::snprintf(type.data(), type.size(), "(%x)", static_cast<unsigned>(value.type));
+        std::string text = "hex" + std::string(type.data()) + ":";
+        column += text.size();
+        const std::string bytes = m_isWide && isText(value) ? toUtf16Bytes(value.bytes) : value.bytes;
+        for (std::size_t i = 0; i < bytes.size(); ++i) {
+            const bool isLast = i + 1 == bytes.size();
+            if (column + 3 > kLongestLine && i != 0) {
+                text += "\\\n  ";
+                column = 2;
+            }
+            text += hexByte(static_cast<unsigned char>(bytes[i])) + (isLast ? "" : ",");
+            column += 3;
+        }
+        return text;
     }
-}
+
+    void appendValue(const RegistryValue& value) {
+        const std::string name = value.name.empty() ? "@" : simwin::quoted(toProperUtf8(value.name));
+        m_text += name + "=";
+        if (isPlainText(value)) {
+            m_text += simwin::quoted(toUtf8(std::string_view(value.bytes).substr(0, value.bytes.size() - 1)));
+        } else if (static_cast<RegistryType>(value.type) == RegistryType::DWord && value.bytes.size() == 4) {
+            m_text += "dword:";
+            for (std::size_t i = 4; i-- > 0;)
+                m_text += hexByte(static_cast<unsigned char>(value.bytes[i]));
+        } else {
+            m_text += hexData(value, name.size() + 1);
+        }
+        m_text += "\n";
+    }
+
+    void appendKey(KeyId key) {
+        m_text += "\n[" + toProperUtf8(m_tree.path(key)) + "]\n";
+        for (const RegistryValue& value : m_tree.values(key))
+            appendValue(value);
+    }
+
+    void appendSubKeys(KeyId key) {
+        for (const KeyId subKey : m_tree.subKeys(key)) {
+            appendKey(subKey);
+            appendSubKeys(subKey);
+        }
+    }
+
+    const RegistryTree& m_tree;
+    bool m_isWide;
+    std::string m_text;
+};
 
 }  // namespace
 
 std::string writeRegistry(const RegistryTree& tree) {
-    std::string text = "Windows Registry Editor Version 5.00\n";
-    for (const Hive hive : kWrittenHives) {
-        const KeyId root = tree.root(hive);
-        if (tree.value(root, 0) != nullptr)
-            appendKey(text, tree, root);
-        appendSubKeys(text, tree, root);
-    }
-    return text;
+    const bool isWide =
+        std::ranges::all_of(kWrittenHives, [&](Hive hive) { return hasOnlyCharacters(tree, tree.root(hive)); });
+    return Writer(tree, isWide).write();
 }
 
 }  // namespace simwin

@@ -1,7 +1,7 @@
 // A described station: what a whole machine would tell, as plain values.
 //
 // Everything is optional; what is not described fails or is absent, as Windows would answer on such a machine.
-// Texts are bytes of the ANSI code page. The members' meaning is told in docs/stations.md.
+// Texts are bytes of its ANSI code page. The members' meaning is told in docs/stations.md.
 #pragma once
 
 #include <array>
@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "simwin/CodePage.h"
 #include "simwin/RegistryTree.h"
 
 namespace simwin {
@@ -21,7 +22,7 @@ using OptionalText = std::optional<std::string>;
 using MemberPath = std::vector<std::string>;
 
 struct CodePages {
-    unsigned ansi = 1252;
+    unsigned ansi = kDefaultCodePage;
     unsigned oem = 437;
 };
 

@@ -21,8 +21,8 @@ constexpr std::size_t kLargestDescription = std::size_t{16} << 20;
 void readCodePages(const JsonView& view, CodePages& pages) {
     const auto readAnsi = [&](const JsonView& value) {
         pages.ansi = value.number<unsigned>();
-        if (pages.ansi != kAnsiCodePage)
-            value.fail("only 1252 is supported");
+        if (!isKnownCodePage(pages.ansi))
+            value.fail("is none of the known code pages: " + listOfCodePages());
     };
     readMembers(view, {{"ansi", readAnsi}, {"oem", into(pages.oem)}});
 }
@@ -200,6 +200,11 @@ Station parseStation(std::string_view content, const std::string& fileName) {
 }
 
 void describe(Station& station, const nlohmann::ordered_json& members, const std::string& fileName) {
+    // Before all texts, which are in it.
+    if (const auto pages = members.find("codePages");
+        members.is_object() && pages != members.end() && !pages->is_null())
+        readCodePages(JsonView(*pages, fileName, "/codePages"), station.codePages);
+    const CodePageScope scope(station.codePages.ansi);
     readAll(JsonView(members, fileName, ""), station);
     MemberPath path;
     findAbsent(members, path, station.absent);
@@ -209,6 +214,7 @@ Station readStation(const std::filesystem::path& folder) {
     const std::filesystem::path description = folder / "station.json";
     const std::filesystem::path registry = folder / "registry.reg";
     Station station = parseStation(readFile(description), description.string());
+    const CodePageScope scope(station.codePages.ansi);
     station.registry = readRegistry(readFile(registry), registry.string());
     checkDeniedKeys(station, description.string());
     return station;

@@ -1,11 +1,10 @@
 #include "simwin/StationWriter.h"
 
 #include <algorithm>
-#include <array>
-#include <cstdio>
 
 #include "simwin/Address.h"
 #include "simwin/CodePage.h"
+#include "simwin/HexText.h"
 #include "simwin/JsonLayout.h"
 
 namespace simwin {
@@ -13,20 +12,8 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-std::string hexText(std::string_view bytes, char separator) {
-    std::string text;
-    for (const char byte : bytes) {
-        std::array<char, 4> digits{};
-        std::snprintf(digits.data(), digits.size(), "%02X", static_cast<unsigned>(static_cast<unsigned char>(byte)));
-        if (!text.empty())
-            text += separator;
-        text += digits.data();
-    }
-    return text;
-}
-
 Json text(std::string_view bytes) {
-    if (std::any_of(bytes.begin(), bytes.end(), isControl))
+    if (std::any_of(bytes.begin(), bytes.end(), isControl) || !survivesUtf8(bytes))
         return Json{{"hex", hexText(bytes, ' ')}};
     return toUtf8(bytes);
 }
@@ -80,7 +67,7 @@ Json user(const User& user) {
 Json environment(const std::vector<Variable>& variables) {
     Json object = Json::object();
     for (const Variable& variable : variables)
-        object[toUtf8(variable.name)] = text(variable.value);
+        object[toProperUtf8(variable.name)] = text(variable.value);
     return object;
 }
 
@@ -144,7 +131,7 @@ Json files(const std::vector<File>& all) {
         }
         if (file.resource)
             one["resource"] = {{"hex", hexText(*file.resource, ' ')}};
-        object[toUtf8(file.path)] = std::move(one);
+        object[toProperUtf8(file.path)] = std::move(one);
     }
     return object;
 }
@@ -161,7 +148,7 @@ Json hosts(const std::vector<Host>& all) {
         for (const std::string& address : host.addresses)
             addresses.push_back(address.size() == 4 ? Json(dotted(address)) : Json{{"hex", hexText(address, ' ')}});
         put(one, "addresses", std::move(addresses));
-        object[toUtf8(host.hostName)] = std::move(one);
+        object[toProperUtf8(host.hostName)] = std::move(one);
     }
     return object;
 }
@@ -208,7 +195,7 @@ Json session(const Session& session) {
 Json profile(const std::vector<ProfileEntry>& entries) {
     Json object = Json::object();
     for (const ProfileEntry& entry : entries)
-        object[toUtf8(entry.section)][toUtf8(entry.entry)] = text(entry.value);
+        object[toProperUtf8(entry.section)][toProperUtf8(entry.entry)] = text(entry.value);
     return object;
 }
 
@@ -267,6 +254,7 @@ void putAbsent(Json& object, const MemberPath& path) {
 }  // namespace
 
 Json stationJson(const Station& station) {
+    const CodePageScope scope(station.codePages.ansi);
     Json object = Json::object();
     if (!station.description.empty())
         object["description"] = station.description;

@@ -79,7 +79,7 @@ void readFiles(const JsonView& view, std::vector<File>& files) {
     view.eachMember([&](const std::string& path, const JsonView& value) {
         File file;
         file.path = toCodePage(path, value);
-        if (path.size() < 4 || path[1] != ':' || path[2] != '\\' || path.ends_with('\\'))
+        if (path.size() < 4 || path[1] != ':' || path[2] != '\\' || endsWithCharacter(path, '\\'))
             value.fail("is no full path of a file, such as C:\\WINDOWS\\notepad.exe");
         readMembers(value, {{"version", [&](const JsonView& version) { file.version = readFileVersion(version); }},
                             {"resource", into(file.resource)}});

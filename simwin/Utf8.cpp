@@ -1,19 +1,16 @@
-#include "simwin/CodePage.h"
-
-#include <algorithm>
+#include "simwin/Utf8.h"
 
 namespace simwin {
 namespace {
 
-struct Decoded {
-    char32_t character = 0;
-    std::size_t length = 0;  // 0: not UTF-8
-};
+constexpr unsigned byteAt(std::string_view text, std::size_t place) {
+    return static_cast<unsigned char>(text[place]);
+}
 
-// One character at the start of `text`, which is not empty. Overlong forms, surrogates and numbers above 0x10FFFF
-// are no UTF-8.
-Decoded decodeUtf8(std::string_view text) noexcept {
-    const unsigned char first = byteOf(text[0]);
+}  // namespace
+
+Utf8Character decodeUtf8(std::string_view text) noexcept {
+    const unsigned first = byteAt(text, 0);
     if (first < 0x80)
         return {first, 1};
     std::size_t length = 0;
@@ -29,46 +26,13 @@ Decoded decodeUtf8(std::string_view text) noexcept {
     if (length == 0 || text.size() < length)
         return {};
     for (std::size_t i = 1; i < length; ++i) {
-        if ((byteOf(text[i]) & 0xC0) != 0x80)
+        if ((byteAt(text, i) & 0xC0) != 0x80)
             return {};
-        character = character << 6 | (byteOf(text[i]) & 0x3Fu);
+        character = character << 6 | (byteAt(text, i) & 0x3Fu);
     }
     if (character < least || character > 0x10FFFF || (character >= 0xD800 && character < 0xE000))
         return {};
     return {character, length};
-}
-
-}  // namespace
-
-std::optional<std::string> fromUtf8(std::string_view text, Utf8Error& error) {
-    std::string bytes;
-    bytes.reserve(text.size());
-    for (std::size_t i = 0; i < text.size();) {
-        const Decoded decoded = decodeUtf8(text.substr(i));
-        const std::optional<char> byte = decoded.length != 0 ? fromUnicode(decoded.character) : std::nullopt;
-        if (!byte) {
-            error = {i, decoded.length != 0};
-            return std::nullopt;
-        }
-        bytes.push_back(*byte);
-        i += decoded.length;
-    }
-    return bytes;
-}
-
-std::string fromUtf8Leniently(std::string_view text) {
-    std::string bytes;
-    bytes.reserve(text.size());
-    for (std::size_t i = 0; i < text.size();) {
-        const Decoded decoded = decodeUtf8(text.substr(i));
-        // Two surrogates stand for a character beyond 16 bits.
-        if (decoded.character > 0xFFFF)
-            bytes += "??";
-        else
-            bytes.push_back(likeUnicode(static_cast<char16_t>(decoded.character)).value_or('?'));
-        i += std::max<std::size_t>(decoded.length, 1);
-    }
-    return bytes;
 }
 
 bool isUtf8(std::string_view text) noexcept {
@@ -79,14 +43,6 @@ bool isUtf8(std::string_view text) noexcept {
         i += length;
     }
     return true;
-}
-
-std::string toUtf8(std::string_view bytes) {
-    std::string text;
-    text.reserve(bytes.size());
-    for (const char byte : bytes)
-        appendUtf8(text, toUnicode(byte));
-    return text;
 }
 
 void appendUtf8(std::string& text, char32_t character) {

@@ -1,5 +1,5 @@
 #include <algorithm>
-#include <optional>
+#include <string>
 
 #include "simwin/Call.h"
 #include "simwin/Calls.h"
@@ -23,7 +23,7 @@ std::size_t wideLength(const WCHAR* text) {
 }
 
 bool isAnsi(UINT codePage) {
-    return codePage == CP_ACP || codePage == CP_THREAD_ACP || codePage == kAnsiCodePage;
+    return codePage == CP_ACP || codePage == CP_THREAD_ACP || codePage == codePageInForce();
 }
 
 struct Narrowing {
@@ -35,25 +35,38 @@ struct Narrowing {
     BOOL* usedReplacement;
 };
 
+std::string narrowedText(const Narrowing& job, bool& used) {
+    const std::size_t length = job.length < 0 ? wideLength(job.text) : static_cast<std::size_t>(job.length);
+    std::u16string units(length, u'\0');
+    std::transform(job.text, job.text + length, units.begin(), [](WCHAR unit) { return static_cast<char16_t>(unit); });
+    if (codePageInForce() == kUtf8CodePage)
+        return fromUtf16(units);
+    std::string bytes;
+    for (const char16_t unit : units) {
+        const std::string like = likeUtf16(unit);
+        bytes += !like.empty() ? like : std::string(1, job.replacement != nullptr ? *job.replacement : '?');
+        used = used || like.empty();
+    }
+    return bytes;
+}
+
 int narrow(Machine& machine, UINT codePage, const Narrowing& job) {
     if (!isAnsi(codePage) || job.text == nullptr || job.length == 0 || job.size < 0 ||
         (job.size != 0 && job.buffer == nullptr))
         return failConversion(machine, ERROR_INVALID_PARAMETER);
-    const std::size_t length = job.length < 0 ? wideLength(job.text) : static_cast<std::size_t>(job.length);
-    if (job.size == 0)
-        return static_cast<int>(length);
-    if (static_cast<std::size_t>(job.size) < length)
-        return failConversion(machine, ERROR_INSUFFICIENT_BUFFER);
-    const char replacement = job.replacement != nullptr ? *job.replacement : '?';
+    // Every character has a form in UTF-8.
+    if (codePageInForce() == kUtf8CodePage && (job.replacement != nullptr || job.usedReplacement != nullptr))
+        return failConversion(machine, ERROR_INVALID_PARAMETER);
     bool used = false;
-    for (std::size_t i = 0; i < length; ++i) {
-        const std::optional<char> byte = likeUnicode(static_cast<char16_t>(job.text[i]));
-        job.buffer[i] = byte.value_or(replacement);
-        used = used || !byte;
-    }
+    const std::string narrowed = narrowedText(job, used);
+    if (job.size == 0)
+        return static_cast<int>(narrowed.size());
+    if (static_cast<std::size_t>(job.size) < narrowed.size())
+        return failConversion(machine, ERROR_INSUFFICIENT_BUFFER);
+    std::copy(narrowed.begin(), narrowed.end(), job.buffer);
     if (job.usedReplacement != nullptr)
         *job.usedReplacement = used ? TRUE : FALSE;
-    return static_cast<int>(length);
+    return static_cast<int>(narrowed.size());
 }
 
 std::size_t wideBytes(const WCHAR* text, int length) {

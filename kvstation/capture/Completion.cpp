@@ -168,9 +168,9 @@ class Completer {
         const std::size_t before = m_station.registry.size();
         if (!m_station.registry.create(path) || m_station.registry.size() == before)
             return false;
-        for (std::size_t end = path.find_last_of('\\'); end != std::string::npos && end != 0;
-             end = path.find_last_of('\\', end - 1))
-            m_grown.insert(path.substr(0, end));
+        for (std::string_view parent = simwin::withoutLastPiece(path); !parent.empty();
+             parent = simwin::withoutLastPiece(parent))
+            m_grown.insert(std::string(parent));
         return true;
     }
 

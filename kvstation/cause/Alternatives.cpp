@@ -22,7 +22,7 @@ constexpr std::uint64_t kSmallNumbers = 17;  // kinds, levels and versions are a
 constexpr std::string_view kNewName = "Another7";
 
 std::string lastName(const Place& place) {
-    return place.key.substr(place.key.find_last_of('\\') + 1);
+    return std::string(simwin::lastPiece(place.key));
 }
 
 // Three that differ in every way of rounding, and behind them small ones.
@@ -273,7 +273,7 @@ std::vector<Alternative> alternativesOf(World& world, std::span<const Place> lis
     const bool areValues = listed.front().kind == Place::Kind::Value;
     const std::string& first = listed.front().key;
     const simwin::RegistryTree& tree = world.registry();
-    const std::optional<simwin::KeyId> key = tree.find(areValues ? first : first.substr(0, first.find_last_of('\\')));
+    const std::optional<simwin::KeyId> key = tree.find(areValues ? first : simwin::withoutLastPiece(first));
     if (!key)
         return {};
     std::set<std::string> names;

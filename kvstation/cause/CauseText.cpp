@@ -128,7 +128,7 @@ std::string shortName(const Cause& cause) {
     if (cause.place.isListed)
         return cause.call;
     if (cause.place.kind == Place::Kind::Value && cause.place.value.empty())
-        return simwin::toUtf8(cause.place.key.substr(cause.place.key.find_last_of('\\') + 1));
+        return simwin::toUtf8(simwin::lastPiece(cause.place.key));
     if (cause.place.kind == Place::Kind::Value)
         return "\"" + simwin::toUtf8(cause.place.value) + "\"";
     return cause.call;
@@ -183,7 +183,7 @@ std::string causesText(const FieldCauses& causes, bool colours) {
     std::string text = bold(std::string(field.name) + " = " + shownValue(causes.field, causes.value), colours) + "\n" +
                        std::string(field.meaning) + "\n\n";
     if (causes.cut)
-        text += "  cut to " + std::to_string(columns(causes.value)) + " of " + lengthOf(*causes.cut) +
+        text += "  cut to " + std::to_string(characters(causes.value)) + " of " + lengthOf(*causes.cut) +
                 " characters: \"" + shortened(visible(causes.cut->text), kLongestWhole) + "\"\n\n";
     text += linesOf(causes.causes, "  ", colours);
     if (causes.causes.empty())

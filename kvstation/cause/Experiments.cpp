@@ -62,7 +62,7 @@ bool isListed(const Question& question) {
 }
 
 std::string parentOf(const Place& place) {
-    return place.kind == Place::Kind::Value ? place.key : place.key.substr(0, place.key.find_last_of('\\'));
+    return place.kind == Place::Kind::Value ? place.key : std::string(simwin::withoutLastPiece(place.key));
 }
 
 }  // namespace

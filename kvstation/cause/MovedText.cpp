@@ -72,10 +72,11 @@ Role roleOfMiddle(const std::string& value, const std::string& moved, const std:
 
 std::string plain(std::string_view text) {
     std::string result;
-    for (const char character : text) {
-        const char small = simwin::toLower(character);
-        if (isDigit(small) || (small >= 'a' && small <= 'z') || static_cast<unsigned char>(small) >= 0x80)
+    while (!text.empty()) {
+        const std::string small = simwin::lowerCase(text.substr(0, simwin::characterLength(text)));
+        if (isDigit(small[0]) || (small[0] >= 'a' && small[0] <= 'z') || static_cast<unsigned char>(small[0]) >= 0x80)
             result += small;
+        text.remove_prefix(small.size());
     }
     return result;
 }

@@ -36,7 +36,7 @@ std::string nameOf(const Place& place) {
 }
 
 std::string Place::id() const {
-    return std::to_string(static_cast<int>(kind)) + simwin::upperCase(nameOf(*this));
+    return std::to_string(static_cast<int>(kind)) + simwin::upperCaseInUtf8(nameOf(*this));
 }
 
 bool isBelow(const Place& place, const std::string& root) {

@@ -69,7 +69,7 @@ Place variable(const ObservedCall& call) {
 
 Place drive(const ObservedCall& call) {
     const std::string root = utf8(call, 0);
-    return root.empty() ? Place{} : memberPlace({"drives", std::string(1, simwin::toUpper(root.front()))});
+    return root.empty() ? Place{} : memberPlace({"drives", std::string(1, simwin::upperAscii(root.front()))});
 }
 
 // The file describes what is on drives alone.

@@ -29,7 +29,8 @@ std::string narrow(const char* option, const std::string& utf8) {
     simwin::Utf8Error error{};
     const std::optional<std::string> bytes = simwin::fromUtf8(utf8, error);
     if (!bytes)
-        fail(option, utf8, "holds a character that code page 1252 does not have");
+        fail(option, utf8,
+             "holds a character that code page " + std::to_string(simwin::codePageInForce()) + " does not have");
     return *bytes;
 }
 
@@ -119,7 +120,7 @@ RegistryValue registryValue(const std::string& given, const std::string& name, c
     if (const auto list = afterPrefix(text, "multi:")) {
         std::vector<std::string> items;
         for (std::size_t from = 0; from <= list->size();) {
-            const std::size_t end = std::min(list->find('|', from), list->size());
+            const std::size_t end = std::min(simwin::findCharacter(*list, '|', from), list->size());
             items.push_back(list->substr(from, end - from));
             from = end + 1;
         }
@@ -131,7 +132,7 @@ RegistryValue registryValue(const std::string& given, const std::string& name, c
 void applyValue(Station& station, const std::string& given) {
     const std::string whole = narrow("--value", given);
     const std::size_t equals = whole.find('=');
-    const std::size_t slash = whole.substr(0, equals).find_last_of('\\');
+    const std::size_t slash = simwin::findLastCharacter(whole.substr(0, equals), '\\');
     if (equals == std::string::npos || slash == std::string::npos)
         fail("--value", given, kValueForm);
     const std::string name = whole.substr(slash + 1, equals - slash - 1);

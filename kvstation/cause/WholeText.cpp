@@ -26,6 +26,18 @@ std::size_t overlap(std::string_view seen, std::string_view now) {
     return length;
 }
 
+// The bytes of the whole characters among the first `size` bytes.
+std::size_t wholeCharacters(std::string_view text, std::size_t size) {
+    std::size_t end = 0;
+    while (end < size) {
+        const std::size_t length = simwin::characterLength(text.substr(end));
+        if (end + length > size)
+            break;
+        end += length;
+    }
+    return end;
+}
+
 // Texts here are bytes of the ANSI code page, whose count is what a field's limit counts.
 class Mover {
   public:
@@ -85,10 +97,13 @@ class Mover {
             const std::string text = simwin::fromUtf8Leniently(giver.answer->items.front());
             if (giver.role == Role::Gives && text.size() > seen.size() &&
                 simwin::equalNoCase(text.substr(0, seen.size()), seen)) {
-                const std::string rest = text.substr(seen.size());
+                // A character that the field cut in half moves up whole.
+                const std::size_t whole = wholeCharacters(text, seen.size());
+                const std::string rest = text.substr(whole);
                 std::vector<Change> changes = withWords(world, std::vector<PlacedWord>{{&giver.place, &rest}});
                 world.make(changes);
-                return valueIn(world);
+                const std::string now = valueIn(world);
+                return now.substr(std::min(seen.size() - whole, now.size()));
             }
             if (const std::string more = moveListUp(world, giver.place, seen); !more.empty())
                 return more;
@@ -150,7 +165,7 @@ bool mayCut(const Cause& cause, const std::string& value) {
 }  // namespace
 
 std::string lengthOf(const WholeText& whole) {
-    return (whole.goesOn ? "more than " : "") + std::to_string(columns(whole.text));
+    return (whole.goesOn ? "more than " : "") + std::to_string(characters(whole.text));
 }
 
 std::optional<WholeText> wholeText(const simwin::Station& station, const Collector& collector,

@@ -56,7 +56,7 @@ const std::string* nameIn(const Json& object, const std::string& name) {
     for (const auto& [one, value] : object.get_ref<const Json::object_t&>()) {
         if (one == name)
             return &one;
-        if (found == nullptr && equalNoCase(one, name))
+        if (found == nullptr && simwin::equalNoCaseInUtf8(one, name))
             found = &one;
     }
     return found;
@@ -66,7 +66,7 @@ const std::string* nameIn(const Json& object, const std::string& name) {
 const std::string* fileIn(const Json& files, const std::string& folder) {
     for (const auto& [path, value] : files.get_ref<const Json::object_t&>())
         if (path.size() > folder.size() && path[folder.size()] == '\\' &&
-            equalNoCase(path.substr(0, folder.size()), folder))
+            simwin::equalNoCaseInUtf8(path.substr(0, folder.size()), folder))
             return &path;
     return nullptr;
 }
@@ -84,9 +84,9 @@ struct MadeKey {
 };
 
 MadeKey makeUnseen(RegistryTree& tree, const std::string& path) {
-    std::string parent = path.substr(0, path.find('\\'));
+    std::string parent = path.substr(0, simwin::findCharacter(path, '\\'));
     std::size_t end = parent.size();
-    for (std::size_t next = end; next != std::string::npos; next = path.find('\\', end + 1)) {
+    for (std::size_t next = end; next != std::string::npos; next = simwin::findCharacter(path, '\\', end + 1)) {
         if (!tree.find(path.substr(0, next)))
             break;
         end = next;
@@ -242,8 +242,7 @@ std::optional<Change> World::withoutFirst(const Place& place, std::size_t count)
 
 std::optional<Change> World::withKey(const std::string& path) {
     RegistryTree& tree = m_station->registry;
-    const bool isPath = path.find("\\\\") == std::string::npos && !path.ends_with('\\');
-    if (!isPath || !simwin::splitHive(path) || tree.find(path))
+    if (simwin::holdsEmptyPiece(path) || !simwin::splitHive(path) || tree.find(path))
         return std::nullopt;
     return makeUnseen(tree, path).appearance;
 }
@@ -256,7 +255,7 @@ std::optional<Change> World::withSubKeys(const std::string& path, const std::vec
     std::vector<KeyId> before = tree.subKeys(*key);
     std::vector<KeyId> more = before;
     for (const std::string& name : names) {
-        if (name.empty() || name.find('\\') != std::string::npos || tree.find(*key, name))
+        if (name.empty() || simwin::findCharacter(name, '\\') != std::string::npos || tree.find(*key, name))
             continue;
         const auto [spare, isNew] = m_spareKeys.try_emplace({*key, simwin::upperCase(name)});
         if (isNew)
@@ -272,7 +271,7 @@ std::optional<Change> World::withSubKeys(const std::string& path, const std::vec
 
 std::optional<Change> World::withKeyNamed(const std::string& path, const std::string& name) {
     const std::optional<KeyId> key = registry().find(path);
-    if (!key || name.empty() || name.find('\\') != std::string::npos)
+    if (!key || name.empty() || simwin::findCharacter(name, '\\') != std::string::npos)
         return std::nullopt;
     const std::optional<KeyId> other = registry().find(registry().parent(*key), name);
     if (other && *other != *key)

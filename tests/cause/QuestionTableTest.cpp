@@ -30,8 +30,8 @@ constexpr std::string_view kAskNothing[] = {
     "RegCloseKey", "ZRTSWRPFree",
     // memory and texts of its own, and parts of what it was told
     "GetLastError", "GetProcessHeap", "GlobalAlloc", "GlobalLock", "HeapAlloc", "LoadStringA", "LocalAlloc",
-    "VerQueryValueA", "VerSetConditionMask", "WideCharToMultiByte", "_mbscmp", "_mbslwr", "_mbsupr", "_strupr",
-    "inet_addr", "wsprintfA",
+    "VerQueryValueA", "VerSetConditionMask", "WideCharToMultiByte", "_mbschr", "_mbscmp", "_mbslwr", "_mbsrchr",
+    "_mbsstr", "_mbsupr", "_strupr", "inet_addr", "wsprintfA",
     // it gets ready
     "WSAStartup", "ZRTSWRPInit",
     // it tells others

@@ -24,8 +24,8 @@ struct FunctionCounts {
 //
 //     PASS RegOpenKeyA: a path in another letter case: result
 //     FAIL RegOpenKeyA: a path in another letter case: result: expected 0, found 2
-//     WINE _mbsupr: letters of the code page: expected "\xC4", found "\xE4" (Wine changes ASCII letters alone)
-//     SKIP WFQuerySessionInformationA: wfapi64.dll is not on this computer
+//     WINE _mbsupr: letters of the code page: expected "\xC4", found "\xE4" (Wine changes ASCII letters alone of those
+//     with one byte) SKIP WFQuerySessionInformationA: wfapi64.dll is not on this computer
 class Report {
   public:
     explicit Report(Platform platform) : m_platform(platform) {}

@@ -45,16 +45,6 @@ struct Entered {
 };
 Entered g_entered;
 
-std::string widened(const std::string& bytes) {
-    std::string wide;
-    for (const char byte : bytes) {
-        const char16_t unit = simwin::toUnicode(byte);
-        wide.push_back(static_cast<char>(unit & 0xFF));
-        wide.push_back(static_cast<char>(unit >> 8));
-    }
-    return wide;
-}
-
 // The key's path as the kernel has it, in bytes of the code page.
 std::string kernelPath(HKEY key) {
     constexpr int kNameInformation = 3;
@@ -100,7 +90,7 @@ LSTATUS unlessDenied(LSTATUS error, const char* subKey, HKEY* result) {
 constexpr std::size_t kLongestNarrowPath = 260;
 
 LSTATUS openLong(HKEY key, const std::string& subKey, REGSAM access, HKEY* result) {
-    const std::string path = widened(subKey + '\0');
+    const std::string path = simwin::toUtf16Bytes(subKey + '\0');
     return RegOpenKeyExW(key, reinterpret_cast<const WCHAR*>(path.data()), 0, access, result);
 }
 
@@ -181,7 +171,9 @@ bool isText(std::uint32_t type) {
 void writeValues(HKEY key, const RegistryTree& tree, KeyId id) {
     const simwin::RegistryValue* value = nullptr;
     for (std::size_t index = 0; (value = tree.value(id, index)) != nullptr; ++index)
-        setValue(key, {value->name, value->type, isText(value->type) ? widened(value->bytes) : value->bytes, {}});
+        setValue(
+            key,
+            {value->name, value->type, isText(value->type) ? simwin::toUtf16Bytes(value->bytes) : value->bytes, {}});
 }
 
 void writeKeys(HKEY key, const RegistryTree& tree, KeyId id, std::vector<std::string>& refused) {

@@ -1,5 +1,6 @@
 // WideCharToMultiByte.
 #include <algorithm>
+#include <span>
 #include <string>
 
 #include "tests/conformance/Room.h"
@@ -23,7 +24,7 @@ struct TextCase {
 };
 
 // Every text ends with its terminator, so that it can be asked for by its length and without.
-const TextCase kTexts[] = {
+const TextCase kWesternTexts[] = {
     {"letters", u"Intel\0"sv, "Intel\0"s, FALSE},
     {"an empty text", u"\0"sv, "\0"s, FALSE},
     {"letters of the code page", u"\u00E4\u00D6\u00DF\0"sv, "\xE4\xD6\xDF\0"s, FALSE},
@@ -37,14 +38,25 @@ const TextCase kTexts[] = {
     {"a true question mark", u"?\0"sv, "?\0"s, FALSE},
 };
 
+const TextCase kJapaneseTexts[] = {
+    {"letters", u"Intel\0"sv, "Intel\0"s, FALSE},
+    {"characters of two bytes", u"\u5C71\u30BD\0"sv, "\x8E\x52\x83\x5C\0"s, FALSE},
+    {"half-width kana", u"\uFF71\uFF9F\0"sv, "\xB1\xDF\0"s, FALSE},
+    {"a character that has two codes", u"\u222A\u3231\0"sv, "\x81\xBE\x87\x8A\0"s, FALSE},
+    {"letters with a like one", u"\u00C0\u00E9\0"sv, "Ae\0"s, FALSE},
+    {"characters beyond", u"a\u0141\uD55Cb\0"sv, "a??b\0"s, TRUE},
+    {"a pair of surrogates", u"\xD83D\xDE00\0"sv, "??\0"s, TRUE},
+};
+
 void checkText(Suite& suite, const Check& check, const TextCase& one, UINT codePage) {
     const std::string at = one.what + (codePage == CP_ACP ? ""s : ", by the number of the code page"s);
     const auto size = static_cast<int>(one.narrow.size());
-    const auto convert = [&](int length, char* buffer, int room, const char* replacement, BOOL* used) {
-        return WideCharToMultiByte(codePage, 0, wide(one.text), length, buffer, room, replacement, used);
+    const auto length = static_cast<int>(one.text.size());
+    const auto convert = [&](int units, char* buffer, int room, const char* replacement, BOOL* used) {
+        return WideCharToMultiByte(codePage, 0, wide(one.text), units, buffer, room, replacement, used);
     };
     check.equal(at + ", asked for its size", convert(-1, nullptr, 0, nullptr, nullptr), size);
-    check.equal(at + ", asked for its size by length", convert(size - 1, nullptr, 0, nullptr, nullptr),
+    check.equal(at + ", asked for its size by length", convert(length - 1, nullptr, 0, nullptr, nullptr),
                 size > 1 ? size - 1 : 0);
     Room exact(static_cast<std::size_t>(size));
     BOOL used = 7;
@@ -54,7 +66,7 @@ void checkText(Suite& suite, const Check& check, const TextCase& one, UINT codeP
     check.holds(at + ", exactly full: nothing behind", exact.isUntouchedBehind());
     if (size > 1) {
         Room open(static_cast<std::size_t>(size));
-        check.equal(at + ", without its terminator: result", convert(size - 1, open.data(), size, nullptr, nullptr),
+        check.equal(at + ", without its terminator: result", convert(length - 1, open.data(), size, nullptr, nullptr),
                     size - 1);
         check.holds(at + ", without its terminator: none is written", open.isUntouchedFrom(open.size() - 1));
         Room tight(static_cast<std::size_t>(size - 1));
@@ -103,12 +115,14 @@ void checkRefusals(Suite& suite, const Check& check) {
 
 void testWideText(Suite& suite) {
     const Check check = suite.of("WideCharToMultiByte");
-    if (suite.world.ansiCodePage() != 1252) {
-        check.skip("the ANSI code page is not 1252");
+    const UINT own = suite.world.ansiCodePage();
+    if (own != 1252 && own != 932) {
+        check.skip("the ANSI code page is neither 1252 nor 932");
         return;
     }
-    for (const TextCase& one : kTexts)
-        for (const UINT codePage : {UINT{CP_ACP}, UINT{1252}})
+    const auto japanese = std::span<const TextCase>(kJapaneseTexts);
+    for (const TextCase& one : own == 932 ? japanese : std::span<const TextCase>(kWesternTexts))
+        for (const UINT codePage : {UINT{CP_ACP}, own})
             checkText(suite, check, one, codePage);
     checkRefusals(suite, check);
 }

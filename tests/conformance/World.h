@@ -13,11 +13,14 @@ namespace conformance {
 
 class World {
   public:
+    // Of a station with this ANSI code page; 0: what there is, which is 1252 on the simulated one. A Windows has the
+    // one that it has.
+    //
     // Makes the arrangement: a key below HKEY_CURRENT_USER\Software, which no reboot keeps, and a folder in the
     // temporary one, each named kvconform- and the process's number. Those of a process that ended without removing
     // them are removed first. Throws std::runtime_error with one line when something cannot be made; then nothing is
     // left.
-    World();
+    explicit World(UINT ansiCodePage);
     World(const World&) = delete;
     World& operator=(const World&) = delete;
     ~World();

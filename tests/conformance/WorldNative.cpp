@@ -90,8 +90,10 @@ void describeNetwork(simwin::Station& station) {
     station.vcdVersion = 41;
 }
 
-simwin::Station describe() {
+simwin::Station describe(UINT ansiCodePage) {
     simwin::Station station;
+    if (ansiCodePage != 0)
+        station.codePages.ansi = ansiCodePage;
     describeRegistry(station);
     describeFiles(station);
     describeNames(station);
@@ -103,11 +105,13 @@ simwin::Station describe() {
 }  // namespace
 
 struct World::State {
-    simwin::Machine machine{describe()};
+    explicit State(UINT ansiCodePage) : machine(describe(ansiCodePage)) {}
+
+    simwin::Machine machine;
     simwin::Machine::Scope scope{machine};
 };
 
-World::World() : m_state(std::make_unique<State>()) {}
+World::World(UINT ansiCodePage) : m_state(std::make_unique<State>(ansiCodePage)) {}
 World::~World() = default;
 
 Platform World::platform() const {

@@ -236,7 +236,9 @@ struct World::State {
 
 World::State* World::State::s_current = nullptr;
 
-World::World() : m_state(std::make_unique<State>()) {
+World::World(UINT ansiCodePage) : m_state(std::make_unique<State>()) {
+    if (ansiCodePage != 0 && ansiCodePage != GetACP())
+        throw std::runtime_error("this Windows has the ANSI code page " + std::to_string(GetACP()));
     removeLeftOvers();
     makeRegistry(m_state->name);
     makeFiles(m_state->folder);

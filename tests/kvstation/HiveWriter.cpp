@@ -94,22 +94,12 @@ void check(bool done, const char* call) {
         throw std::system_error(errno, std::generic_category(), call);
 }
 
-std::string wide(std::string_view bytes) {
-    std::string result;
-    for (const char character : bytes) {
-        const char16_t unit = simwin::toUnicode(character);
-        result.push_back(static_cast<char>(unit & 0xFF));
-        result.push_back(static_cast<char>(unit >> 8));
-    }
-    return result;
-}
-
 void setValues(hive_h* hive, hive_node_h node, const RegistryTree& tree, KeyId key) {
     std::vector<std::string> names;
     std::vector<std::string> bytes;
     for (std::size_t i = 0; const RegistryValue* value = tree.value(key, i); ++i) {
         names.push_back(simwin::toUtf8(value->name));
-        bytes.push_back(isText(*value) ? wide(value->bytes) : value->bytes);
+        bytes.push_back(isText(*value) ? simwin::toUtf16Bytes(value->bytes) : value->bytes);
     }
     std::vector<hive_set_value> values(names.size());
     for (std::size_t i = 0; i < values.size(); ++i) {

@@ -304,7 +304,7 @@ std::string completions(const std::string& words) {
 
 TEST_F(Program, BashCompletesVerbsOptionsAndFields) {
     EXPECT_EQ(completions("sim"), "simulate\n");
-    EXPECT_EQ(completions("decode --"), "--help --json --field --all --html --raw\n");
+    EXPECT_EQ(completions("decode --"), "--help --code-page --json --field --all --html --raw\n");
     EXPECT_EQ(completions("decode x --field szMA"), "szMACAddress\n");
     EXPECT_EQ(completions("decode x --field = szMA"), "szMACAddress\n");
     EXPECT_THAT(completions("decode x --field ="), StartsWith("szStation szUserName "));
@@ -320,7 +320,7 @@ TEST_F(Program, BashCompletesTheOptionsOfEachVerb) {
     EXPECT_EQ(completions("show --"), "--help --json --field --all --html --raw --times --timeout\n");
     EXPECT_EQ(completions("simulate x --"),
               "--help --json --field --all --html --raw --set --version --unset --value --fail --times\n");
-    EXPECT_EQ(completions("diff --"), "--help --set --version --unset --value --fail\n");
+    EXPECT_EQ(completions("diff --"), "--help --code-page --set --version --unset --value --fail\n");
     EXPECT_EQ(completions("layout --"), "--help --json --markdown --over\n");
     EXPECT_EQ(completions("trace --"),
               "--help --field --all --json --set --version --unset --value --fail --timeout\n");

@@ -18,12 +18,26 @@ TEST(VisibleText, NoBreakSpaceIsNoControlCharacter) {
     EXPECT_EQ(visible("\xC2\xA0"), "\xC2\xA0");
 }
 
-TEST(VisibleText, CutCharacterStays) {
-    EXPECT_EQ(visible("\xC2"), "\xC2");
+TEST(VisibleText, SpellsOutBytesThatAreNoCharacter) {
+    EXPECT_EQ(visible("\xC2"), "\\xc2");
+    EXPECT_EQ(visible("a\x83\x5C\xE3\x82"), "a\\x83\\\\xe3\\x82");
 }
 
-TEST(VisibleText, ColumnsAreCharacters) {
+TEST(VisibleText, ColumnsAreThoseOfATerminal) {
     EXPECT_EQ(columns("M\xC3\xBC\xE2\x82\xAC"), 3u);
+    EXPECT_EQ(columns("\xE5\xB1\xB1\xEF\xBE\x94\xE3\x82\xBD"), 5u);  // two wide, one half-width
+    EXPECT_EQ(columns("\xED\x95\x9C\xEA\xB8\x80"), 4u);
+}
+
+TEST(VisibleText, CountsCharacters) {
+    EXPECT_EQ(characters("M\xC3\xBC\xE2\x82\xAC\xE5\xB1\xB1"), 4u);
+    EXPECT_EQ(characters("\x83"), 1u);
+    EXPECT_EQ(characters(""), 0u);
+}
+
+TEST(VisibleText, AWideCharacterThatHasNoRoomIsLeftOut) {
+    EXPECT_EQ(bytesOf("a\xE5\xB1\xB1", 2), 1u);
+    EXPECT_EQ(bytesOf("a\xE5\xB1\xB1", 3), 4u);
 }
 
 TEST(VisibleText, BytesOfCharactersNeverCutOne) {

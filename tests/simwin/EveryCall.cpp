@@ -173,6 +173,9 @@ void makeTextAndLibraryCalls() {
     _mbslwr(text);
     // cppcheck-suppress stringCompare ; only the call counts
     _mbscmp(text, text);
+    _mbschr(text, 'a');
+    _mbsrchr(text, 'a');
+    _mbsstr(text, text);
     LocalFree(LocalAlloc(LPTR, 4));
     GetModuleHandleA("ntdll.dll");
     const HMODULE library = LoadLibraryA("KVVCD32.dll");

@@ -6,6 +6,7 @@
 #include <fstream>
 #include <sstream>
 
+#include "simwin/CodePage.h"
 #include "simwin/RegistryWriter.h"
 
 namespace {
@@ -205,6 +206,67 @@ TEST_F(RealExports, ReadPutTogetherInOneFile) {
 TEST(RegistryReader, ReadsWhatTheCodePageDoesNotHoldAsQuestionMarks) {
     const RegistryTree tree = readRegistry(std::string(kVersion5) + kKey + "\"Name\"=\"\xE4\xB8\xAD\"\n", "x.reg");
     EXPECT_EQ(find(tree, "Name")->bytes, "?\0"s);
+}
+
+// Exports of a Japanese Windows 98: the second bytes of some characters are backslashes, brackets and quotes'
+// neighbours.
+TEST(RegistryReader, ReadsCharactersOfTwoBytes) {
+    const CodePageScope scope(932);
+    const RegistryTree tree = readRegistry(
+        "REGEDIT4\n\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\\x83\x5C\x83\x74\x83\x67\\\x83\x5D]\n"
+        "\"\x95\x5C\"=\"C:\\\\\x83\x5C\\\\\x94\x5C\"\n\"ab\x81\x5B\"=\"\x83\x7C\"\n",
+        "x.reg");
+    const std::optional<KeyId> key = tree.find("HKEY_LOCAL_MACHINE\\Software\\\x83\x5C\x83\x74\x83\x67\\\x83\x5D");
+    ASSERT_TRUE(key);
+    EXPECT_EQ(tree.name(*key), "\x83\x5D");
+    ASSERT_NE(tree.findValue(*key, "\x95\x5C"), nullptr);
+    EXPECT_EQ(tree.findValue(*key, "\x95\x5C")->bytes, "C:\\\x83\x5C\\\x94\x5C\0"s);
+    ASSERT_NE(tree.findValue(*key, "AB\x81\x5B"), nullptr);
+    EXPECT_EQ(tree.findValue(*key, "ab\x81\x5B")->bytes, "\x83\x7C\0"s);
+    EXPECT_EQ(tree.find("HKEY_LOCAL_MACHINE\\SOFTWARE\\\x83"), std::nullopt);
+}
+
+TEST(RegistryReader, ReadsUnicodeAsTheCodePageInForce) {
+    for (const auto& [page, bytes] :
+         {std::pair(932u, "\x83\x5C\x84\x4C?"s), {1251u, "?\xCB?"s}, {65001u, "\u30BD\u041B\uD55C"s}}) {
+        const CodePageScope scope(page);
+        expectRead(kVersion5, {{"\"\u30BD\u041B\uD55C\"", 1, bytes + '\0'}});
+    }
+    const CodePageScope scope(932);
+    expectRead(kVersion5, {{"hex(1):bd,30,00,00", 1, "\x83\x5C\0"s}});
+}
+
+TEST(RegistryReader, SaysWhichKeyOfTwoByteCharactersHasNoClosingBracket) {
+    const CodePageScope scope(932);
+    EXPECT_THROW(readRegistry("REGEDIT4\n[HKEY_LOCAL_MACHINE\\\x83\x5D\n", "x.reg"), ReadError);
+}
+
+std::string writtenAgain(const std::string& data) {
+    RegistryTree tree;
+    tree.set("HKEY_LOCAL_MACHINE\\\x83\x5C", textValue("\x95\x5C", data));
+    tree.set("HKEY_LOCAL_MACHINE\\\x83\x5C", multiTextValue("All", {data, "a"}));
+    const RegistryTree again = readRegistry(writeRegistry(tree), "x.reg");
+    EXPECT_EQ(again.findValue(*again.find("HKEY_LOCAL_MACHINE\\\x83\x5C"), "All")->bytes, data + "\0a\0\0"s);
+    return again.findValue(*again.find("HKEY_LOCAL_MACHINE\\\x83\x5C"), "\x95\x5C")->bytes;
+}
+
+TEST(RegistryWriter, WritesEveryByteBackThatIsReadAgain) {
+    const CodePageScope scope(932);
+    for (const char* data : {"\x83\x5C\x94\x5C", "half \x83", "\xA0\xFD none", "\xFA\x58 the other code", "plain"})
+        EXPECT_EQ(writtenAgain(data), data + "\0"s);
+}
+
+TEST(RegistryWriter, TakesTheFormWhoseDataAreBytesOnlyWhereItMust) {
+    const CodePageScope scope(932);
+    RegistryTree tree;
+    tree.set("HKEY_LOCAL_MACHINE\\A", textValue("Name", "\x83\x5C"));
+    EXPECT_TRUE(writeRegistry(tree).starts_with("Windows Registry Editor Version 5.00\n"));
+    tree.set("HKEY_LOCAL_MACHINE\\A", textValue("Name", "\x83"));
+    EXPECT_EQ(writeRegistry(tree), "REGEDIT4\n\n[HKEY_LOCAL_MACHINE\\A]\n\"Name\"=hex(1):83,00\n");
+    // Names have no such form.
+    tree = RegistryTree();
+    tree.set("HKEY_LOCAL_MACHINE\\A", textValue("b\x83", "x"));
+    EXPECT_EQ(writeRegistry(tree), "Windows Registry Editor Version 5.00\n\n[HKEY_LOCAL_MACHINE\\A]\n\"b?\"=\"x\"\n");
 }
 
 TEST(RegistryReader, SaysWhereAndWhatIsWrong) {

@@ -186,7 +186,12 @@ TEST(StationReader, SaysWhereAndWhatIsWrong) {
         {R"({"computerName": {"hex": "4"}})",
          "s.json: /computerName/hex: is no row of bytes of two hexadecimal digits each"},
         {R"({"computerName": {"text": "A"}})", "s.json: /computerName/text: is not known"},
-        {R"({"codePages": {"ansi": 1250}})", "s.json: /codePages/ansi: only 1252 is supported"},
+        {R"({"codePages": {"ansi": 1249}})",
+         "s.json: /codePages/ansi: is none of the known code pages: 437, 850, 874, 932, 936, 949, 950, 1250, 1251, "
+         "1252, "
+         "1253, 1254, 1255, 1256, 1257, 1258, 65001"},
+        {R"({"computerName": "\u0141", "codePages": {"ansi": 1251}})",
+         "s.json: /computerName: holds a character that code page 1251 does not have"},
         {R"({"environment": {"A=B": "x"}})", "s.json: /environment/A=B: is no variable's name"},
         {R"({"processors": {"currentMhz": 1}})", "s.json: /processors/currentMhz: is no list"},
         {R"({"processors": {"currentMhz": [1, "x"]}})",

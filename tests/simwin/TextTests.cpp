@@ -133,17 +133,6 @@ TEST(CRuntime, ComparesExactly) {
     EXPECT_EQ(_mbscmp(nullptr, bytes("a")), 0x7FFFFFFF);
 }
 
-TEST(CodePage, GoesToUnicodeAndBackForEveryByte) {
-    for (int byte = 0; byte < 256; ++byte) {
-        const char character = static_cast<char>(static_cast<unsigned char>(byte));
-        EXPECT_EQ(fromUnicode(toUnicode(character)), character) << byte;
-    }
-    EXPECT_EQ(toUnicode('\x80'), u'\u20AC');
-    EXPECT_EQ(toUnicode('\x9F'), u'\u0178');
-    EXPECT_EQ(toUnicode('\xE4'), u'\u00E4');
-    EXPECT_FALSE(fromUnicode(0x81 + 0x100));
-}
-
 TEST(CodePage, RefusesWhatIsNoUtf8) {
     for (const char* text : {"\x80", "\xC0\x80", "\xC3", "\xC3(", "\xE0\x80\x80", "\xED\xA0\x80", "\xF4\x90\x80\x80",
                              "\xF5\x80\x80\x80", "\xFF"}) {

@@ -6,6 +6,7 @@
 
 #include "framework/String.h"
 #include "framework/StringData.h"
+#include "simwin/CodePage.h"
 #include "simwin/Machine.h"
 
 namespace {
@@ -244,6 +245,69 @@ TEST(CString, ThrowsWhenATextIsLongerThanALengthCanSay) {
     // Whoever needs room asks in one place. A formatted text of this length would be written character by character.
     EXPECT_THROW(text = CString("LAB", 0x7FFFFFF0), std::bad_alloc);
     EXPECT_STREQ(text, "LAB");
+}
+
+// A Windows whose characters have one byte or two, of which the second can be a backslash, a bar or a bracket.
+class JapaneseCString : public testing::Test {
+  private:
+    simwin::CodePageScope m_scope{932};
+};
+
+TEST_F(JapaneseCString, FindsNoCharacterInTheSecondByteOfAnother) {
+    const CString path("C:\\\x83\x5C\x83\x74\x83\x67\\\x83\x5C");  // two folders, of which both begin with 83 5C
+    EXPECT_EQ(path.Find('\\'), 2);
+    EXPECT_EQ(path.ReverseFind('\\'), 9);
+    EXPECT_EQ(CString("\x83\x5C\x83\x7C\x81\x5B").Find('\\'), -1);
+    EXPECT_EQ(CString("\x83\x5C\x83\x7C\x81\x5B").Find('|'), -1);
+    EXPECT_EQ(CString("\x83\x5C\x83\x7C\x81\x5B").ReverseFind('['), -1);
+}
+
+TEST_F(JapaneseCString, FindsNoPartThatBeginsWithinACharacter) {
+    EXPECT_EQ(CString("\x83\x5C"
+                      "b\\b")
+                  .Find("\\b"),
+              3);
+    EXPECT_EQ(CString("a\x83\x5C").Find("\x83\x5C"), 1);
+}
+
+TEST_F(JapaneseCString, ChangesLettersAndNoSecondBytes) {
+    CString text("ab\x83\x61\x82\x81");  // the last is a wide "a"
+    EXPECT_EQ(Str(text.MakeUpper()), "AB\x83\x61\x82\x60");
+    EXPECT_EQ(Str(text.MakeLower()), "ab\x83\x61\x82\x81");
+}
+
+TEST_F(JapaneseCString, ComparesCharacters) {
+    EXPECT_GT(CString("\x83\x41").Compare("\xB1"), 0);  // as bytes it would stand before
+    EXPECT_EQ(CString("\x83\x41").CompareNoCase("\x83\x61") == 0, false);
+    EXPECT_EQ(CString("\x82\x60").CompareNoCase("\x82\x81"), 0);
+    EXPECT_TRUE(CString("\x83\x5C") == "\x83\x5C");
+}
+
+TEST_F(JapaneseCString, TrimsWholeCharactersAlone) {
+    EXPECT_EQ(Str(CString(" \x83\x5C\t ").Trim()), "\x83\x5C");
+    // A lead byte takes the blank behind it for its second byte.
+    EXPECT_EQ(Str(CString("a\x83  ").Trim()), "a\x83 ");
+    EXPECT_EQ(Str(CString("a\x83 ").Trim()), "a\x83 ");
+    EXPECT_EQ(Str(CString("\x83 ").Trim()), "\x83 ");
+}
+
+TEST_F(JapaneseCString, IsCutByBytes) {
+    EXPECT_EQ(Str(CString("a\x83\x5C").Left(2)), "a\x83");
+    EXPECT_EQ(CString("a\x83\x5C").GetLength(), 3);
+}
+
+TEST(CString, InUtf8ChangesLettersOfAsciiAlone) {
+    const simwin::CodePageScope scope(65001);
+    CString text("a\xC3\xA4");
+    EXPECT_EQ(Str(text.MakeUpper()), "A\xC3\xA4");
+    EXPECT_EQ(text.Find("\xC3\xA4"), 1);
+    EXPECT_EQ(CString("\xD0\x9F:\xD0\x9F").ReverseFind(':'), 2);
+}
+
+TEST(CString, InRussianChangesItsLetters) {
+    const simwin::CodePageScope scope(1251);
+    CString text("\xEB\xE0\xB8");
+    EXPECT_EQ(Str(text.MakeUpper()), "\xCB\xC0\xA8");
 }
 
 }  // namespace

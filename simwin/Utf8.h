@@ -1,0 +1,23 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace simwin {
+
+struct Utf8Character {
+    char32_t character = 0;
+    std::size_t length = 0;  // bytes; 0: not UTF-8
+};
+
+// The character at the start of a text, which is not empty. Overlong forms, surrogates and numbers above 0x10FFFF are
+// no UTF-8.
+Utf8Character decodeUtf8(std::string_view text) noexcept;
+
+bool isUtf8(std::string_view text) noexcept;
+
+// Appends one character, a scalar value up to 0x10FFFF.
+void appendUtf8(std::string& text, char32_t character);
+
+}  // namespace simwin
