@@ -50,8 +50,8 @@ void upperInC(char* text) noexcept {
 
 // A character's number, 0 at the end; half of one at the end is the end.
 unsigned takeCharacter(std::string_view& text) {
-    const std::size_t length = characterLengthInC(text);
-    const bool isHalf = length == 1 && text.size() == 1 && isLeadByte(text[0]);
+    const std::size_t length = characterLength(text);
+    const bool isHalf = text.size() == 1 && isLeadByte(text[0]);
     unsigned number = 0;
     for (const char byte : text.substr(0, isHalf ? 0 : length))
         number = number << 8 | byteOf(byte);
@@ -66,6 +66,10 @@ std::string_view viewOf(const unsigned char* text) {
 int compare(const unsigned char* left, const unsigned char* right) {
     if (left == nullptr || right == nullptr)
         return std::numeric_limits<int>::max();
+    if (!hasDoubleBytes()) {
+        const int difference = viewOf(left).compare(viewOf(right));
+        return difference < 0 ? -1 : difference > 0 ? 1 : 0;
+    }
     for (std::string_view leftRest = viewOf(left), rightRest = viewOf(right);;) {
         const unsigned leftNumber = takeCharacter(leftRest);
         const unsigned rightNumber = takeCharacter(rightRest);
@@ -76,29 +80,39 @@ int compare(const unsigned char* left, const unsigned char* right) {
     }
 }
 
-// The first place, or the last, that is a character's and that `isWanted`.
+const unsigned char* placeIn(const unsigned char* text, std::size_t place) {
+    return place != std::string_view::npos ? text + place : nullptr;
+}
+
+// The first place, or the last, that is a character's of one byte or two and that `isWanted`.
 template <class Wanted>
-const unsigned char* find(const unsigned char* text, bool isLast, Wanted isWanted) {
-    const unsigned char* found = nullptr;
-    if (text == nullptr)
-        return found;
-    for (std::string_view rest = viewOf(text); !rest.empty() && (isLast || found == nullptr);
-         rest.remove_prefix(characterLengthInC(rest)))
-        if (isWanted(rest))
-            found = reinterpret_cast<const unsigned char*>(rest.data());
+std::size_t find(std::string_view text, bool isLast, Wanted isWanted) {
+    std::size_t found = std::string_view::npos;
+    for (std::size_t i = 0; i < text.size() && (isLast || found == std::string_view::npos);
+         i += characterLength(text.substr(i)))
+        if (isWanted(text.substr(i)))
+            found = i;
     return found;
 }
 
 const unsigned char* findCharacterInC(const unsigned char* text, unsigned character, bool isLast) {
-    if (character == 0 && text != nullptr)
-        return text + viewOf(text).size();
-    return find(text, isLast, [character](std::string_view rest) { return takeCharacter(rest) == character; });
+    if (text == nullptr || character == 0)
+        return text != nullptr ? text + viewOf(text).size() : nullptr;
+    if (hasDoubleBytes())
+        return placeIn(text, find(viewOf(text), isLast,
+                                  [character](std::string_view rest) { return takeCharacter(rest) == character; }));
+    const char byte = static_cast<char>(character);
+    return placeIn(text, isLast ? viewOf(text).rfind(byte) : viewOf(text).find(byte));
 }
 
+// Only the place where the part begins has to be a character's.
 const unsigned char* findPart(const unsigned char* text, const unsigned char* part) {
     if (part == nullptr || text == nullptr || *part == '\0')
         return part != nullptr ? text : nullptr;
-    return find(text, false, [part](std::string_view rest) { return rest.starts_with(viewOf(part)); });
+    if (hasDoubleBytes())
+        return placeIn(
+            text, find(viewOf(text), false, [part](std::string_view rest) { return rest.starts_with(viewOf(part)); }));
+    return placeIn(text, viewOf(text).find(viewOf(part)));
 }
 
 // The C runtime's functions take a text that they do not change and give a place in it that can be changed.

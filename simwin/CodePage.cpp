@@ -121,13 +121,17 @@ std::uint32_t takeUpper(const CodePageTables* tables, std::string_view& text) no
 }
 
 int compareNoCase(const CodePageTables* tables, std::string_view left, std::string_view right) noexcept {
-    while (!left.empty() && !right.empty() && isAscii(left[0]) && isAscii(right[0])) {
-        const int difference = upperAscii(left[0]) - upperAscii(right[0]);
-        if (difference != 0)
+    // Nearly all names are ASCII, and no call is made more often.
+    const std::size_t shorter = std::min(left.size(), right.size());
+    std::size_t ascii = 0;
+    for (; ascii < shorter && isAscii(static_cast<char>(left[ascii] | right[ascii])); ++ascii) {
+        if (left[ascii] == right[ascii])
+            continue;
+        if (const int difference = upperAscii(left[ascii]) - upperAscii(right[ascii]); difference != 0)
             return difference;
-        left.remove_prefix(1);
-        right.remove_prefix(1);
     }
+    left.remove_prefix(ascii);
+    right.remove_prefix(ascii);
     while (!left.empty() && !right.empty()) {
         const std::uint32_t leftUpper = takeUpper(tables, left);
         const std::uint32_t rightUpper = takeUpper(tables, right);
@@ -239,29 +243,28 @@ std::size_t characterLength(std::string_view text) noexcept {
     return std::max<std::size_t>(decodeUtf8(text).length, 1);
 }
 
-std::size_t characterLengthInC(std::string_view text) noexcept {
-    return page().tables != nullptr ? characterLength(text) : std::min<std::size_t>(text.size(), 1);
-}
-
 bool isLeadByte(char byte) noexcept {
     const CodePageTables* tables = page().tables;
     return tables != nullptr && tables->isLead(byteOf(byte));
 }
 
+bool hasDoubleBytes() noexcept {
+    const CodePageTables* tables = page().tables;
+    return tables != nullptr && tables->hasDoubleBytes();
+}
+
 // The second byte of two can be any from 0x40 on; UTF-8 has no ASCII within its characters.
 std::size_t findCharacter(std::string_view text, char character, std::size_t from) noexcept {
-    const CodePageTables* tables = page().tables;
-    if (tables == nullptr || !tables->hasDoubleBytes())
+    if (!hasDoubleBytes())
         return text.find(character, from);
-    for (std::size_t i = from; i < text.size(); i += firstCharacter(*tables, text.substr(i)).length)
+    for (std::size_t i = from; i < text.size(); i += characterLength(text.substr(i)))
         if (text[i] == character)
             return i;
     return std::string_view::npos;
 }
 
 std::size_t findLastCharacter(std::string_view text, char character) noexcept {
-    const CodePageTables* tables = page().tables;
-    if (tables == nullptr || !tables->hasDoubleBytes())
+    if (!hasDoubleBytes())
         return text.rfind(character);
     std::size_t last = std::string_view::npos;
     for (std::size_t i = findCharacter(text, character); i != std::string_view::npos;

@@ -63,10 +63,9 @@ class CodePageScope {
 // empty text.
 std::size_t characterLength(std::string_view text) noexcept;
 
-// The same as Windows' C runtime counts: 1 or 2; it takes each byte of UTF-8 for a character.
-std::size_t characterLengthInC(std::string_view text) noexcept;
-// The first byte of a character of two.
+// The first byte of a character of two; and whether the page has such characters.
 bool isLeadByte(char byte) noexcept;
+bool hasDoubleBytes() noexcept;
 
 // Where the character of one byte stands first, at `from` or behind it, or last; npos where it does not. Its byte as
 // the second half of another character does not count.

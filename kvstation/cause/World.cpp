@@ -149,6 +149,7 @@ const Station& World::without(const std::string& member) {
     Json members = m_json;
     members.erase(member);
     Station station;
+    station.codePages.ansi = m_station->codePages.ansi;  // what all texts are in is no answer
     simwin::describe(station, members, "station.json");
     return m_without.emplace_back(member, std::move(station)).second;
 }

@@ -84,6 +84,7 @@ TEST(Proof, HoldsOnStationsOfTheFuzzersGenerator) {
             const std::optional<simwin::Station> station = fuzzedStation(seed);
             if (!station)
                 continue;
+            const simwin::CodePageScope scope(station->codePages.ansi);
             const ProofEffort effort = stationsWanted() != 0 ? ProofEffort{kAll, kAll, true} : ProofEffort{40, 40};
             ProofResult result = prove(collector, *station, seed, effort);
             for (const std::string& one : result.complaints)

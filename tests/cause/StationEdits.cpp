@@ -276,6 +276,7 @@ std::vector<StationEdit> editsOf(const Station& station, const std::vector<Obser
 }
 
 Station writtenAndRead(const Station& station) {
+    const simwin::CodePageScope scope(station.codePages.ansi);
     Station again = simwin::parseStation(simwin::writeStation(station), "station.json");
     again.registry = simwin::readRegistry(simwin::writeRegistry(station.registry), "registry.reg");
     return again;

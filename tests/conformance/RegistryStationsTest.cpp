@@ -103,7 +103,7 @@ std::shared_ptr<const simwin::Station> FuzzedStation(unsigned number) {
     std::string bytes(64 + random() % 512, '\0');
     std::generate(bytes.begin(), bytes.end(), [&] { return static_cast<char>(random() & 0xFF); });
     kvfuzz::InputReader input(bytes);
-    auto station = std::make_shared<simwin::Station>(kvfuzz::readFuzzedStation(input));
+    auto station = std::make_shared<simwin::Station>(kvfuzz::readFuzzedStation(input, GetACP()));
     // Behind an address that is shorter than its length stands what stood there by chance.
     for (simwin::Host& host : station->network.hosts)
         host.lengthSaid.reset();

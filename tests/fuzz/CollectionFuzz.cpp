@@ -8,6 +8,7 @@
 #include "include/kvcstat.h"
 #include "kvcstat/hardware/HardwareInformation.h"
 #include "kvcstat/os/OSInformation.h"
+#include "simwin/CodePage.h"
 #include "simwin/Machine.h"
 #include "tests/fuzz/Blocks.h"
 #include "tests/fuzz/Check.h"
@@ -122,7 +123,10 @@ void collect(std::string_view bytes) {
 
 extern "C" int LLVMFuzzerInitialize(int*, char***) {
     hardwareMark();
-    collect({});  // makes the tables that live as long as the program
+    // Tables that live as long as the program.
+    for (const unsigned page : simwin::knownCodePages())
+        const simwin::CodePageScope made(page);
+    collect({});
     return 0;
 }
 

@@ -31,8 +31,10 @@ simwin::CompanionText readCompanionText(InputReader& input) {
     return {std::move(text), flags & 3, (flags & 4) == 0};
 }
 
-void readVersion(InputReader& input, Station& station) {
+// The version, and in bits of its own the code page.
+unsigned readVersion(InputReader& input, Station& station) {
     static constexpr std::uint32_t kMajors[] = {4, 5, 6, 10, 0};
+    static constexpr unsigned kPages[] = {1252, 932, 1252, 936, 949, 950, 1250, 65001};
     simwin::WindowsVersion& version = station.version.emplace();
     const std::uint8_t choice = input.byte();
     version.platformId = choice % 8 == 0 ? 0 : choice % 8 == 1 ? 3 : choice % 8 < 5 ? 1 : 2;
@@ -41,6 +43,7 @@ void readVersion(InputReader& input, Station& station) {
     version.minor = input.byte();
     version.build = input.number();
     version.servicePack = readText(input);
+    return kPages[choice >> 5];
 }
 
 void readUser(InputReader& input, Station& station) {
@@ -212,10 +215,12 @@ void readRefusal(InputReader& input, Station& station, const std::string& key) {
 
 }  // namespace
 
-Station readFuzzedStation(InputReader& input) {
+Station readFuzzedStation(InputReader& input, std::optional<unsigned> codePage) {
     Station station;
     station.network.hostName = "pc-lab3";
-    readVersion(input, station);
+    const unsigned chosen = readVersion(input, station);
+    station.codePages.ansi = codePage.value_or(chosen);
+    const simwin::CodePageScope scope(station.codePages.ansi);
     std::string lastKey;
     for (std::size_t items = 0; items < kMostItems && !input.isAtEnd(); ++items) {
         switch (input.below(16)) {

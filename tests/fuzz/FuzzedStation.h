@@ -1,12 +1,15 @@
 // A whole station out of the fuzzer's bytes.
 #pragma once
 
+#include <optional>
+
 #include "simwin/Station.h"
 #include "tests/fuzz/InputReader.h"
 
 namespace kvfuzz {
 
-// Reads to the input's end, but no more than some dozens of items: longer inputs only cost time.
-simwin::Station readFuzzedStation(InputReader& input);
+// Reads to the input's end, but no more than some dozens of items: longer inputs only cost time. The input chooses the
+// ANSI code page unless one is given.
+simwin::Station readFuzzedStation(InputReader& input, std::optional<unsigned> codePage = std::nullopt);
 
 }  // namespace kvfuzz

@@ -61,6 +61,10 @@ constexpr std::string_view kWords[] = {
     "%s%n%d%x",
     "-2147483648",
     "99999999999999999999",
+    // bytes that are half of a character in some code pages, a backslash or a letter of one in others
+    "C:\\\x83\x5C\x83\x74\x83\x67\\\x95\x5C\\wfica32.exe /x",
+    "\x83\x7C\x81\x5B;\x83\x5D\x82\x81 \x83",
+    "\xD0\x9F\xC3\xA4\xE3\x82\xBD\xF0\x9F\x98\x80",
 };
 
 std::string_view readWord(InputReader& input) {

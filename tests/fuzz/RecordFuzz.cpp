@@ -1,5 +1,6 @@
 // The tool's reader of record files, and every view of what it read.
 #include <cstdint>
+#include <span>
 #include <string_view>
 
 #include "kvstation/Errors.h"
@@ -7,6 +8,7 @@
 #include "kvstation/JsonView.h"
 #include "kvstation/RecordFile.h"
 #include "kvstation/TextView.h"
+#include "simwin/CodePage.h"
 #include "tests/fuzz/Check.h"
 
 namespace {
@@ -14,8 +16,10 @@ namespace {
 // JSON keeps every value.
 void checkReadsBack(const kvstation::Record& record) {
     const kvstation::Record again = kvstation::recordFromJson(kvstation::jsonView(record), "again");
-    for (std::size_t field = 0; field < kvstation::fields().size(); ++field)
+    for (std::size_t field = 0; field < kvstation::fields().size(); ++field) {
         kvfuzz::check(record.textOf(field) == again.textOf(field), "a record reads back from its JSON as it was");
+        kvfuzz::check(record[field].bytes == again[field].bytes, "and so do its bytes");
+    }
 }
 
 void show(const kvstation::Report& report) {
@@ -27,6 +31,10 @@ void show(const kvstation::Report& report) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    // The last byte chooses the code page: a raw record has a zero there, and 1252.
+    const std::span<const unsigned> pages = simwin::knownCodePages();
+    const unsigned char choice = size != 0 ? data[size - 1] : 0;
+    const simwin::CodePageScope scope(choice == 0 ? simwin::kDefaultCodePage : pages[choice % pages.size()]);
     try {
         show(kvstation::recordFromFileBytes({reinterpret_cast<const char*>(data), size}, "record"));
     } catch (const kvstation::Failure& failure) {

@@ -40,6 +40,7 @@ Captured captureBehind(Machine& behind) {
 
 // The station as its two files tell it.
 Station writtenAndRead(const Station& station) {
+    const simwin::CodePageScope scope(station.codePages.ansi);
     Station again = simwin::parseStation(simwin::writeStation(station), "station.json");
     again.registry = simwin::readRegistry(simwin::writeRegistry(station.registry), "registry.reg");
     return again;
