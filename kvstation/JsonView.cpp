@@ -67,12 +67,25 @@ Value exactValue(std::string bytes) {
     return {.text = simwin::toUtf8(bytes), .number = 0, .filled = bytes.size(), .bytes = std::move(bytes)};
 }
 
+// The bytes of {"hex": "41 42"}; none where it is something else.
+std::optional<std::string> exactBytes(const Json& value) {
+    if (!value.is_object() || !value.contains("hex"))
+        return std::nullopt;
+    try {
+        return simwin::readHex({value["hex"], "", ""});
+    } catch (const simwin::ReadError&) {
+        return std::nullopt;
+    }
+}
+
 Value readText(const Json& value, const Field& field, std::string_view name) {
-    const bool isExact = value.is_object() && value.contains("hex");
-    if (!value.is_string() && !isExact)
+    const std::optional<std::string> exact = exactBytes(value);
+    if (value.is_object() && !exact)
+        fail(name, std::string(field.name) +
+                       " must be a text, or its bytes as two hexadecimal digits each: {\"hex\": \"41 42\"}");
+    if (!value.is_string() && !exact)
         fail(name, std::string(field.name) + " must be a text");
-    Value read = isExact ? exactValue(simwin::readHex({value["hex"], std::string(name), "/" + std::string(field.name)}))
-                         : valueOf(value.get<std::string>());
+    Value read = exact ? exactValue(*exact) : valueOf(value.get<std::string>());
     if (read.filled > field.width)
         fail(name, std::string(field.name) + " is longer than its " + std::to_string(field.width) + " bytes");
     return read;

@@ -7,6 +7,7 @@
 
 #include "Samples.h"
 #include "kvstation/Errors.h"
+#include "simwin/CodePage.h"
 
 namespace kvstation {
 namespace {
@@ -54,11 +55,12 @@ TEST(JsonView, IsValidForEveryByteInEveryTextField) {
     for (int byte = 1; byte < 256; ++byte) {
         RecordBytes bytes;
         bytes.fill(static_cast<char>(byte));
-        const std::string json = jsonView(Record(bytes));
+        const Record record(bytes);
+        const std::string json = jsonView(record);
         ASSERT_TRUE(Json::accept(json)) << byte;
         const Record again = recordFromJson(json, "again");
         for (std::size_t i = 0; i < fields().size(); ++i)
-            ASSERT_EQ(again.textOf(i), Record(bytes).textOf(i)) << byte;
+            ASSERT_EQ(again.textOf(i), record.textOf(i)) << byte;
     }
 }
 
@@ -67,6 +69,65 @@ TEST(JsonView, ReadsWhatItWrote) {
     const Record again = recordFromJson(jsonView(record), "again");
     for (std::size_t i = 0; i < fields().size(); ++i)
         EXPECT_EQ(again.textOf(i), record.textOf(i));
+}
+
+// A name of Japanese characters, cut within the second one.
+RecordBytes cutName() {
+    RecordBytes bytes{};
+    put(bytes, 51, "\x8E\x52\x93");
+    return bytes;
+}
+
+TEST(JsonView, HoldsTheBytesOfATextThatEndsInHalfACharacter) {
+    const simwin::CodePageScope scope(932);
+    const Record record(cutName());
+    const Json json = Json::parse(jsonView(record));
+    EXPECT_EQ(json["szUserName"], Json({{"text", "\u5C71\uFFFD"}, {"hex", "8E 52 93"}}));
+    const Record again = recordFromJson(jsonView(record), "again");
+    EXPECT_EQ(again.at("szUserName").bytes, "\x8E\x52\x93");
+    EXPECT_EQ(again.at("szUserName").text, "\u5C71\x93");
+    EXPECT_EQ(again.at("szUserName").filled, 3u);
+}
+
+TEST(JsonView, HoldsTheBytesWhereTwoCodesMeanOneCharacter) {
+    const simwin::CodePageScope scope(932);
+    RecordBytes bytes{};
+    put(bytes, 51, "\xFA\x58");
+    EXPECT_EQ(Json::parse(jsonView(Record(bytes)))["szUserName"], Json({{"text", "\u3231"}, {"hex", "FA 58"}}));
+}
+
+TEST(JsonView, IsValidForEveryByteInEveryTextFieldOfAnyCodePage) {
+    for (const unsigned page : simwin::knownCodePages()) {
+        const simwin::CodePageScope scope(page);
+        for (int byte = 1; byte < 256; ++byte) {
+            RecordBytes bytes;
+            bytes.fill(static_cast<char>(byte));
+            const Record record(bytes);
+            const Record again = recordFromJson(jsonView(record), "again");
+            for (std::size_t i = 0; i < fields().size(); ++i)
+                ASSERT_EQ(again[i].bytes, record[i].bytes) << page << " " << byte;
+        }
+    }
+}
+
+TEST(JsonView, ReadsATextThatItsCodePageDoesNotHold) {
+    Json json = Json::parse(jsonView(Record(RecordBytes{})));
+    json["szUserName"] = "\u5C71";
+    const Record record = recordFromJson(json.dump(), "a.json");
+    EXPECT_EQ(record.at("szUserName").text, "\u5C71");
+    EXPECT_EQ(Json::parse(jsonView(record))["szUserName"], "\u5C71");
+}
+
+TEST(JsonView, RefusesBytesThatAreNone) {
+    for (const char* hex : {"8", "xx", "8E 5"}) {
+        const auto wrong = [&](Json& json) { json["szUserName"] = {{"hex", hex}}; };
+        EXPECT_EQ(
+            errorOf(changed(wrong)),
+            "a.json: szUserName must be a text, or its bytes as two hexadecimal digits each: {\"hex\": \"41 42\"}")
+            << hex;
+    }
+    EXPECT_EQ(errorOf(changed([](Json& json) { json["szUserName"] = Json::object(); })),
+              "a.json: szUserName must be a text, or its bytes as two hexadecimal digits each: {\"hex\": \"41 42\"}");
 }
 
 TEST(JsonView, TellsWhereForeignTextStopsBeingJson) {

@@ -189,6 +189,36 @@ TEST_F(Program, DifferentRecordsGiveStatus1) {
     EXPECT_EQ(different.errors, "");
 }
 
+TEST_F(Program, ARecordsTextsAreReadInTheCodePageThatIsNamed) {
+    const std::string japanese = folder / "japanese.bin";
+    RecordBytes bytes = sampleBytes();
+    put(bytes, 51, "\x83\x5C\x95\x5C");
+    writeFile(japanese, {bytes.data(), bytes.size()});
+    EXPECT_EQ(run({"decode", japanese, "--code-page", "932", "--field", "szUserName"}).output, "\u30BD\u8868\n");
+    EXPECT_EQ(run({"decode", japanese, "--field", "szUserName"}).output, "\u0192\\\u2022\\\n");
+    expectRefusal(run({"decode", raw, "--code-page", "1249"}), 2,
+                  "--code-page: '1249' is none of the known code pages: 437, 850, 874, 932, 936, 949, 950, 1250, 1251, "
+                  "1252, 1253, 1254, 1255, 1256, 1257, 1258, 65001; 'kvstation decode --help' tells more");
+    EXPECT_EQ(run({"decode", raw, "--code-page", "932", "--code-page", "1252"}).status, 2);
+}
+
+TEST_F(Program, ComparedRecordsCanBeOfTwoCodePages) {
+    const std::string polish = folder / "polish.bin";
+    const std::string unicode = folder / "unicode.bin";
+    RecordBytes bytes = sampleBytes();
+    put(bytes, 51,
+        "\xA3\xF3"
+        "d\x9F");
+    writeFile(polish, {bytes.data(), bytes.size()});
+    bytes = sampleBytes();
+    put(bytes, 51, "\u0141\u00F3d\u017A");
+    writeFile(unicode, {bytes.data(), bytes.size()});
+    EXPECT_EQ(run({"diff", polish, unicode, "--code-page", "1250", "--code-page", "65001"}).output, "");
+    EXPECT_EQ(run({"diff", polish, polish, "--code-page", "1250"}).status, 0);
+    EXPECT_EQ(run({"diff", polish, unicode, "--code-page", "1250"}).status, 1);
+    EXPECT_EQ(run({"diff", polish, unicode, "--code-page", "1", "--code-page", "2"}).status, 2);
+}
+
 TEST_F(Program, ARecordThatCannotBeReadIsNoDifference) {
     const ProgramRun refused = run({"diff", raw, folder / "missing"});
     EXPECT_EQ(refused.status, 1);
