@@ -12,6 +12,9 @@
 namespace kvstation {
 namespace {
 
+// A file of megabytes may hold one name alone, and the error tells the name.
+constexpr std::size_t kLongestLine = 4000;
+
 // Some of Windows' texts have a place for what was asked: "%1 is not a valid Win32 application".
 std::string fillIn(std::string text, std::string_view asked) {
     const std::size_t place = text.find("%1");
@@ -58,7 +61,7 @@ std::string describeFileError(std::string_view path, std::string_view done, int 
 }
 
 void reportError(std::string_view message) {
-    const std::string line = "kvstation: " + visible(message) + "\n";
+    const std::string line = "kvstation: " + visible(shortened(message, kLongestLine)) + "\n";
     std::fwrite(line.data(), 1, line.size(), stderr);
 }
 

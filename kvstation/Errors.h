@@ -35,7 +35,8 @@ std::string describeLibraryError(std::string_view call, std::string_view asked, 
 // "record.bin cannot be read: No such file or directory (error 2)".
 std::string describeFileError(std::string_view path, std::string_view done, int code);
 
-// Writes the line to standard error behind the tool's name. Characters that would break the line are spelled out.
+// Writes the line to standard error behind the tool's name. Characters that would break the line are spelled out,
+// and a line that nobody would read to its end is cut.
 void reportError(std::string_view message);
 
 }  // namespace kvstation

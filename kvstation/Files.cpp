@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "kvstation/Errors.h"
+#include "simwin/ReadFile.h"
 #ifdef _WIN32
 #include "kvstation/Utf16.h"
 #endif
@@ -29,30 +30,24 @@ bool lacksItsFolder(const std::filesystem::path& path) {
 }
 
 // In all that follows `name` is the one that an error tells.
-[[noreturn]] void failToRead(const std::filesystem::path& path, const std::string& name, int code) {
-    throw Failure(describeFileError(name, "read", reasonOf(path, code)));
-}
-
 [[noreturn]] void failToWrite(const std::filesystem::path& path, const std::string& name, int code) {
     throw Failure(describeFileError(name, "written", reasonOf(path, code)) +
                   (lacksItsFolder(path) ? "; make its folder first" : ""));
 }
 
-OwnedFile open(const std::filesystem::path& path, bool forWriting, const std::string& name) {
+OwnedFile openToWrite(const std::filesystem::path& path, const std::string& name) {
 #ifdef _WIN32
-    OwnedFile file(_wfopen(path.c_str(), forWriting ? L"wb" : L"rb"));
+    OwnedFile file(_wfopen(path.c_str(), L"wb"));
 #else
-    OwnedFile file(std::fopen(path.c_str(), forWriting ? "wb" : "rb"));
+    OwnedFile file(std::fopen(path.c_str(), "wb"));
 #endif
-    if (!file && forWriting)
-        failToWrite(path, name, errno);
     if (!file)
-        failToRead(path, name, errno);
+        failToWrite(path, name, errno);
     return file;
 }
 
 void fill(const std::filesystem::path& path, std::string_view bytes, const std::string& name) {
-    OwnedFile file = open(path, true, name);
+    OwnedFile file = openToWrite(path, name);
     const bool written = std::fwrite(bytes.data(), 1, bytes.size(), file.get()) == bytes.size();
     const bool closed = std::fclose(file.release()) == 0;
     if (!written || !closed)
@@ -105,18 +100,11 @@ bool isFolder(const std::string& path) {
 }
 
 std::string readFile(const std::string& path, std::size_t limit) {
-    const std::filesystem::path whole = pathOf(path);
-    const OwnedFile file = open(whole, false, path);
-    std::string bytes;
-    char block[4096];
-    while (const std::size_t count = std::fread(block, 1, sizeof block, file.get())) {
-        bytes.append(block, count);
-        if (bytes.size() > limit)
-            throw Failure(path + " is longer than " + std::to_string(limit) + " bytes: it is no station record");
+    try {
+        return simwin::readFile(pathOf(path), path, limit);
+    } catch (const simwin::ReadError& error) {
+        throw Failure(error.what());
     }
-    if (std::ferror(file.get()) != 0)
-        failToRead(whole, path, errno);
-    return bytes;
 }
 
 void writeFile(const std::string& path, std::string_view bytes) {

@@ -15,7 +15,7 @@ std::string checkFileName(const std::string& path);
 
 bool isFolder(const std::string& path);
 
-// The file's bytes; a file longer than `limit` is refused.
+// The file's bytes, as simwin::readFile reads them.
 std::string readFile(const std::string& path, std::size_t limit);
 
 // A file that could not be written whole does not stay, and the one that it was to replace does. A device, a pipe or

@@ -22,13 +22,23 @@ constexpr int kJsonIndent = 2;
     throw Failure(std::string(name) + ": " + what);
 }
 
-// The parser itself takes the last of several members of one name, and does not say where a number was.
+[[noreturn]] void failAsNoObject(std::string_view name) {
+    fail(name, "a station record in JSON is one object");
+}
+
+// The parser itself takes the last of several members of one name, does not say where a number was, and builds whatever
+// stands in a member's place before anybody sees that it is no text and no number.
 class MemberGuard {
   public:
     explicit MemberGuard(std::string_view name) : m_name(name) {}
 
     bool operator()(int depth, Json::parse_event_t event, const Json& parsed) {
-        if (depth != 1 || event != Json::parse_event_t::key)
+        using Event = Json::parse_event_t;
+        if (depth == 0 && event == Event::array_start)
+            failAsNoObject(m_name);
+        if (depth != 0 && (event == Event::object_start || event == Event::array_start))
+            fail(m_name, "'" + m_last + "' is neither a text nor a number");
+        if (event != Event::key)
             return true;
         m_last = parsed.get<std::string>();
         if (!m_seen.insert(m_last).second)
@@ -142,7 +152,7 @@ std::string jsonView(const Record& record) {
 Record recordFromJson(std::string_view json, std::string_view name) {
     const Json object = parse(json, name);
     if (!object.is_object())
-        fail(name, "a station record in JSON is one object");
+        failAsNoObject(name);
     refuseForeignNames(object, name);
     Record record;
     for (std::size_t i = 0; i < fields().size(); ++i) {

@@ -74,8 +74,8 @@ class JsonView {
     std::string m_path;
 };
 
-// A file's JSON. Throws ReadError for what is none, for a member that stands twice in one object, and for more than 16
-// levels.
+// A file's JSON. Throws ReadError for what is none, for a member that stands twice in one object, and beyond these
+// limits: 16 levels, 10000 values with the objects and lists.
 JsonView::Json parseJson(std::string_view content, const std::string& fileName);
 
 }  // namespace simwin

@@ -5,12 +5,12 @@
 #include <utility>
 
 #include "simwin/CodePage.h"
+#include "simwin/ReadFile.h"
 #include "simwin/RegistryLines.h"
 
 namespace simwin {
 namespace {
 
-constexpr std::size_t kLargestExport = std::size_t{64} << 20;
 constexpr std::size_t kLongestKeyName = 255;
 constexpr std::size_t kLongestValueName = 16383;
 constexpr std::size_t kDeepestKey = 512;  // below its hive
@@ -29,11 +29,16 @@ bool isLongerThan(std::string_view name, std::size_t limit) {
 
 // The content without the byte-order marks that stand at its start and, where exports were put together, at a line's.
 std::string withoutMarks(std::string_view content, std::string_view mark, std::string_view lineEnd) {
-    std::string text(content.substr(content.starts_with(mark) ? mark.size() : 0));
+    if (content.starts_with(mark))
+        content.remove_prefix(mark.size());
     const std::string inside = std::string(lineEnd) + std::string(mark);
-    for (std::size_t place = text.find(inside); place != std::string::npos; place = text.find(inside, place + 1))
-        text.erase(place + lineEnd.size(), mark.size());
-    return text;
+    std::string text;
+    text.reserve(content.size());
+    for (std::size_t place = 0; (place = content.find(inside)) != std::string_view::npos;) {
+        text += content.substr(0, place + lineEnd.size());
+        content.remove_prefix(place + inside.size());
+    }
+    return text += content;
 }
 
 // The bytes of a file as text of the code page, whatever it is written in.
@@ -184,7 +189,7 @@ class Reader {
 
 RegistryTree readRegistry(std::string_view content, const std::string& fileName) {
     if (content.size() > kLargestExport)
-        throw ReadError(fileName + ": larger than 64 MiB");
+        throw tooLong(fileName, kLargestExport);
     const std::string text = decode(content);
     return Reader(text, fileName).read();
 }

@@ -9,6 +9,8 @@
 
 namespace simwin {
 
+inline constexpr std::size_t kLargestExport = std::size_t{64} << 20;
+
 // The tree that an export describes. `fileName` stands in errors only.
 //
 // The content is UTF-16LE with its byte-order mark, UTF-8 with or without one, or else text of the ANSI code page in

@@ -69,34 +69,34 @@ RegistryValue binaryValue(std::string_view name, std::string_view bytes) {
     return {std::string(name), static_cast<std::uint32_t>(RegistryType::Binary), std::string(bytes)};
 }
 
-ListedValues::ListedValues(std::vector<RegistryValue> values) : inOrder(std::move(values)), byName(inOrder.size()) {
-    std::iota(byName.begin(), byName.end(), 0u);
-    std::ranges::sort(byName, [this](std::uint32_t left, std::uint32_t right) {
+ListedValues::ListedValues(std::vector<RegistryValue> values) : inOrder(std::move(values)) {
+    std::vector<std::uint32_t> sorted(inOrder.size());
+    std::iota(sorted.begin(), sorted.end(), 0u);
+    std::ranges::sort(sorted, [this](std::uint32_t left, std::uint32_t right) {
         return compareNoCase(inOrder[left].name, inOrder[right].name) < 0;
     });
+    byName = SortedBlocks(sorted);
 }
 
 void ListedValues::set(RegistryValue value) {
-    const auto place = placeOf(value.name);
-    if (place != byName.end() && equalNoCase(inOrder[*place].name, value.name)) {
-        RegistryValue& old = inOrder[*place];
+    if (const std::optional<std::uint32_t> known = indexOf(value.name)) {
+        RegistryValue& old = inOrder[*known];
         old.type = value.type;
         old.bytes = std::move(value.bytes);
         return;
     }
-    byName.insert(place, static_cast<std::uint32_t>(inOrder.size()));
+    byName.insert(static_cast<std::uint32_t>(inOrder.size()), namedBefore(value.name));
     inOrder.push_back(std::move(value));
 }
 
 const RegistryValue* ListedValues::find(std::string_view name) const {
-    const auto place = placeOf(name);
-    return place != byName.end() && equalNoCase(inOrder[*place].name, name) ? &inOrder[*place] : nullptr;
+    const std::optional<std::uint32_t> index = indexOf(name);
+    return index ? &inOrder[*index] : nullptr;
 }
 
-std::vector<std::uint32_t>::const_iterator ListedValues::placeOf(std::string_view name) const {
-    return std::lower_bound(byName.begin(), byName.end(), name, [this](std::uint32_t index, std::string_view other) {
-        return compareNoCase(inOrder[index].name, other) < 0;
-    });
+std::optional<std::uint32_t> ListedValues::indexOf(std::string_view name) const {
+    const std::optional<std::uint32_t> index = byName.find(namedBefore(name));
+    return index && equalNoCase(inOrder[*index].name, name) ? index : std::nullopt;
 }
 
 std::optional<HivePath> splitHive(std::string_view fullPath) {
@@ -178,7 +178,7 @@ KeyId RegistryTree::createSubKey(KeyId key, std::string_view name) {
     m_keys.back().name = name;
     m_keys.back().parent = key;
     Key& parent = at(key);
-    parent.subKeysByName.insert(placeOf(parent, name), made);
+    parent.subKeysByName.insert(made, namedBefore(name));
     parent.subKeys.push_back(made);
     return made;
 }
@@ -244,9 +244,10 @@ void RegistryTree::exchangeName(KeyId id, std::string& name) {
 }
 
 void RegistryTree::sortSubKeys(Key& key) {
-    key.subKeysByName = key.subKeys;
-    std::ranges::sort(key.subKeysByName,
+    std::vector<KeyId> sorted = key.subKeys;
+    std::ranges::sort(sorted,
                       [this](KeyId left, KeyId right) { return compareNoCase(at(left).name, at(right).name) < 0; });
+    key.subKeysByName = SortedBlocks(sorted);
 }
 
 std::string RegistryTree::path(KeyId key) const {
@@ -254,17 +255,9 @@ std::string RegistryTree::path(KeyId key) const {
     return self.parent == key ? self.name : path(self.parent) + '\\' + self.name;
 }
 
-std::vector<KeyId>::const_iterator RegistryTree::placeOf(const Key& key, std::string_view subKey) const {
-    return std::lower_bound(key.subKeysByName.begin(), key.subKeysByName.end(), subKey,
-                            [this](KeyId id, std::string_view name) { return compareNoCase(at(id).name, name) < 0; });
-}
-
 std::optional<KeyId> RegistryTree::findSubKey(KeyId id, std::string_view name) const {
-    const Key& key = at(id);
-    const auto place = placeOf(key, name);
-    if (place == key.subKeysByName.end() || !equalNoCase(at(*place).name, name))
-        return std::nullopt;
-    return *place;
+    const std::optional<KeyId> found = at(id).subKeysByName.find(namedBefore(name));
+    return found && equalNoCase(at(*found).name, name) ? found : std::nullopt;
 }
 
 }  // namespace simwin

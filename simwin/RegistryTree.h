@@ -8,6 +8,9 @@
 #include <string_view>
 #include <vector>
 
+#include "simwin/CodePage.h"
+#include "simwin/SortedBlocks.h"
+
 namespace simwin {
 
 enum class Hive : std::uint8_t {
@@ -51,7 +54,7 @@ RegistryValue binaryValue(std::string_view name, std::string_view bytes);
 // The values of one key, no two of one name.
 struct ListedValues {
     std::vector<RegistryValue> inOrder;
-    std::vector<std::uint32_t> byName;  // indices into `inOrder`, sorted without regard to case
+    SortedBlocks<std::uint32_t> byName;  // indices into `inOrder`, without regard to case
 
     ListedValues() = default;
     ListedValues(std::vector<RegistryValue> values);  // any list of values is one
@@ -59,8 +62,13 @@ struct ListedValues {
     // Replaces the value of that name, or is one longer.
     void set(RegistryValue value);
     const RegistryValue* find(std::string_view name) const;
-    // Where the value of that name stands in `byName`, or belongs.
-    std::vector<std::uint32_t>::const_iterator placeOf(std::string_view name) const;
+
+  private:
+    // Whether the value of an index belongs in front of the name.
+    auto namedBefore(std::string_view name) const {
+        return [this, name](std::uint32_t index) { return compareNoCase(inOrder[index].name, name) < 0; };
+    }
+    std::optional<std::uint32_t> indexOf(std::string_view name) const;
 };
 
 // The number of a key; never changes while the tree lives, and is the same in a copy.
@@ -115,13 +123,15 @@ class RegistryTree {
         std::string name;
         KeyId parent{};
         std::vector<KeyId> subKeys;
-        std::vector<KeyId> subKeysByName;  // sorted
+        SortedBlocks<KeyId> subKeysByName;
         ListedValues values;
     };
 
     const Key& at(KeyId key) const { return m_keys[static_cast<std::size_t>(key)]; }
     Key& at(KeyId key) { return m_keys[static_cast<std::size_t>(key)]; }
-    std::vector<KeyId>::const_iterator placeOf(const Key& key, std::string_view subKey) const;
+    auto namedBefore(std::string_view name) const {
+        return [this, name](KeyId key) { return compareNoCase(at(key).name, name) < 0; };
+    }
     std::optional<KeyId> findSubKey(KeyId key, std::string_view name) const;
     KeyId createSubKey(KeyId key, std::string_view name);
     std::optional<KeyId> createPath(KeyId from, std::string_view path);

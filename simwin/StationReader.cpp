@@ -1,15 +1,13 @@
 #include "simwin/StationReader.h"
 
 #include <algorithm>
-#include <cerrno>
-#include <fstream>
 #include <span>
-#include <system_error>
 
 #include "simwin/CallTable.h"
 #include "simwin/CodePage.h"
 #include "simwin/MemberReaders.h"
 #include "simwin/NetworkReader.h"
+#include "simwin/ReadFile.h"
 #include "simwin/RegistryReader.h"
 #include "simwin/StorageReader.h"
 
@@ -163,26 +161,6 @@ void findAbsent(const JsonView::Json& json, MemberPath& path, std::vector<Member
     }
 }
 
-[[noreturn]] void failToRead(const std::filesystem::path& path, const char* what, int code) {
-    throw ReadError(path.string() + ": " + what + ": " + std::generic_category().message(code));
-}
-
-std::string readFile(const std::filesystem::path& path) {
-    // Windows says of a folder that the right to open it is missing; Linux opens it and cannot read it.
-    if (std::error_code ignored; std::filesystem::is_directory(path, ignored))
-        failToRead(path, "cannot be opened", EISDIR);
-    std::ifstream file(path, std::ios::binary);
-    if (!file)
-        failToRead(path, "cannot be opened", errno);
-    std::string content;
-    char block[4096];
-    while (file.read(block, sizeof block), file.gcount() > 0)
-        content.append(block, static_cast<std::size_t>(file.gcount()));
-    if (file.bad())
-        failToRead(path, "cannot be read", errno);
-    return content;
-}
-
 void checkDeniedKeys(const Station& station, const std::string& fileName) {
     for (std::size_t i = 0; i < station.deniedKeys.size(); ++i)
         if (!station.registry.find(station.deniedKeys[i]))
@@ -193,7 +171,7 @@ void checkDeniedKeys(const Station& station, const std::string& fileName) {
 
 Station parseStation(std::string_view content, const std::string& fileName) {
     if (content.size() > kLargestDescription)
-        throw ReadError(fileName + ": larger than 16 MiB");
+        throw tooLong(fileName, kLargestDescription);
     Station station;
     describe(station, parseJson(content, fileName), fileName);
     return station;
@@ -213,9 +191,10 @@ void describe(Station& station, const nlohmann::ordered_json& members, const std
 Station readStation(const std::filesystem::path& folder) {
     const std::filesystem::path description = folder / "station.json";
     const std::filesystem::path registry = folder / "registry.reg";
-    Station station = parseStation(readFile(description), description.string());
+    Station station =
+        parseStation(readFile(description, description.string(), kLargestDescription), description.string());
     const CodePageScope scope(station.codePages.ansi);
-    station.registry = readRegistry(readFile(registry), registry.string());
+    station.registry = readRegistry(readFile(registry, registry.string(), kLargestExport), registry.string());
     checkDeniedKeys(station, description.string());
     return station;
 }

@@ -184,7 +184,12 @@ TEST(JsonView, NamesTheFieldWhoseNumberIsBeyondEveryRange) {
 }
 
 TEST(JsonView, SurvivesDeepNesting) {
-    EXPECT_THAT(errorOf(std::string(100000, '[')), testing::StartsWith("a.json: byte "));
+    EXPECT_EQ(errorOf(std::string(100000, '[')), "a.json: a station record in JSON is one object");
+    EXPECT_EQ(errorOf("{\"szOS\": " + std::string(100000, '[')), "a.json: 'szOS' is neither a text nor a number");
+    std::string objects;
+    for (int i = 0; i < 20000; ++i)
+        objects += "{\"szOS\":";
+    EXPECT_EQ(errorOf(objects), "a.json: 'szOS' is neither a text nor a number");
 }
 
 }  // namespace

@@ -165,7 +165,7 @@ TEST_F(Program, AnEmptyFileNameIsWrongUse) {
 TEST_F(Program, AForeignFileIsOneLine) {
     const std::string path = folder / "foreign";
     writeFile(path, std::string(300000, 'x'));
-    expectRefusal(run({"decode", path}), 1, path + " is longer than 262144 bytes: it is no station record");
+    expectRefusal(run({"decode", path}), 1, path + " is longer than 256 KiB");
     writeFile(path, "hello");
     expectRefusal(run({"decode", path}), 1,
                   path + " is no station record: it is no JSON object and has 5 bytes, where a raw record has 4934");
@@ -304,22 +304,50 @@ class FaultyStation : public Program {
 };
 
 TEST_F(FaultyStation, AMissingDescriptionSaysSo) {
-    expectLine("station.json: cannot be opened: No such file or directory");
+    expectLine("station.json cannot be read: No such file or directory (error 2)");
 }
 
 TEST_F(FaultyStation, ADescriptionThatCannotBeOpenedSaysWhy) {
     std::filesystem::create_symlink(description, description);
-    expectLine("station.json: cannot be opened: Too many levels of symbolic links");
+    expectLine("station.json cannot be read: Too many levels of symbolic links (error 40)");
 }
 
 TEST_F(FaultyStation, AFolderInTheDescriptionsPlaceSaysSo) {
     std::filesystem::create_directory(description);
-    expectLine("station.json: cannot be opened: Is a directory");
+    expectLine("station.json cannot be read: Is a directory (error 21)");
 }
 
 TEST_F(FaultyStation, ADescriptionThatCannotBeReadSaysWhy) {
     std::filesystem::create_symlink("/proc/self/mem", description);  // opens, and holds nothing at its start
-    expectLine("station.json: cannot be read: Input/output error");
+    expectLine("station.json cannot be read: Input/output error (error 5)");
+}
+
+TEST_F(FaultyStation, APipeOrADeviceIsRefusedByName) {
+    ASSERT_EQ(mkfifo(description.c_str(), 0600), 0);
+    expectLine("station.json is a pipe; only a file is read here");
+    std::filesystem::remove(description);
+    writeFile(description, "{}");
+    std::filesystem::remove(station + "/registry.reg");
+    std::filesystem::create_symlink("/dev/zero", station + "/registry.reg");
+    expectLine("registry.reg is a device; only a file is read here");
+    expectRefusal(run({"decode", "/dev/zero"}), 1, "/dev/zero is a device; only a file is read here");
+}
+
+TEST_F(FaultyStation, ALongFileIsRefusedWithoutBeingRead) {
+    writeFile(description, "{}");
+    std::filesystem::resize_file(description, std::uintmax_t{1} << 40);
+    expectLine("station.json is longer than 16 MiB");
+    writeFile(description, "{}");
+    std::filesystem::resize_file(station + "/registry.reg", std::uintmax_t{1} << 40);
+    expectLine("registry.reg is longer than 64 MiB");
+}
+
+TEST_F(FaultyStation, AnErrorIsNoLongerThanSomebodyReads) {
+    writeFile(description, "{\"" + std::string(100000, 'x') + "\": 1}");
+    const ProgramRun refused = run({"simulate", station});
+    EXPECT_EQ(refused.status, 1);
+    EXPECT_LT(refused.errors.size(), 5000u);
+    EXPECT_THAT(refused.errors, AllOf(StartsWith("kvstation: " + description + ": /xxxx"), EndsWith("x...\n")));
 }
 
 // What bash offers behind these words, the last of which is being typed. Nothing else may come into the prompt.

@@ -326,6 +326,41 @@ std::string keyOf(std::size_t levels, std::size_t nameLength) {
     return kVersion5 + path + "]\n";
 }
 
+std::string numbered(int number) {
+    const std::string digits = std::to_string(number);
+    return std::string(6 - digits.size(), '0') + digits;
+}
+
+// In the order in which a list that is kept sorted has to make room at its front each time.
+TEST(RegistryReader, ReadsNamesInFallingOrderAndInNone) {
+    constexpr int kMany = 5000;
+    std::string falling = kVersion5;
+    for (int i = kMany; i-- > 0;)
+        falling += "[HKEY_USERS\\" + numbered(i) + "]\n[HKEY_USERS]\n\"" + numbered(i * 7919 % kMany) +
+                   "\"=dword:" + numbered(i) + "\n";
+    const RegistryTree tree = readRegistry(falling, "x.reg");
+    const KeyId users = tree.root(Hive::Users);
+    ASSERT_EQ(tree.subKeys(users).size(), std::size_t{kMany});
+    ASSERT_EQ(tree.values(users).size(), std::size_t{kMany});
+    for (int i = 0; i < kMany; ++i) {
+        const std::optional<KeyId> key = tree.find(users, numbered(i));
+        ASSERT_TRUE(key) << i;
+        EXPECT_EQ(tree.name(*key), numbered(i));
+        const RegistryValue* value = tree.findValue(users, numbered(i * 7919 % kMany));
+        ASSERT_NE(value, nullptr) << i;
+        EXPECT_EQ(value->bytes, dwordValue("", static_cast<std::uint32_t>(std::stoul(numbered(i), nullptr, 16))).bytes);
+    }
+    EXPECT_FALSE(tree.find(users, numbered(kMany)));
+    EXPECT_EQ(tree.findValue(users, ""), nullptr);
+}
+
+TEST(RegistryReader, DropsAMillionByteOrderMarksInOneGo) {
+    std::string marks = "\xEF\xBB\xBFREGEDIT4\n";
+    for (int i = 0; i < 1000000; ++i)
+        marks += "\xEF\xBB\xBF\n";
+    EXPECT_TRUE(readRegistry(marks + "[HKEY_USERS\\A]\n", "x.reg").find("HKEY_USERS\\A"));
+}
+
 TEST(RegistryReader, HoldsItsLimits) {
     EXPECT_NO_THROW(readRegistry(keyOf(512, 1), "x.reg"));
     EXPECT_NO_THROW(readRegistry(keyOf(1, 255), "x.reg"));

@@ -237,6 +237,33 @@ TEST(StationReader, SaysWhereAndWhatIsWrong) {
     }
 }
 
+std::string errorOf(const std::string& json) {
+    try {
+        parseStation(json, "s.json");
+    } catch (const ReadError& error) {
+        return error.what();
+    }
+    return "none";
+}
+
+std::string repeated(const char* text, std::size_t count) {
+    std::string all;
+    for (std::size_t i = 0; i < count; ++i)
+        all += (i == 0 ? "" : ",") + std::string(text);
+    return all;
+}
+
+// The outer object, the member's list and the items are the values.
+TEST(StationReader, HoldsItsLimits) {
+    EXPECT_EQ(errorOf("{\"unknown\": [" + repeated("\"a\"", 9998) + "]}"), "none");
+    EXPECT_EQ(errorOf("{\"unknown\": [" + repeated("\"a\"", 9999) + "]}"), "s.json: more than 10000 values");
+    EXPECT_EQ(errorOf("{\"unknown\": [" + repeated("{}", 1000000) + "]}"), "s.json: more than 10000 values");
+    EXPECT_EQ(errorOf("{\"unknown\": [" + repeated("[]", 1000000) + "]}"), "s.json: more than 10000 values");
+    const std::string spaces(16 << 20, ' ');
+    EXPECT_EQ(errorOf("{}" + spaces.substr(2)), "none");
+    EXPECT_EQ(errorOf("{}" + spaces), "s.json is longer than 16 MiB");
+}
+
 TEST(StationReader, SaysWhereTheJsonItselfIsWrong) {
     for (const char* json : {"", "{", "{\n  \"computerName\": \"A\",\n}", "{\"computerName\": \"\xFF\"}", "1e999"}) {
         try {
@@ -283,9 +310,9 @@ TEST_F(StationFolder, HoldsDescriptionAndRegistry) {
 }
 
 TEST_F(StationFolder, NeedsBothFiles) {
-    EXPECT_EQ(errorOfReading(), "station.json: cannot be opened: No such file or directory");
+    EXPECT_EQ(errorOfReading(), "station.json cannot be read: No such file or directory (error 2)");
     write("station.json", "{}");
-    EXPECT_EQ(errorOfReading(), "registry.reg: cannot be opened: No such file or directory");
+    EXPECT_EQ(errorOfReading(), "registry.reg cannot be read: No such file or directory (error 2)");
 }
 
 TEST_F(StationFolder, DeniesOnlyKeysThatAreThere) {
