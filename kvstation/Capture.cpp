@@ -8,13 +8,13 @@
 #include "kvstation/Output.h"
 #include "kvstation/ProductName.h"
 #include "kvstation/Record.h"
-#include "kvstation/Redaction.h"
 #include "kvstation/RunningSystem.h"
 #include "kvstation/Stage.h"
 #include "kvstation/StationFolder.h"
 #include "kvstation/TimeLimit.h"
 #include "kvstation/Verb.h"
 #include "kvstation/capture/LiveStation.h"
+#include "kvstation/redact/Redaction.h"
 
 namespace kvstation {
 namespace {

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <string>
 
-#include "kvstation/NamedParts.h"
+#include "kvstation/redact/NamedParts.h"
 #include "simwin/CodePage.h"
 
 namespace kvstation {

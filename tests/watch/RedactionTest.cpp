@@ -7,10 +7,10 @@
 #include <sstream>
 
 #include "kvstation/CallLog.h"
-#include "kvstation/NamedParts.h"
 #include "kvstation/Record.h"
-#include "kvstation/Redaction.h"
-#include "kvstation/StandIns.h"
+#include "kvstation/redact/NamedParts.h"
+#include "kvstation/redact/Redaction.h"
+#include "kvstation/redact/StandIns.h"
 #include "simwin/CodePage.h"
 #include "simwin/RegistryWriter.h"
 #include "simwin/StationWriter.h"
@@ -173,15 +173,164 @@ TEST(StandIns, LeaveWordsThatTheModuleAsksFor) {
 
 TEST(StandIns, OfAddressesKeepTheirDigitsAndTheirZeros) {
     StandIns standIns({});
-    standIns.addAddress("10.0.0.0");
-    standIns.addAddress("192.168.31.44");
-    standIns.addAddress("255.255.0.0");
-    EXPECT_THAT(standIns.address("10.0.0.0"), matches("[1-9]0\\.0\\.0\\.0"));
-    EXPECT_NE(standIns.address("10.0.0.0"), "10.0.0.0");
-    EXPECT_THAT(standIns.address("192.168.31.44"),
-                matches("[12][0-9][1-9]\\.[12][0-9][1-9]\\.[1-9][1-9]\\.[1-9][1-9]"));
+    for (const char* address : {"10.0.0.0", "10.20.0.40", "192.168.31.44", "255.255.0.0"})
+        standIns.addAddress(address);
+    EXPECT_EQ(standIns.address("10.0.0.0"), "10.0.0.0");
+    EXPECT_THAT(standIns.address("10.20.0.40"), matches("10\\.[13-9]0\\.0\\.[1-35-9]0"));
+    EXPECT_THAT(standIns.address("192.168.31.44"), matches("192\\.168\\.[1-9][1-9]\\.[1-9][1-9]"));
+    EXPECT_NE(standIns.address("192.168.31.44"), "192.168.31.44");
     EXPECT_EQ(standIns.address("255.255.0.0"), "255.255.0.0");
     EXPECT_EQ(standIns.inside("at 192.168.31.44;"), "at " + standIns.address("192.168.31.44") + ";");
+}
+
+struct Kind {
+    const char* address;
+    const char* standIn;  // matches this
+};
+
+constexpr Kind kKinds[] = {
+    // private
+    {"10.1.2.3", "10\\.[1-9]\\.[1-9]\\.[1-9]"},
+    {"10.255.17.255", "10\\.255\\.[1-9][1-9]\\.255"},
+    {"172.16.4.1", "172\\.(1[6-9]|2[1-9]|31)\\.[1-9]\\.[1-9]"},
+    {"172.31.255.254", "172\\.(1[6-9]|2[1-9]|31)\\.255\\.[12][0-9][1-9]"},
+    {"172.20.4.1", "172\\.(20|30)\\.[1-9]\\.[1-9]"},
+    {"192.168.0.1", "192\\.168\\.0\\.[2-9]"},
+    {"192.168.178.255", "192\\.168\\.[12][0-9][1-9]\\.255"},
+    // link-local, shared, loopback, this net, measurement
+    {"169.254.17.33", "169\\.254\\.[1-9][1-9]\\.[1-9][1-9]"},
+    {"100.64.0.7", "100\\.[6-9][1-9]\\.0\\.[1-9]"},
+    {"100.127.0.7", "100\\.1[012][1-9]\\.0\\.[1-9]"},
+    {"127.0.1.1", "127\\.0\\.[2-9]\\.[1-9]"},
+    {"0.0.0.7", "0\\.0\\.0\\.[1-9]"},
+    {"198.19.1.1", "198\\.1[89]\\.[1-9]\\.[1-9]"},
+    // documentation
+    {"192.0.2.77", "192\\.0\\.2\\.[1-9][1-9]"},
+    {"198.51.100.7", "198\\.51\\.100\\.[1-9]"},
+    {"203.0.113.7", "203\\.0\\.113\\.[1-9]"},
+    // multicast and reserved
+    {"224.0.0.5", "224\\.0\\.0\\.[1-9]"},
+    {"239.5.5.5", "239\\.[1-9]\\.[1-9]\\.[1-9]"},
+    {"231.5.5.5", "23[1-8]\\.[1-9]\\.[1-9]\\.[1-9]|22[4-9]\\.[1-9]\\.[1-9]\\.[1-9]"},
+    {"241.5.5.5", "24[1-9]\\.[1-9]\\.[1-9]\\.[1-9]|25[1-4]\\.[1-9]\\.[1-9]\\.[1-9]"},
+};
+
+TEST(StandIns, OfAddressesAreOfTheSameKind) {
+    StandIns standIns({});
+    for (const Kind& kind : kKinds)
+        standIns.addAddress(kind.address);
+    for (const Kind& kind : kKinds) {
+        EXPECT_THAT(standIns.address(kind.address), matches(kind.standIn)) << kind.address;
+        EXPECT_NE(standIns.address(kind.address), kind.address);
+    }
+}
+
+// Whatever numbers they have: 0.x.x.x and 240 to 254 lead to nobody.
+TEST(StandIns, OfPublicAddressesAreAsLongAndReachNobody) {
+    StandIns standIns({});
+    std::vector<std::string> addresses;
+    const std::vector<std::string> numbers = {"0", "7", "50", "68", "130", "217", "255"};
+    for (const char* first : {"1", "8", "20", "62", "141", "200", "223"})
+        for (const std::string& second : numbers)
+            for (const std::string& third : numbers)
+                for (const std::string& fourth : numbers)
+                    addresses.push_back(first + ("." + second) + "." + third + "." + fourth);
+    for (const std::string& address : addresses)
+        standIns.addAddress(address);
+    for (const std::string& address : addresses) {
+        const std::string made = standIns.address(address);
+        EXPECT_EQ(made.size(), address.size()) << address << " " << made;
+        EXPECT_EQ(made.find("0.0.0.0"), address.find("0.0.0.0")) << address << " " << made;
+        if (address == "20.0.0.0") {
+            EXPECT_EQ(made, "10.0.0.0");  // nothing else is as long and is no address to the module
+        } else {
+            EXPECT_THAT(made, matches("0\\..*|24[0-9]\\..*|25[0-4]\\..*")) << address;
+        }
+    }
+}
+
+TEST(StandIns, OfAddressesOfOneNetAreOfOneNet) {
+    StandIns standIns({});
+    const std::vector<std::string> nets = {"192.168.7.", "192.168.8.", "10.1.200.",
+                                           "141.30.7.",  "141.30.8.",  "62.1.7."};
+    for (const std::string& net : nets)
+        for (const char* host : {"1", "20", "133", "254", "255"})
+            standIns.addAddress(net + host);
+    const auto netOf = [](const std::string& address) { return address.substr(0, address.rfind('.')); };
+    std::set<std::string> made;
+    for (const std::string& net : nets) {
+        const std::string gateway = standIns.address(net + "1");
+        for (const char* host : {"20", "133", "254", "255"})
+            EXPECT_EQ(netOf(standIns.address(net + host)), netOf(gateway)) << net << host;
+        EXPECT_THAT(standIns.address(net + "255"), testing::EndsWith(".255"));
+        made.insert(netOf(gateway));
+    }
+    EXPECT_EQ(made.size(), nets.size());
+}
+
+// However full their net is, each gets another's place and none its own; where there is room, nobody's.
+TEST(StandIns, OfAddressesOfOneNetAreDifferentOnes) {
+    StandIns standIns({});
+    std::set<std::string> full;
+    for (int i = 1; i < 255; ++i)
+        full.insert("10.1.1." + std::to_string(i));
+    const std::set<std::string> few = {"10.1.2.1", "10.1.2.2", "10.1.2.10", "10.1.2.20", "10.1.2.111", "10.1.2.112"};
+    for (const std::set<std::string>& net : {full, few}) {
+        for (const std::string& address : net)
+            standIns.addAddress(address);
+        std::set<std::string> made;
+        for (const std::string& address : net) {
+            EXPECT_NE(standIns.address(address), address);
+            made.insert(standIns.address(address));
+        }
+        EXPECT_EQ(made.size(), net.size());
+    }
+    for (const std::string& address : few)
+        EXPECT_FALSE(few.contains(standIns.address(address))) << address;
+}
+
+constexpr Kind kLongKinds[] = {
+    {"fe80::21a:2bff:fe3c:4d5e",
+     "fe80::[1-9a-f][0-9a-f]{2}:[1-9a-f][0-9a-f]{3}:[1-9a-f][0-9a-f]{3}:[1-9a-f][0-9a-f]{3}"},
+    {"FD12:3456::A", "FD[0-9A-F]{2}:[1-9A-F][0-9A-F]{3}::[1-9B-F]"},
+    {"fc00::1:0:20", "fc[0-9a-f]{2}::[2-9a-f]:0:[1-9a-f][0-9a-f]"},
+    {"ff05::1:3", "ff05::[2-9a-f]:[1-9a-f]"},
+    {"2001:db8:7::5", "2001:db8:[1-9a-f]::[1-9a-f]"},
+    {"2a02:908:1:2::5", "3fff:[1-9a-f][0-9a-f]{2}:[1-9a-f]:[1-9a-f]::[1-9a-f]"},
+    {"2003:00c4:7::1", "3fff:00[1-9a-f][0-9a-f]:[1-9a-f]::[2-9a-f]"},
+    {"2001:4860:4860::8888", "3fff:0[1-9a-f][0-9a-f]{2}:[1-9a-f][0-9a-f]{3}::[1-9a-f][0-9a-f]{3}"},
+};
+
+TEST(StandIns, OfLongAddressesAreOfTheSameKindAndWriting) {
+    StandIns standIns({});
+    for (const Kind& kind : kLongKinds) {
+        const std::string made = standIns.inside(kind.address);
+        EXPECT_THAT(made, matches(kind.standIn)) << kind.address << " " << made;
+        EXPECT_NE(made, kind.address);
+    }
+    for (const char* nobodys : {"::1", "ff02::1", "FF02::FB", "0:0:0:0:0:0:0:1"})
+        EXPECT_EQ(standIns.inside(nobodys), nobodys);
+}
+
+TEST(StandIns, OfLongAddressesAreTheSameInEveryWritingAndOfOneNet) {
+    StandIns standIns({});
+    const std::string made = standIns.inside("fe80::1:2a");
+    EXPECT_EQ(lower(standIns.inside("FE80:0:0:0:0:0:1:2A")), "fe80:0:0:0:0:0:" + made.substr(6));
+    EXPECT_EQ(standIns.inside("fe80::0001:002a"), "fe80::000" + made.substr(6, 2) + "00" + made.substr(8));
+    EXPECT_EQ(standIns.longAddress(std::string("\xfe\x80\0\0\0\0\0\0\0\0\0\0\0\1\0\x2a", 16)),
+              "\xfe\x80" + std::string(11, '\0') + bytesOfDigits("0" + made.substr(6, 1)) + '\0' +
+                  bytesOfDigits(made.substr(8)));
+    EXPECT_EQ(standIns.inside("2a02:908:1:2::5").substr(0, 13), standIns.inside("2a02:908:1:2::6").substr(0, 13));
+    EXPECT_NE(standIns.inside("2a02:908:1:2::5"), standIns.inside("2a02:908:1:2::6"));
+}
+
+TEST(StandIns, OfPhysicalAddressesWereMadeUpByThePlaceAndCallOneOrMany) {
+    StandIns standIns({});
+    for (int i = 0; i < 256; ++i) {
+        const std::string bytes{static_cast<char>(i), 1, 2, 3, 4, 5};
+        standIns.addPhysical(bytes);
+        EXPECT_EQ(standIns.physical(bytes)[0] & 3, (i & 1) | 2) << i;
+    }
 }
 
 TEST(StandIns, OfNumbersHaveAsManyDigits) {
@@ -195,9 +344,10 @@ TEST(StandIns, OfNumbersHaveAsManyDigits) {
     EXPECT_EQ(standIns.number(0), 0U);
 }
 
-// A letter and the text of each part: T text, C computer, S server's address, U user, A address, P physical address.
+// A letter and the text of each part: T text, C computer, S server's address, U user, A address, P physical address,
+// L long (IPv6) address.
 std::string splitting(std::string_view text) {
-    constexpr std::string_view letters = "TCSUAP";
+    constexpr std::string_view letters = "TCSUAPL";
     std::string told;
     for (const kvstation::NamedPart& part : kvstation::namedPartsOf(text)) {
         told += told.empty() ? "" : " ";
@@ -262,6 +412,20 @@ constexpr Splitting kSplittings[] = {
     {"00-1a-2b-3c-4d:5e", "T<00-1a-2b-3c-4d:5e>"},
     {"x00-1a-2b-3c-4d-5e", "T<x00-1a-2b-3c-4d-5e>"},
     {"\\\\00-1a-2b-3c-4d-5e\\x", "T<\\\\> P<00-1a-2b-3c-4d-5e> T<\\x>"},
+    // long addresses
+    {"at fe80::1%5.", "T<at > L<fe80::1> T<%5.>"},
+    {"[2001:db8:0:1:2:3:4:5]:80", "T<[> L<2001:db8:0:1:2:3:4:5> T<]:80>"},
+    {"FE80::: x", "T<FE80::: x>"},
+    {"::1 and ::", "L<::1> T< and ::>"},
+    {"fe80::,x", "L<fe80::> T<,x>"},
+    {"std::string::a", "T<std::string::a>"},
+    {"::{20D04FE0}", "T<::{20D04FE0}>"},
+    {"12:30:45", "T<12:30:45>"},
+    {"C:\\x D: E::", "T<C:\\x D: > L<E::>"},
+    {"1::2::3", "T<1::2::3>"},
+    {"1:2:3:4:5:6:7:8:9", "T<1:2:3:4:5:6:7:8:9>"},
+    {"12345::1", "T<12345::1>"},
+    {"::ffff:10.1.2.3", "T<::ffff:> A<10.1.2.3>"},
 };
 
 TEST(NamedParts, AreKnownByTheirForm) {
@@ -339,16 +503,6 @@ TEST(StandIns, OfPhysicalAddressesAreTheSameInEveryWriting) {
     EXPECT_EQ(standIns.physicalInside(std::string("a\x00\x1a\x2b\x3c\x4d\x5e", 7)), "a" + bytesOfDigits(made));
 }
 
-TEST(StandIns, OfAddressesDoNotEnd) {
-    StandIns standIns({});
-    for (int i = 1; i < 10; ++i) {
-        const std::string address = std::to_string(i) + ".0.0.0";
-        standIns.addAddress(address);
-        EXPECT_THAT(standIns.address(address), matches("[1-9]\\.0\\.0\\.0"));
-        EXPECT_NE(standIns.address(address), address);
-    }
-}
-
 TEST(StandIns, OfAddressesLeaveMasksAndThisMachine) {
     StandIns standIns({});
     for (const char* nobodys : {"0.0.0.0", "127.0.0.1", "128.0.0.0", "254.0.0.0", "255.255.252.0", "255.255.255.255"}) {
@@ -356,7 +510,7 @@ TEST(StandIns, OfAddressesLeaveMasksAndThisMachine) {
         EXPECT_EQ(standIns.address(nobodys), nobodys);
     }
     standIns.addAddress("0010.20.030.4");
-    EXPECT_THAT(standIns.address("0010.20.030.4"), matches("0[0-9]{2}0\\.[0-9]0\\.[0-9]{2}0\\.[0-9]"));
+    EXPECT_THAT(standIns.address("0010.20.030.4"), matches("0010\\.[13-9]0\\.0[124-9]0\\.[1-35-9]"));
 }
 
 TEST(Redaction, LeavesNoNameAddressOrNumberOfASession) {
@@ -443,7 +597,7 @@ TEST(Redaction, LeavesVersionsThatLookLikeAddresses) {
     for (const char* field : {"szBrowser", "szTSProduct", "szBiosVersion", "szRemovableDrives"})
         EXPECT_EQ(collected(made, field), collected(station, field)) << field;
     EXPECT_THAT(collected(made, "szPrinters"),
-                testing::AllOf(matches("Laser [1-9]\\.0\\.0\\.[1-9]"), Not("Laser 6.0.0.1")));
+                testing::AllOf(matches("Laser 0\\.0\\.0\\.[2-9]"), Not("Laser 6.0.0.1")));
 }
 
 TEST(Redaction, ReplacesAnAddressOfTheNetworkInAVersionToo) {
@@ -498,7 +652,7 @@ TEST_P(RedactedStation, HoldsNoServerOrAddressOfAnyText) {
             EXPECT_THAT(after, Not(HasSubstr(lower(found.str(1))))) << line;
         }
         if (std::regex_search(line, found, address) && !found.str(1).starts_with("255.") && found.str(1) != "0.0.0.0" &&
-            found.str(1) != "127.0.0.1") {
+            found.str(1) != "127.0.0.1" && found.str(1) != "10.0.0.0") {
             EXPECT_THAT(after, Not(HasSubstr(found.str(1)))) << line;
         }
     }

@@ -1,11 +1,11 @@
-#include "kvstation/Redaction.h"
+#include "kvstation/redact/Redaction.h"
 
 #include <algorithm>
 #include <string_view>
 
-#include "kvstation/NamedParts.h"
-#include "kvstation/StandIns.h"
 #include "kvstation/cause/OtherTexts.h"
+#include "kvstation/redact/NamedParts.h"
+#include "kvstation/redact/StandIns.h"
 #include "simwin/Address.h"
 #include "simwin/CodePage.h"
 
@@ -19,6 +19,7 @@ using simwin::RegistryValue;
 using simwin::Station;
 
 constexpr std::size_t kIPv4Size = 4;
+constexpr std::size_t kIPv6Size = 16;
 
 // Variables and registry values that tell a name.
 constexpr std::string_view kSecretVariables[] = {"CLIENTNAME",  "COMPUTERNAME",  "KVRDPClientName", "KVUser",
@@ -245,7 +246,7 @@ class Redactor {
             for (const std::string& address : host.addresses)
                 if (address.size() == kIPv4Size)
                     m_standIns.addAddress(simwin::dotted(address));
-                else
+                else if (address.size() != kIPv6Size)
                     m_standIns.addPhysical(address);
         for (const simwin::ReverseEntry& entry : m_station.network.addresses)
             addAddresses(entry.address + " " + entry.name);
@@ -318,8 +319,9 @@ class Redactor {
 
     void findInTexts() {
         eachText([&](const std::string& text, TextPlace place) { m_standIns.learn(text, place); });
-        for (const std::string& key : m_station.deniedKeys)
-            learnPath(key);
+        for (const std::vector<std::string>* keys : {&m_station.deniedKeys, &m_station.unknown})
+            for (const std::string& key : *keys)
+                learnPath(key);
         for (const simwin::MemberPath& path : m_station.absent)
             if (simwin::parseDotted(path.back()))
                 m_standIns.addAddress(path.back());
@@ -341,9 +343,7 @@ class Redactor {
             host.hostName = m_standIns.whole(host.hostName);
             host.name = m_standIns.whole(host.name);
             for (std::string& address : host.addresses)
-                address = address.size() == kIPv4Size
-                              ? *simwin::parseDotted(m_standIns.address(simwin::dotted(address)))
-                              : m_standIns.physical(address);
+                address = redactAddress(address);
         }
         for (simwin::ReverseEntry& entry : m_station.network.addresses) {
             entry.address = m_standIns.address(entry.address);
@@ -357,6 +357,12 @@ class Redactor {
                 lana.address = m_standIns.physical(*lana.address);
     }
 
+    std::string redactAddress(const std::string& bytes) {
+        if (bytes.size() == kIPv4Size)
+            return *simwin::parseDotted(m_standIns.address(simwin::dotted(bytes)));
+        return bytes.size() == kIPv6Size ? m_standIns.longAddress(bytes) : m_standIns.physical(bytes);
+    }
+
     void redactTexts() {
         for (simwin::Variable& variable : m_station.environment)
             if (isName(variable))
@@ -368,6 +374,8 @@ class Redactor {
             key = redactPath(key);
         for (simwin::MemberPath& path : m_station.absent)
             redactMember(path);
+        for (std::string& one : m_station.unknown)
+            one = simwin::splitHive(one) ? redactPath(one) : m_standIns.inside(one);
     }
 
     // The last name may be an address, a host or a file.

@@ -1,7 +1,8 @@
-#include "kvstation/NamedParts.h"
+#include "kvstation/redact/NamedParts.h"
 
 #include <algorithm>
 
+#include "kvstation/redact/LongAddress.h"
 #include "simwin/Address.h"
 #include "simwin/CodePage.h"
 
@@ -20,6 +21,9 @@ bool isSlash(char character) {
 }
 bool isMailboxCharacter(char character) {
     return isNameCharacter(character) || character == '+';
+}
+bool isOfLongAddress(char character) {
+    return isHexDigit(character) || character == ':';
 }
 bool isDotted(char character) {
     return isDigit(character) || character == '.';
@@ -50,7 +54,7 @@ class Splitter {
 
     std::vector<NamedPart> split() {
         while (m_place < m_text.size())
-            if (!takeServer() && !takePhysical() && !takeMailbox() && !takeAddress())
+            if (!takeServer() && !takePhysical() && !takeLongAddress() && !takeMailbox() && !takeAddress())
                 ++m_place;
         endText(m_text.size());
         return std::move(m_parts);
@@ -142,6 +146,24 @@ class Splitter {
         if (length != 0)
             take(PartKind::Physical, m_place, length);
         return length != 0;
+    }
+
+    // Eight pairs joined by ":" are a physical address.
+    bool takeLongAddress() {
+        const char first = at(m_place);
+        if ((!isHexDigit(first) && first != ':') || isWordCharacter(before(m_place)) || before(m_place) == ':')
+            return false;
+        std::string_view run = runOf(m_text.substr(m_place), isOfLongAddress);
+        const std::size_t end = m_place + run.size();
+        const bool endsDotted = at(end) == '.' && isDigit(at(end + 1));  // ::ffff:10.0.0.5
+        if (isWordCharacter(at(end)) || endsDotted)
+            return false;
+        if (run.ends_with(':') && !run.ends_with("::"))
+            run.remove_suffix(1);
+        if (!parseIPv6(run))
+            return false;
+        take(PartKind::LongAddress, m_place, run.size());
+        return true;
     }
 
     bool takeMailbox() { return !isMailboxCharacter(before(m_place)) && takeMailboxAt(m_place); }

@@ -1,9 +1,8 @@
-#include "kvstation/StandIns.h"
+#include "kvstation/redact/StandIns.h"
 
 #include <algorithm>
 
-#include "kvstation/NamedParts.h"
-#include "simwin/Address.h"
+#include "kvstation/redact/NamedParts.h"
 #include "simwin/CodePage.h"
 
 namespace kvstation {
@@ -50,19 +49,6 @@ void eachRun(std::string_view text, bool (*belongs)(char), Visit&& visit) {
         visit(text.substr(0, length), isRun, text.substr(length));
         text.remove_prefix(length);
     }
-}
-
-// Ones, then zeros: masks of every length, as 255.255.252.0 and 0.0.0.0.
-bool isMask(std::string_view fourBytes) {
-    std::uint32_t bits = 0;
-    for (const char byte : fourBytes)
-        bits = bits << 8 | static_cast<unsigned char>(byte);
-    return (~bits & (~bits + 1)) == 0;
-}
-
-bool isNobodys(std::string_view address) {
-    const std::optional<std::string> bytes = simwin::parseDotted(address);
-    return !bytes || isMask(*bytes) || bytes->front() == '\xFF' || *bytes == std::string("\x7F\0\0\1", 4);
 }
 
 bool isNobodysPhysical(std::string_view bytes) {
@@ -117,21 +103,15 @@ std::set<std::string> wordsOf(std::string_view text) {
     return words;
 }
 
-// Numbers that do not depend on the secrets: the order in which these are met decides alone.
-unsigned StandIns::next(unsigned below) {
-    m_state = m_state * 1664525 + 1013904223;
-    return (m_state >> 8) % below;
-}
-
 std::string StandIns::make(std::string_view word) {
     std::string result;
     for (const char character : word)
         if (isDigit(character))
-            result += kDigits[next(kDigits.size())];
+            result += kDigits[m_chance.next(kDigits.size())];
         else if (static_cast<unsigned char>(character) >= 0xC0)
-            result += kAccented[next(kAccented.size())];
+            result += kAccented[m_chance.next(kAccented.size())];
         else
-            result += kLetters[next(kLetters.size())];
+            result += kLetters[m_chance.next(kLetters.size())];
     return result;
 }
 
@@ -198,7 +178,7 @@ void StandIns::learn(std::string_view text, TextPlace place) {
         else if (part.kind == PartKind::Physical)
             addPhysical(bytesOfPairs(part.text));
         else if (part.kind == PartKind::Address && place == TextPlace::Anywhere)
-            noteAddress(part.text, false);
+            m_addresses.note(part.text, false);
     }
 }
 
@@ -291,7 +271,7 @@ std::string StandIns::replacePhysical(std::string_view text) const {
     return inCaseOf(text, result);
 }
 
-std::string StandIns::inside(std::string_view text, TextPlace place) const {
+std::string StandIns::inside(std::string_view text, TextPlace place) {
     std::string result;
     for (const NamedPart& part : namedPartsOf(text)) {
         switch (part.kind) {
@@ -305,61 +285,42 @@ std::string StandIns::inside(std::string_view text, TextPlace place) const {
             case PartKind::Physical:
                 result += replacePhysical(part.text);
                 break;
-            case PartKind::ServerAddress:
-            case PartKind::Address: {
-                const auto known = m_addresses.find(std::string(part.text));
-                const bool stays = place == TextPlace::Version && known != m_addresses.end() &&
-                                   part.kind == PartKind::Address && !known->second.isCertain;
-                result += stays ? std::string(part.text) : address(part.text);
+            case PartKind::LongAddress:
+                result += m_longAddresses.standIn(part.text);
                 break;
-            }
+            case PartKind::ServerAddress:
+                result += address(part.text);
+                break;
+            case PartKind::Address:
+                result += place == TextPlace::Version && !m_addresses.isCertain(part.text) ? std::string(part.text)
+                                                                                           : address(part.text);
+                break;
         }
     }
     return result;
 }
 
-// An octet keeps its number of digits and whether it ends in 0, because what contains "0.0.0.0" is no address to the
-// module.
-std::string StandIns::makeAddress(std::string_view dotted) {
+std::string StandIns::longAddress(std::string_view bytes) {
+    IPv6 address{};
+    for (std::size_t i = 0; i < bytes.size(); ++i)
+        address.at(i / 2) = static_cast<std::uint16_t>(address.at(i / 2) << 8 | static_cast<unsigned char>(bytes[i]));
     std::string made;
-    eachRun(dotted, isDigit, [&](std::string_view octet, bool isRun, std::string_view) {
-        if (!isRun || octet == "0") {
-            made += octet;
-            return;
-        }
-        unsigned number = octet.ends_with('0') ? 0 : 1 + next(9);
-        if (octet.size() > 1)
-            number += (octet.size() == 2 ? 1 + next(9) : 10 + next(14)) * 10;
-        const std::string digits = std::to_string(number);
-        made += std::string(octet.size() - digits.size(), '0') + digits;  // 0010 has four
-    });
+    for (const std::uint16_t group : m_longAddresses.standIn(address))
+        made += {static_cast<char>(group >> 8), static_cast<char>(group & 0xFF)};
     return made;
 }
 
-void StandIns::addAddress(std::string_view dotted) {
-    noteAddress(dotted, true);
-}
-
-// Of 10.0.0.0 there are nine of the same form: where they are used up, one stands for two.
-void StandIns::noteAddress(std::string_view dotted, bool isCertain) {
-    if (isNobodys(dotted))
-        return;
-    if (const auto known = m_addresses.find(std::string(dotted)); known != m_addresses.end()) {
-        known->second.isCertain = known->second.isCertain || isCertain;
-        return;
+std::string StandIns::makePhysical(std::string_view bytes) {
+    constexpr unsigned kCallsMany = 1;
+    constexpr unsigned kIsLocal = 2;
+    std::string made;
+    for (std::size_t i = 0; i < bytes.size(); ++i)
+        made += static_cast<char>(static_cast<unsigned char>(m_chance.next(256)));
+    if (bytes.size() >= kPhysicalSize) {
+        const unsigned kind = (static_cast<unsigned char>(bytes[0]) & kCallsMany) | kIsLocal;
+        made[0] = static_cast<char>((static_cast<unsigned char>(made[0]) & ~(kCallsMany | kIsLocal)) | kind);
     }
-    const auto isTaken = [&](const std::string& made) {
-        return std::ranges::any_of(m_addresses, [&](const auto& other) { return other.second.standIn == made; });
-    };
-    std::string made = makeAddress(dotted);
-    for (int tries = 0; made == dotted || isNobodys(made) || (tries < 100 && isTaken(made)); ++tries)
-        made = makeAddress(dotted);
-    m_addresses.emplace(dotted, Address{made, isCertain});
-}
-
-std::string StandIns::address(std::string_view dotted) const {
-    const auto found = m_addresses.find(std::string(dotted));
-    return found != m_addresses.end() ? found->second.standIn : std::string(dotted);
+    return made;
 }
 
 // Written as digits it is a word like any other.
@@ -370,9 +331,7 @@ void StandIns::addPhysical(std::string_view bytes) {
     if (!isNew)
         return;
     do {
-        place->second.clear();
-        for (std::size_t i = 0; i < bytes.size(); ++i)
-            place->second += static_cast<char>(static_cast<unsigned char>(next(256)));
+        place->second = makePhysical(bytes);
     } while (place->second == bytes);
     if (bytes.size() < 4)
         return;
@@ -403,7 +362,7 @@ std::uint32_t StandIns::number(std::uint32_t value) {
         least *= 10;
     const std::uint32_t most = least > 400000000 ? 0xFFFFFFFF : least * 10 - 1;
     while (isNew && (place->second == 0 || place->second == value))
-        place->second = least + (next(1 << 16) << 16 | next(1 << 16)) % (most - least + 1);
+        place->second = least + (m_chance.next(1 << 16) << 16 | m_chance.next(1 << 16)) % (most - least + 1);
     return place->second;
 }
 

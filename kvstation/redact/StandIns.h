@@ -9,6 +9,10 @@
 #include <string_view>
 #include <vector>
 
+#include "kvstation/redact/AddressStandIns.h"
+#include "kvstation/redact/Chance.h"
+#include "kvstation/redact/LongAddressStandIns.h"
+
 namespace kvstation {
 
 // A program's version may look like an address, as Firefox 2.0.0.20 does, so the place decides: in a version only
@@ -23,9 +27,10 @@ class StandIns {
     // Every word of the text is a secret from now on, and so is what "-", "_" and "." join: of PC-17, whose words are
     // too short to look for, or too common, the whole is.
     void addName(std::string_view text);
-    // A dotted IPv4 address for certain; 0.0.0.0, 127.0.0.1, masks and what begins with 255 are nobody's.
-    void addAddress(std::string_view dotted);
-    // A physical address' bytes; all bits clear or set are nobody's.
+    // A dotted IPv4 address for certain.
+    void addAddress(std::string_view dotted) { m_addresses.note(dotted, true); }
+    // A physical address' bytes; all bits clear or set are nobody's. Its stand-in says that it was made up by the place
+    // itself (is locally administered), and calls one or many as it did.
     void addPhysical(std::string_view bytes);
     // The names and addresses that the text shows by its form.
     void learn(std::string_view text, TextPlace place = TextPlace::Anywhere);
@@ -34,9 +39,11 @@ class StandIns {
     std::string whole(std::string_view text);
     // The text with the secrets in it replaced: whole words, long ones inside longer words too, in any letter case.
     // Where the form shows a name, all its words that learn() met, the short and the common ones too.
-    std::string inside(std::string_view text, TextPlace place = TextPlace::Anywhere) const;
+    std::string inside(std::string_view text, TextPlace place = TextPlace::Anywhere);
 
-    std::string address(std::string_view dotted) const;
+    std::string address(std::string_view dotted) { return m_addresses.standIn(dotted); }
+    // An IPv6 address' bytes.
+    std::string longAddress(std::string_view bytes);
     std::string physical(std::string_view bytes) const;
     // Binary data with the known physical addresses in it replaced as bytes.
     std::string physicalInside(std::string_view data) const;
@@ -48,17 +55,10 @@ class StandIns {
         std::string standIn;
         bool standsAlone;  // looked for by itself, not only within what it is joined to
     };
-    struct Address {
-        std::string standIn;
-        bool isCertain;
-    };
-
-    unsigned next(unsigned below);
     std::string make(std::string_view word);
-    std::string makeAddress(std::string_view dotted);
+    std::string makePhysical(std::string_view bytes);
     const std::string& standInFor(const std::string& lowerWord);
     void addJoined(std::string_view joined);
-    void noteAddress(std::string_view dotted, bool isCertain);
     bool isUsable(const std::string& secret, TextPlace place) const;
     std::string knownWords(std::string_view text) const;
     std::string_view joinedAt(std::string_view text, std::size_t place) const;
@@ -67,13 +67,14 @@ class StandIns {
     std::string replacePhysical(std::string_view text) const;
 
     std::set<std::string> m_vocabulary;
-    std::map<std::string, Word> m_words;            // in lower case
-    std::set<std::string> m_made;                   // the stand-ins of words
-    std::vector<std::string> m_joined;              // in lower case, the longest first
-    std::map<std::string, Address> m_addresses;     // dotted
+    std::map<std::string, Word> m_words;  // in lower case
+    std::set<std::string> m_made;         // the stand-ins of words
+    std::vector<std::string> m_joined;    // in lower case, the longest first
+    Chance m_chance;
+    AddressStandIns m_addresses{m_chance};
+    LongAddressStandIns m_longAddresses{m_chance};
     std::map<std::string, std::string> m_physical;  // bytes
     std::map<std::uint32_t, std::uint32_t> m_numbers;
-    std::uint32_t m_state = 1;
 };
 
 // The words of a text, in lower case: runs of letters and digits.

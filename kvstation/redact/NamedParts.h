@@ -13,6 +13,7 @@ enum class PartKind {
     User,           // of user@domain
     Address,        // a dotted IPv4 address anywhere else; it may be the version of a program
     Physical,       // six to sixteen pairs of hexadecimal digits joined by "-" or by ":"
+    LongAddress,    // an IPv6 address
 };
 
 struct NamedPart {

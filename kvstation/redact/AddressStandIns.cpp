@@ -1,0 +1,194 @@
+#include "kvstation/redact/AddressStandIns.h"
+
+#include <algorithm>
+
+namespace kvstation {
+namespace {
+
+constexpr unsigned kEveryNumber = 255;
+
+std::size_t digitsOf(unsigned number) {
+    return std::to_string(number).size();
+}
+bool endsInZero(unsigned number) {
+    return number % 10 == 0;
+}
+// Stays what it is where its length does.
+bool isFixed(unsigned number) {
+    return number == 0 || number == kEveryNumber;
+}
+
+std::string prefixOf(const IPv4& address, std::size_t length) {
+    std::string text;
+    for (std::size_t i = 0; i < length; ++i)
+        text += std::to_string(address[i]) + ".";
+    return text;
+}
+
+// "0010" is 10 with two zeros in front, which stay.
+std::string withZerosOf(std::string_view dotted, const IPv4& old, const IPv4& made) {
+    std::string text;
+    for (std::size_t i = 0; i < made.size(); ++i) {
+        const std::string_view number = dotted.substr(0, dotted.find('.'));
+        text += (i == 0 ? "" : ".") + std::string(number.size() - digitsOf(old[i]), '0') + std::to_string(made[i]);
+        dotted.remove_prefix(std::min(number.size() + 1, dotted.size()));
+    }
+    return text;
+}
+
+}  // namespace
+
+// The range of the stand-in and the digits of its numbers.
+struct AddressStandIns::Form {
+    AddressRange range;
+    std::array<std::size_t, 4> digits;
+
+    // The numbers that may stand for one. One that gets longer or shorter need not keep its 0.
+    Numbers candidates(std::size_t index, unsigned number) const {
+        if (range.bits >= (index + 1) * 8)
+            return {range.start[index]};
+        const bool keepsLength = digits[index] == digitsOf(number);
+        if (keepsLength && isFixed(number) && range.allows(index, number))
+            return {number};
+        Numbers all;
+        for (unsigned one = 0; one < kEveryNumber; ++one)
+            if (digitsOf(one) == digits[index] && range.allows(index, one) &&
+                (keepsLength ? endsInZero(one) == endsInZero(number) : one != 0))
+                all.push_back(one);
+        return all;
+    }
+};
+
+// Of the name of a public net of the largest size: what contains "0.0.0.0" goes on to, and what does not does not.
+std::optional<IPv4> AddressStandIns::wholeNet(const IPv4& address) {
+    const bool isWhole = !rangeOf(address) && address[1] + address[2] + address[3] == 0;
+    if (isWhole && digitsOf(address[0]) == 1)
+        return IPv4{0, 0, 0, 1 + m_chance.next(9)};
+    if (isWhole && digitsOf(address[0]) == 2 && endsInZero(address[0]))
+        return IPv4{10, 0, 0, 0};
+    return std::nullopt;
+}
+
+// Of a public address whose first number has two digits another number takes over one, since no range has two that
+// reaches nobody.
+AddressStandIns::Form AddressStandIns::formFor(const IPv4& address) {
+    Form form{kThisNet, {}};
+    std::ranges::transform(address, form.digits.begin(), digitsOf);
+    if (const std::optional<AddressRange> range = rangeOf(address)) {
+        form.range = *range;
+        return form;
+    }
+    if (form.digits[0] == 3) {
+        form.range = kReserved;
+        return form;
+    }
+    if (form.digits[0] == 1)
+        return form;
+    const auto shorter = std::find_if(form.digits.begin() + 1, form.digits.end(), [](auto count) { return count < 3; });
+    if (shorter != form.digits.end()) {
+        form.digits[0] = 1;
+        ++*shorter;
+    } else {
+        form.range = kReserved;
+        form.digits[0] = 3;
+        form.digits[1] = 2;
+    }
+    return form;
+}
+
+void AddressStandIns::note(std::string_view dotted, bool isCertain) {
+    const std::optional<IPv4> address = parseIPv4(dotted);
+    if (!address || isNobodys(*address))
+        return;
+    bool& known = m_noted[*address];
+    known = known || isCertain;
+    for (std::size_t i = 0; i < address->size(); ++i)
+        m_numbersBehind[prefixOf(*address, i)].insert((*address)[i]);
+}
+
+bool AddressStandIns::isCertain(std::string_view dotted) const {
+    const std::optional<IPv4> address = parseIPv4(dotted);
+    const auto known = address ? m_noted.find(*address) : m_noted.end();
+    return known != m_noted.end() && known->second;
+}
+
+std::string AddressStandIns::standIn(std::string_view dotted) {
+    const std::optional<IPv4> address = parseIPv4(dotted);
+    if (!address || !m_noted.contains(*address))
+        return std::string(dotted);
+    const auto [place, isNew] = m_standIns.emplace(*address, IPv4{});
+    if (isNew) {
+        place->second = make(*address);
+        m_made.insert(place->second);
+    }
+    return withZerosOf(dotted, *address, place->second);
+}
+
+IPv4 AddressStandIns::make(const IPv4& address) {
+    if (const std::optional<IPv4> net = wholeNet(address))
+        return *net;
+    const Form form = formFor(address);
+    IPv4 made = inSameNets(address, form);
+    const auto fits = [&] {
+        const std::optional<AddressRange> range = rangeOf(made);
+        return made != address && !isNobodys(made) && !m_made.contains(made) && range &&
+               range->start == form.range.start;
+    };
+    for (int tries = 0; tries < 100 && !fits(); ++tries)
+        made = byChance(address, form);
+    return made;
+}
+
+IPv4 AddressStandIns::inSameNets(const IPv4& address, const Form& form) {
+    IPv4 made{};
+    for (std::size_t i = 0; i < made.size(); ++i)
+        made[i] = numberFor(
+            {prefixOf(address, i), digitsOf(address[i]), endsInZero(address[i]), form.candidates(i, address[i])},
+            address[i]);
+    return made;
+}
+
+IPv4 AddressStandIns::byChance(const IPv4& address, const Form& form) {
+    IPv4 made{};
+    for (std::size_t i = 0; i < made.size(); ++i) {
+        const Numbers all = form.candidates(i, address[i]);
+        made[i] = all[m_chance.next(static_cast<unsigned>(all.size()))];
+    }
+    return made;
+}
+
+unsigned AddressStandIns::numberFor(const Class& place, unsigned number) {
+    if (place.candidates.size() == 1)
+        return place.candidates.front();
+    const auto [known, isNewClass] = m_assigned.try_emplace(place);
+    if (isNewClass)
+        known->second = assign(place);
+    const auto [found, isNew] = known->second.try_emplace(number);
+    if (isNew)
+        found->second = place.candidates[m_chance.next(static_cast<unsigned>(place.candidates.size()))];
+    return found->second;
+}
+
+// By numbers that nobody has where there are enough, else by each other's.
+std::map<unsigned, unsigned> AddressStandIns::assign(const Class& place) {
+    const std::set<unsigned>& noted = m_numbersBehind[place.prefix];
+    Numbers wanted;
+    std::ranges::copy_if(noted, std::back_inserter(wanted), [&](unsigned number) {
+        return digitsOf(number) == place.digits && endsInZero(number) == place.endsInZero && !isFixed(number);
+    });
+    Numbers others;
+    std::ranges::copy_if(place.candidates, std::back_inserter(others),
+                         [&](unsigned one) { return !noted.contains(one); });
+    if (others.size() >= wanted.size()) {
+        m_chance.shuffle(others);
+    } else {
+        wanted = others = place.candidates;
+        m_chance.derange(others);
+    }
+    std::map<unsigned, unsigned> made;
+    for (std::size_t i = 0; i < wanted.size(); ++i)
+        made[wanted[i]] = others[i];
+    return made;
+}
+
+}  // namespace kvstation
