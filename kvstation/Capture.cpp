@@ -10,18 +10,17 @@
 #include "kvstation/Record.h"
 #include "kvstation/RunningSystem.h"
 #include "kvstation/Stage.h"
-#include "kvstation/StationFolder.h"
 #include "kvstation/TimeLimit.h"
 #include "kvstation/Verb.h"
 #include "kvstation/capture/LiveStation.h"
-#include "kvstation/redact/Redaction.h"
+#include "kvstation/redact/RedactOption.h"
 
 namespace kvstation {
 namespace {
 
 struct CaptureOptions {
     std::string station;
-    bool redact = false;
+    RedactOption redact;
     TimeLimit limit;
 };
 
@@ -47,12 +46,9 @@ int capture(const CaptureOptions& options) {
     LiveStation live = captureHere(nobody);
     simwin::Station& station = live.station;
     station.description = "captured from " + productName(runningSystem());
-    if (options.redact) {
-        writeStationFolder(redacted(station), options.station);
-    } else {
-        writeStationFolder(station, options.station);
+    writeStationAs(station, options.station, options.redact);
+    if (!options.redact.isGiven())
         checkReplay(options.station, live.record);
-    }
     writeResult(options.station + "\n");
     return kExitSuccess;
 }
@@ -65,8 +61,7 @@ Verb addCapture(CLI::App& tool) {
     command->add_option("STATION", options->station, "The folder to write registry.reg and station.json into")
         ->type_name("")
         ->required();
-    command->add_flag("--redact", options->redact,
-                      "Stand-ins for names, addresses, product ids and serial numbers, of the same form");
+    addRedactOption(*command, options->redact);
     addTimeLimit(*command, options->limit);
     return {command, "kvstation capture station     # then: kvstation simulate station",
             [options] { return capture(*options); }};

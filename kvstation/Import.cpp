@@ -7,9 +7,9 @@
 #include "kvstation/HiveImport.h"
 #include "kvstation/Output.h"
 #include "kvstation/Stage.h"
-#include "kvstation/StationFolder.h"
 #include "kvstation/Verb.h"
 #include "kvstation/VisibleText.h"
+#include "kvstation/redact/RedactOption.h"
 #include "simwin/RegistryReader.h"
 #include "simwin/RegistryWriter.h"
 #include "simwin/StationReader.h"
@@ -23,6 +23,7 @@ struct ImportOptions {
     std::string user;
     std::string station;
     WhatIf whatIf;
+    RedactOption redact;
 };
 
 // Before anything is written: the two files, read again, give what the hives gave.
@@ -45,7 +46,7 @@ int import(const ImportOptions& options) {
     HiveRegistry registry(findHives(options.hives, options.user));
     const ImportedStation imported = importStation(registry, options.whatIf);
     checkReplay(imported);
-    writeStationFolder(imported.station, options.station);
+    writeStationAs(imported.station, options.station, options.redact);
     for (const std::string& warning : imported.warnings)
         reportError(warning);
     tellUndescribed(imported.undescribed);
@@ -69,6 +70,7 @@ Verb addImport(CLI::App& tool) {
         ->required();
     command->add_option("--user", options->user, "The profile to take, where the disk has several")->type_name("NAME");
     addWhatIfOfDisk(*command, options->whatIf);
+    addRedactOption(*command, options->redact);
     return {command, "kvstation import /mnt/disk station   # then: kvstation simulate station",
             [options] { return import(*options); }};
 }

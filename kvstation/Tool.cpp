@@ -16,7 +16,7 @@ namespace {
 std::vector<Verb> addVerbs(CLI::App& tool) {
     return {
         addShow(tool),   addSimulate(tool), addDecode(tool),     addDiff(tool),    addLayout(tool),
-        addTrace(tool),  addExplain(tool),  addWhatIfVerb(tool), addCapture(tool),
+        addTrace(tool),  addExplain(tool),  addWhatIfVerb(tool), addCapture(tool), addRedact(tool),
 #ifndef _WIN32
         addImport(tool),
 #endif

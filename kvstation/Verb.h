@@ -26,6 +26,7 @@ Verb addTrace(CLI::App& tool);
 Verb addExplain(CLI::App& tool);
 Verb addWhatIfVerb(CLI::App& tool);
 Verb addCapture(CLI::App& tool);
+Verb addRedact(CLI::App& tool);
 #ifndef _WIN32
 Verb addImport(CLI::App& tool);
 #endif

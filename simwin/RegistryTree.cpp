@@ -47,6 +47,11 @@ bool isText(const RegistryValue& value) {
     return type == RegistryType::Text || type == RegistryType::ExpandText || type == RegistryType::MultiText;
 }
 
+bool isNumber(const RegistryValue& value) {
+    const auto type = static_cast<RegistryType>(value.type);
+    return type == RegistryType::DWord || type == RegistryType::QWord;
+}
+
 RegistryValue textValue(std::string_view name, std::string_view text) {
     return {std::string(name), static_cast<std::uint32_t>(RegistryType::Text), std::string(text) + '\0'};
 }

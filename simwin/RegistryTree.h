@@ -23,6 +23,10 @@ enum class Hive : std::uint8_t {
     ClassesRoot,
 };
 
+// Those with keys of their own; HKEY_CLASSES_ROOT stands for keys of another.
+inline constexpr Hive kOwnHives[] = {Hive::LocalMachine,  Hive::CurrentUser, Hive::Users,
+                                     Hive::CurrentConfig, Hive::DynData,     Hive::PerformanceData};
+
 // Numbers of Windows' value types.
 enum class RegistryType : std::uint32_t {
     None = 0,
@@ -44,6 +48,8 @@ struct RegistryValue {
 
 // One text, with or without variables to expand, or several.
 bool isText(const RegistryValue& value);
+// Of 32 or 64 bits.
+bool isNumber(const RegistryValue& value);
 
 // Values to describe a station with, as Windows' own programs write them.
 RegistryValue textValue(std::string_view name, std::string_view text);

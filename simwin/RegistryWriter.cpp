@@ -12,9 +12,6 @@ namespace {
 
 constexpr std::size_t kLongestLine = 77;  // before the backslash that continues it
 
-constexpr Hive kWrittenHives[] = {Hive::LocalMachine,  Hive::CurrentUser, Hive::Users,
-                                  Hive::CurrentConfig, Hive::DynData,     Hive::PerformanceData};
-
 std::string quoted(std::string_view utf8) {
     std::string line = "\"";
     for (const char character : utf8) {
@@ -56,7 +53,7 @@ class Writer {
 
     std::string write() {
         m_text = m_isWide ? "Windows Registry Editor Version 5.00\n" : "REGEDIT4\n";
-        for (const Hive hive : kWrittenHives) {
+        for (const Hive hive : kOwnHives) {
             const KeyId root = m_tree.root(hive);
             if (m_tree.value(root, 0) != nullptr)
                 appendKey(root);
@@ -122,7 +119,7 @@ class Writer {
 
 std::string writeRegistry(const RegistryTree& tree) {
     const bool isWide =
-        std::ranges::all_of(kWrittenHives, [&](Hive hive) { return hasOnlyCharacters(tree, tree.root(hive)); });
+        std::ranges::all_of(kOwnHives, [&](Hive hive) { return hasOnlyCharacters(tree, tree.root(hive)); });
     return Writer(tree, isWide).write();
 }
 

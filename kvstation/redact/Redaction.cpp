@@ -3,9 +3,11 @@
 #include <algorithm>
 #include <string_view>
 
-#include "kvstation/cause/OtherTexts.h"
+#include "kvstation/redact/BinaryTexts.h"
 #include "kvstation/redact/NamedParts.h"
 #include "kvstation/redact/StandIns.h"
+#include "kvstation/redact/TextPlace.h"
+#include "kvstation/redact/WindowsWords.h"
 #include "simwin/Address.h"
 #include "simwin/CodePage.h"
 
@@ -40,73 +42,13 @@ constexpr std::string_view kSecretValues[] = {"AltDefaultDomainName",
 constexpr std::string_view kAddressValues[] = {"DefaultGateway", "DhcpIPAddress", "DhcpServer", "IPAddress",
                                                "NameServer"};
 
-// A program's version may look like an address; these places tell that it is one. The module takes its way by some
-// (the Citrix server's, the first digit of Netscape's) and shows others. A version that stands elsewhere, such as in
-// the name of a folder, is taken for an address: to the module it is a text like any.
-constexpr std::string_view kVersionInName = "version";  // of a registry value or a variable
-constexpr std::string_view kVersionVariables[] = {"KVTSBuildNo"};
-constexpr std::string_view kKeyOfVersions = "Netscape";  // the names of the keys below it
-
-// Words of Windows and of the product that the module or a program asks for; a name made of them stays in paths.
-constexpr std::string_view kCommonWords =
-    "Windows Microsoft NT System System32 Software Program Files Version Service Pack Server Client Terminal "
-    "unknown Citrix MetaFrame WinFrame Presentation Enterprise Internet Explorer Outlook Exchange Netscape Mozilla "
-    "Firefox Opera HP LaserJet winspool keyboard display net DiskPeripheral DiskDrive CdRomPeripheral "
-    "TapePeripheral nameuserprincipal com dll exe htmlfile ICA RDP wfica32 mstscax iexplore NTFS FAT FAT32 "
-    "REGISTRY Machine Logical Unit Id Default_Monitor LanmanWorkstation NetBT Tcpip Intel Pentium AMD "
-    "iexplor iexplore netscp netscp6 Navigator Gold Auto Created Printer CDROM Monitor Parameters Linkage Clients Mail "
-    "DEVICEMAP VIDEO Scsi ESDI ISAPNP PCI Main CentralProcessor Classes Interfaces Adapters Components 0000 0001 "
-    "AttachedComponents Class DeviceDesc Driver DriverDesc Description Device Name Port PathToExe Bind Settings "
-    "HardwareInformation AdapterString Identifier MHz ProcessorNameString MachineType IPAddress IPMask SubNetMask TCP "
-    "DefaultGateway DefaultDomainName ProviderOrder ProductId ProductName ProductSuite ProductVersion RegisteredOwner "
-    "RegisteredOrganization BIOSDate BIOSVersion SystemBiosDate SystemBiosVersion VideoBiosDate VideoBiosVersion";
-
 template <class List>
 bool isAmong(const List& list, std::string_view name) {
     return std::ranges::any_of(list, [&](std::string_view one) { return simwin::equalNoCase(one, name); });
 }
 
-bool holdsNoCase(std::string_view text, std::string_view lowerPart) {
-    std::string lower(text);
-    std::ranges::transform(lower, lower.begin(), [](char c) { return simwin::toLower(c); });
-    return lower.find(lowerPart) != std::string::npos;
-}
-
 bool isSecretValue(std::string_view name) {
-    return isAmong(kSecretValues, name) || holdsNoCase(name, "serial");
-}
-TextPlace placeOfValue(std::string_view name) {
-    return holdsNoCase(name, kVersionInName) ? TextPlace::Version : TextPlace::Anywhere;
-}
-TextPlace placeOfVariable(std::string_view name) {
-    return isAmong(kVersionVariables, name) ? TextPlace::Version : placeOfValue(name);
-}
-bool isNumber(const RegistryValue& value) {
-    return value.type == static_cast<std::uint32_t>(simwin::RegistryType::DWord) ||
-           value.type == static_cast<std::uint32_t>(simwin::RegistryType::QWord);
-}
-
-// What the module asks for by name and what it compares with stands in its sources.
-std::set<std::string> vocabulary() {
-    std::set<std::string> words = wordsOf(kCommonWords);
-    for (const std::string_view word : moduleWords())
-        words.merge(wordsOf(word));
-    for (const std::string_view name : moduleNames())
-        words.merge(wordsOf(name));
-    return words;
-}
-
-std::string narrowed(std::string_view wide) {
-    std::string text;
-    for (std::size_t i = 0; i < wide.size(); i += 2)
-        text += wide[i];
-    return text;
-}
-std::string widened(std::string_view text) {
-    std::string wide;
-    for (const char character : text)
-        wide += {character, '\0'};
-    return wide;
+    return isAmong(kSecretValues, name) || simwin::lowerCase(name).find("serial") != std::string::npos;
 }
 
 // Visits every key with its full path, parents first.
@@ -119,8 +61,7 @@ void eachKey(const RegistryTree& tree, KeyId key, Visit& visit) {
 
 template <class Visit>
 void eachKey(const RegistryTree& tree, Visit visit) {
-    for (const simwin::Hive hive : {simwin::Hive::LocalMachine, simwin::Hive::CurrentUser, simwin::Hive::Users,
-                                    simwin::Hive::CurrentConfig, simwin::Hive::DynData, simwin::Hive::PerformanceData})
+    for (const simwin::Hive hive : simwin::kOwnHives)
         eachKey(tree, tree.root(hive), visit);
 }
 
@@ -140,34 +81,6 @@ std::string replacePath(std::string_view path, Replace replace) {
     return made;
 }
 
-// The wide texts in binary data: at least three characters of one byte and a NUL each, at even or at odd places. Calls
-// replace(text) for each, which gives one of the same length.
-template <class Replace>
-void replaceWide(std::string& bytes, Replace replace) {
-    constexpr std::size_t kShortest = 3;
-    for (std::size_t start : {std::size_t{0}, std::size_t{1}}) {
-        while (start + 1 < bytes.size()) {
-            std::string text;
-            for (std::size_t i = start; i + 1 < bytes.size() && bytes[i] != '\0' && bytes[i + 1] == '\0'; i += 2)
-                text += bytes[i];
-            if (text.size() >= kShortest) {
-                text = replace(text);
-                for (std::size_t i = 0; i < text.size(); ++i)
-                    bytes[start + 2 * i] = text[i];
-            }
-            start += 2 * text.size() + 2;
-        }
-    }
-}
-
-// Whether it is wide text as a whole, its NULs included.
-bool isWide(std::string_view bytes) {
-    for (std::size_t i = 1; i < bytes.size(); i += 2)
-        if (bytes[i] != '\0')
-            return false;
-    return bytes.size() % 2 == 0 && bytes.size() >= 4;
-}
-
 // Windows calls the session at the machine itself so: nobody's name, and it tells why a station passes for a session.
 bool isName(const simwin::Variable& variable) {
     return isAmong(kSecretVariables, variable.name) && !simwin::equalNoCase(variable.value, "Console");
@@ -183,7 +96,10 @@ std::vector<OptionalText*> namesOf(Station& station) {
 
 class Redactor {
   public:
-    explicit Redactor(const Station& station) : m_standIns(vocabulary()), m_station(station) {
+    Redactor(const Station& station, Redacting extent)
+        : m_standIns(askedWords()), m_station(station), m_everything(extent == Redacting::Everything) {
+        if (m_everything)
+            m_standIns.leaveNothing();
         findNames();
         findAddresses();
         findInRegistry();
@@ -270,7 +186,7 @@ class Redactor {
             learnPath(tree.path(key));
             for (std::size_t i = 0; const RegistryValue* value = tree.value(key, i); ++i) {
                 m_standIns.learn(value->name);
-                if (!isNumber(*value))
+                if (!simwin::isNumber(*value))
                     findInValue(*value);
             }
         });
@@ -283,7 +199,7 @@ class Redactor {
             m_standIns.addName(isWide(value.bytes) ? narrowed(value.bytes) : value.bytes);
             return;
         }
-        const TextPlace place = placeOfValue(value.name);
+        const TextPlace place = placeIn(value.name);
         m_standIns.learn(value.bytes, place);
         std::string bytes = value.bytes;
         replaceWide(bytes, [&](const std::string& text) {
@@ -303,16 +219,19 @@ class Redactor {
     template <class Visit>
     void eachText(Visit visit) {
         visit(m_station.description, TextPlace::Anywhere);
+        if (m_station.version)
+            visit(m_station.version->servicePack, TextPlace::Version);
         for (simwin::Variable& variable : m_station.environment)
             if (!isName(variable))
-                visit(variable.value, placeOfVariable(variable.name));
+                visit(variable.value, placeIn(variable.name));
         for (simwin::File& file : m_station.files)
             visit(file.path, TextPlace::Anywhere);
         for (simwin::ProfileEntry& entry : m_station.profile)
             visit(entry.value, TextPlace::Anywhere);
         for (auto& [letter, drive] : m_station.drives)
-            if (drive.label)
-                visit(*drive.label, TextPlace::Anywhere);
+            for (OptionalText* text : {&drive.label, &drive.fileSystem})
+                if (*text)
+                    visit(**text, TextPlace::Anywhere);
         if (m_station.session.clientAddress)
             visit(m_station.session.clientAddress->text, TextPlace::Anywhere);
     }
@@ -375,7 +294,30 @@ class Redactor {
         for (simwin::MemberPath& path : m_station.absent)
             redactMember(path);
         for (std::string& one : m_station.unknown)
-            one = simwin::splitHive(one) ? redactPath(one) : m_standIns.inside(one);
+            one = redactUnknown(one);
+        for (simwin::File& file : m_station.files)
+            if (file.resource)
+                file.resource = redactBytes(*file.resource, TextPlace::Version);
+        if (m_everything)
+            redactOwnNames();
+    }
+
+    // Names that the module asks for stay, as in every text.
+    void redactOwnNames() {
+        for (simwin::Variable& variable : m_station.environment)
+            variable.name = m_standIns.inside(variable.name);
+        for (simwin::ProfileEntry& entry : m_station.profile)
+            entry = {m_standIns.inside(entry.section), m_standIns.inside(entry.entry), entry.value};
+    }
+
+    // A key, a variable, a file, or a member that every station has.
+    std::string redactUnknown(const std::string& unknown) {
+        if (simwin::splitHive(unknown))
+            return redactPath(unknown);
+        for (const std::string_view naming : {"environment.", "files."})
+            if (unknown.starts_with(naming))
+                return std::string(naming) + m_standIns.inside(unknown.substr(naming.size()));
+        return unknown;
     }
 
     // The last name may be an address, a host or a file.
@@ -396,13 +338,15 @@ class Redactor {
     }
 
     std::string redactBytes(const RegistryValue& value) {
-        if (isNumber(value))
+        if (simwin::isNumber(value))
             return value.bytes;
         if (isSecretValue(value.name))
             return isWide(value.bytes) ? widened(m_standIns.whole(narrowed(value.bytes)))
                                        : m_standIns.whole(value.bytes);
-        const TextPlace place = placeOfValue(value.name);
-        std::string bytes = m_standIns.inside(m_standIns.physicalInside(value.bytes), place);
+        return redactBytes(value.bytes, placeIn(value.name));
+    }
+    std::string redactBytes(std::string_view data, TextPlace place) {
+        std::string bytes = m_standIns.inside(m_standIns.physicalInside(data), place);
         replaceWide(bytes, [&](const std::string& text) { return m_standIns.inside(text, place); });
         return bytes;
     }
@@ -420,12 +364,13 @@ class Redactor {
 
     StandIns m_standIns;
     Station m_station;
+    bool m_everything;
 };
 
 }  // namespace
 
-Station redacted(const Station& station) {
-    Station result = Redactor(station).redact();
+Station redacted(const Station& station, Redacting extent) {
+    Station result = Redactor(station, extent).redact();
     result.description += result.description.empty() ? "redacted" : ", redacted";
     return result;
 }

@@ -5,8 +5,13 @@
 
 namespace kvstation {
 
+enum class Redacting {
+    Names,       // what is known or seen by its form to tell whose the station is
+    Everything,  // and each text that is no word of Windows
+};
+
 // The station with stand-ins in the place of user, computer, client and domain names, addresses, MACs, owner, product
 // ids and serial numbers, in whatever text they stand. A collection on it takes the same ways.
-simwin::Station redacted(const simwin::Station& station);
+simwin::Station redacted(const simwin::Station& station, Redacting extent = Redacting::Names);
 
 }  // namespace kvstation

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "kvstation/redact/NamedParts.h"
+#include "kvstation/redact/WindowsWords.h"
 #include "simwin/CodePage.h"
 
 namespace kvstation {
@@ -117,10 +118,7 @@ std::string StandIns::make(std::string_view word) {
 
 // Two words never share a stand-in, or two printers would become one. Of one digit there are ten: where the others are
 // used up, a word stands for itself.
-const std::string& StandIns::standInFor(const std::string& lowerWord) {
-    const auto known = m_words.find(lowerWord);
-    if (known != m_words.end())
-        return known->second.standIn;
+std::string StandIns::makeFree(const std::string& lowerWord) {
     const auto isFree = [&](const std::string& word) {
         return word != lowerWord && !m_made.contains(word) &&
                (word.size() < kShortestWord || !m_vocabulary.contains(word));
@@ -135,8 +133,27 @@ const std::string& StandIns::standInFor(const std::string& lowerWord) {
         }
     }
     m_made.insert(made);
+    return made;
+}
+
+const std::string& StandIns::standInFor(const std::string& lowerWord) {
+    const auto known = m_words.find(lowerWord);
+    if (known != m_words.end())
+        return known->second.standIn;
+    const std::string made = makeFree(lowerWord);
     const bool isShortNumber = isNumber(lowerWord) && lowerWord.size() < kShortestNumber;
     return m_words.emplace(lowerWord, Word{made, !isShortNumber}).first->second.standIn;
+}
+
+// The digits at its start stay: the module goes by the one in settings such as "1net".
+std::string StandIns::replaceOther(std::string_view word) {
+    const auto [place, isNew] = m_others.try_emplace(simwin::lowerCase(word));
+    if (isNew) {
+        const std::string& key = place->first;
+        const std::size_t kept = isNumber(word) ? 1 : std::min(key.find_first_not_of(kDigits), key.size());
+        place->second = key.substr(0, kept) + makeFree(key.substr(kept));
+    }
+    return inCaseOf(word, place->second);
 }
 
 void StandIns::addName(std::string_view text) {
@@ -241,7 +258,7 @@ std::string_view StandIns::joinedAt(std::string_view text, std::size_t place) co
     return {};
 }
 
-std::string StandIns::replaceText(std::string_view text, TextPlace place) const {
+std::string StandIns::replaceText(std::string_view text, TextPlace place) {
     std::string result;
     for (std::size_t i = 0; i < text.size();) {
         if (!isWordCharacter(text[i])) {
@@ -256,7 +273,9 @@ std::string StandIns::replaceText(std::string_view text, TextPlace place) const 
         }
         const auto end = std::find_if_not(text.begin() + static_cast<std::ptrdiff_t>(i), text.end(), isWordCharacter);
         const std::string_view word = text.substr(i, static_cast<std::size_t>(end - text.begin()) - i);
-        result += replaceWord(word, end != text.end() && *end == '~', place);
+        std::string made = replaceWord(word, end != text.end() && *end == '~', place);
+        result +=
+            m_leavesNothing && made == word && isTelling(text, word, place) ? replaceOther(word) : std::move(made);
         i += word.size();
     }
     return result;

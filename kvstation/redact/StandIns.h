@@ -12,17 +12,17 @@
 #include "kvstation/redact/AddressStandIns.h"
 #include "kvstation/redact/Chance.h"
 #include "kvstation/redact/LongAddressStandIns.h"
+#include "kvstation/redact/TextPlace.h"
 
 namespace kvstation {
-
-// A program's version may look like an address, as Firefox 2.0.0.20 does, so the place decides: in a version only
-// addresses that are known for certain are replaced, and no word that is a number.
-enum class TextPlace { Anywhere, Version };
 
 class StandIns {
   public:
     // Words that stay wherever they stand but in a text that is secret as a whole: the module asks for them.
     explicit StandIns(std::set<std::string> vocabulary) : m_vocabulary(std::move(vocabulary)) {}
+
+    // From now on inside() replaces every word that isTelling too.
+    void leaveNothing() { m_leavesNothing = true; }
 
     // Every word of the text is a secret from now on, and so is what "-", "_" and "." join: of PC-17, whose words are
     // too short to look for, or too common, the whole is.
@@ -62,14 +62,18 @@ class StandIns {
     bool isUsable(const std::string& secret, TextPlace place) const;
     std::string knownWords(std::string_view text) const;
     std::string_view joinedAt(std::string_view text, std::size_t place) const;
-    std::string replaceText(std::string_view text, TextPlace place) const;
+    std::string replaceText(std::string_view text, TextPlace place);
     std::string replaceWord(std::string_view word, bool isShortName, TextPlace place) const;
+    std::string replaceOther(std::string_view word);
+    std::string makeFree(const std::string& lowerWord);
     std::string replacePhysical(std::string_view text) const;
 
     std::set<std::string> m_vocabulary;
-    std::map<std::string, Word> m_words;  // in lower case
-    std::set<std::string> m_made;         // the stand-ins of words
-    std::vector<std::string> m_joined;    // in lower case, the longest first
+    std::map<std::string, Word> m_words;          // in lower case
+    std::map<std::string, std::string> m_others;  // in lower case: what could tell something
+    bool m_leavesNothing = false;
+    std::set<std::string> m_made;       // the stand-ins of words
+    std::vector<std::string> m_joined;  // in lower case, the longest first
     Chance m_chance;
     AddressStandIns m_addresses{m_chance};
     LongAddressStandIns m_longAddresses{m_chance};

@@ -137,6 +137,27 @@ TEST_F(Import, MakesAStationThatIsSimulatedAsTheHivesTell) {
     EXPECT_EQ(field("szDefaultPrinter"), "B\xC3\xBCrodrucker,winspool,Ne00:");
 }
 
+TEST_F(Import, PutsStandInsInThePlaceOfNames) {
+    const ProgramRun imported = run({hives, station, "--redact"});
+    EXPECT_EQ(imported.status, 0);
+    EXPECT_THAT(imported.errors, HasSubstr("  Etiketten   registry.reg [HKEY_CURRENT_USER\\Software"));
+    EXPECT_THAT(field("szStation"), testing::MatchesRegex("[A-Z]{5}-[0-9][0-9]"));
+    EXPECT_NE(field("szStation"), "LAGER-04");
+    EXPECT_THAT(field("szDefaultGateway"), testing::MatchesRegex("192\\.168\\.[1-9]\\.[2-9]"));
+    EXPECT_EQ(field("szSubnetMask"), "255.255.255.0");
+    EXPECT_EQ(field("szPrinters"), "B\xC3\xBCrodrucker;Etiketten");
+}
+
+TEST_F(Import, PutsStandInsInThePlaceOfEverythingElseToo) {
+    const ProgramRun imported = run({hives, station, "--redact=all"});
+    EXPECT_EQ(imported.status, 0);
+    EXPECT_THAT(imported.errors, Not(HasSubstr("registry.reg [")));
+    EXPECT_THAT(field("szPrinters"), Not(HasSubstr("Etiketten")));
+    EXPECT_EQ(field("szDefaultBrowser"), "Firefox");
+    EXPECT_EQ(field("szOS"), "Windows NT 6.1 (Build 7601) Service Pack 1");
+    EXPECT_EQ(run({hives, station, "--redact=much"}).status, 2);
+}
+
 TEST_F(Import, WritesNoMoreThanTheModuleAsksFor) {
     ASSERT_EQ(run({hives, station}).status, 0);
     const std::string registry = readFile(station + "/registry.reg", 1 << 20);

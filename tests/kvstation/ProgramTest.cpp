@@ -24,8 +24,8 @@ using testing::StartsWith;
 
 const std::string kStation = KV_STATIONS "/windows-xp-console";
 
-constexpr const char* kVerbs[] = {"show",  "simulate", "decode", "diff",    "layout",
-                                  "trace", "explain",  "whatif", "capture", "import"};
+constexpr const char* kVerbs[] = {"show",    "simulate", "decode",  "diff",   "layout", "trace",
+                                  "explain", "whatif",   "capture", "redact", "import"};
 
 std::vector<std::string> commandLine(std::vector<std::string> arguments) {
     arguments.insert(arguments.begin(), KVSTATION_PROGRAM);
@@ -235,6 +235,52 @@ TEST_F(Program, SimulatesADescribedStation) {
     EXPECT_EQ(record, expected);
 }
 
+// A user, a printer that nobody knows to be called after one, and nothing else.
+class NamedStation : public Program {
+  protected:
+    NamedStation() {
+        std::filesystem::create_directory(station);
+        writeFile(station + "/station.json", "{\"user\": {\"name\": \"zornhart\"}}");
+        writeFile(station + "/registry.reg",
+                  "REGEDIT4\n\n[HKEY_CURRENT_USER\\Software\\Microsoft\\Windows NT\\CurrentVersion\\Devices]\n"
+                  "\"Laser Mustermann (Zornhart)\"=\"winspool,Ne00:\"\n");
+    }
+    std::string contentOf(const std::string& made) {
+        return readFile(made + "/station.json", 1 << 20) + readFile(made + "/registry.reg", 1 << 20);
+    }
+
+    const std::string station = folder / "station";
+    const std::string out = folder / "out";
+};
+
+TEST_F(NamedStation, IsRedactedAndWhatStaysIsListed) {
+    const ProgramRun made = run({"redact", station, out});
+    EXPECT_EQ(made.status, 0);
+    EXPECT_EQ(made.output, out + "\n");
+    EXPECT_THAT(contentOf(out), AllOf(HasSubstr("Laser Mustermann"), Not(HasSubstr("ornhart"))));
+    EXPECT_THAT(made.errors,
+                testing::MatchesRegex(
+                    "kvstation: left as they were, since nothing shows that they are somebody's; read them, or have "
+                    "all replaced:\n  Laser Mustermann \\([A-Z][a-z]{7}\\)   registry.reg "
+                    "\\[HKEY_CURRENT_USER\\\\Software\\\\Microsoft\\\\Windows NT\\\\CurrentVersion\\\\Devices\\]\n"));
+    EXPECT_EQ(run({"simulate", out}).status, 0);
+}
+
+TEST_F(NamedStation, IsRedactedWhole) {
+    const ProgramRun made = run({"redact", "--all", station, out});
+    EXPECT_EQ(made.status, 0);
+    EXPECT_EQ(made.errors, "");
+    EXPECT_THAT(contentOf(out), AllOf(HasSubstr("\"Laser "), HasSubstr("\\Devices]"), Not(HasSubstr("Mustermann")),
+                                      Not(HasSubstr("ornhart"))));
+}
+
+TEST_F(NamedStation, IsNotWrittenOver) {
+    const ProgramRun refused = run({"redact", station, station});
+    EXPECT_EQ(refused.status, 1);
+    EXPECT_THAT(refused.errors, HasSubstr("registry.reg is there already"));
+    EXPECT_THAT(contentOf(station), HasSubstr("zornhart"));
+}
+
 TEST_F(Program, TellsTheTimesOfASimulationAsItsOwn) {
     const ProgramRun plain = run({"simulate", kStation});
     const ProgramRun timed = run({"simulate", kStation, "--times"});
@@ -371,7 +417,7 @@ TEST_F(Program, BashCompletesVerbsOptionsAndFields) {
     EXPECT_EQ(completions("bogus -"), "\n");
     EXPECT_EQ(completions("explain szMA"), "szMACAddress\n");
     EXPECT_EQ(completions("''"),
-              "show simulate decode diff layout trace explain whatif capture import --help --version\n");
+              "show simulate decode diff layout trace explain whatif capture redact import --help --version\n");
 }
 
 TEST_F(Program, BashCompletesTheOptionsOfEachVerb) {
@@ -385,7 +431,8 @@ TEST_F(Program, BashCompletesTheOptionsOfEachVerb) {
     EXPECT_EQ(completions("explain --"), "--help --json --set --version --unset --value --fail --timeout\n");
     EXPECT_EQ(completions("explain szOS --"), "--help --json --set --version --unset --value --fail --timeout\n");
     EXPECT_EQ(completions("capture --"), "--help --redact --timeout\n");
-    EXPECT_EQ(completions("import x y --"), "--help --user --set --version\n");
+    EXPECT_EQ(completions("redact --"), "--help --all\n");
+    EXPECT_EQ(completions("import x y --"), "--help --user --set --version --redact\n");
 }
 
 TEST_F(Program, AFullDiskIsTold) {

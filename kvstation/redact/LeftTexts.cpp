@@ -1,0 +1,175 @@
+#include "kvstation/redact/LeftTexts.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <map>
+#include <nlohmann/json.hpp>
+
+#include "kvstation/VisibleText.h"
+#include "kvstation/redact/BinaryTexts.h"
+#include "kvstation/redact/NamedParts.h"
+#include "kvstation/redact/WindowsWords.h"
+#include "simwin/CodePage.h"
+#include "simwin/MemberReaders.h"
+#include "simwin/StationWriter.h"
+
+namespace kvstation {
+namespace {
+
+using Json = nlohmann::ordered_json;
+using simwin::KeyId;
+using simwin::RegistryTree;
+using simwin::RegistryValue;
+
+// Whose members' names are the station's own; those of all others are the form's.
+constexpr std::array<std::string_view, 6> kNaming = {"/environment",       "/files",      "/profile", "/network/hosts",
+                                                     "/network/addresses", "/network/arp"};
+// Words of the form's own, which its reader checks: libraries, calls, types of drives.
+bool isOfTheForm(const std::string& path) {
+    return path == "/missing" || path == "/fails" || (path.starts_with("/drives/") && path.ends_with("/type"));
+}
+
+bool namesAreTexts(const std::string& path) {
+    return std::ranges::find(kNaming, path) != kNaming.end() || path.starts_with("/profile/");
+}
+
+bool isResource(const std::string& path) {
+    return path.starts_with("/files/") && path.ends_with("/resource");
+}
+
+TextPlace kindOf(const std::string& path) {
+    if (isResource(path) || path == "/version/servicePack")
+        return TextPlace::Version;
+    return path.starts_with("/environment/") ? placeIn(path.substr(path.rfind('/'))) : TextPlace::Anywhere;
+}
+
+// Whether a word that could tell something stands at the same place in both.
+bool holdsLeftWord(std::string_view before, std::string_view after, TextPlace place) {
+    for (std::size_t i = 0; i < before.size();) {
+        if (!isWordCharacter(before[i])) {
+            ++i;
+            continue;
+        }
+        const auto end =
+            std::find_if_not(before.begin() + static_cast<std::ptrdiff_t>(i), before.end(), isWordCharacter);
+        const std::string_view word = before.substr(i, static_cast<std::size_t>(end - before.begin()) - i);
+        if (i < after.size() && after.substr(i, word.size()) == word && isTelling(before, word, place))
+            return true;
+        i += word.size();
+    }
+    return false;
+}
+
+class LeftTextFinder {
+  public:
+    std::vector<LeftText> texts() && { return std::move(m_texts); }
+
+    void visit(const Json& before, const Json& after, const std::string& path) {
+        if (isOfTheForm(path))
+            return;
+        if (before.is_string() && after.is_string())
+            compare(bytesOf(before), bytesOf(after), "station.json " + path, kindOf(path));
+        else if (isHex(before) && isHex(after))
+            compareBytes(bytesOfHex(before), bytesOfHex(after), !isResource(path), "station.json " + path,
+                         kindOf(path));
+        else if (before.is_structured() && after.is_structured())
+            visitMembers(before, after, path);
+    }
+
+    void visit(const RegistryTree& before, KeyId key, const RegistryTree& after, KeyId made) {
+        const std::string place = "registry.reg [" + simwin::toUtf8(after.path(made)) + "]";
+        const auto& values = before.values(key);
+        const auto& madeValues = after.values(made);
+        for (std::size_t i = 0; i < std::min(values.size(), madeValues.size()); ++i) {
+            compare(values[i].name, madeValues[i].name, place);
+            if (!simwin::isNumber(values[i]))
+                compareBytes(values[i].bytes, madeValues[i].bytes, simwin::isText(values[i]),
+                             place + " " + nameOf(madeValues[i]), placeIn(values[i].name));
+        }
+        const auto& keys = before.subKeys(key);
+        const auto& madeKeys = after.subKeys(made);
+        for (std::size_t i = 0; i < std::min(keys.size(), madeKeys.size()); ++i) {
+            compare(before.name(keys[i]), after.name(madeKeys[i]), place);
+            visit(before, keys[i], after, madeKeys[i]);
+        }
+    }
+
+  private:
+    static std::string nameOf(const RegistryValue& value) {
+        return value.name.empty() ? "@" : "\"" + simwin::toUtf8(value.name) + "\"";
+    }
+    static std::string bytesOf(const Json& text) { return simwin::fromUtf8Leniently(text.get<std::string>()); }
+    static std::string bytesOfHex(const Json& object) { return simwin::readHex({object.at("hex"), "", ""}); }
+    static bool isHex(const Json& json) { return json.is_object() && json.size() == 1 && json.contains("hex"); }
+
+    void visitMembers(const Json& before, const Json& after, const std::string& path) {
+        if (before.is_object() && !namesAreTexts(path)) {
+            for (const auto& [name, value] : before.items())
+                if (after.contains(name))
+                    visit(value, after.at(name), path + "/" + name);
+            return;
+        }
+        auto made = after.items().begin();
+        for (const auto& [name, value] : before.items()) {
+            if (made == after.items().end())
+                return;
+            if (before.is_object())
+                compare(simwin::fromUtf8Leniently(name), simwin::fromUtf8Leniently(made.key()), "station.json " + path);
+            visit(value, made.value(), path + "/" + made.key());
+            ++made;
+        }
+    }
+
+    void compareBytes(const std::string& before, const std::string& after, bool isText, const std::string& place,
+                      TextPlace kind) {
+        if (before.size() != after.size())
+            return;
+        for (const BinaryText& one : textsIn(before, isText))
+            compare(one.text, textAt(after, one), place, kind);
+    }
+
+    void compare(std::string_view before, std::string_view after, const std::string& place,
+                 TextPlace kind = TextPlace::Anywhere) {
+        if (!holdsLeftWord(before, after, kind))
+            return;
+        const auto [known, isNew] = m_known.emplace(simwin::lowerCase(after), m_texts.size());
+        if (isNew)
+            m_texts.push_back({simwin::toUtf8(after), place, 0});
+        else
+            ++m_texts[known->second].others;
+    }
+
+    std::vector<LeftText> m_texts;
+    std::map<std::string, std::size_t> m_known;
+};
+
+std::string lineOf(const LeftText& left) {
+    std::string line = "  " + left.text + "   " + left.place;
+    if (left.others != 0)
+        line += " and " + std::to_string(left.others) + (left.others == 1 ? " other place" : " other places");
+    return visible(line) + "\n";
+}
+
+}  // namespace
+
+std::vector<LeftText> leftTexts(const simwin::Station& station, const simwin::Station& redacted) {
+    LeftTextFinder finder;
+    finder.visit(simwin::stationJson(station), simwin::stationJson(redacted), "");
+    for (const simwin::Hive hive : simwin::kOwnHives)
+        finder.visit(station.registry, station.registry.root(hive), redacted.registry, redacted.registry.root(hive));
+    return std::move(finder).texts();
+}
+
+void tellLeftTexts(const std::vector<LeftText>& texts) {
+    if (texts.empty())
+        return;
+    std::string told =
+        "kvstation: left as they were, since nothing shows that they are somebody's; read them, or have "
+        "all replaced:\n";
+    for (const LeftText& left : texts)
+        told += lineOf(left);
+    std::fwrite(told.data(), 1, told.size(), stderr);
+}
+
+}  // namespace kvstation
