@@ -44,8 +44,7 @@ TextPlace kindOf(const std::string& path) {
     return path.starts_with("/environment/") ? placeIn(path.substr(path.rfind('/'))) : TextPlace::Anywhere;
 }
 
-// Whether a word that could tell something stands at the same place in both.
-bool holdsLeftWord(std::string_view before, std::string_view after, TextPlace place) {
+bool holdsLeftWordOf(std::string_view before, std::string_view after, TextPlace place) {
     for (std::size_t i = 0; i < before.size();) {
         if (!isWordCharacter(before[i])) {
             ++i;
@@ -57,6 +56,19 @@ bool holdsLeftWord(std::string_view before, std::string_view after, TextPlace pl
         if (i < after.size() && after.substr(i, word.size()) == word && isTelling(before, word, place))
             return true;
         i += word.size();
+    }
+    return false;
+}
+
+// Whether a word that could tell something stands at the same place in both. The kind of an address does.
+bool holdsLeftWord(std::string_view before, std::string_view after, TextPlace place) {
+    for (const NamedPart& part : namedPartsOf(before)) {
+        if (part.kind != PartKind::Text && part.kind != PartKind::Computer && part.kind != PartKind::User)
+            continue;
+        const auto start = static_cast<std::size_t>(part.text.data() - before.data());
+        const std::string_view made = after.substr(std::min(start, after.size()), part.text.size());
+        if (holdsLeftWordOf(part.text, made, place))
+            return true;
     }
     return false;
 }

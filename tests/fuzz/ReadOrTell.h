@@ -1,0 +1,26 @@
+// What a reader of files promises: what they describe, or one line that names the file.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "simwin/ReadError.h"
+#include "tests/fuzz/Check.h"
+
+namespace kvfuzz {
+
+// False when the reader refused what it read.
+template <class Read>
+bool readOrTell(std::string_view fileName, const Read& read) {
+    try {
+        read();
+        return true;
+    } catch (const simwin::ReadError& error) {
+        const std::string_view line = error.what();
+        check(line.starts_with(fileName), "the error names the file");
+        check(line.find('\n') == std::string_view::npos, "the error is one line");
+        return false;
+    }
+}
+
+}  // namespace kvfuzz

@@ -1,0 +1,37 @@
+// The reader of registry.reg, and the writer: what was read is written and read again as it was.
+#include <cstdint>
+#include <string_view>
+
+#include "simwin/RegistryReader.h"
+#include "simwin/RegistryWriter.h"
+#include "tests/fuzz/ReadOrTell.h"
+
+namespace {
+
+using simwin::KeyId;
+using simwin::RegistryTree;
+
+// Each key is found by its path, each value by its name.
+void checkKey(const RegistryTree& tree, KeyId key) {
+    for (const simwin::RegistryValue& value : tree.values(key))
+        kvfuzz::check(tree.findValue(key, value.name) == &value, "a value is found by its name");
+    for (const KeyId subKey : tree.subKeys(key)) {
+        kvfuzz::check(tree.find(key, tree.name(subKey)) == subKey, "a key is found by its name");
+        checkKey(tree, subKey);
+    }
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const std::string_view content(reinterpret_cast<const char*>(data), size);
+    RegistryTree tree;
+    if (!kvfuzz::readOrTell("registry.reg", [&] { tree = simwin::readRegistry(content, "registry.reg"); }))
+        return 0;
+    for (const simwin::Hive hive : simwin::kOwnHives)
+        checkKey(tree, tree.root(hive));
+    const std::string written = simwin::writeRegistry(tree);
+    const RegistryTree again = simwin::readRegistry(written, "written");
+    kvfuzz::check(simwin::writeRegistry(again) == written, "a registry reads back as it was written");
+    return 0;
+}
