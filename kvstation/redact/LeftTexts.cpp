@@ -166,6 +166,7 @@ std::string lineOf(const LeftText& left) {
 }  // namespace
 
 std::vector<LeftText> leftTexts(const simwin::Station& station, const simwin::Station& redacted) {
+    const simwin::CodePageScope scope(station.codePages.ansi);
     LeftTextFinder finder;
     finder.visit(simwin::stationJson(station), simwin::stationJson(redacted), "");
     for (const simwin::Hive hive : simwin::kOwnHives)

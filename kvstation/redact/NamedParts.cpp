@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "kvstation/redact/LongAddress.h"
+#include "kvstation/redact/PageLetters.h"
 #include "simwin/Address.h"
 #include "simwin/CodePage.h"
 
@@ -207,7 +208,7 @@ bool isDigit(char character) {
 }
 bool isWordCharacter(char character) {
     return isDigit(character) || (character >= 'a' && character <= 'z') || (character >= 'A' && character <= 'Z') ||
-           static_cast<unsigned char>(character) >= 0xC0;
+           isPageLetter(character);
 }
 bool isLetter(char character) {
     return isWordCharacter(character) && !isDigit(character);

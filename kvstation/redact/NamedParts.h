@@ -24,7 +24,7 @@ struct NamedPart {
 // All of the text, in its order: "Canon on \\srv1\x" is "Canon on \\" (Text), "srv1" (Computer) and "\x" (Text).
 std::vector<NamedPart> namedPartsOf(std::string_view text);
 
-// A letter of code page 1252 or a digit.
+// A letter of the code page in force or a digit.
 bool isWordCharacter(char character);
 // What the name of a computer is made of: words, "-", "_" and ".".
 bool isNameCharacter(char character);

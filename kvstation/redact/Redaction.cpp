@@ -5,6 +5,7 @@
 
 #include "kvstation/redact/BinaryTexts.h"
 #include "kvstation/redact/NamedParts.h"
+#include "kvstation/redact/PageLetters.h"
 #include "kvstation/redact/StandIns.h"
 #include "kvstation/redact/TextPlace.h"
 #include "kvstation/redact/WindowsWords.h"
@@ -370,6 +371,8 @@ class Redactor {
 }  // namespace
 
 Station redacted(const Station& station, Redacting extent) {
+    refuseWidePage(station.codePages.ansi);
+    const simwin::CodePageScope scope(station.codePages.ansi);
     Station result = Redactor(station, extent).redact();
     result.description += result.description.empty() ? "redacted" : ", redacted";
     return result;

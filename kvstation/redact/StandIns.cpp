@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "kvstation/redact/NamedParts.h"
+#include "kvstation/redact/PageLetters.h"
 #include "kvstation/redact/WindowsWords.h"
 #include "simwin/CodePage.h"
 
@@ -17,7 +18,6 @@ constexpr std::size_t kShortNameLength = 6;  // of DHINRI~1
 constexpr std::size_t kPhysicalSize = 6;
 constexpr std::string_view kDigits = "0123456789";
 constexpr std::string_view kLetters = "abcdefghijklmnopqrstuvwxyz";
-constexpr std::string_view kAccented = "\xE0\xE4\xE8\xE9\xF6\xFC";
 
 bool isUpper(char character) {
     return isLetter(character) && simwin::toLower(character) != character;
@@ -57,12 +57,15 @@ bool isNobodysPhysical(std::string_view bytes) {
            std::ranges::all_of(bytes, [](char byte) { return byte == '\xFF'; });
 }
 
+// What may stand in a character's place.
+std::string_view lettersFor(char character) {
+    return isDigit(character) ? kDigits : isPageLetter(character) ? pageLetters() : kLetters;
+}
+
 // The next word of the same form, as a counter goes on: az becomes ba, and the last one the first.
 std::string following(std::string word) {
     for (std::size_t i = word.size(); i-- > 0;) {
-        const std::string_view all = isDigit(word[i])                              ? kDigits
-                                     : static_cast<unsigned char>(word[i]) >= 0xC0 ? kAccented
-                                                                                   : kLetters;
+        const std::string_view all = lettersFor(word[i]);
         const std::size_t place = all.find(word[i]) + 1;
         word[i] = all[place % all.size()];
         if (place != all.size())
@@ -106,13 +109,10 @@ std::set<std::string> wordsOf(std::string_view text) {
 
 std::string StandIns::make(std::string_view word) {
     std::string result;
-    for (const char character : word)
-        if (isDigit(character))
-            result += kDigits[m_chance.next(kDigits.size())];
-        else if (static_cast<unsigned char>(character) >= 0xC0)
-            result += kAccented[m_chance.next(kAccented.size())];
-        else
-            result += kLetters[m_chance.next(kLetters.size())];
+    for (const char character : word) {
+        const std::string_view all = lettersFor(character);
+        result += all[m_chance.next(static_cast<unsigned>(all.size()))];
+    }
     return result;
 }
 

@@ -7,6 +7,7 @@
 #include <sstream>
 
 #include "kvstation/CallLog.h"
+#include "kvstation/Errors.h"
 #include "kvstation/Record.h"
 #include "kvstation/redact/NamedParts.h"
 #include "kvstation/redact/Redaction.h"
@@ -615,6 +616,33 @@ TEST(Redaction, LeavesWindowsNameOfTheSessionAtTheMachine) {
     const Station made = kvstation::redacted(station);
     EXPECT_EQ(made.environment[0].value, "Console");
     EXPECT_NE(made.environment[1].value, "Consoles");
+}
+
+// Warsaw's, Moscow's and Bangkok's letters, some of which code page 1252 has no letters at.
+TEST(Redaction, KnowsTheLettersOfCodePagesOfOneByte) {
+    for (const auto& [page, name] :
+         {std::pair{1250u, "W\xF3jcik\xB3"}, {1251u, "\xC8\xE2\xE0\xED\xEE\xE2"}, {874u, "\xCA\xC1\xAA\xD2\xC2\xA1"}}) {
+        const simwin::CodePageScope scope(page);
+        Station station;
+        station.codePages.ansi = page;
+        station.user.name = name;
+        station.registry.set(kDevices, simwin::textValue("Laser " + std::string(name), "winspool,Ne00:"));
+        const Station made = kvstation::redacted(station);
+        ASSERT_EQ(made.user.name->size(), std::string(name).size());
+        EXPECT_TRUE(simwin::survivesUtf8(*made.user.name)) << page;
+        for (std::size_t i = 0; i < made.user.name->size(); ++i)
+            EXPECT_EQ((*made.user.name)[i] >= 0, name[i] >= 0) << page << " " << i;
+        EXPECT_NE(*made.user.name, name);
+        EXPECT_EQ(made.registry.value(*made.registry.find(kDevices), 0)->name, "Laser " + *made.user.name);
+    }
+}
+
+TEST(Redaction, RefusesCodePagesOfSeveralBytes) {
+    for (const unsigned page : {932u, 65001u}) {
+        Station station;
+        station.codePages.ansi = page;
+        EXPECT_THROW(kvstation::redacted(station), kvstation::Failure) << page;
+    }
 }
 
 // The words and addresses of each station's own names, wherever they stand in the result.
