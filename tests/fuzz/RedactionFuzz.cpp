@@ -3,8 +3,10 @@
 #include <cstdint>
 #include <string_view>
 
+#include "kvstation/Errors.h"
 #include "kvstation/redact/LeftTexts.h"
 #include "kvstation/redact/Redaction.h"
+#include "simwin/CodePage.h"
 #include "simwin/RegistryReader.h"
 #include "simwin/RegistryWriter.h"
 #include "simwin/StationReader.h"
@@ -42,10 +44,16 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (!kvfuzz::readOrTell("station.json",
                             [&] { station = simwin::parseStation(input.substr(0, end), "station.json"); }))
         return 0;
+    const simwin::CodePageScope scope(station.codePages.ansi);
     const std::string_view registry = input.substr(end + 1);
     if (!kvfuzz::readOrTell("registry.reg", [&] { station.registry = simwin::readRegistry(registry, "registry.reg"); }))
         return 0;
-    checkRedaction(station, Redacting::Names);
-    checkRedaction(station, Redacting::Everything);
+    try {
+        checkRedaction(station, Redacting::Names);
+        checkRedaction(station, Redacting::Everything);
+    } catch (const kvstation::Failure& failure) {
+        const std::string_view line = failure.what();
+        kvfuzz::check(line.starts_with("a station of code page "), "a code page of several bytes alone is refused");
+    }
     return 0;
 }
