@@ -61,22 +61,22 @@ std::string readableMac(const std::string& mac) {
     return readable;
 }
 
-// Whether a session is at the machine itself is told by this variable.
+// Whether nobody knows if somebody sat at the machine itself: that is told by this variable and the session.
 bool isSessionUnknown(const Report& report) {
-    return std::ranges::find(report.unknown, "environment.CLIENTNAME") != report.unknown.end();
+    return std::ranges::any_of(report.unknown, [](const std::string& one) {
+        return one == "environment.CLIENTNAME" || one.starts_with("session");
+    });
 }
 
 std::string kindOfSession(const Report& report) {
     const Record& record = report.record;
-    if (isSessionUnknown(report))
-        return "unknown";
     if (record.at("dwMetaFrame").number != 0)
         return "MetaFrame client";
     if (record.at("dwTSClientSession").number != 0)
         return "Terminal Services client";
     if (record.at("dwWinFrame").number != 0)
         return "WinFrame client";
-    return "At the station itself";
+    return isSessionUnknown(report) ? "unknown" : "At the station itself";
 }
 
 std::string labelled(const char* label, const std::string& text) {

@@ -1,0 +1,199 @@
+#include "kvstation/hives/HiveImport.h"
+
+#include <algorithm>
+#include <set>
+#include <utility>
+
+#include "kvstation/Errors.h"
+#include "kvstation/ProductName.h"
+#include "kvstation/Stage.h"
+#include "kvstation/capture/Completion.h"
+#include "kvstation/hives/HiveFacts.h"
+#include "simwin/CodePage.h"
+
+namespace kvstation {
+namespace {
+
+// Windows makes these keys at each start, so that no hive holds them.
+constexpr std::string_view kHardware = "HKEY_LOCAL_MACHINE\\HARDWARE";
+constexpr std::string_view kFileTypes = "HKEY_LOCAL_MACHINE\\SOFTWARE\\Classes";
+constexpr std::string_view kUserFileTypes = "HKEY_CURRENT_USER\\Software\\Classes";
+constexpr std::string_view kSession = "session";
+constexpr std::string_view kServices = "HKEY_LOCAL_MACHINE\\SYSTEM\\CurrentControlSet\\Services";
+
+bool isMadeAtStart(const std::string& key) {
+    return simwin::restBelow(key, kServices) && simwin::equalNoCase(key.substr(key.find_last_of('\\') + 1), "Enum");
+}
+
+// What the hives tell of a disk.
+class HiveState : public LocalState {
+  public:
+    HiveState(HiveRegistry& registry, std::vector<simwin::Variable> variables)
+        : m_registry(registry), m_variables(std::move(variables)) {}
+
+    bool copyKey(const std::string& fullPath, simwin::RegistryTree& tree) override {
+        return m_registry.copyKey(fullPath, tree);
+    }
+    std::optional<std::string> variable(const std::string& name) override {
+        for (const simwin::Variable& variable : m_variables)
+            if (simwin::equalNoCase(variable.name, name))
+                return variable.value;
+        return std::nullopt;
+    }
+    std::optional<simwin::File> file(const std::string&) override { return std::nullopt; }
+    // A variable may come from a logon or a session, a file from another disk.
+    bool knows(const Place&) override { return false; }
+
+  private:
+    HiveRegistry& m_registry;
+    std::vector<simwin::Variable> m_variables;
+};
+
+std::string descriptionOf(const HiveFacts& facts) {
+    std::string product;
+    if (const auto& version = facts.station.version)
+        product = productName({.platform = version->platformId,
+                               .major = version->major,
+                               .minor = version->minor,
+                               .build = version->build,
+                               .isServer = facts.isServer});
+    return "imported from the registry hives of " + (product.empty() ? "a Windows disk" : product);
+}
+
+// Below a service that the hives hold: others are asked for where an experiment invented their names.
+bool isMissingOfService(const std::string& key, HiveRegistry& registry) {
+    simwin::RegistryTree service;
+    return !registry.isWindows9x() && isMadeAtStart(key) &&
+           registry.copyKey(key.substr(0, key.find_last_of('\\')), service);
+}
+
+// Before Windows 2000 a user chose no file types.
+bool hasUserClasses(const simwin::Station& station) {
+    return !station.version || station.version->major > 4;
+}
+
+std::vector<std::string> rootsInNoHive(const simwin::Station& station, const HiveRegistry& registry) {
+    std::vector<std::string> roots = registry.missingRoots();
+    if (!hasUserClasses(station))
+        std::erase(roots, kUserFileTypes);
+    if (!registry.isWindows9x())
+        roots.emplace_back(kHardware);
+    return roots;
+}
+
+// A file type may be one that the user chose.
+bool mayBeBelow(const Place& place, const std::string& root) {
+    const bool isType = simwin::restBelow(simwin::withClassesInPlace(place.key), kFileTypes).has_value();
+    return isBelow(place, root) || (isType && simwin::restBelow(kUserFileTypes, root));
+}
+
+// Keys that were asked for and that no hive can tell, one root for each reason.
+void addUnknownKeys(simwin::Station& station, const AskedPlaces& asked, HiveRegistry& registry) {
+    const std::vector<std::string> roots = rootsInNoHive(station, registry);
+    std::set<std::string> unknown;
+    for (const auto& [id, one] : asked.all()) {
+        if (!one.place.isInRegistry())
+            continue;
+        for (const std::string& root : roots)
+            if (mayBeBelow(one.place, root))
+                unknown.insert(root);
+        if (isMissingOfService(one.place.key, registry))
+            unknown.insert(one.place.key);
+    }
+    station.unknown.insert(station.unknown.begin(), unknown.begin(), unknown.end());
+}
+
+using Part = HiveRegistry::Part;
+
+// A value that was found is not lost, whatever else is.
+std::optional<std::string> lossAt(const Place& place, const simwin::RegistryTree& tree, HiveRegistry& registry) {
+    const std::optional<simwin::KeyId> key = tree.find(place.key);
+    if (place.kind == Place::Kind::Value && key && tree.findValue(*key, place.value) != nullptr)
+        return std::nullopt;
+    const Part part = place.kind == Place::Kind::Key         ? Part::Itself
+                      : place.kind == Place::Kind::EndOfKeys ? Part::SubKeys
+                                                             : Part::Values;
+    return registry.lossAt(place.key, part);
+}
+
+// What damage took of what the module asks. Names that an experiment invented are not lost, so that only the questions
+// of the station count, in each version of Windows.
+std::set<std::string> addLostKeys(simwin::Station& station, const Collector& collector, HiveRegistry& registry) {
+    std::set<std::string> lost;
+    const AskedPlaces asked = askedByVersions(station, collector);
+    for (const auto& [id, one] : asked.all())
+        if (one.place.isInRegistry())
+            if (const std::optional<std::string> key = lossAt(one.place, station.registry, registry))
+                lost.insert(*key);
+    station.unknown.insert(station.unknown.begin(), lost.begin(), lost.end());
+    return lost;
+}
+
+// A disk tells of no session, whatever the module asks about it.
+void addUnknownSession(simwin::Station& station) {
+    if (std::ranges::none_of(station.unknown, [](const std::string& one) { return one.starts_with(kSession); }))
+        station.unknown.emplace_back(kSession);
+}
+
+std::string meaningOf(const std::string& root, const AskedPlaces& asked, const std::set<std::string>& lost) {
+    if (lost.contains(root))
+        return "lost where the hive is damaged";
+    if (simwin::splitHive(root))
+        return root == kHardware || isMadeAtStart(root) ? "in no hive, since Windows makes it at each start"
+                                                        : "there is no hive of it";
+    for (const auto& [id, one] : asked.all())
+        if (isBelow(one.place, root))
+            return std::string(one.words);
+    return root == kSession ? "the session" : "the OEM code page; 437 stands in its place";
+}
+
+// Entries of one meaning stand together.
+std::vector<std::string> linesOf(const simwin::Station& station, const AskedPlaces& asked,
+                                 const std::set<std::string>& lost) {
+    std::vector<std::pair<std::string, std::string>> all;
+    for (const std::string& root : station.unknown) {
+        const std::string meaning = meaningOf(root, asked, lost);
+        const auto same = std::ranges::find(all, meaning, &std::pair<std::string, std::string>::first);
+        if (same != all.end())
+            same->second += ", " + simwin::toUtf8(root);
+        else
+            all.emplace_back(meaning, simwin::toUtf8(root));
+    }
+    std::vector<std::string> lines;
+    lines.reserve(all.size());
+    for (const auto& [meaning, names] : all)
+        lines.emplace_back(names).append(": ").append(meaning);
+    return lines;
+}
+
+std::vector<std::string> warningsOf(const HiveFacts& facts, const HiveRegistry& registry) {
+    std::vector<std::string> lines = registry.remarks();
+    if (!facts.ansiCodePage.empty() && facts.ansiCodePage != std::to_string(simwin::kDefaultCodePage))
+        lines.push_back("this Windows has the ANSI code page " + facts.ansiCodePage +
+                        "; a station has 1252, which turns other characters into \"?\"");
+    return lines;
+}
+
+}  // namespace
+
+ImportedStation importStation(HiveRegistry& registry, const WhatIf& whatIf, Reach reach) {
+    HiveFacts facts = factsOf(registry);
+    HiveState state(registry, std::exchange(facts.station.environment, {}));
+    facts.station.description = descriptionOf(facts);
+    apply(whatIf, facts.station);
+    ImportedStation imported{.station = std::move(facts.station), .record = {}, .undescribed = {}, .warnings = {}};
+    const Collector collector;
+    const AskedPlaces asked = complete(imported.station, {}, state, collector, reach);
+    addUnknownKeys(imported.station, asked, registry);
+    const std::set<std::string> lost = addLostKeys(imported.station, collector, registry);
+    addUnknownSession(imported.station);
+    if (!facts.knowsOemCodePage)
+        imported.station.unknown.emplace_back("codePages.oem");
+    simwin::Machine machine(imported.station);
+    imported.record = collector.collect(machine);
+    imported.undescribed = linesOf(imported.station, asked, lost);
+    imported.warnings = warningsOf(facts, registry);
+    return imported;
+}
+
+}  // namespace kvstation

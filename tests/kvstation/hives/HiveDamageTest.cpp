@@ -1,0 +1,129 @@
+// A damaged hive is read or refused in one line that names its file; nothing else happens.
+#include <gmock/gmock.h>
+
+#include <array>
+#include <cstring>
+
+#include "HiveWriter.h"
+#include "TemporaryFolder.h"
+#include "kvstation/Errors.h"
+#include "kvstation/Files.h"
+#include "kvstation/hives/HiveImport.h"
+
+namespace kvstation {
+namespace {
+
+using simwin::RegistryTree;
+using simwin::textValue;
+
+const std::string kSet = "HKEY_LOCAL_MACHINE\\SYSTEM\\CurrentControlSet";
+
+constexpr std::size_t kSum = 508;
+
+RegistryTree smallRegistry() {
+    RegistryTree tree;
+    tree.set(kSet + "\\Control\\ComputerName\\ComputerName", textValue("ComputerName", "LAGER-04"));
+    tree.set(kSet + "\\Control\\NetworkProvider\\Order", textValue("ProviderOrder", "RDPNP"));
+    tree.set(kSet + "\\Services\\RDPNP\\NetworkProvider", textValue("Name", "Microsoft Terminal Services"));
+    tree.set(kSet + "\\Services\\RDPNP\\Linkage", simwin::multiTextValue("Bind", {"\\Device\\A_B", "C"}));
+    tree.set(kSet + "\\Enum\\Display\\DEL4001\\5", textValue("DeviceDesc", "Dell P2419H"));
+    return tree;
+}
+
+// The sum is right again, or nothing behind the header would ever be looked at.
+void correctSum(std::string& hive) {
+    std::uint32_t sum = 0;
+    for (std::size_t i = 0; i < kSum; i += sizeof sum) {
+        std::uint32_t word = 0;
+        std::memcpy(&word, hive.data() + i, sizeof word);
+        sum ^= word;
+    }
+    std::memcpy(hive.data() + kSum, &sum, sizeof sum);
+}
+
+class DamagedHive : public testing::Test {
+  protected:
+    DamagedHive() {
+        writeHives(folder / "", smallRegistry());
+        whole = readFile(folder / "SYSTEM", 1 << 24);
+    }
+
+    // Every key and value below a key.
+    static void readAll(HiveRegistry& registry, const std::string& path, int depth) {
+        RegistryTree tree;
+        if (!registry.copyKey(path, tree) || depth == 0)
+            return;
+        const auto key = tree.find(path);
+        for (std::size_t i = 0; const std::string* name = key ? tree.subKeyName(*key, i) : nullptr; ++i)
+            readAll(registry, path + "\\" + *name, depth - 1);
+    }
+
+    template <class Read>
+    void expectReadOrRefused(std::string hive, Read read) {
+        if (hive.size() > kSum + sizeof(std::uint32_t))
+            correctSum(hive);
+        writeFile(folder / "SYSTEM", hive);
+        try {
+            HiveRegistry registry(findHives(folder / "", ""));
+            read(registry);
+        } catch (const Failure& error) {
+            EXPECT_THAT(error.what(), testing::StartsWith(folder / "SYSTEM"));
+            EXPECT_THAT(error.what(), testing::Not(testing::HasSubstr("\n")));
+        }
+    }
+
+    TemporaryFolder folder;
+    std::string whole;
+};
+
+constexpr std::array<unsigned char, 3> kMasks = {0xFF, 0x01, 0x80};
+
+// Behind its sum a hive's first page holds nothing that anybody reads: there a few places stand for all.
+std::size_t nextPlace(std::size_t place) {
+    constexpr std::size_t kPage = 4096;
+    return place > kSum + sizeof(std::uint32_t) && place < kPage ? place + 64 : place + 1;
+}
+
+TEST_F(DamagedHive, InAnyByteIsReadOrRefused) {
+    for (std::size_t i = 0; i < whole.size(); i = nextPlace(i)) {
+        SCOPED_TRACE("byte " + std::to_string(i));
+        std::string hive = whole;
+        hive[i] = static_cast<char>(hive[i] ^ kMasks[i % kMasks.size()]);
+        expectReadOrRefused(hive, [](HiveRegistry& registry) { readAll(registry, kSet, 8); });
+    }
+}
+
+TEST_F(DamagedHive, InManyBytesIsImportedOrRefused) {
+    for (std::size_t i = 0; i < whole.size(); i += 31) {
+        SCOPED_TRACE("byte " + std::to_string(i));
+        std::string hive = whole;
+        hive[i] = static_cast<char>(hive[i] ^ 0xFF);
+        expectReadOrRefused(hive, [](HiveRegistry& registry) { importStation(registry, {}, Reach::StationItself); });
+    }
+}
+
+// Each 32-bit word as another place of the file: keys that are their own sub-keys, lists that go round in circles,
+// values that lie over each other, sizes beyond the end.
+TEST_F(DamagedHive, WithWordsThatPointElsewhereIsReadOrRefused) {
+    constexpr std::array<std::uint32_t, 5> kWords = {0x20, 0x1000, 0x7FFFFFFF, 0x80000004, 0xFFFFFFFF};
+    for (std::size_t i = 0x20; i + sizeof(std::uint32_t) <= whole.size(); i += sizeof(std::uint32_t)) {
+        const std::uint32_t word = kWords[i / sizeof word % kWords.size()];
+        SCOPED_TRACE("word " + std::to_string(word) + " at byte " + std::to_string(i));
+        std::string hive = whole;
+        std::memcpy(hive.data() + i, &word, sizeof word);
+        expectReadOrRefused(hive, [](HiveRegistry& registry) { readAll(registry, kSet, 8); });
+    }
+}
+
+TEST_F(DamagedHive, CutAtAnyLengthIsReadOrRefused) {
+    for (std::size_t length = 0; length < whole.size(); length += 100)
+        expectReadOrRefused(whole.substr(0, length), [](HiveRegistry& registry) { readAll(registry, kSet, 8); });
+}
+
+TEST_F(DamagedHive, WholeIsNot) {
+    HiveRegistry registry(findHives(folder / "", ""));
+    EXPECT_EQ(importStation(registry, {}, Reach::StationItself).station.computerName, "LAGER-04");
+}
+
+}  // namespace
+}  // namespace kvstation
