@@ -351,7 +351,7 @@ auto makeCall(const char* name, FailureWith<Effect> with, Answer&& answer, const
     };
     if (!machine.isWatched()) [[likely]]
         return outcome();
-    if (machine.keepsWay())
+    if (machine.countsOnWay(name))
         addToWay(machine, name, roles...);
     if (!machine.isTold())
         return outcome();

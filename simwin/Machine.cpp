@@ -123,11 +123,11 @@ void Machine::relayTo(Relay* relay) noexcept {
 
 void Machine::noteWatch() noexcept {
     m_isTold = m_keepsLog || m_recording != nullptr || m_observer != nullptr || m_relay != nullptr;
-    m_isWatched = m_isTold || m_keepsWay;
+    m_isWatched = m_isTold || m_countsOnWay != nullptr;
 }
 
-void Machine::keepWay() noexcept {
-    m_keepsWay = true;
+void Machine::keepWay(bool (*counts)(const char* call)) noexcept {
+    m_countsOnWay = counts;
     noteWatch();
 }
 

@@ -138,9 +138,9 @@ class Machine {
     // Tells each call from now on; null ends it.
     void observe(CallObserver* observer) noexcept;
 
-    // Takes the name, texts and numbers of each question from now on into one number: two runs with the same one went
-    // the same way.
-    void keepWay() noexcept;
+    // Takes the name, texts and numbers of each call from now on of which `counts` says so into one number: two runs
+    // with the same one went the same way. It is asked with the very pointer each time that a call is made.
+    void keepWay(bool (*counts)(const char* call)) noexcept;
     std::uint64_t way() const noexcept { return m_way; }
 
     // Passes the calls on from now on in place of answering them, so that this machine only watches; null ends it.
@@ -170,7 +170,7 @@ class Machine {
     bool isWatched() const noexcept { return m_isWatched; }
     // Somebody wants to know more of each call than the way.
     bool isTold() const noexcept { return m_isTold; }
-    bool keepsWay() const noexcept { return m_keepsWay; }
+    bool countsOnWay(const char* call) const { return m_countsOnWay != nullptr && m_countsOnWay(call); }
     void addToWay(std::string_view text) noexcept;
     void addToWay(std::uint64_t number) noexcept;
     bool keepsLog() const noexcept { return m_keepsLog; }
@@ -209,7 +209,7 @@ class Machine {
     bool m_mayFail = false;
     bool m_keepsTrace = true;
     bool m_keepsLog = false;
-    bool m_keepsWay = false;
+    bool (*m_countsOnWay)(const char* call) = nullptr;
     bool m_isTold = false;
     bool m_isWatched = false;
     std::uint64_t m_way = 0;

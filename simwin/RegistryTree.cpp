@@ -256,8 +256,17 @@ void RegistryTree::sortSubKeys(Key& key) {
 }
 
 std::string RegistryTree::path(KeyId key) const {
-    const Key& self = at(key);
-    return self.parent == key ? self.name : path(self.parent) + '\\' + self.name;
+    std::size_t length = at(key).name.size();
+    for (KeyId below = key; at(below).parent != below; below = at(below).parent)
+        length += 1 + at(at(below).parent).name.size();
+    std::string whole(length, '\\');
+    for (KeyId one = key;; one = at(one).parent) {
+        length -= at(one).name.size();
+        at(one).name.copy(whole.data() + length, at(one).name.size());
+        if (at(one).parent == one)
+            return whole;
+        --length;
+    }
 }
 
 std::optional<KeyId> RegistryTree::findSubKey(KeyId id, std::string_view name) const {

@@ -74,10 +74,24 @@ class Completer {
     bool takeIn(const AskedPlaces& branches) {
         bool isNew = false;
         for (const auto& [id, one] : branches.all())
-            isNew = take(one.place) || isNew;
-        for (const std::string& path : std::exchange(m_grown, {}))
-            putInOrder(path);
+            isNew = takeMember(one.place) || takeKey(one.place) || isNew;
+        putGrownInOrder();
         m_branches.add(branches);
+        return isNew;
+    }
+
+    bool takeMembers(const std::vector<Place>& places) {
+        bool isNew = false;
+        for (const Place& place : places)
+            isNew = takeMember(place) || isNew;
+        return isNew;
+    }
+
+    bool takeKeys(const std::vector<Place>& places) {
+        bool isNew = false;
+        for (const Place& place : places)
+            isNew = takeKey(place) || isNew;
+        putGrownInOrder();
         return isNew;
     }
 
@@ -118,12 +132,14 @@ class Completer {
         return World(std::move(copy));
     }
 
-    bool take(const Place& place) {
-        if (isVariable(place))
-            return takeVariable(place);
-        if (isFile(place))
-            return takeFile(place);
-        return place.isInRegistry() && takeFromRegistry(place);
+    bool takeMember(const Place& place) {
+        return (isVariable(place) && takeVariable(place)) || (isFile(place) && takeFile(place));
+    }
+    bool takeKey(const Place& place) { return place.isInRegistry() && takeFromRegistry(place); }
+
+    void putGrownInOrder() {
+        for (const std::string& path : std::exchange(m_grown, {}))
+            putInOrder(path);
     }
 
     bool takeVariable(const Place& place) {
@@ -153,10 +169,10 @@ class Completer {
         if (!key)
             return false;
         const std::string path = found.path(*key);
-        bool isNew = takeKey(path);
+        bool isNew = describeKey(path);
         if (place.kind == Place::Kind::EndOfKeys)
             for (const KeyId subKey : found.subKeys(*key))
-                isNew = takeKey(found.path(subKey)) || isNew;
+                isNew = describeKey(found.path(subKey)) || isNew;
         for (const RegistryValue& value : found.values(*key))
             if (place.kind == Place::Kind::EndOfValues ||
                 (place.kind == Place::Kind::Value && simwin::equalNoCase(value.name, place.value)))
@@ -164,7 +180,7 @@ class Completer {
         return isNew;
     }
 
-    bool takeKey(const std::string& path) {
+    bool describeKey(const std::string& path) {
         const std::size_t before = m_station.registry.size();
         if (!m_station.registry.create(path) || m_station.registry.size() == before)
             return false;
@@ -226,11 +242,21 @@ class Completer {
 AskedPlaces complete(Station& station, const AskedPlaces& asked, LocalState& state, const Collector& collector,
                      Reach reach) {
     Completer completer(station, asked, state);
-    const auto askedByRuns = reach == Reach::StationItself ? askedOnce : askedByVersions;
-    for (int round = 0; round < kMostRounds; ++round) {
+    const auto follow = [&](auto askedByRuns) {
         for (int step = 0; step < kMostLevels && completer.takeIn(askedByRuns(station, collector)); ++step) {
         }
-        if (reach == Reach::StationItself || !completer.takeIn(askedInBranches(station, collector)))
+    };
+    follow(askedOnce);
+    for (int round = 0; reach == Reach::AllBranches && round < kMostRounds; ++round) {
+        follow(askedByVersions);
+        // An experiment finds what it asks of the registry at once, what else there is in the next round.
+        bool hasMoreMembers = false;
+        completer.takeIn(askedInBranches(station, collector, [&](const std::vector<Place>& places, Station& world) {
+            hasMoreMembers = completer.takeMembers(places) || hasMoreMembers;
+            completer.takeKeys(places);
+            return Completer(world, asked, state).takeKeys(places);
+        }));
+        if (!hasMoreMembers)
             break;
     }
     completer.listUnknown();

@@ -33,33 +33,62 @@ void eachVersion(const simwin::Station& station, const Collector& collector, Vis
     }
 }
 
-// The station, and for each other way that a version of Windows leads one that has that version.
-std::vector<simwin::Station> stationsByVersion(const simwin::Station& station, const Collector& collector) {
-    std::vector<simwin::Station> all;
+using Version = std::optional<simwin::WindowsVersion>;
+
+// That of the station, and one for each other way that a version of Windows leads.
+std::vector<Version> versionsByWay(const simwin::Station& station, const Collector& collector) {
+    std::vector<Version> all;
     std::set<std::string> ways;
     eachVersion(station, collector, [&](const simwin::Station& one, const std::vector<AskedCall>& calls) {
         if (ways.insert(wayOf(calls)).second)
-            all.push_back(one);
+            all.push_back(one.version);
     });
     return all;
 }
 
-// All that a place is made of.
-std::string identityOf(const simwin::ObservedCall& call) {
-    std::string identity = call.name + (call.succeeded ? '+' : '-') + call.subject;
-    for (const simwin::Fact& fact : call.parameters) {
-        identity += '\0';
-        if (const auto* number = std::get_if<std::uint64_t>(&fact))
-            identity += std::to_string(*number);
-        else
-            identity += simwin::textOf(fact);
+// Of all that a place is made of.
+class IdentityHash {
+  public:
+    void add(std::string_view bytes) {
+        add(bytes.size());
+        mix(std::hash<std::string_view>()(bytes));
     }
-    return identity;
+    void add(std::uint64_t number) { mix(number); }
+    std::uint64_t value() const { return m_value; }
+
+  private:
+    void mix(std::uint64_t number) {
+        constexpr std::uint64_t kSpread = 0x9E3779B97F4A7C15;
+        m_value = (m_value ^ number) * kSpread;
+        m_value ^= m_value >> 32;
+    }
+
+    std::uint64_t m_value = 0;
+};
+
+std::uint64_t identityOf(const simwin::ObservedCall& call) {
+    IdentityHash identity;
+    identity.add(call.name);
+    identity.add(std::uint64_t{call.succeeded});
+    identity.add(call.subject);
+    for (const simwin::Fact& fact : call.parameters) {
+        identity.add(fact.index());
+        if (const auto* number = std::get_if<std::uint64_t>(&fact))
+            identity.add(*number);
+        else
+            identity.add(simwin::textOf(fact));
+    }
+    return identity.value();
 }
 
 }  // namespace
 
 void AskedPlaces::add(const std::vector<AskedCall>& calls) {
+    addNew(calls);
+}
+
+std::vector<Place> AskedPlaces::addNew(const std::vector<AskedCall>& calls) {
+    std::vector<Place> fresh;
     for (const AskedCall& one : calls) {
         if (!m_calls.insert(identityOf(one.call)).second)
             continue;
@@ -67,9 +96,10 @@ void AskedPlaces::add(const std::vector<AskedCall>& calls) {
         if (row == nullptr)
             continue;
         const Place place = row->place(one.call);
-        if (place.kind != Place::Kind::None)
-            m_places.try_emplace(place.id(), Asked{place, row->words});
+        if (place.kind != Place::Kind::None && m_places.try_emplace(place.id(), Asked{place, row->words}).second)
+            fresh.push_back(place);
     }
+    return fresh;
 }
 
 bool AskedPlaces::add(const AskedPlaces& other) {
@@ -94,14 +124,18 @@ AskedPlaces askedByVersions(const simwin::Station& station, const Collector& col
     return asked;
 }
 
-AskedPlaces askedInBranches(const simwin::Station& station, const Collector& collector) {
+AskedPlaces askedInBranches(const simwin::Station& station, const Collector& collector, const FillIn& fillIn) {
     AskedPlaces asked;
+    std::vector<Place> fresh;
     ExperimentOptions options;
     options.outputs = Outputs();
-    options.otherRun = [&](const std::vector<AskedCall>& calls) { asked.add(calls); };
+    options.otherRun = [&](const std::vector<AskedCall>& calls) { fresh = asked.addNew(calls); };
     options.everyWord = true;
-    for (const simwin::Station& one : stationsByVersion(station, collector)) {
-        World world(one);
+    for (const Version& version : versionsByWay(station, collector)) {
+        simwin::Station one = station;
+        one.version = version;
+        World world(std::move(one));
+        options.fillIn = [&] { return fillIn && fillIn(fresh, world.described()); };
         const Experiments experiments(world, collector, options);
         asked.add(experiments.calls());
         options.everyWord = false;  // settings are the same on every version

@@ -57,6 +57,15 @@ bool haveInCommon(const std::string& text, const std::string& value) {
                              text.starts_with(value.substr(0, kRelated)) || value.ends_with(text.substr(0, kRelated)));
 }
 
+// Calls by their names, each of which stands in one place.
+bool isQuestion(const char* call) {
+    static std::unordered_map<const char*, bool> known;
+    const auto [place, isNew] = known.try_emplace(call);
+    if (isNew)
+        place->second = findCallRow(call) != nullptr;
+    return place->second;
+}
+
 bool isListed(const Question& question) {
     return question.place.isListed;
 }
@@ -70,7 +79,7 @@ std::string parentOf(const Place& place) {
 Experiments::Experiments(World& world, const Collector& collector, const ExperimentOptions& options)
     : m_world(world), m_collector(collector), m_options(options) {
     simwin::Machine machine(world.station());
-    machine.keepWay();
+    machine.keepWay(isQuestion);
     m_outcome = runOn(collector, machine, m_calls);
     m_ways.insert(m_outcome.way);
     m_questions = questionsOf(m_calls, world);
@@ -155,14 +164,16 @@ void Experiments::tryList(std::span<const std::size_t> places) {
     std::vector<Place> listed;
     for (const std::size_t place : places)
         listed.push_back(m_questions[m_places[place].questions.front()].place);
-    if (!changesAnything(alternativesOf(m_world, listed)))
+    if (!changesAnything(listed))
         return;
     tryList(places.first(places.size() / 2));
     tryList(places.subspan(places.size() / 2));
 }
 
-bool Experiments::changesAnything(std::vector<Alternative> alternatives) {
-    return std::ranges::any_of(alternatives, [&](Alternative& one) { return differences(run(one)).any(); });
+bool Experiments::changesAnything(std::span<const Place> listed) {
+    std::vector<Alternative> alternatives = alternativesOf(m_world, listed);
+    const auto remake = [&] { alternatives = alternativesOf(m_world, listed); };
+    return std::ranges::any_of(alternatives, [&](Alternative& one) { return differences(run(one, remake)).any(); });
 }
 
 void Experiments::tryPlace(const PlaceQuestions& place) {
@@ -170,10 +181,19 @@ void Experiments::tryPlace(const PlaceQuestions& place) {
     std::vector<Effect> effects;
     std::vector<Outcome> series;
     int lastSeries = 0;
-    for (Alternative& alternative : alternativesAt(m_world, first.place, first.row->samples)) {
+    std::vector<Alternative> alternatives = alternativesAt(m_world, first.place, first.row->samples);
+    for (std::size_t i = 0; i < alternatives.size(); ++i) {
+        Alternative& alternative = alternatives[i];
         if (m_options.giversOnly && !alternative.replacement)
             continue;
-        Outcome outcome = run(alternative);
+        // What stands at the place itself was asked for, so that there are as many alternatives to it as before.
+        Outcome outcome = run(alternative, [&] {
+            std::vector<Alternative> anew = alternativesAt(m_world, first.place, first.row->samples);
+            if (anew.size() != alternatives.size())
+                return;
+            std::move(anew.begin() + static_cast<std::ptrdiff_t>(i), anew.end(),
+                      alternatives.begin() + static_cast<std::ptrdiff_t>(i));
+        });
         const int number = alternative.series;
         if (number != 0 && number != lastSeries)
             series.clear();
@@ -258,11 +278,7 @@ void Experiments::tryFailures(const PlaceQuestions& place) {
             const std::uint64_t failable = m_calls[occurrence.call].failable;
             if (failable == 0 || !m_calls[occurrence.call].call.succeeded)
                 continue;
-            simwin::Machine machine(m_world.station());
-            machine.failCall(failable);
-            const Outcome outcome = runNoted(machine);
-            noteOtherRun(outcome, [&](simwin::Machine& again) { again.failCall(failable); });
-            credit(occurrence, question, rolesIn(outcome, {}));
+            credit(occurrence, question, rolesIn(runFailing(failable), {}));
         }
     }
 }
@@ -415,17 +431,32 @@ Experiments::Effect Experiments::runWith(std::span<const WordAt> placed) {
     for (const WordAt& one : placed)
         words.push_back({&m_questions[m_places[one.place].questions.front()].place, one.word});
     Alternative alternative{withWords(m_world, words)};
-    Roles roles = rolesIn(run(alternative), alternative);
+    const auto remake = [&] { alternative = Alternative{withWords(m_world, words)}; };
+    Roles roles = rolesIn(run(alternative, remake), alternative);
     return {std::move(alternative), std::move(roles)};
 }
 
-Outcome Experiments::run(Alternative& alternative) {
-    m_world.make(alternative.changes);
-    simwin::Machine machine(m_world.station());
-    Outcome outcome = runNoted(machine);
-    noteOtherRun(outcome, [](simwin::Machine&) {});
-    m_world.unmake(alternative.changes);
-    return outcome;
+Outcome Experiments::run(Alternative& alternative, const std::function<void()>& remake) {
+    for (;;) {
+        m_world.make(alternative.changes);
+        simwin::Machine machine(m_world.station());
+        Outcome outcome = runNoted(machine);
+        const bool isOther = noteOtherRun(outcome, [](simwin::Machine&) {});
+        m_world.unmake(alternative.changes);
+        if (!isOther || !isFilledIn())
+            return outcome;
+        remake();
+    }
+}
+
+Outcome Experiments::runFailing(std::uint64_t failable) {
+    for (;;) {
+        simwin::Machine machine(m_world.station());
+        machine.failCall(failable);
+        Outcome outcome = runNoted(machine);
+        if (!noteOtherRun(outcome, [&](simwin::Machine& again) { again.failCall(failable); }) || !isFilledIn())
+            return outcome;
+    }
 }
 
 Outcome Experiments::runOnce(Alternative& alternative, std::uint64_t number) {
@@ -442,10 +473,10 @@ Outcome Experiments::runOnce(Alternative& alternative, std::uint64_t number) {
     return runOn(m_collector, machine);
 }
 
-// The way is kept where somebody is told of other ones.
+// The way is kept where somebody is told of other ones. Calls that are no questions make none.
 Outcome Experiments::runNoted(simwin::Machine& machine) {
     if (m_options.otherRun)
-        machine.keepWay();
+        machine.keepWay(isQuestion);
     return runOn(m_collector, machine);
 }
 
@@ -456,11 +487,12 @@ bool Experiments::isOtherWay(const Outcome& outcome) const {
     return (most - least) * kManyOf > m_outcome.calls;
 }
 
-void Experiments::noteOtherRun(const Outcome& outcome, const std::function<void(simwin::Machine&)>& prepare) {
+// True when the run was told.
+bool Experiments::noteOtherRun(const Outcome& outcome, const std::function<void(simwin::Machine&)>& prepare) {
     const bool isTold = m_options.otherRun && m_ways.insert(outcome.way).second;
     const bool givesNames = m_otherWays < kMostOtherWays && isOtherWay(outcome);
     if (!isTold && !givesNames)
-        return;
+        return false;
     simwin::Machine machine(m_world.station());
     prepare(machine);
     std::vector<AskedCall> calls;
@@ -471,6 +503,11 @@ void Experiments::noteOtherRun(const Outcome& outcome, const std::function<void(
     }
     if (isTold)
         m_options.otherRun(calls);
+    return isTold;
+}
+
+bool Experiments::isFilledIn() const {
+    return m_options.fillIn && m_options.fillIn();
 }
 
 Outputs Experiments::differences(const Outcome& other) {

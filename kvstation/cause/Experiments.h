@@ -28,6 +28,9 @@ struct ExperimentOptions {
     std::function<void(double done)> progress{};
     // Told the calls of each run that took another way than the station's own and those told before. May be empty.
     std::function<void(const std::vector<AskedCall>& calls)> otherRun{};
+    // Called behind each such run, when no change is in force. True when the station holds more by now: the run is made
+    // again. May be empty.
+    std::function<bool()> fillIn{};
 };
 
 class Experiments {
@@ -59,7 +62,7 @@ class Experiments {
     void tryPlaces(const std::vector<std::size_t>& places);
     void tryPlace(const PlaceQuestions& place);
     void tryList(std::span<const std::size_t> places);
-    bool changesAnything(std::vector<Alternative> alternatives);
+    bool changesAnything(std::span<const Place> listed);
     void creditComputed(const std::vector<Outcome>& runs, int series, std::vector<Effect>& effects);
     void tryOccurrences(const PlaceQuestions& place, std::vector<Effect>& effects);
     Outputs tryOccurrence(Occurrence& occurrence, Question& question, Effect& effect);
@@ -82,11 +85,14 @@ class Experiments {
     Outputs hangingOn(const PlaceQuestions& place) const;
     void credit(Occurrence& occurrence, Question& question, const Roles& roles);
 
-    Outcome run(Alternative& alternative);
+    // `remake` makes the alternative anew of what the station holds by now.
+    Outcome run(Alternative& alternative, const std::function<void()>& remake);
     Outcome runOnce(Alternative& alternative, std::uint64_t number);
+    Outcome runFailing(std::uint64_t failable);
     Outcome runNoted(simwin::Machine& machine);
     bool isOtherWay(const Outcome& outcome) const;
-    void noteOtherRun(const Outcome& outcome, const std::function<void(simwin::Machine&)>& prepare);
+    bool noteOtherRun(const Outcome& outcome, const std::function<void(simwin::Machine&)>& prepare);
+    bool isFilledIn() const;
     Outputs differences(const Outcome& other);
     Roles rolesIn(const Outcome& other, const Alternative& alternative);
 

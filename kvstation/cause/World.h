@@ -42,6 +42,8 @@ class World {
     // The station as it is now; it changes with every change that is made or unmade.
     const std::shared_ptr<const simwin::Station>& station() const { return m_shared; }
     const simwin::RegistryTree& registry() const { return m_station->registry; }
+    // To write more keys and values into, while no change is in force.
+    simwin::Station& described() { return *m_station; }
     // Its station.json, as it was at first.
     const Json& json() const { return m_json; }
 
