@@ -44,8 +44,13 @@ std::optional<std::string> expand(Variables& variables, std::string_view text) {
     return result.append(text);
 }
 
+// Of these a logon or a session sets its own, whatever the machine has.
+constexpr const char* kOfLogon[] = {"USERNAME", "USERDOMAIN", "USERPROFILE", "APPDATA",    "LOCALAPPDATA", "HOMEDRIVE",
+                                    "HOMEPATH", "HOMESHARE",  "LOGONSERVER", "CLIENTNAME", "SESSIONNAME"};
+
 bool isName(std::string_view name) {
-    return !name.empty() && name.find('=') == std::string_view::npos;
+    return !name.empty() && name.find('=') == std::string_view::npos &&
+           std::ranges::none_of(kOfLogon, [&](const char* one) { return simwin::equalNoCase(name, one); });
 }
 
 void setPlain(Variables& variables, const RegistryValue& value) {

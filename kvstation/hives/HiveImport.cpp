@@ -22,7 +22,9 @@ constexpr std::string_view kSession = "session";
 constexpr std::string_view kServices = "HKEY_LOCAL_MACHINE\\SYSTEM\\CurrentControlSet\\Services";
 
 bool isMadeAtStart(const std::string& key) {
-    return simwin::restBelow(key, kServices) && simwin::equalNoCase(key.substr(key.find_last_of('\\') + 1), "Enum");
+    const std::string_view service = simwin::restBelow(key, kServices).value_or("");
+    const std::size_t end = service.find('\\');
+    return end != std::string_view::npos && simwin::equalNoCase(service.substr(end + 1), "Enum");
 }
 
 // What the hives tell of a disk.
@@ -116,11 +118,19 @@ std::optional<std::string> lossAt(const Place& place, const simwin::RegistryTree
     return registry.lossAt(place.key, part);
 }
 
+AskedPlaces askedInSessions(const simwin::Station& station, const Collector& collector) {
+    AskedPlaces asked = askedByVersions(station, collector);
+    simwin::Station session = station;
+    session.environment.push_back({"CLIENTNAME", "CLIENT"});
+    asked.add(askedByVersions(session, collector));
+    return asked;
+}
+
 // What damage took of what the module asks. Names that an experiment invented are not lost, so that only the questions
-// of the station count, in each version of Windows.
+// of the station count: in each version of Windows, at the machine and in a session.
 std::set<std::string> addLostKeys(simwin::Station& station, const Collector& collector, HiveRegistry& registry) {
     std::set<std::string> lost;
-    const AskedPlaces asked = askedByVersions(station, collector);
+    const AskedPlaces asked = askedInSessions(station, collector);
     for (const auto& [id, one] : asked.all())
         if (one.place.isInRegistry())
             if (const std::optional<std::string> key = lossAt(one.place, station.registry, registry))

@@ -35,13 +35,21 @@ std::string joinTexts(const std::vector<std::string>& parts) {
     return all;
 }
 
-// Applies the logs where Windows would, and says so.
-void finishWriting(std::string& bytes, const std::string& path, std::vector<std::string>& remarks) {
+bool isNtHive(std::string_view bytes) {
+    return bytes.starts_with("regf");
+}
+
+bool isFinished(std::string_view bytes) {
     const BaseBlock block(bytes);
-    const bool isWhole = block.hasRightSum();
-    if (isWhole && block.firstSequence() == block.secondSequence())
+    return block.hasRightSum() && block.firstSequence() == block.secondSequence();
+}
+
+// Applies the logs where Windows would, and says so.
+void finishWriting(std::string& bytes, const std::string& path, const std::vector<LogFile>& logs,
+                   std::vector<std::string>& remarks) {
+    if (isFinished(bytes))
         return;
-    const std::vector<LogFile> logs = logsBeside(path);
+    const bool isWhole = BaseBlock(bytes).hasRightSum();
     const std::vector<std::string> applied = applyLogs(bytes, logs);
     const std::string what = isWhole ? " was not written to its end; " : " has a damaged first block; ";
     if (!applied.empty())
@@ -69,11 +77,11 @@ void shorten(std::string& bytes, const std::string& path, std::vector<std::strin
     putBinsSize(bytes, static_cast<std::uint32_t>(bins));
 }
 
-OpenedHive openNtHive(const std::string& path, std::string bytes) {
+OpenedHive openNtHive(const std::string& path, std::string bytes, const std::vector<LogFile>& logs) {
     OpenedHive opened{path, HiveForm::Nt, nullptr, {}};
     if (bytes.size() < kSector)
         throw Failure(path + " is cut short: it has " + std::to_string(bytes.size()) + " bytes");
-    finishWriting(bytes, path, opened.remarks);
+    finishWriting(bytes, path, logs, opened.remarks);
     shorten(bytes, path, opened.remarks);
     opened.hive = std::make_unique<NtHive>(std::move(bytes), path);
     return opened;
@@ -83,8 +91,14 @@ OpenedHive openNtHive(const std::string& path, std::string bytes) {
 
 OpenedHive openHive(const std::string& path) {
     std::string bytes = readFile(path, kLongestHive);
-    if (bytes.starts_with("regf"))
-        return openNtHive(path, std::move(bytes));
+    const bool wantsLogs = isNtHive(bytes) && bytes.size() >= kSector && !isFinished(bytes);
+    const std::vector<LogFile> logs = wantsLogs ? logsBeside(path) : std::vector<LogFile>();
+    return openHive(path, std::move(bytes), logs);
+}
+
+OpenedHive openHive(const std::string& path, std::string bytes, const std::vector<LogFile>& logs) {
+    if (isNtHive(bytes))
+        return openNtHive(path, std::move(bytes), logs);
     if (!bytes.starts_with("CREG"))
         throw Failure(path + " is no registry hive: it begins with neither \"regf\" nor \"CREG\"");
     if (bytes.size() > kLongestOldHive)

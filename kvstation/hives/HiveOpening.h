@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "kvstation/hives/Hive.h"
+#include "kvstation/hives/HiveLog.h"
 
 namespace kvstation {
 
@@ -21,5 +22,8 @@ struct OpenedHive {
 // What Windows had begun to write and had not ended is taken from the logs beside the file, in memory alone. Throws
 // Failure for what is no hive, is too long, or has nothing of use.
 OpenedHive openHive(const std::string& path);
+
+// The same of a file's bytes, with the logs that lie beside it. `path` is the name that people are told.
+OpenedHive openHive(const std::string& path, std::string bytes, const std::vector<LogFile>& logs);
 
 }  // namespace kvstation

@@ -84,14 +84,14 @@ void apply(std::string& hive, const Entry& entry) {
 }
 
 struct Log {
-    std::string name;
+    const LogFile* file;
     std::vector<Entry> entries;
 };
 
 std::string told(const Log& log, std::uint32_t first, std::uint32_t last) {
     const std::string numbers = first == last ? "entry " + std::to_string(first)
                                               : "entries " + std::to_string(first) + " to " + std::to_string(last);
-    return numbers + " of " + log.name;
+    return numbers + " of " + std::filesystem::path(log.file->path).filename().string();
 }
 
 }  // namespace
@@ -100,13 +100,13 @@ std::vector<std::string> applyLogEntries(std::string& hive, const std::vector<co
     std::vector<Log> logs;
     for (const LogFile* file : files)
         if (BaseBlock(file->bytes).fileType() == kLogOfEntries)
-            logs.push_back({std::filesystem::path(file->path).filename().string(), entriesOf(*file)});
+            logs.push_back({file, entriesOf(*file)});
     std::erase_if(logs, [](const Log& log) { return log.entries.empty(); });
     std::ranges::stable_sort(logs, {}, [](const Log& log) { return log.entries.front().sequence(); });
     if (logs.empty())
         return {};
     if (!BaseBlock(hive).hasRightSum())
-        putSequences(hive, logs.front().entries.front().sequence());
+        putBaseBlock(hive, logs.front().file->bytes);
     const std::uint32_t had = BaseBlock(hive).secondSequence();
     std::optional<std::uint32_t> last;
     std::vector<std::string> applied;

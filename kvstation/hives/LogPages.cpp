@@ -64,8 +64,8 @@ std::vector<std::string> applyLogPages(std::string& hive, const std::vector<cons
         if (pages.places.empty())
             continue;
         apply(hive, *log, pages);
-        return {std::to_string(pages.places.size()) + " pages of 512 bytes of " +
-                std::filesystem::path(log->path).filename().string()};
+        return {std::to_string(pages.places.size()) + (pages.places.size() == 1 ? " page" : " pages") +
+                " of 512 bytes of " + std::filesystem::path(log->path).filename().string()};
     }
     return {};
 }

@@ -72,6 +72,8 @@ OldHiveMending::OldHiveMending(std::string& file) : m_file(file), m_treeEnd(0) {
         return;
     mendBlocks();
     m_treeEnd = std::min<std::size_t>(numberAt(m_file, kTree + kTreeSize), m_file.size() - kTree);
+    // The library takes the tree's head off its size twice.
+    putNumber(m_file, kTree + kTreeSize, static_cast<std::uint32_t>(m_treeEnd + kTree));
     mendTree();
 }
 

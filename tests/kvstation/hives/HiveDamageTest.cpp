@@ -120,6 +120,48 @@ TEST_F(DamagedHive, CutAtAnyLengthIsReadOrRefused) {
         expectReadOrRefused(whole.substr(0, length), [](HiveRegistry& registry) { readAll(registry, kSet, 8); });
 }
 
+// A key of the list is none any more, as where a disk has lost a block of it.
+TEST_F(DamagedHive, LosesTheKeysThatAreNone) {
+    const std::size_t name = whole.find("NetworkProvider");
+    constexpr std::size_t kBeforeName = 76;  // of a key, which begins with "nk"
+    ASSERT_EQ(whole.substr(name - kBeforeName, 2), "nk");
+    std::string hive = whole;
+    hive.replace(name - kBeforeName, 2, "xx");
+    writeFile(folder / "SYSTEM", hive);
+    HiveRegistry registry(findHives(folder / "", ""));
+    using Part = HiveRegistry::Part;
+    const std::string order = kSet + "\\Control\\NetworkProvider\\Order";
+    EXPECT_EQ(registry.lossAt(order, Part::Values), kSet + "\\Control\\NetworkProvider");
+    EXPECT_EQ(registry.lossAt(kSet + "\\Control", Part::SubKeys), kSet + "\\Control");
+    EXPECT_EQ(registry.lossAt(kSet + "\\Control", Part::Values), std::nullopt);
+    EXPECT_EQ(registry.lossAt(kSet + "\\Control\\ComputerName", Part::Itself), std::nullopt);
+    EXPECT_EQ(registry.lossAt(kSet + "\\Nothing", Part::Itself), std::nullopt);
+    const ImportedStation imported = importStation(registry, {}, Reach::StationItself);
+    EXPECT_EQ(imported.station.computerName, "LAGER-04");
+    EXPECT_THAT(imported.station.unknown, testing::Contains(kSet + "\\Control\\NetworkProvider"));
+    EXPECT_THAT(imported.undescribed.front(), testing::AllOf(testing::HasSubstr(kSet + "\\Control\\NetworkProvider, "),
+                                                             testing::EndsWith(": lost where the hive is damaged")));
+}
+
+// Lists of lists of lists, each of which a short file can have in endless number.
+TEST_F(DamagedHive, WithNestedListsEnds) {
+    std::string hive = whole;
+    const auto list = static_cast<std::uint32_t>(hive.size() - 4096);
+    hive.resize(hive.size() + 4096);
+    const auto put = [&](std::size_t place, std::uint32_t number) { std::memcpy(hive.data() + place, &number, 4); };
+    put(40, list + 4096);
+    std::memcpy(hive.data() + 4096 + list, "hbin", 4);
+    put(4096 + list + 4, list);
+    put(4096 + list + 8, 4096);
+    constexpr std::uint32_t kEntries = 900;
+    put(4096 + list + 32, 0U - 4064U);
+    put(4096 + list + 36, kEntries << 16 | 0x6972);  // "ri"
+    for (std::uint32_t i = 0; i < kEntries; ++i)
+        put(4096 + list + 40 + i * 4, list + 32);
+    put(4096 + 32 + 32, list + 32);  // the root's list
+    expectReadOrRefused(hive, [](HiveRegistry& registry) { readAll(registry, kSet, 8); });
+}
+
 TEST_F(DamagedHive, WholeIsNot) {
     HiveRegistry registry(findHives(folder / "", ""));
     EXPECT_EQ(importStation(registry, {}, Reach::StationItself).station.computerName, "LAGER-04");

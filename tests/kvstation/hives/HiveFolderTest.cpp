@@ -122,5 +122,84 @@ TEST_F(Hives, TwoInstallationsOrTwoNamesAreNoClearChoice) {
     EXPECT_EQ(failure(), root + " holds both SYSTEM and system; leave one of them there");
 }
 
+TEST_F(Hives, AreFoundFromEachFolderOnTheWayToThem) {
+    add("Windows/System32/config/SYSTEM");
+    add("Windows/System32/config/RegBack/SYSTEM");
+    add("Users/Anna/NTUSER.DAT");
+    for (const char* place : {"", "/", "/Windows", "/Windows/", "/Windows/System32", "/Windows/System32/config"}) {
+        const HiveFolder found = findHives(root + place, "");
+        EXPECT_EQ(lastNames(found.system), "config/SYSTEM") << place;
+        EXPECT_EQ(lastNames(found.user), "Anna/NTUSER.DAT") << place;
+    }
+    const HiveFolder copies = findHives(root + "/Windows/System32/config/RegBack", "");
+    EXPECT_EQ(lastNames(copies.system), "RegBack/SYSTEM");
+    EXPECT_EQ(lastNames(copies.user), "Anna/NTUSER.DAT");
+}
+
+TEST_F(Hives, FileIsASystemByItself) {
+    add("SYSTEM");
+    add("SOFTWARE");
+    const HiveFolder found = findHives(root + "/SYSTEM", "");
+    EXPECT_EQ(found.system, root + "/SYSTEM");
+    EXPECT_EQ(found.software + found.user, "");
+}
+
+TEST_F(Hives, CopiesThatWindowsKeepsAreOfferedByName) {
+    add("Windows/System32/config/RegBack/SYSTEM");
+    EXPECT_EQ(failure(), root + " holds no SYSTEM hive, but Windows' own copy of it: name " + root +
+                             "/Windows/System32/config/RegBack to take that");
+}
+
+TEST_F(Hives, NobodyIsTakenOnRequest) {
+    add("Windows/System32/config/SYSTEM");
+    add("Users/Anna/NTUSER.DAT");
+    add("Users/Bert/NTUSER.DAT");
+    EXPECT_EQ(find("none").user, "");
+}
+
+TEST_F(Hives, FileTypesOfTheUserLieInTheProfile) {
+    add("Windows/System32/config/SYSTEM");
+    add("Users/Anna/NTUSER.DAT");
+    add("Users/Anna/AppData/Local/Microsoft/Windows/UsrClass.dat");
+    EXPECT_EQ(lastNames(find().userClasses), "Windows/UsrClass.dat");
+    add("Documents and Settings/Bert/NTUSER.DAT");
+    add("Documents and Settings/Bert/Local Settings/Application Data/Microsoft/Windows/USRCLASS.DAT");
+    EXPECT_EQ(lastNames(find("bert").userClasses), "Windows/USRCLASS.DAT");
+}
+
+TEST_F(Hives, OlderInstallationIsOfferedByName) {
+    add("Windows/System32/config/SYSTEM");
+    add("Windows.old/Windows/System32/config/SYSTEM");
+    const HiveFolder found = find();
+    EXPECT_EQ(found.system, root + "/Windows/System32/config/SYSTEM");
+    EXPECT_THAT(found.remarks, testing::ElementsAre(root + " holds an older installation too; name " + root +
+                                                    "/Windows.old/Windows/System32/config to take that"));
+    std::filesystem::remove_all(root + "/Windows");
+    EXPECT_EQ(find().system, root + "/Windows.old/Windows/System32/config/SYSTEM");
+}
+
+TEST_F(Hives, OfWindows9xLieInItsOwnFolder) {
+    add("WIN98/system.dat");
+    add("WIN98/user.dat");
+    add("WIN98/classes.dat");
+    const HiveFolder found = find();
+    EXPECT_EQ(lastNames(found.system), "WIN98/system.dat");
+    EXPECT_EQ(lastNames(found.defaultUser), "WIN98/user.dat");
+    EXPECT_EQ(lastNames(found.user), "WIN98/user.dat");
+    EXPECT_EQ(lastNames(found.classes), "WIN98/classes.dat");
+    add("WIN98/Profiles/petra/USER.DAT");
+    EXPECT_EQ(failure(), root + " holds several profiles; choose one with --user NAME: petra, .DEFAULT");
+    EXPECT_EQ(lastNames(find("petra").user), "petra/USER.DAT");
+    add("WINNT/system32/config/system");
+    EXPECT_EQ(failure(), root + " holds several installations; name the folder of one: " + root + "/WIN98, " + root +
+                             "/WINNT/system32/config");
+}
+
+TEST_F(Hives, OfBothKindsInOneFolderAreNoClearChoice) {
+    add("SYSTEM");
+    add("SYSTEM.DAT");
+    EXPECT_EQ(failure(), root + " holds both SYSTEM and SYSTEM.DAT; leave one of them there");
+}
+
 }  // namespace
 }  // namespace kvstation

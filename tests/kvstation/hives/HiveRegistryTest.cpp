@@ -12,6 +12,7 @@ namespace kvstation {
 namespace {
 
 using simwin::RegistryTree;
+using simwin::textValue;
 
 const std::string kControl = "HKEY_LOCAL_MACHINE\\SYSTEM\\CurrentControlSet\\Control\\";
 const std::string kVersion = "HKEY_LOCAL_MACHINE\\SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion";
@@ -110,6 +111,47 @@ TEST_F(HiveContent, ClassesRootIsTheSoftwaresClasses) {
     RegistryTree found;
     ASSERT_TRUE(registry.copyKey("HKEY_CLASSES_ROOT\\.HTML", found));
     EXPECT_TRUE(found.find("HKEY_CLASSES_ROOT\\.html"));
+}
+
+TEST_F(HiveContent, FileTypesOfTheUserComeBeforeThoseOfTheMachine) {
+    tree.create("HKEY_LOCAL_MACHINE\\SYSTEM\\CurrentControlSet");
+    tree.set("HKEY_LOCAL_MACHINE\\SOFTWARE\\Classes\\.html", textValue("", "htmlfile"));
+    tree.set("HKEY_LOCAL_MACHINE\\SOFTWARE\\Classes\\.html", textValue("Content Type", "text/html"));
+    tree.set("HKEY_CURRENT_USER\\Software\\Classes\\.html", textValue("", "FirefoxHTML"));
+    tree.create("HKEY_CURRENT_USER\\Software\\Classes\\FirefoxHTML\\shell");
+    HiveRegistry registry = written();
+    RegistryTree found;
+    ASSERT_TRUE(registry.copyKey("HKEY_CLASSES_ROOT\\.html", found));
+    const simwin::KeyId key = *found.find("HKEY_CLASSES_ROOT\\.html");
+    EXPECT_EQ(found.findValue(key, "")->bytes, std::string("FirefoxHTML\0", 12));
+    EXPECT_EQ(found.findValue(key, "Content Type")->bytes, std::string("text/html\0", 10));
+    EXPECT_TRUE(registry.copyKey("HKEY_CLASSES_ROOT\\FirefoxHTML\\shell", found));
+    EXPECT_TRUE(found.find("HKEY_LOCAL_MACHINE\\SOFTWARE\\Classes\\FirefoxHTML\\shell"));
+}
+
+TEST_F(HiveContent, CurrentConfigurationIsTheProfileThatTheMachineNames) {
+    tree.set(kControl + "IDConfigDB", simwin::dwordValue("CurrentConfig", 2));
+    tree.set("HKEY_LOCAL_MACHINE\\SYSTEM\\CurrentControlSet\\Hardware Profiles\\0002\\System",
+             textValue("Name", "docked"));
+    HiveRegistry registry = written();
+    RegistryTree found;
+    ASSERT_TRUE(registry.copyKey("HKEY_CURRENT_CONFIG\\System", found));
+    EXPECT_NE(found.findValue(*found.find("HKEY_CURRENT_CONFIG\\System"), "Name"), nullptr);
+}
+
+TEST_F(HiveContent, AnotherHiveInTheSystemsPlaceIsRefusedByName) {
+    tree.create("HKEY_LOCAL_MACHINE\\SYSTEM\\CurrentControlSet");
+    tree.create("HKEY_LOCAL_MACHINE\\SOFTWARE\\Microsoft");
+    tree.create("HKEY_LOCAL_MACHINE\\SOFTWARE\\Classes");
+    writeHives(folder / "", tree);
+    std::filesystem::copy_file(folder / "SOFTWARE", folder / "SYSTEM",
+                               std::filesystem::copy_options::overwrite_existing);
+    try {
+        HiveRegistry registry(findHives(folder / "", ""));
+        FAIL();
+    } catch (const Failure& error) {
+        EXPECT_THAT(error.what(), testing::EndsWith("SYSTEM is no SYSTEM hive: its keys are those of SOFTWARE"));
+    }
 }
 
 TEST_F(HiveContent, UsersKeysAreTheirHives) {
@@ -289,6 +331,9 @@ TEST_F(HiveContent, VariablesAreMadeOfOthersThatAreKnown) {
     EXPECT_EQ(variable("SystemRoot"), "C:\\Windows");
     EXPECT_EQ(variable("SystemDrive"), "C:");
     EXPECT_EQ(variable("windir"), "C:\\Windows");
+    EXPECT_EQ(variable("KVUser"), "none");
+    tree.set(kEnvironment, textValue("USERNAME", "SYSTEM"));
+    EXPECT_EQ(variable("USERNAME"), "none");
     EXPECT_EQ(variable("KVUser"), "none");
     EXPECT_EQ(variable("Site"), "C:\\%plain% 100%");
 }

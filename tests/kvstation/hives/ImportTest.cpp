@@ -240,6 +240,24 @@ TEST_F(Import, TakesTheUserThatIsNamed) {
     EXPECT_EQ(field("szUserName"), "bernd");
 }
 
+TEST_F(Import, TakesASystemByItselfAndNobody) {
+    ASSERT_EQ(run({hives + "/SYSTEM", station}).status, 0);
+    EXPECT_EQ(field("szStation"), "LAGER-04");
+    EXPECT_EQ(field("szOS"), "");
+    std::filesystem::remove_all(station);
+    const ProgramRun imported = run({hives, station, "--user", "none"});
+    ASSERT_EQ(imported.status, 0);
+    EXPECT_THAT(imported.errors, HasSubstr("HKEY_CURRENT_USER"));
+    EXPECT_EQ(field("szUserName"), "UNKNOWN");
+}
+
+TEST_F(Import, PageSaysOfNoDiskThatSomebodySatAtIt) {
+    ASSERT_EQ(run({hives, station, "--set", "CLIENTNAME=Console"}).status, 0);
+    const std::string page = folder / "page.html";
+    ASSERT_EQ(runProgram({KVSTATION_PROGRAM, "simulate", station, "--html", page}).status, 0);
+    EXPECT_THAT(readFile(page, 1 << 24), Not(HasSubstr("At the station itself")));
+}
+
 TEST_F(Import, WritesOverNoStation) {
     ASSERT_EQ(run({hives, station}).status, 0);
     const ProgramRun again = run({hives, station});
