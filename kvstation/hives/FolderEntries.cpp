@@ -17,7 +17,7 @@ Path withoutEnd(const Path& path) {
 }
 
 bool isSameName(std::string_view left, std::string_view right) {
-    return simwin::equalNoCase(simwin::fromUtf8Leniently(left), simwin::fromUtf8Leniently(right));
+    return simwin::equalNoCaseInUtf8(left, right);
 }
 
 std::vector<Path> entriesOf(const Path& folder) {
