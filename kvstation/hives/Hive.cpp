@@ -12,7 +12,8 @@ constexpr std::size_t kLongestKeyName = 255;
 }  // namespace
 
 bool fitsPath(std::string_view keyName) {
-    return !keyName.empty() && keyName.size() <= kLongestKeyName && keyName.find('\\') == std::string_view::npos &&
+    const bool isShort = keyName.size() <= kLongestKeyName || simwin::toUtf16(keyName).size() <= kLongestKeyName;
+    return !keyName.empty() && isShort && simwin::findCharacter(keyName, '\\') == std::string_view::npos &&
            std::ranges::none_of(keyName, simwin::isControl);
 }
 

@@ -120,7 +120,7 @@ void describeCodePages(HiveRegistry& registry, HiveFacts& facts) {
     facts.knowsOemCodePage = oem.has_value();
     if (oem)
         facts.station.codePages.oem = *oem;
-    facts.ansiCodePage = values.text("ACP").value_or("");
+    facts.station.codePages.ansi = simwin::codePageInForce();
 }
 
 struct Architecture {

@@ -11,7 +11,6 @@ namespace kvstation {
 struct HiveFacts {
     simwin::Station station;  // with an empty registry
     bool knowsOemCodePage = false;
-    std::string ansiCodePage;  // its number; empty when it is not told
     bool isServer = false;
 };
 

@@ -23,7 +23,7 @@ constexpr std::string_view kServices = "HKEY_LOCAL_MACHINE\\SYSTEM\\CurrentContr
 
 bool isMadeAtStart(const std::string& key) {
     const std::string_view service = simwin::restBelow(key, kServices).value_or("");
-    const std::size_t end = service.find('\\');
+    const std::size_t end = simwin::findCharacter(service, '\\');
     return end != std::string_view::npos && simwin::equalNoCase(service.substr(end + 1), "Enum");
 }
 
@@ -65,8 +65,7 @@ std::string descriptionOf(const HiveFacts& facts) {
 // Below a service that the hives hold: others are asked for where an experiment invented their names.
 bool isMissingOfService(const std::string& key, HiveRegistry& registry) {
     simwin::RegistryTree service;
-    return !registry.isWindows9x() && isMadeAtStart(key) &&
-           registry.copyKey(key.substr(0, key.find_last_of('\\')), service);
+    return !registry.isWindows9x() && isMadeAtStart(key) && registry.copyKey(simwin::withoutLastPiece(key), service);
 }
 
 // Before Windows 2000 a user chose no file types.
@@ -176,14 +175,6 @@ std::vector<std::string> linesOf(const simwin::Station& station, const AskedPlac
     return lines;
 }
 
-std::vector<std::string> warningsOf(const HiveFacts& facts, const HiveRegistry& registry) {
-    std::vector<std::string> lines = registry.remarks();
-    if (!facts.ansiCodePage.empty() && facts.ansiCodePage != std::to_string(simwin::kDefaultCodePage))
-        lines.push_back("this Windows has the ANSI code page " + facts.ansiCodePage +
-                        "; a station has 1252, which turns other characters into \"?\"");
-    return lines;
-}
-
 }  // namespace
 
 ImportedStation importStation(HiveRegistry& registry, const WhatIf& whatIf, Reach reach) {
@@ -197,12 +188,14 @@ ImportedStation importStation(HiveRegistry& registry, const WhatIf& whatIf, Reac
     addUnknownKeys(imported.station, asked, registry);
     const std::set<std::string> lost = addLostKeys(imported.station, collector, registry);
     addUnknownSession(imported.station);
+    if (!registry.tellsCodePage())
+        imported.station.unknown.emplace_back("codePages.ansi");
     if (!facts.knowsOemCodePage)
         imported.station.unknown.emplace_back("codePages.oem");
     simwin::Machine machine(imported.station);
     imported.record = collector.collect(machine);
     imported.undescribed = linesOf(imported.station, asked, lost);
-    imported.warnings = warningsOf(facts, registry);
+    imported.warnings = registry.remarks();
     return imported;
 }
 

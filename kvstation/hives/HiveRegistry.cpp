@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <cstdio>
 #include <utility>
 
@@ -95,6 +96,8 @@ void HiveRegistry::mount(std::string root, Hive* hive) {
 
 void HiveRegistry::mountNt(OpenedHive system, const HiveFolder& files) {
     mount(std::string(kSystem), take(std::move(system), "SYSTEM"));
+    readCurrentControlSet();
+    readCodePage();
     mount("HKEY_LOCAL_MACHINE\\SOFTWARE", open(files.software, "SOFTWARE"));
     mount("HKEY_USERS\\.DEFAULT", open(files.defaultUser, "NTUSER.DAT"));
     mount(std::string(kUser), open(files.user, "NTUSER.DAT"));
@@ -102,7 +105,6 @@ void HiveRegistry::mountNt(OpenedHive system, const HiveFolder& files) {
         mount(std::string(kUserClasses), open(files.userClasses, "UsrClass.dat"));
     for (const char* root : kNowhere)
         mount(root, nullptr);
-    readCurrentControlSet();
     std::array<char, 16> number{};
     if (const auto current = HiveValues(*this, kConfigNumber).number("CurrentConfig"))
         std::snprintf(number.data(), number.size(), "%04u", *current);
@@ -111,6 +113,7 @@ void HiveRegistry::mountNt(OpenedHive system, const HiveFolder& files) {
 
 void HiveRegistry::mount9x(OpenedHive system, const HiveFolder& files) {
     mount(std::string(kMachine), take(std::move(system), "SYSTEM.DAT"));
+    readCodePage();
     if (Hive* classes = open(files.classes, "CLASSES.DAT"))
         mount(std::string(kClasses), classes, oldClassesKey(*classes));
     Hive* defaultUser = open(files.defaultUser, "USER.DAT");
@@ -123,8 +126,23 @@ void HiveRegistry::mount9x(OpenedHive system, const HiveFolder& files) {
                        HiveValues(*this, kConfigNumber).text("CurrentConfig").value_or(""));
 }
 
+// Before the hives with names of people and products are read.
+void HiveRegistry::readCodePage() {
+    const std::string text = HiveValues(*this, std::string(kSystem) + "\\CurrentControlSet\\Control\\Nls\\CodePage")
+                                 .text("ACP")
+                                 .value_or("");
+    unsigned number = 0;
+    std::from_chars(text.data(), text.data() + text.size(), number);
+    m_tellsCodePage = simwin::isKnownCodePage(number);
+    if (m_tellsCodePage)
+        simwin::useCodePage(number);
+    else if (!text.empty())
+        m_remarks.push_back("this Windows has the ANSI code page " + text + ", which is none of the known ones (" +
+                            simwin::listOfCodePages() + "); its texts are taken for those of 1252");
+}
+
 void HiveRegistry::mountCurrentConfig(const std::string& key) {
-    const std::optional<Place> place = key.ends_with('\\') ? std::nullopt : find(key);
+    const std::optional<Place> place = simwin::endsWithCharacter(key, '\\') ? std::nullopt : find(key);
     mount(std::string(kCurrentConfig), place ? place->hive : nullptr, place ? place->key : 0);
 }
 
@@ -175,7 +193,7 @@ std::optional<HiveRegistry::Place> HiveRegistry::walk(std::string_view path) {
         return std::nullopt;
     Place place{mount->hive, mount->base, mount->root, {}};
     for (std::string_view rest = *restBelow(path, mount->root); !rest.empty();) {
-        const std::size_t end = std::min(rest.find('\\'), rest.size());
+        const std::size_t end = std::min(simwin::findCharacter(rest, '\\'), rest.size());
         if (!goDown(place, rest.substr(0, end))) {
             place.missing = rest.substr(0, end);
             return place;
@@ -187,9 +205,7 @@ std::optional<HiveRegistry::Place> HiveRegistry::walk(std::string_view path) {
 
 std::optional<HiveRegistry::Place> HiveRegistry::find(std::string_view path) {
     std::optional<Place> place = walk(path);
-    return place && place->missing.empty() && !path.ends_with('\\') && path.find("\\\\") == std::string_view::npos
-               ? std::move(place)
-               : std::nullopt;
+    return place && place->missing.empty() && !simwin::holdsEmptyPiece(path) ? std::move(place) : std::nullopt;
 }
 
 bool HiveRegistry::goDown(Place& place, std::string_view name) const {

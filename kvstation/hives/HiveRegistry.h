@@ -8,6 +8,7 @@
 
 #include "kvstation/hives/HiveFolder.h"
 #include "kvstation/hives/HiveOpening.h"
+#include "simwin/CodePage.h"
 #include "simwin/RegistryTree.h"
 
 namespace kvstation {
@@ -15,6 +16,7 @@ namespace kvstation {
 class HiveRegistry {
   public:
     // Throws Failure when a file is no hive or another one than its name tells, or SYSTEM tells no current control set.
+    // Puts the disk's ANSI code page in force for this object's life.
     explicit HiveRegistry(const HiveFolder& files);
 
     // Whether it is Windows 95, 98 or Me.
@@ -29,6 +31,9 @@ class HiveRegistry {
     // the one on the way to it that cannot be found in a list that is not whole.
     enum class Part { Itself, Values, SubKeys };
     std::optional<std::string> lossAt(std::string_view fullPath, Part part);
+
+    // False: the page in force is the default one.
+    bool tellsCodePage() const { return m_tellsCodePage; }
 
     // The keys for which there is no file, such as HKEY_CURRENT_USER.
     std::vector<std::string> missingRoots() const;
@@ -58,6 +63,7 @@ class HiveRegistry {
     void mountCurrentConfig(const std::string& key);
 
     void readCurrentControlSet();
+    void readCodePage();
     bool hasControlSet(std::string_view name);
     bool takeAnyControlSet();
     // As far as there are keys on the way to the path; none when there is no hive of it.
@@ -67,6 +73,8 @@ class HiveRegistry {
     bool goDown(Place& place, std::string_view name) const;
     bool copy(std::string_view path, simwin::RegistryTree& tree, std::string_view asRoot, std::string_view root);
 
+    simwin::CodePageScope m_codePage{simwin::kDefaultCodePage};
+    bool m_tellsCodePage = false;
     bool m_is9x = false;
     std::vector<OpenedHive> m_hives;
     std::vector<Mount> m_mounts;

@@ -12,6 +12,7 @@
 #include "kvstation/Stage.h"
 #include "kvstation/StationFolder.h"
 #include "kvstation/hives/HiveImport.h"
+#include "simwin/CodePage.h"
 #include "simwin/RegistryWriter.h"
 #include "tests/stations/ExpectedStation.h"
 
@@ -213,14 +214,33 @@ TEST_F(Import, SaysWhenTheHivesAreNotWhole) {
                                                      "Windows kept in the log beside it is missing\n"));
 }
 
-TEST_F(Import, SaysWhenTheCodePageIsAnother) {
+TEST_F(Import, TakesTheCodePageOfTheDisk) {
     RegistryTree tree = warehouse();
-    tree.set(kSet + "Control\\Nls\\CodePage", textValue("ACP", "1250"));
+    tree.set(kSet + "Control\\Nls\\CodePage", textValue("ACP", "1251"));
+    tree.set(kSet + "Control\\ComputerName\\ComputerName", textValue("ComputerName", "\xD1\xCA\xCB\xC0\xC4"));
+    {
+        const simwin::CodePageScope scope(1251);
+        writeHives(hives, tree);
+    }
+    EXPECT_EQ(run({hives, station}).status, 0);
+    const simwin::Station imported = readStationFolder(station);
+    EXPECT_EQ(imported.codePages.ansi, 1251u);
+    EXPECT_EQ(imported.computerName, "\xD1\xCA\xCB\xC0\xC4");
+    simwin::useCodePage(simwin::kDefaultCodePage);
+}
+
+TEST_F(Import, SaysWhenItDoesNotKnowTheCodePage) {
+    RegistryTree tree = warehouse();
+    tree.set(kSet + "Control\\Nls\\CodePage", textValue("ACP", "1361"));
     writeHives(hives, tree);
     const ProgramRun imported = run({hives, station});
     EXPECT_EQ(imported.status, 0);
-    EXPECT_THAT(imported.errors, testing::StartsWith("kvstation: this Windows has the ANSI code page 1250; a station "
-                                                     "has 1252, which turns other characters into \"?\"\n"));
+    EXPECT_THAT(
+        imported.errors,
+        testing::StartsWith("kvstation: this Windows has the ANSI code page 1361, which is none of the known "
+                            "ones (437, 850, 874, 932, 936, 949, 950, 1250, 1251, 1252, 1253, 1254, 1255, 1256, "
+                            "1257, 1258, 65001); its texts are taken for those of 1252\n"));
+    EXPECT_THAT(readStationFolder(station).unknown, testing::Contains("codePages.ansi"));
 }
 
 TEST_F(Import, TakesTheUserThatIsNamed) {
