@@ -126,7 +126,7 @@ constexpr const char* kDocument =
     "and\n"
     "passes its address; the module writes at most the first 4934 bytes.\n"
     "\n"
-    "- Text is in the process's ANSI code page. A text receives at most *limit* characters and no terminator: the\n"
+    "- Text is in the process's ANSI code page. A text receives at most *limit* bytes and no terminator: the\n"
     "  terminator is the zero that the caller put there. An empty result leaves the field as it was. `szVCDVersion`\n"
     "  alone is written with its terminator.\n"
     "- Numbers are 32-bit little-endian, flags 0 or 1. `dwSessionId` is written only when it could be read.\n"
