@@ -9,6 +9,9 @@
 
 #include "include/kvcstat.h"
 #include "simwin/CodePage.h"
+#include "simwin/HexText.h"
+#include "simwin/MemberReaders.h"
+#include "simwin/StationReader.h"
 
 namespace kvtest {
 namespace {
@@ -31,14 +34,26 @@ constexpr Field kFields[] = {
 #include "include/kvcstat_fields.inc"
 };
 
-std::string bytesOf(const Json& text) {
-    return simwin::fromUtf8Leniently(text.get<std::string>());
+// In quotes; what is no character is the replacement character, and then the bytes stand behind it.
+std::string quoted(const std::string& bytes) {
+    const std::string text = Json(simwin::toUtf8(bytes)).dump(-1, ' ', false, Json::error_handler_t::replace);
+    return simwin::survivesUtf8(bytes) ? text : text + " (" + simwin::hexText(bytes, ' ') + ")";
 }
 
-FieldValue readValue(const Json& value) {
-    if (value.is_string())
-        return bytesOf(value);
-    return value.get<std::int64_t>();
+// A text, or {"text": "...", "hex": "41 83"} for one whose end is no character: its bytes, and how they read.
+std::string bytesOf(const Json& text, const std::string& place) {
+    if (!text.is_object())
+        return simwin::fromUtf8Leniently(text.get<std::string>());
+    const std::string bytes = simwin::readHex({text.at("hex"), place, "hex"});
+    if (quoted(bytes) != Json(text.at("text")).dump() + " (" + simwin::hexText(bytes, ' ') + ")")
+        throw std::runtime_error(place + ": the bytes are no such text, or tell no more than it: " + quoted(bytes));
+    return bytes;
+}
+
+FieldValue readValue(const Json& value, const std::string& place) {
+    if (value.is_number())
+        return value.get<std::int64_t>();
+    return bytesOf(value, place);
 }
 
 template <class Number>
@@ -60,11 +75,11 @@ FieldValue valueOf(const Field& field, const std::string& record) {
 std::string quoted(const FieldValue& value) {
     if (const auto* number = std::get_if<std::int64_t>(&value))
         return std::to_string(*number);
-    return Json(simwin::toUtf8(std::get<std::string>(value))).dump();
+    return quoted(std::get<std::string>(value));
 }
 
 std::string quoted(const simwin::TraceLine& line) {
-    return "level " + std::to_string(line.level) + " " + quoted(FieldValue(line.text));
+    return "level " + std::to_string(line.level) + " " + quoted(line.text);
 }
 
 void compare(std::vector<std::string>& lines, const std::string& what, const FieldValue& expected,
@@ -89,15 +104,14 @@ void compareEnvironments(std::vector<std::string>& lines, const std::vector<simw
         const auto place =
             std::find_if(found.begin(), found.end(), [&](const auto& other) { return other.name == variable.name; });
         if (place == found.end()) {
-            lines.push_back("variable " + variable.name + ": expected " + quoted(FieldValue(variable.value)) +
-                            ", not set");
+            lines.push_back("variable " + variable.name + ": expected " + quoted(variable.value) + ", not set");
             continue;
         }
         compare(lines, "variable " + variable.name, variable.value, place->value);
         found.erase(place);
     }
     for (const simwin::Variable& variable : found)
-        lines.push_back("variable " + variable.name + ": not expected, set to " + quoted(FieldValue(variable.value)));
+        lines.push_back("variable " + variable.name + ": not expected, set to " + quoted(variable.value));
 }
 
 void compareTraces(std::vector<std::string>& lines, const std::vector<simwin::TraceLine>& expected,
@@ -127,15 +141,15 @@ void checkFields(const ExpectedStation& expected, const std::string& file) {
         throw std::runtime_error(file + ": record: does not list every field in the order of offsets");
 }
 
-ExpectedStation readContent(const Json& content) {
+ExpectedStation readContent(const Json& content, const std::string& file) {
     ExpectedStation expected;
     for (const auto& [name, value] : content.at("record").items())
-        expected.record.emplace_back(name, readValue(value));
+        expected.record.emplace_back(name, readValue(value, file + ": " + name));
     for (const auto& [name, value] : content.at("environment").items())
-        expected.environment.push_back({name, bytesOf(value)});
+        expected.environment.push_back({name, bytesOf(value, file + ": " + name)});
     for (const auto& line : content.at("trace"))
-        expected.trace.push_back({line.at("level").get<int>(), {}, bytesOf(line.at("text"))});
-    expected.standardOutput = bytesOf(content.at("stdout"));
+        expected.trace.push_back({line.at("level").get<int>(), {}, bytesOf(line.at("text"), file + ": trace")});
+    expected.standardOutput = bytesOf(content.at("stdout"), file + ": stdout");
     return expected;
 }
 
@@ -152,8 +166,12 @@ void putValue(std::string& record, const Field& field, const FieldValue& value) 
 
 ExpectedStation readExpectedStation(const std::filesystem::path& folder) {
     const std::filesystem::path path = folder / "expected.json";
+    const std::filesystem::path description = folder / "station.json";
+    const unsigned codePage = simwin::parseStation(contentOf(description), description.string()).codePages.ansi;
+    const simwin::CodePageScope scope(codePage);
     try {
-        ExpectedStation expected = readContent(Json::parse(contentOf(path)));
+        ExpectedStation expected = readContent(Json::parse(contentOf(path)), path.string());
+        expected.codePage = codePage;
         checkFields(expected, path.string());
         return expected;
     } catch (const Json::exception& error) {
@@ -176,6 +194,7 @@ std::string recordBytes(const Fields& fields) {
 }
 
 std::vector<std::string> differences(const ExpectedStation& expected, const CollectedStation& found) {
+    const simwin::CodePageScope scope(expected.codePage);
     std::vector<std::string> lines;
     compareRecords(lines, expected, found.record);
     compareEnvironments(lines, expected.environment, found.environment);

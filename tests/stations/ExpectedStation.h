@@ -8,15 +8,17 @@
 #include <variant>
 #include <vector>
 
+#include "simwin/CodePage.h"
 #include "simwin/Machine.h"
 
 namespace kvtest {
 
-using FieldValue = std::variant<std::int64_t, std::string>;  // texts are bytes of the ANSI code page
+using FieldValue = std::variant<std::int64_t, std::string>;  // texts are bytes of the station's ANSI code page
 
 using Fields = std::vector<std::pair<std::string, FieldValue>>;
 
 struct ExpectedStation {
+    unsigned codePage = simwin::kDefaultCodePage;
     Fields record;                              // every field, in the order of offsets
     std::vector<simwin::Variable> environment;  // in the order of their names
     std::vector<simwin::TraceLine> trace;
