@@ -41,19 +41,16 @@ bool isWide(const std::string& bytes) {
     return bytes.size() > 2 && firstText(bytes).size() == 1 && bytes[2] != '\0';
 }
 
-std::string replaced(std::string text, char (*change)(char) noexcept) {
-    std::transform(text.begin(), text.end(), text.begin(), change);
-    return text;
-}
-
 }  // namespace
 
 std::string upperCase(std::string text) {
-    return replaced(std::move(text), simwin::toUpper);
+    simwin::makeUpperCase(text.data());
+    return text;
 }
 
 std::string lowerCase(std::string text) {
-    return replaced(std::move(text), simwin::toLower);
+    simwin::makeLowerCase(text.data());
+    return text;
 }
 
 std::vector<std::string> split(const std::string& text, std::string_view delimiters) {

@@ -18,6 +18,7 @@ std::filesystem::path folderOf(const std::string& station) {
 
 FaultsTest::FaultsTest()
     : station(std::make_shared<const simwin::Station>(simwin::readStation(folderOf(GetParam())))),
+      codePage(station->codePages.ansi),
       expected(readExpectedStation(folderOf(GetParam()))) {}
 
 void FaultsTest::SetUp() {

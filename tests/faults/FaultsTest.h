@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "simwin/CodePage.h"
 #include "tests/faults/FaultedStation.h"
 #include "tests/stations/ExpectedStation.h"
 
@@ -26,6 +27,7 @@ class FaultsTest : public ::testing::TestWithParam<std::string> {
     void FailEach(Fault::Kind kind, std::uint64_t count, const Complain& complain) const;
 
     const std::shared_ptr<const simwin::Station> station;
+    const simwin::CodePageScope codePage;  // the station's: what may be found is told in its texts
     const ExpectedStation expected;
     FaultedRun undisturbed;
 };

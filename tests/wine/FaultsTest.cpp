@@ -90,6 +90,7 @@ class FaultsTest : public ::testing::TestWithParam<std::string> {
     std::optional<kvtest::LibraryMemory> memory;  // none when the library is not loaded; goes before it does
     const std::shared_ptr<const simwin::Station> station =
         std::make_shared<const simwin::Station>(simwin::readStation(FolderOf(GetParam())));
+    const simwin::CodePageScope codePage{station->codePages.ansi};  // what may be found is told in the station's texts
     const kvtest::ExpectedStation expected = kvtest::readExpectedStation(FolderOf(GetParam()));
     const kvtest::StationTexts texts{*station};
     std::uint64_t calls = 0;
