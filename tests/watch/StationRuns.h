@@ -3,6 +3,7 @@
 
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "kvstation/FieldTable.h"
 #include "kvstation/Stage.h"
@@ -17,6 +18,16 @@ inline std::string stationFolder(const std::string& name) {
 
 inline simwin::Station stationNamed(const std::string& name) {
     return kvstation::readStationFolder(stationFolder(name));
+}
+
+// Those whose characters take one byte each.
+inline std::vector<std::string> redactableStationNames() {
+    std::vector<std::string> names = stationNames();
+    std::erase_if(names, [](const std::string& name) {
+        const unsigned page = stationNamed(name).codePages.ansi;
+        return page == 932 || page == 936 || page == 949 || page == 950 || page == 65001;
+    });
+    return names;
 }
 
 // What gives and decides one field.
