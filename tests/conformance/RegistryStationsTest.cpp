@@ -36,14 +36,22 @@ std::string ContentOf(const std::filesystem::path& path) {
 
 class RegistryStationsTest : public ::testing::TestWithParam<std::string> {
   protected:
-    void SetUp() override { kvtest::NameStationInCrashes(GetParam()); }
+    void SetUp() override {
+        kvtest::NameStationInCrashes(GetParam());
+        const unsigned page = simwin::codePageInForce();
+        if (page != GetACP())
+            GTEST_SKIP() << "the station's ANSI code page is " << page << ", this process's is " << GetACP();
+    }
     void TearDown() override { kvtest::NameStationInCrashes({}); }
+
+    const simwin::Station station = simwin::readStation(FolderOf(GetParam()));
+    const simwin::CodePageScope codePage{station.codePages.ansi};
 };
 
 TEST_P(RegistryStationsTest, ImportedByRegeditGivesTheRecordEnvironmentTraceAndOutputThatItMust) {
     SimulatedModule module(SimulatedModule::Heap::Simulated, RealRegistry::functions());
     ASSERT_TRUE(module.IsLoaded()) << "error " << GetLastError();
-    simwin::Machine machine(simwin::readStation(FolderOf(GetParam())));
+    simwin::Machine machine(station);
     RealRegistry registry(machine.station());
     kvtest::importRegistry(conformance::movedExport(ContentOf(FolderOf(GetParam()) / "registry.reg"), registry.path()));
     registry.enter();
@@ -73,7 +81,6 @@ void CompareKeys(std::vector<std::string>& lines, const simwin::RegistryTree& wa
 }
 
 TEST_P(RegistryStationsTest, ExportedByRegeditReadsAsTheSameKeysAndValues) {
-    const simwin::Station station = simwin::readStation(FolderOf(GetParam()));
     RealRegistry registry(station);
     kvtest::importRegistry(conformance::movedExport(ContentOf(FolderOf(GetParam()) / "registry.reg"), registry.path()));
     const std::string file = kvtest::ReleaseFolder() + "registry-" + std::to_string(GetCurrentProcessId()) + ".reg";
