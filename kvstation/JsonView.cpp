@@ -27,7 +27,7 @@ constexpr int kJsonIndent = 2;
 }
 
 // The parser itself takes the last of several members of one name, does not say where a number was, and builds whatever
-// stands in a member's place before anybody sees that it is no text and no number.
+// stands in a member's place before anybody sees that it is no text, none with its bytes beside it, and no number.
 class MemberGuard {
   public:
     explicit MemberGuard(std::string_view name) : m_name(name) {}
@@ -36,10 +36,16 @@ class MemberGuard {
         using Event = Json::parse_event_t;
         if (depth == 0 && event == Event::array_start)
             failAsNoObject(m_name);
-        if (depth != 0 && (event == Event::object_start || event == Event::array_start))
-            fail(m_name, "'" + m_last + "' is neither a text nor a number");
+        const bool isText = depth == 1 && event == Event::object_start;
+        if (depth != 0 && !isText && (event == Event::object_start || event == Event::array_start))
+            failAsNoValue();
         if (event != Event::key)
             return true;
+        if (depth != 1) {
+            if (parsed != "text" && parsed != "hex")
+                failAsNoValue();
+            return true;
+        }
         m_last = parsed.get<std::string>();
         if (!m_seen.insert(m_last).second)
             fail(m_name, "'" + m_last + "' stands twice");
@@ -49,6 +55,8 @@ class MemberGuard {
     const std::string& last() const { return m_last; }
 
   private:
+    [[noreturn]] void failAsNoValue() const { fail(m_name, "'" + m_last + "' is neither a text nor a number"); }
+
     std::string_view m_name;
     std::string m_last;
     std::set<std::string> m_seen;

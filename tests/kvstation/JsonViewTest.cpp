@@ -186,6 +186,8 @@ TEST(JsonView, NamesTheFieldWhoseNumberIsBeyondEveryRange) {
 TEST(JsonView, SurvivesDeepNesting) {
     EXPECT_EQ(errorOf(std::string(100000, '[')), "a.json: a station record in JSON is one object");
     EXPECT_EQ(errorOf("{\"szOS\": " + std::string(100000, '[')), "a.json: 'szOS' is neither a text nor a number");
+    EXPECT_EQ(errorOf("{\"szOS\": {\"hex\": [] } }"), "a.json: 'szOS' is neither a text nor a number");
+    EXPECT_EQ(errorOf("{\"szOS\": {\"bytes\": 1 } }"), "a.json: 'szOS' is neither a text nor a number");
     std::string objects;
     for (int i = 0; i < 20000; ++i)
         objects += "{\"szOS\":";
