@@ -41,6 +41,18 @@ bool isWide(const std::string& bytes) {
     return bytes.size() > 2 && firstText(bytes).size() == 1 && bytes[2] != '\0';
 }
 
+// The names of the keys on a path, whose characters may hold the byte of a backslash.
+std::vector<std::string> namesOn(std::string_view path) {
+    std::vector<std::string> names;
+    for (std::size_t start = 0; start <= path.size();) {
+        const std::size_t end = std::min(simwin::findCharacter(path, '\\', start), path.size());
+        if (end > start)
+            names.emplace_back(path.substr(start, end - start));
+        start = end + 1;
+    }
+    return names;
+}
+
 }  // namespace
 
 std::string upperCase(std::string text) {
@@ -65,7 +77,7 @@ std::vector<std::string> split(const std::string& text, std::string_view delimit
 
 DescribedRegistry::Keys DescribedRegistry::keysAt(std::string_view pattern) const {
     Keys keys = {m_tree.root(Hive::LocalMachine)};
-    for (const std::string& piece : split(std::string(pattern), "\\")) {
+    for (const std::string& piece : namesOn(pattern)) {
         Keys next;
         for (const KeyId key : keys) {
             if (const auto found = m_tree.find(key, piece); found && piece != "*")
