@@ -10,8 +10,8 @@ namespace {
 
 std::string checkCodePage(const std::string& given) {
     unsigned number = 0;
-    const auto [end, error] = std::from_chars(given.data(), given.data() + given.size(), number);
-    if (error == std::errc() && end == given.data() + given.size() && simwin::isKnownCodePage(number))
+    const auto error = std::from_chars(given.data(), given.data() + given.size(), number).ec;
+    if (error == std::errc() && given == std::to_string(number) && simwin::isKnownCodePage(number))
         return {};
     return "'" + given + "' is none of the known code pages: " + simwin::listOfCodePages();
 }

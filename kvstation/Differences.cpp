@@ -1,5 +1,8 @@
 #include "kvstation/Differences.h"
 
+#include <nlohmann/json.hpp>
+
+#include "kvstation/JsonView.h"
 #include "kvstation/VisibleText.h"
 
 namespace kvstation {
@@ -16,12 +19,19 @@ std::string line(std::string_view sign, const std::string& value, const char* co
     return (colour != nullptr ? colour + text + "\x1b[0m" : text) + "\n";
 }
 
+// The text of a file may tell a half character as the replacement character, and its bytes beside.
+bool isSame(const Record& left, const Record& right, std::size_t field) {
+    return left.textOf(field) == right.textOf(field) ||
+           (!left[field].bytes.empty() && left[field].bytes == right[field].bytes &&
+            printed(left[field].text) == printed(right[field].text));
+}
+
 }  // namespace
 
 std::vector<std::size_t> differingFields(const Record& left, const Record& right) {
     std::vector<std::size_t> differing;
     for (std::size_t i = 0; i < fields().size(); ++i)
-        if (left.textOf(i) != right.textOf(i))
+        if (!isSame(left, right, i))
             differing.push_back(i);
     return differing;
 }

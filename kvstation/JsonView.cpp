@@ -81,8 +81,13 @@ Value valueOf(std::string text) {
     return {.text = std::move(text), .number = 0, .filled = length, .bytes = bytes.value_or(std::string())};
 }
 
-Value exactValue(std::string bytes) {
-    return {.text = simwin::toUtf8(bytes), .number = 0, .filled = bytes.size(), .bytes = std::move(bytes)};
+// The text as it was given tells more than the bytes do in another code page.
+Value exactValue(const Json& value, std::string bytes) {
+    std::string text = simwin::toUtf8(bytes);
+    const auto given = value.find("text");
+    if (given != value.end() && given->is_string() && printed(text) != printed(*given))
+        text = given->get<std::string>();
+    return {.text = std::move(text), .number = 0, .filled = bytes.size(), .bytes = std::move(bytes)};
 }
 
 // The bytes of {"hex": "41 42"}; none where it is something else.
@@ -103,7 +108,7 @@ Value readText(const Json& value, const Field& field, std::string_view name) {
                        " must be a text, or its bytes as two hexadecimal digits each: {\"hex\": \"41 42\"}");
     if (!value.is_string() && !exact)
         fail(name, std::string(field.name) + " must be a text");
-    Value read = exact ? exactValue(*exact) : valueOf(value.get<std::string>());
+    Value read = exact ? exactValue(value, *exact) : valueOf(value.get<std::string>());
     if (read.filled > field.width)
         fail(name, std::string(field.name) + " is longer than its " + std::to_string(field.width) + " bytes");
     return read;

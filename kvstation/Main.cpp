@@ -7,7 +7,8 @@
 #include "simwin/CodePage.h"
 
 extern "C" int wmain(int count, wchar_t** words) {
-    simwin::useCodePage(GetACP());
+    if (simwin::isKnownCodePage(GetACP()))  // else texts are shown as those of 1252, and nothing is captured
+        simwin::useCodePage(GetACP());
     std::vector<std::string> arguments;
     for (int i = 1; i < count; ++i)
         arguments.push_back(kvstation::toUtf8(words[i]));

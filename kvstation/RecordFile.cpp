@@ -6,15 +6,13 @@
 #include "kvstation/Files.h"
 #include "kvstation/JsonView.h"
 #include "kvstation/ProductName.h"
-#include "simwin/CodePage.h"
+#include "simwin/Utf8.h"
 
 namespace kvstation {
 namespace {
 
 // Far more than a record in JSON takes, with every character escaped.
 constexpr std::size_t kLongestFile = 256 * 1024;
-
-constexpr char32_t kReplacement = 0xFFFD;
 
 // A record as the module needs it, or a caller's whole structure, which the compiler rounds up.
 bool isRawSize(std::size_t size) {
@@ -27,35 +25,18 @@ bool isJson(std::string_view bytes) {
     return first != std::string_view::npos && bytes[first] == '{' && bytes.find('\0') == std::string_view::npos;
 }
 
-char32_t unitAt(std::string_view bytes, std::size_t place, bool bigEndian) {
+char16_t unitAt(std::string_view bytes, std::size_t place, bool bigEndian) {
     const auto first = static_cast<unsigned char>(bytes[place]);
     const auto second = static_cast<unsigned char>(bytes[place + 1]);
-    return static_cast<char32_t>(bigEndian ? first << 8 | second : second << 8 | first);
+    return static_cast<char16_t>(bigEndian ? first << 8 | second : second << 8 | first);
 }
 
-bool isHighSurrogate(char32_t unit) {
-    return unit >= 0xD800 && unit < 0xDC00;
-}
-
-bool isLowSurrogate(char32_t unit) {
-    return unit >= 0xDC00 && unit < 0xE000;
-}
-
-// Half a surrogate pair becomes the replacement character; an odd byte at the end is dropped.
+// An odd byte at the end is dropped.
 std::string utf8FromUtf16(std::string_view bytes, bool bigEndian) {
-    std::string text;
-    for (std::size_t i = 0; i + 1 < bytes.size(); i += 2) {
-        char32_t character = unitAt(bytes, i, bigEndian);
-        const char32_t next = i + 3 < bytes.size() ? unitAt(bytes, i + 2, bigEndian) : 0;
-        if (isHighSurrogate(character) && isLowSurrogate(next)) {
-            character = 0x10000 + ((character & 0x3FF) << 10 | (next & 0x3FF));
-            i += 2;
-        } else if (isHighSurrogate(character) || isLowSurrogate(character)) {
-            character = kReplacement;
-        }
-        simwin::appendUtf8(text, character);
-    }
-    return text;
+    std::u16string units;
+    for (std::size_t i = 0; i + 1 < bytes.size(); i += 2)
+        units.push_back(unitAt(bytes, i, bigEndian));
+    return simwin::utf8FromUtf16(units);
 }
 
 // The file as text, if it is one: UTF-8 with or without its byte-order mark, or UTF-16 with it, which PowerShell's ">"

@@ -81,7 +81,7 @@ void appendHandle(std::string& text, Machine& machine, std::uintptr_t handle) {
         text += "null";
         return;
     }
-    const std::string what = machine.describe(handle);
+    const std::string what = toUtf8(machine.describe(handle));
     if (!machine.keepsLog()) {
         text += what.empty() ? "not null" : what;
         return;

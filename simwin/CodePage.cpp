@@ -12,8 +12,6 @@ namespace {
 constexpr std::array<unsigned, 17> kKnown = {437,  850,  874,  932,  936,  949,  950,  1250,         1251,
                                              1252, 1253, 1254, 1255, 1256, 1257, 1258, kUtf8CodePage};
 
-constexpr char32_t kReplacement = 0xFFFD;
-
 struct Page {
     unsigned number;
     const CodePageTables* tables;  // null: UTF-8
@@ -139,38 +137,6 @@ int compareNoCase(const CodePageTables* tables, std::string_view left, std::stri
             return leftUpper < rightUpper ? -1 : 1;
     }
     return left.empty() == right.empty() ? 0 : left.empty() ? -1 : 1;
-}
-
-std::u16string unitsOf(std::string_view littleEndianBytes) {
-    std::u16string units;
-    units.reserve(littleEndianBytes.size() / 2);
-    for (std::size_t i = 0; i + 1 < littleEndianBytes.size(); i += 2)
-        units.push_back(static_cast<char16_t>(byteOf(littleEndianBytes[i]) | byteOf(littleEndianBytes[i + 1]) << 8));
-    return units;
-}
-
-bool isHighSurrogate(char16_t unit) {
-    return unit >= 0xD800 && unit < 0xDC00;
-}
-
-bool isLowSurrogate(char16_t unit) {
-    return unit >= 0xDC00 && unit < 0xE000;
-}
-
-// A surrogate without its other half has no form in UTF-8.
-std::string utf8FromUtf16(std::u16string_view text) {
-    std::string utf8;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        char32_t character = text[i];
-        if (isHighSurrogate(text[i]) && i + 1 < text.size() && isLowSurrogate(text[i + 1])) {
-            character = 0x10000 + ((text[i] & 0x3FFu) << 10 | (text[i + 1] & 0x3FFu));
-            ++i;
-        } else if (isHighSurrogate(text[i]) || isLowSurrogate(text[i])) {
-            character = kReplacement;
-        }
-        appendUtf8(utf8, character);
-    }
-    return utf8;
 }
 
 void appendUtf16(std::u16string& text, char32_t character) {
@@ -321,7 +287,7 @@ bool equalNoCaseInUtf8(std::string_view left, std::string_view right) noexcept {
 }
 
 std::string fromUtf16(std::string_view littleEndianBytes) {
-    return fromUtf16(unitsOf(littleEndianBytes));
+    return fromUtf16(utf16FromBytes(littleEndianBytes));
 }
 
 std::string fromUtf16(std::u16string_view text) {
@@ -354,7 +320,7 @@ std::u16string toUtf16(std::string_view bytes) {
     std::u16string text;
     eachCharacter(
         bytes, [&](char32_t character) { appendUtf16(text, character); },
-        [&](std::string_view) { appendUtf16(text, kReplacement); });
+        [&](std::string_view) { appendUtf16(text, kReplacementCharacter); });
     return text;
 }
 

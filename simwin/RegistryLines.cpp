@@ -68,8 +68,15 @@ std::string RegistryLines::takeQuoted() {
     return text;
 }
 
+// In UTF-8 no byte of a longer character is one that has a meaning here. No character's second byte is a quote, so that
+// a first byte before one is half a character, and the quote ends the text.
+std::size_t RegistryLines::lengthOfNext() const {
+    const std::size_t length = m_isUtf8 ? 1 : characterLength(m_line);
+    return length == 2 && m_line[1] == '"' ? 1 : length;
+}
+
 std::string RegistryLines::takeCharacter() {
-    const std::string character(m_line.substr(0, characterLength(m_line)));
+    const std::string character(m_line.substr(0, lengthOfNext()));
     m_line.remove_prefix(character.size());
     if (character != "\\")
         return character;

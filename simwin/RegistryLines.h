@@ -11,8 +11,9 @@ namespace simwin {
 // its piece off the start of the line, and throws ReadError with the place when the piece is not as it should be.
 class RegistryLines {
   public:
-    // Both must outlive this object.
-    RegistryLines(std::string_view text, const std::string& fileName) : m_rest(text), m_fileName(fileName) {}
+    // The text is UTF-8, or else of the ANSI code page in force. It and the name must outlive this object.
+    RegistryLines(std::string_view text, bool isUtf8, const std::string& fileName)
+        : m_rest(text), m_isUtf8(isUtf8), m_fileName(fileName) {}
 
     // False behind the last line.
     bool next();
@@ -34,6 +35,7 @@ class RegistryLines {
   private:
     bool nextRaw();
     std::string takeCharacter();
+    std::size_t lengthOfNext() const;
     char takeHexByte();
     void takeComma();
     void skipToDigits();
@@ -41,6 +43,7 @@ class RegistryLines {
 
     std::string_view m_rest;
     std::string_view m_line;
+    bool m_isUtf8;
     std::size_t m_number = 0;
     const std::string& m_fileName;
 };

@@ -41,17 +41,25 @@ std::string withoutMarks(std::string_view content, std::string_view mark, std::s
     return text += content;
 }
 
-// The bytes of a file as text of the code page, whatever it is written in.
-std::string decode(std::string_view content) {
+struct Decoded {
+    std::string text;
+    bool isUtf8;  // false: text of the code page
+};
+
+// Names and texts become text of the code page one by one: a letter of the file can become a backslash or a quote
+// there.
+Decoded decode(std::string_view content) {
     if (content.starts_with("\xFF\xFE"))
-        return fromUtf16(withoutMarks(content, "\xFF\xFE", {"\n\0", 2}));
-    const std::string text = withoutMarks(content, "\xEF\xBB\xBF", "\n");
-    return isUtf8(text) ? fromUtf8Leniently(text) : text;
+        return {utf8FromUtf16(utf16FromBytes(withoutMarks(content, "\xFF\xFE", {"\n\0", 2}))), true};
+    std::string text = withoutMarks(content, "\xEF\xBB\xBF", "\n");
+    const bool isProper = isUtf8(text);
+    return {std::move(text), isProper};
 }
 
 class Reader {
   public:
-    Reader(std::string_view text, const std::string& fileName) : m_lines(text, fileName) {}
+    Reader(const Decoded& content, const std::string& fileName)
+        : m_lines(content.text, content.isUtf8, fileName), m_isUtf8(content.isUtf8) {}
 
     RegistryTree read() {
         readHeader();
@@ -87,31 +95,42 @@ class Reader {
     }
 
     void readKey(std::string_view line) {
-        if (!endsWithCharacter(line, ']'))
+        if (m_isUtf8 ? !line.ends_with(']') : !endsWithCharacter(line, ']'))
             m_lines.fail("the key's closing bracket is missing");
         const std::string_view path = line.substr(1, line.size() - 2);
         if (path.starts_with('-'))
             m_lines.fail(std::string("a key") + kRemoval);
-        checkPath(path);
-        m_key = m_tree.create(path);
+        if (!splitHive(path))
+            m_lines.fail("the key begins with no hive's full name, such as HKEY_LOCAL_MACHINE");
+        m_key = m_tree.create(pathInCodePage(path));
         if (!m_key)
             m_lines.fail("the key's path has an empty piece");
         if (m_tree.size() > kMostKeys)
             m_lines.fail("more than 500000 keys");
     }
 
-    void checkPath(std::string_view path) const {
-        if (!splitHive(path))
-            m_lines.fail("the key begins with no hive's full name, such as HKEY_LOCAL_MACHINE");
+    std::string pathInCodePage(std::string_view path) const {
+        std::string all;
         std::size_t depth = 0;
-        for (std::size_t begin = 0; begin < path.size(); ++depth) {
-            const std::size_t end = std::min(findCharacter(path, '\\', begin), path.size());
-            if (isLongerThan(path.substr(begin, end - begin), kLongestKeyName))
-                m_lines.fail("a key's name is longer than 255 characters");
+        for (std::size_t begin = 0; begin <= path.size(); ++depth) {
+            const std::size_t found = m_isUtf8 ? path.find('\\', begin) : findCharacter(path, '\\', begin);
+            const std::size_t end = std::min(found, path.size());
+            all += (begin == 0 ? "" : "\\") + keyName(path.substr(begin, end - begin));
             begin = end + 1;
         }
         if (depth > kDeepestKey + 1)
             m_lines.fail("the key lies deeper than 512 levels");
+        return all;
+    }
+
+    std::string keyName(std::string_view piece) const {
+        std::string name = inCodePage(std::string(piece));
+        if (isLongerThan(name, kLongestKeyName))
+            m_lines.fail("a key's name is longer than 255 characters");
+        if (findCharacter(name, '\\') != std::string::npos)
+            m_lines.fail("a key's name has a character that is a backslash in code page " +
+                         std::to_string(codePageInForce()));
+        return name;
     }
 
     void readValue() {
@@ -136,7 +155,7 @@ class Reader {
         }
         if (!m_lines.startsWith("\""))
             m_lines.fail("neither a key in brackets nor a value's name in quotes");
-        std::string name = m_lines.takeQuoted();
+        std::string name = inCodePage(m_lines.takeQuoted());
         if (isLongerThan(name, kLongestValueName))
             m_lines.fail("a value's name is longer than 16383 characters");
         return name;
@@ -144,7 +163,7 @@ class Reader {
 
     void readData(RegistryValue& value) {
         if (m_lines.startsWith("\"")) {
-            value = textValue(value.name, m_lines.takeQuoted());
+            value = textValue(value.name, inCodePage(m_lines.takeQuoted()));
         } else if (m_lines.startsWith("dword:")) {
             m_lines.skip(std::string_view("dword:").size());
             value = dwordValue(value.name,
@@ -178,7 +197,10 @@ class Reader {
         return type;
     }
 
+    std::string inCodePage(std::string text) const { return m_isUtf8 ? fromUtf8Leniently(text) : text; }
+
     RegistryLines m_lines;
+    bool m_isUtf8;
     bool m_isVersion5 = false;
     RegistryTree m_tree;
     std::optional<KeyId> m_key;
@@ -190,8 +212,8 @@ class Reader {
 RegistryTree readRegistry(std::string_view content, const std::string& fileName) {
     if (content.size() > kLargestExport)
         throw tooLong(fileName, kLargestExport);
-    const std::string text = decode(content);
-    return Reader(text, fileName).read();
+    const Decoded decoded = decode(content);
+    return Reader(decoded, fileName).read();
 }
 
 }  // namespace simwin

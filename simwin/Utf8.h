@@ -17,6 +17,15 @@ Utf8Character decodeUtf8(std::string_view text) noexcept;
 
 bool isUtf8(std::string_view text) noexcept;
 
+// Stands for what is no character.
+inline constexpr char32_t kReplacementCharacter = 0xFFFD;
+
+// The units of UTF-16LE data; half of one at the end is dropped.
+std::u16string utf16FromBytes(std::string_view littleEndianBytes);
+
+// Half a pair of surrogates becomes the replacement character.
+std::string utf8FromUtf16(std::u16string_view text);
+
 // Appends one character, a scalar value up to 0x10FFFF.
 void appendUtf8(std::string& text, char32_t character);
 

@@ -2,6 +2,7 @@
 #include <vector>
 
 #include "framework/Windows.h"
+#include "kvstation/Errors.h"
 #include "kvstation/Handles.h"
 #include "kvstation/capture/RunningState.h"
 #include "simwin/CodePage.h"
@@ -115,6 +116,9 @@ class RunningState : public LocalState {
 }  // namespace
 
 std::unique_ptr<LocalState> runningState() {
+    if (GetACP() != simwin::codePageInForce())
+        throw Failure("this Windows has the ANSI code page " + std::to_string(GetACP()) +
+                      ", which is none of the known ones: " + simwin::listOfCodePages());
     return std::make_unique<RunningState>();
 }
 

@@ -73,10 +73,11 @@ Role roleOfMiddle(const std::string& value, const std::string& moved, const std:
 std::string plain(std::string_view text) {
     std::string result;
     while (!text.empty()) {
-        const std::string small = simwin::lowerCase(text.substr(0, simwin::characterLength(text)));
+        const std::size_t length = simwin::characterLength(text);
+        const std::string small = simwin::lowerCase(text.substr(0, length));
         if (isDigit(small[0]) || (small[0] >= 'a' && small[0] <= 'z') || static_cast<unsigned char>(small[0]) >= 0x80)
             result += small;
-        text.remove_prefix(small.size());
+        text.remove_prefix(length);
     }
     return result;
 }

@@ -133,7 +133,7 @@ void HiveRegistry::readCodePage() {
                                  .value_or("");
     unsigned number = 0;
     std::from_chars(text.data(), text.data() + text.size(), number);
-    m_tellsCodePage = simwin::isKnownCodePage(number);
+    m_tellsCodePage = text == std::to_string(number) && simwin::isKnownCodePage(number);
     if (m_tellsCodePage)
         simwin::useCodePage(number);
     else if (!text.empty())

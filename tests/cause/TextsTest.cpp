@@ -6,6 +6,8 @@
 #include "kvstation/cause/MovedText.h"
 #include "kvstation/cause/OtherTexts.h"
 
+#include "simwin/CodePage.h"
+
 namespace kvtest {
 namespace {
 
@@ -63,6 +65,21 @@ TEST(MovedText, IsNoPartThatStandsThereByChance) {
 TEST(MovedText, WithMoreBehindItMovesToo) {
     EXPECT_EQ(roleOfText("LAB", "LAB0", {"Lab", "Lab0"}), Role::Gives);
     EXPECT_EQ(roleOfText("7 LAB;x", "7 LAB0;x", {"Lab", "Lab0"}), Role::Adds);
+}
+
+// A letter's other case can have another length in UTF-8.
+TEST(MovedText, GoesByCharactersInUtf8) {
+    const simwin::CodePageScope scope(65001);
+    EXPECT_EQ(kvstation::plain("PC-\u023A!"), "pc\u2C65");
+    EXPECT_EQ(roleOfText("PC\u023A", "OTHER\u023A", {"pc\u2C65", "other\u2C65"}), Role::Gives);
+}
+
+TEST(MovedText, GoesByCharactersOfTwoBytes) {
+    const simwin::CodePageScope scope(932);
+    EXPECT_EQ(kvstation::plain("A-\x83\x5C\x83\x41"), "a\x83\x5C\x83\x41");
+    EXPECT_EQ(kvstation::sameShape("a\x83\x41").substr(0, 1), "b");
+    EXPECT_NE(kvstation::sameShape("\x83\x41"), "\x83\x41");
+    EXPECT_EQ(kvstation::sameShape("\x83\x41").size(), 2u);
 }
 
 TEST(MovedText, OfANumberIsItsBeginning) {

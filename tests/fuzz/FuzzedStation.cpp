@@ -1,5 +1,6 @@
 #include "tests/fuzz/FuzzedStation.h"
 
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -31,10 +32,9 @@ simwin::CompanionText readCompanionText(InputReader& input) {
     return {std::move(text), flags & 3, (flags & 4) == 0};
 }
 
-// The version, and in bits of its own the code page.
+// The version, and by bits of it the code page.
 unsigned readVersion(InputReader& input, Station& station) {
     static constexpr std::uint32_t kMajors[] = {4, 5, 6, 10, 0};
-    static constexpr unsigned kPages[] = {1252, 932, 1252, 936, 949, 950, 1250, 65001};
     simwin::WindowsVersion& version = station.version.emplace();
     const std::uint8_t choice = input.byte();
     version.platformId = choice % 8 == 0 ? 0 : choice % 8 == 1 ? 3 : choice % 8 < 5 ? 1 : 2;
@@ -43,7 +43,8 @@ unsigned readVersion(InputReader& input, Station& station) {
     version.minor = input.byte();
     version.build = input.number();
     version.servicePack = readText(input);
-    return kPages[choice >> 5];
+    const std::span<const unsigned> pages = simwin::knownCodePages();
+    return (choice & 0x20) != 0 ? pages[version.build % pages.size()] : simwin::kDefaultCodePage;
 }
 
 void readUser(InputReader& input, Station& station) {

@@ -236,6 +236,30 @@ TEST(RegistryReader, ReadsUnicodeAsTheCodePageInForce) {
     expectRead(kVersion5, {{"hex(1):bd,30,00,00", 1, "\x83\x5C\0"s}});
 }
 
+// A yen sign, a won sign and wide signs are a backslash or a quote in these pages.
+TEST(RegistryReader, TakesNoLetterForTheBackslashOrTheQuoteThatItBecomes) {
+    for (const auto& [page, text, bytes] : {std::tuple(932u, "\u00A5100", "\\100"),
+                                            {949u, "\u20A9100", "\\100"},
+                                            {1252u, "x\uFF02y", "x\"y"},
+                                            {1252u, "x\uFF3Cy", "x\\y"}}) {
+        const CodePageScope scope(page);
+        expectRead(kVersion5, {{(std::string("\"") + text + '"').c_str(), 1, std::string(bytes) + '\0'}});
+    }
+    const CodePageScope scope(932);
+    try {
+        readRegistry(kVersion5 + "[HKEY_LOCAL_MACHINE\\A\u00A5B]\n"s, "x.reg");
+        FAIL();
+    } catch (const ReadError& error) {
+        EXPECT_STREQ(error.what(), "x.reg:3: a key's name has a character that is a backslash in code page 932");
+    }
+}
+
+TEST(RegistryReader, EndsATextBehindHalfACharacter) {
+    const CodePageScope scope(932);
+    const RegistryTree tree = readRegistry("REGEDIT4\n[HKEY_LOCAL_MACHINE]\n\"a\"=\"b\x83\"\n", "x.reg");
+    EXPECT_EQ(tree.findValue(*tree.find("HKEY_LOCAL_MACHINE"), "a")->bytes, "b\x83\0"s);
+}
+
 TEST(RegistryReader, SaysWhichKeyOfTwoByteCharactersHasNoClosingBracket) {
     const CodePageScope scope(932);
     EXPECT_THROW(readRegistry("REGEDIT4\n[HKEY_LOCAL_MACHINE\\\x83\x5D\n", "x.reg"), ReadError);

@@ -5,6 +5,7 @@
 #include <nlohmann/json.hpp>
 
 #include "kvstation/TracedStation.h"
+#include "simwin/CodePage.h"
 #include "tests/watch/StationRuns.h"
 
 namespace kvtest {
@@ -32,6 +33,13 @@ TEST(Trace, TellsQuestionsAnswersAndTraceLinesWithTheFieldsThatHangOnThem) {
     EXPECT_THAT(text, HasSubstr("gethostbyname(\"ctx-hanse3\") = \"ctx-hanse3.hansewerk.example\", 172.20.3.17, "
                                 "10.17.0.3  -> szServerIPAddress, szServerMACAddress\n"));
     EXPECT_THAT(text, HasSubstr("NetWkstaGetInfo(null, 101) = \"HANSEWERK\"  -> szWorkgroup\n"));
+}
+
+TEST(Trace, TellsTextsInTheCodePageOfTheStation) {
+    const std::string polish = kvstation::traceView(traceOf("windows-2000-polish"), {});
+    EXPECT_THAT(polish, HasSubstr("\u017Bubr.HTML"));
+    EXPECT_THAT(polish, Not(HasSubstr("\\xaf")));
+    simwin::useCodePage(simwin::kDefaultCodePage);
 }
 
 TEST(Trace, TellsTheErrorOfACallByItsCodeAndName) {
