@@ -83,6 +83,10 @@ std::string labelled(const char* label, const std::string& text) {
     return text.empty() ? "" : label + text;
 }
 
+std::string numberOfSession(const Report& report) {
+    return isSessionUnknown(report) ? "" : "session " + std::to_string(report.record.at("dwSessionId").number);
+}
+
 std::string glance(const Report& report) {
     const Record& record = report.record;
     return "<dl class=\"glance\">\n" +
@@ -91,9 +95,9 @@ std::string glance(const Report& report) {
            card("Address", {textAt(record, "szIPAddress"), readableMac(textAt(record, "szMACAddress")),
                             textAt(record, "szDnsName")}) +
            card("Windows", {report.product, textAt(record, "szOS")}) +
-           card("Session", {kindOfSession(report), "session " + std::to_string(record.at("dwSessionId").number),
-                            labelled("client ", textAt(record, "szTSClientName")),
-                            labelled("server ", textAt(record, "szServerName"))}) +
+           card("Session",
+                {kindOfSession(report), numberOfSession(report), labelled("client ", textAt(record, "szTSClientName")),
+                 labelled("server ", textAt(record, "szServerName"))}) +
            "</dl>\n";
 }
 

@@ -5,6 +5,7 @@
 #include <set>
 
 #include "kvstation/cause/OtherTexts.h"
+#include "kvstation/cause/QuestionTable.h"
 #include "simwin/CodePage.h"
 
 namespace kvstation {
@@ -109,13 +110,19 @@ class Words {
     std::vector<std::pair<simwin::MemberPath, Json>> m_members;
 };
 
+void addTexts(AskedNames& names, const simwin::ObservedCall& call) {
+    for (const simwin::Fact& fact : call.parameters)
+        if (std::holds_alternative<std::string>(fact))
+            names.emplace(simwin::textOf(fact));
+}
+
 }  // namespace
 
+// What the module compares an answer with is no name that it asks for.
 void addNames(AskedNames& names, const std::vector<AskedCall>& calls) {
     for (const AskedCall& one : calls)
-        for (const simwin::Fact& fact : one.call.parameters)
-            if (std::holds_alternative<std::string>(fact))
-                names.emplace(simwin::textOf(fact));
+        if (findCallRow(one.call.name) != nullptr)
+            addTexts(names, one.call);
 }
 
 std::vector<std::string> wordsFor(const AskedNames& asked) {

@@ -145,6 +145,8 @@ HiveFolder findHives(const std::string& place, const std::string& userName) {
     std::error_code ignored;
     HiveFolder found;
     if (!isFolder(place) && std::filesystem::exists(place, ignored)) {
+        if (!userName.empty() && userName != kNoUser)
+            throw Failure(place + " is one file and holds no profile of " + userName);
         found.system = place;
         return found;
     }

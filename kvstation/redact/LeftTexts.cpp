@@ -30,6 +30,12 @@ bool isOfTheForm(const std::string& path) {
     return path == "/missing" || path == "/fails" || (path.starts_with("/drives/") && path.ends_with("/type"));
 }
 
+// What is unknown of a station: a member's path is the form's own, but for the names of its variables and files.
+bool isMemberOfTheForm(const std::string& path, std::string_view unknown) {
+    return path.starts_with("/unknown/") && !simwin::splitHive(unknown) && !unknown.starts_with("environment.") &&
+           !unknown.starts_with("files.");
+}
+
 bool namesAreTexts(const std::string& path) {
     return std::ranges::find(kNaming, path) != kNaming.end() || path.starts_with("/profile/");
 }
@@ -78,7 +84,7 @@ class LeftTextFinder {
     std::vector<LeftText> texts() && { return std::move(m_texts); }
 
     void visit(const Json& before, const Json& after, const std::string& path) {
-        if (isOfTheForm(path))
+        if (isOfTheForm(path) || (before.is_string() && isMemberOfTheForm(path, before.get<std::string>())))
             return;
         if (before.is_string() && after.is_string())
             compare(bytesOf(before), bytesOf(after), "station.json " + path, kindOf(path));

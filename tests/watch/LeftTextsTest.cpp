@@ -100,7 +100,8 @@ TEST(LeftTexts, AreFoundWhereverOneCanStand) {
         "session": {"clientAddress": {"text": "127.0.0.1 Rampe", "result": 0}},
         "profile": {"windows": {"device": "Farblaser,winspool,Ne00:"}, "Eigenes": {"Vorgabe": "1"}},
         "missing": ["wsock32.dll"], "fails": {"GetVersionExA": 120},
-        "unknown": ["network.arp", "HKEY_LOCAL_MACHINE\\SOFTWARE\\Hafen", "environment.KRAN"]
+        "unknown": ["network.arp", "HKEY_LOCAL_MACHINE\\SOFTWARE\\Hafen", "environment.KRAN", "network.hosts",
+                    "user.directory", "vcdVersion"]
     })",
                                            "station.json");
     station.registry.create("HKEY_USERS\\.DEFAULT\\Werft");

@@ -178,6 +178,19 @@ TEST_F(Hives, OlderInstallationIsOfferedByName) {
     EXPECT_EQ(find().system, root + "/Windows.old/Windows/System32/config/SYSTEM");
 }
 
+TEST_F(Hives, AFileByItselfHoldsNoProfile) {
+    add("SYSTEM");
+    const std::string file = disk / "SYSTEM";
+    EXPECT_EQ(findHives(file, "").system, file);
+    EXPECT_EQ(findHives(file, kNoUser).system, file);
+    try {
+        findHives(file, "Bob");
+        FAIL();
+    } catch (const Failure& error) {
+        EXPECT_EQ(error.what(), file + " is one file and holds no profile of Bob");
+    }
+}
+
 TEST_F(Hives, OfWindows9xLieInItsOwnFolder) {
     add("WIN98/system.dat");
     add("WIN98/user.dat");

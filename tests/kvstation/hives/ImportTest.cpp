@@ -276,6 +276,7 @@ TEST_F(Import, PageSaysOfNoDiskThatSomebodySatAtIt) {
     const std::string page = folder / "page.html";
     ASSERT_EQ(runProgram({KVSTATION_PROGRAM, "simulate", station, "--html", page}).status, 0);
     EXPECT_THAT(readFile(page, 1 << 24), Not(HasSubstr("At the station itself")));
+    EXPECT_THAT(readFile(page, 1 << 24), Not(HasSubstr("session 0")));
 }
 
 TEST_F(Import, WritesOverNoStation) {
