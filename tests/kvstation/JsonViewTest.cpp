@@ -96,8 +96,8 @@ TEST(JsonView, HoldsTheBytesWhereTwoCodesMeanOneCharacter) {
     EXPECT_EQ(Json::parse(jsonView(Record(bytes)))["szUserName"], Json({{"text", "\u3231"}, {"hex", "FA 58"}}));
 }
 
-TEST(JsonView, IsValidForEveryByteInEveryTextFieldOfAnyCodePage) {
-    for (const unsigned page : simwin::knownCodePages()) {
+TEST(JsonView, IsValidForEveryByteInEveryTextFieldOfOtherCodePages) {
+    for (const unsigned page : {874u, 932u, 950u, 65001u}) {  // with bytes that are none, halves, pairs that are none
         const simwin::CodePageScope scope(page);
         for (int byte = 1; byte < 256; ++byte) {
             RecordBytes bytes;
