@@ -12,11 +12,8 @@ namespace {
 // A text without its terminator, where Windows writes one behind it: only the narrow calls of the NT family do, and
 // only where the buffer has room.
 bool getsTerminator(const Machine& machine, const RegistryValue& value, std::size_t room) {
-    const auto type = static_cast<RegistryType>(value.type);
-    const bool isText =
-        type == RegistryType::Text || type == RegistryType::ExpandText || type == RegistryType::MultiText;
     const bool isNT = !machine.station().version || machine.station().version->platformId != VER_PLATFORM_WIN32_WINDOWS;
-    return isText && isNT && !value.bytes.empty() && value.bytes.back() != '\0' && value.bytes.size() < room;
+    return isText(value) && isNT && !value.bytes.empty() && value.bytes.back() != '\0' && value.bytes.size() < room;
 }
 
 LSTATUS copyData(const Machine& machine, const RegistryValue& value, BYTE* data, DWORD* size) {

@@ -17,7 +17,7 @@ inline constexpr std::size_t kPage = 4096;
 
 class BaseBlock {
   public:
-    // Of a file's bytes, at least kSector of them.
+    // Of a file's bytes. All but hasSignature() wants kSector of them at least.
     explicit BaseBlock(std::string_view file) : m_file(file) {}
 
     bool hasSignature() const;

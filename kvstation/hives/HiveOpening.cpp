@@ -36,7 +36,7 @@ std::string joinTexts(const std::vector<std::string>& parts) {
 }
 
 bool isNtHive(std::string_view bytes) {
-    return bytes.starts_with("regf");
+    return BaseBlock(bytes).hasSignature();
 }
 
 bool isFinished(std::string_view bytes) {

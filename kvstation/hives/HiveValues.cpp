@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "kvstation/hives/LittleEndian.h"
 #include "simwin/CodePage.h"
 
 namespace kvstation {
@@ -46,10 +47,7 @@ std::optional<std::uint32_t> HiveValues::number(std::string_view name) const {
     const RegistryValue* value = find(name, RegistryType::DWord);
     if (value == nullptr || value->bytes.size() != sizeof(std::uint32_t))
         return std::nullopt;
-    std::uint32_t number = 0;
-    for (std::size_t i = sizeof number; i-- > 0;)
-        number = number << 8 | static_cast<unsigned char>(value->bytes[i]);
-    return number;
+    return numberAt(value->bytes, 0);
 }
 
 std::string textOf(const RegistryValue& value) {

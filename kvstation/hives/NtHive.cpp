@@ -51,12 +51,6 @@ Name valueName(hive_h* hive, hive_value_h value) {
     return nameOf(Allocated<char>(hivex_value_key(hive, value)), hivex_value_key_len(hive, value));
 }
 
-bool isTextType(std::uint32_t type) {
-    const auto known = static_cast<simwin::RegistryType>(type);
-    return known == simwin::RegistryType::Text || known == simwin::RegistryType::ExpandText ||
-           known == simwin::RegistryType::MultiText;
-}
-
 std::optional<simwin::RegistryValue> readValue(hive_h* hive, hive_value_h place, std::string name) {
     hive_type type{};
     std::size_t size = 0;
@@ -67,7 +61,7 @@ std::optional<simwin::RegistryValue> readValue(hive_h* hive, hive_value_h place,
     // Programs store types of their own, which the enumeration does not have.
     static_assert(sizeof type == sizeof value.type);
     std::memcpy(&value.type, &type, sizeof value.type);
-    if (isTextType(value.type))
+    if (simwin::isText(value))
         value.bytes = simwin::fromUtf16(value.bytes);
     return value;
 }
