@@ -8,6 +8,7 @@
 #include "kvstation/Errors.h"
 #include "kvstation/VisibleText.h"
 #include "simwin/CodePage.h"
+#include "simwin/CollectedJson.h"
 #include "simwin/HexText.h"
 #include "simwin/MemberReaders.h"
 
@@ -17,6 +18,7 @@ namespace {
 using Json = nlohmann::ordered_json;
 
 constexpr int kJsonIndent = 2;
+constexpr const char* kCollected = "collected";  // no field's name
 
 [[noreturn]] void fail(std::string_view name, const std::string& what) {
     throw Failure(std::string(name) + ": " + what);
@@ -41,14 +43,11 @@ class MemberGuard {
             failAsNoValue();
         if (event != Event::key)
             return true;
-        if (depth != 1) {
-            if (parsed != "text" && parsed != "hex")
-                failAsNoValue();
-            return true;
-        }
-        m_last = parsed.get<std::string>();
-        if (!m_seen.insert(m_last).second)
-            fail(m_name, "'" + m_last + "' stands twice");
+        if (depth == 1)
+            m_last = parsed.get<std::string>();
+        else if (m_last != kCollected && parsed != "text" && parsed != "hex")
+            failAsNoValue();
+        refuseTwice(depth == 1 ? m_last : m_last + "/" + parsed.get<std::string>());
         return true;
     }
 
@@ -56,6 +55,11 @@ class MemberGuard {
 
   private:
     [[noreturn]] void failAsNoValue() const { fail(m_name, "'" + m_last + "' is neither a text nor a number"); }
+
+    void refuseTwice(const std::string& member) {
+        if (!m_seen.insert(member).second)
+            fail(m_name, "'" + member + "' stands twice");
+    }
 
     std::string_view m_name;
     std::string m_last;
@@ -132,8 +136,20 @@ Value readNumber(const Json& value, const Field& field, std::string_view name) {
 
 void refuseForeignNames(const Json& object, std::string_view name) {
     for (const auto& item : object.items())
-        if (findField(item.key()) == fields().size())
+        if (item.key() != kCollected && findField(item.key()) == fields().size())
             fail(name, "'" + item.key() + "' is no field of a station record");
+}
+
+// A record that an older tool has written tells nothing of it.
+std::optional<simwin::Collected> readCollected(const Json& object, std::string_view name) {
+    const auto found = object.find(kCollected);
+    if (found == object.end() || found->is_null())
+        return std::nullopt;
+    try {
+        return simwin::readCollected({*found, std::string(name), std::string("/") + kCollected});
+    } catch (const simwin::ReadError& error) {
+        throw Failure(error.what());
+    }
 }
 
 // Where the text does not tell all of its bytes, such as half a character at the field's end, they stand beside it.
@@ -150,7 +166,8 @@ std::string printed(const nlohmann::ordered_json& json) {
     return json.dump(kJsonIndent, ' ', false, Json::error_handler_t::replace) + "\n";
 }
 
-std::string jsonView(const Record& record) {
+std::string jsonView(const Report& report) {
+    const Record& record = report.record;
     Json object = Json::object();
     for (std::size_t i = 0; i < fields().size(); ++i) {
         const Field& field = fields()[i];
@@ -159,23 +176,26 @@ std::string jsonView(const Record& record) {
         else
             object[std::string(field.name)] = record[i].number;
     }
+    object[kCollected] = report.collected ? simwin::collectedJson(*report.collected) : Json();
     return printed(object);
 }
 
-Record recordFromJson(std::string_view json, std::string_view name) {
+Report recordFromJson(std::string_view json, std::string_view name) {
     const Json object = parse(json, name);
     if (!object.is_object())
         failAsNoObject(name);
     refuseForeignNames(object, name);
-    Record record;
+    Report report;
+    report.collected = readCollected(object, name);
     for (std::size_t i = 0; i < fields().size(); ++i) {
         const Field& field = fields()[i];
         const auto found = object.find(std::string(field.name));
         if (found == object.end())
             fail(name, std::string(field.name) + " is missing: a station record in JSON has every field");
-        record[i] = field.type == FieldType::Text ? readText(*found, field, name) : readNumber(*found, field, name);
+        report.record[i] =
+            field.type == FieldType::Text ? readText(*found, field, name) : readNumber(*found, field, name);
     }
-    return record;
+    return report;
 }
 
 }  // namespace kvstation

@@ -1,5 +1,7 @@
 #include "kvstation/Library.h"
 
+#include <vector>
+
 #include "kvstation/Errors.h"
 #include "kvstation/Paths.h"
 #include "kvstation/Utf16.h"
@@ -30,6 +32,11 @@ HMODULE load(const std::string& path) {
     return module;
 }
 
+std::string numbersOf(const VS_FIXEDFILEINFO& info) {
+    return std::to_string(HIWORD(info.dwFileVersionMS)) + "." + std::to_string(LOWORD(info.dwFileVersionMS)) + "." +
+           std::to_string(HIWORD(info.dwFileVersionLS)) + "." + std::to_string(LOWORD(info.dwFileVersionLS));
+}
+
 }  // namespace
 
 Library::Library() : m_module(load(besideProgram(kFileName))) {
@@ -40,6 +47,18 @@ Library::Library() : m_module(load(besideProgram(kFileName))) {
         throw Failure(std::string(kFileName) + " beside the tool is another library: " + reason);
     }
     m_getStationData = reinterpret_cast<GetStationDataFunction>(reinterpret_cast<void*>(address));
+}
+
+std::string Library::version() {
+    const std::wstring path = toWide(besideProgram(kFileName));
+    DWORD ignored = 0;
+    std::vector<char> block(GetFileVersionInfoSizeW(path.c_str(), &ignored));
+    void* info = nullptr;
+    UINT length = 0;
+    if (block.empty() || !GetFileVersionInfoW(path.c_str(), 0, static_cast<DWORD>(block.size()), block.data()) ||
+        !VerQueryValueW(block.data(), L"\\", &info, &length) || length < sizeof(VS_FIXEDFILEINFO))
+        return {};
+    return numbersOf(*static_cast<const VS_FIXEDFILEINFO*>(info));
 }
 
 Library::~Library() {

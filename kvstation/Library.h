@@ -1,6 +1,8 @@
 // The real kvcstat64.dll beside the tool, loaded for the object's life. Windows only.
 #pragma once
 
+#include <string>
+
 #include "framework/Windows.h"
 #include "kvstation/Record.h"
 
@@ -16,6 +18,9 @@ class Library {
 
     // Fills a record that was cleared.
     void getStationData(RecordBytes& record) const { m_getStationData(record.data()); }
+
+    // What the file's version resource tells, such as "1.2.0.0"; empty where it tells nothing. The file need not load.
+    static std::string version();
 
     HMODULE handle() const { return m_module; }
 

@@ -61,7 +61,7 @@ Report recordFromFileBytes(std::string_view bytes, const std::string& name) {
     const std::string text = textOf(bytes);
     Report report;
     if (isJson(text))
-        report.record = recordFromJson(text, name);
+        report = recordFromJson(text, name);
     else if (isRawSize(bytes.size()))
         report = fromRaw(bytes);
     else

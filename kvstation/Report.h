@@ -7,16 +7,18 @@
 
 #include "kvstation/Record.h"
 #include "kvstation/cause/Causes.h"
+#include "simwin/Station.h"
 
 namespace kvstation {
 
 struct Report {
     Record record;
-    std::optional<RecordBytes> bytes;    // absent when the record came as JSON
-    std::string product;                 // the Windows version as people know it; empty when unknown
-    std::string origin;                  // where the record comes from, for a page's foot
-    std::vector<FieldCauses> causes{};   // of every field; empty when nobody looked for them
-    std::vector<std::string> unknown{};  // what a described station says that nobody knows of its machine
+    std::optional<RecordBytes> bytes;              // absent when the record came as JSON
+    std::string product;                           // the Windows version as people know it; empty when unknown
+    std::string origin;                            // where the record comes from, for a page's foot
+    std::vector<FieldCauses> causes{};             // of every field; empty when nobody looked for them
+    std::vector<std::string> unknown{};            // what a described station says that nobody knows of its machine
+    std::optional<simwin::Collected> collected{};  // when and by what, where that is known
 };
 
 }  // namespace kvstation

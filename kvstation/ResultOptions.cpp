@@ -28,7 +28,7 @@ std::string fieldView(const Record& record, std::string_view name, const Termina
 std::string view(const Report& report, const ResultOptions& options) {
     const Terminal terminal = standardOutput();
     if (options.json)
-        return jsonView(report.record);
+        return jsonView(report);
     if (!options.field.empty())
         return fieldView(report.record, options.field, terminal);
     return textView(report, {.all = options.all, .colours = terminal.hasColours, .width = terminal.width});

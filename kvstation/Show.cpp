@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "kvstation/CallTimes.h"
+#include "kvstation/CollectedNow.h"
 #include "kvstation/CollectionGuard.h"
 #include "kvstation/Errors.h"
 #include "kvstation/Output.h"
@@ -28,7 +29,8 @@ Report reportOf(const RecordBytes& bytes) {
             .bytes = bytes,
             .product = productName(runningSystem()),
             .origin = "this station",
-            .unknown = {}};
+            .unknown = {},
+            .collected = collectedNow()};
 }
 
 int showQuickly(const ShowOptions& options) {

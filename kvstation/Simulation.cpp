@@ -33,7 +33,8 @@ Report simulateStation(const simwin::Station& station, const std::string& origin
             .bytes = bytes,
             .product = productOf(station),
             .origin = origin,
-            .unknown = unknownOf(station)};
+            .unknown = unknownOf(station),
+            .collected = station.collected};
 }
 
 }  // namespace kvstation

@@ -30,6 +30,9 @@ class Collector {
     std::unique_ptr<Loaded> m_loaded;
 };
 
+// The version of the library that collects, such as "1.2.0.0"; empty where it tells none.
+std::string libraryVersion();
+
 // One collection whose calls the machine answers.
 RecordBytes collectOn(simwin::Machine& machine);
 

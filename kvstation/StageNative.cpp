@@ -34,6 +34,11 @@ RecordBytes Collector::collect(simwin::Machine& machine) const {
     return record;
 }
 
+// The module is of the tool's own build, and its version resource would say this.
+std::string libraryVersion() {
+    return KVSTATION_VERSION ".0";
+}
+
 RecordBytes collectHereObserved(simwin::CallObserver&) {
     throw Failure("looking at this computer needs Windows; trace, explain and simulate take a described station here");
 }

@@ -64,6 +64,10 @@ RecordBytes Collector::collect(simwin::Machine& machine) const {
     return kvstation::collect(m_loaded->library, machine);
 }
 
+std::string libraryVersion() {
+    return Library::version();
+}
+
 RecordBytes collectHereObserved(simwin::CallObserver& observer) {
     LiveCollection live(CollectionGuard::limit(), observer);
     live.works("loading kvcstat64.dll");

@@ -64,7 +64,7 @@ class LastErrorKeeper {
     void restore() const;
 
     bool m_isReal;
-    std::uint32_t m_error = 0;
+    [[maybe_unused]] std::uint32_t m_error = 0;  // only Windows has a thread's
     std::uint32_t m_errorOfCall = 0;
 };
 

@@ -165,8 +165,18 @@ struct ProfileEntry {
     std::string value;
 };
 
+// Of a station that was captured. Texts in UTF-8; one that is not known is empty.
+struct Collected {
+    std::string at;       // in UTC, to the second: "2026-11-22T12:00:00Z"
+    std::string library;  // the version of the kvcstat64.dll that collected, "1.2.0.0"
+    std::string tool;     // the version of kvstation
+
+    bool operator==(const Collected&) const = default;
+};
+
 struct Station {
     std::string description;
+    std::optional<Collected> collected;
     CodePages codePages;
     std::optional<WindowsVersion> version;
     std::optional<Keyboard> keyboard;

@@ -5,6 +5,7 @@
 
 #include "simwin/CallTable.h"
 #include "simwin/CodePage.h"
+#include "simwin/CollectedJson.h"
 #include "simwin/MemberReaders.h"
 #include "simwin/NetworkReader.h"
 #include "simwin/ReadFile.h"
@@ -114,6 +115,7 @@ void readMissing(const JsonView& view, std::vector<std::string>& missing) {
 void readAll(const JsonView& view, Station& station) {
     readMembers(view,
                 {{"description", [&](const JsonView& value) { station.description = value.utf8(); }},
+                 {"collected", [&](const JsonView& value) { station.collected = readCollected(value); }},
                  {"codePages", [&](const JsonView& value) { readCodePages(value, station.codePages); }},
                  {"version", [&](const JsonView& value) { readVersion(value, station.version.emplace()); }},
                  {"keyboard",

@@ -4,6 +4,7 @@
 
 #include "simwin/Address.h"
 #include "simwin/CodePage.h"
+#include "simwin/CollectedJson.h"
 #include "simwin/HexText.h"
 #include "simwin/JsonLayout.h"
 
@@ -258,6 +259,8 @@ Json stationJson(const Station& station) {
     Json object = Json::object();
     if (!station.description.empty())
         object["description"] = station.description;
+    if (station.collected)
+        object["collected"] = collectedJson(*station.collected);
     putMachine(object, station);
     putSurroundings(object, station);
     for (const MemberPath& path : station.absent)

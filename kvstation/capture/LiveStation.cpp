@@ -1,5 +1,6 @@
 #include "kvstation/capture/LiveStation.h"
 
+#include "kvstation/CollectedNow.h"
 #include "kvstation/Stage.h"
 #include "kvstation/StationCapture.h"
 #include "kvstation/capture/Completion.h"
@@ -36,6 +37,7 @@ LiveStation captureHere(simwin::CallObserver& observer) {
     LiveStation live;
     live.record = collectHereObserved(witness);
     live.station = witness.station();
+    live.station.collected = collectedNow();
     AskedPlaces asked;
     asked.add(witness.calls());
     const std::unique_ptr<LocalState> state = runningState();

@@ -25,9 +25,10 @@ using simwin::RegistryValue;
 // Whose members' names are the station's own; those of all others are the form's.
 constexpr std::array<std::string_view, 6> kNaming = {"/environment",       "/files",      "/profile", "/network/hosts",
                                                      "/network/addresses", "/network/arp"};
-// Words of the form's own, which its reader checks: libraries, calls, types of drives.
+// Words of the form's own, which its reader checks: times and versions, libraries, calls, types of drives.
 bool isOfTheForm(const std::string& path) {
-    return path == "/missing" || path == "/fails" || (path.starts_with("/drives/") && path.ends_with("/type"));
+    return path == "/collected" || path == "/missing" || path == "/fails" ||
+           (path.starts_with("/drives/") && path.ends_with("/type"));
 }
 
 // What is unknown of a station: a member's path is the form's own, but for the names of its variables and files.

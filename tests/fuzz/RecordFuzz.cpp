@@ -14,16 +14,19 @@
 namespace {
 
 // JSON keeps every value.
-void checkReadsBack(const kvstation::Record& record) {
-    const kvstation::Record again = kvstation::recordFromJson(kvstation::jsonView(record), "again");
+void checkReadsBack(const kvstation::Report& report) {
+    const kvstation::Record& record = report.record;
+    const kvstation::Report read = kvstation::recordFromJson(kvstation::jsonView(report), "again");
+    const kvstation::Record& again = read.record;
     for (std::size_t field = 0; field < kvstation::fields().size(); ++field) {
         kvfuzz::check(record.textOf(field) == again.textOf(field), "a record reads back from its JSON as it was");
         kvfuzz::check(record[field].bytes == again[field].bytes, "and so do its bytes");
     }
+    kvfuzz::check(report.collected == read.collected, "and when and by what it was collected");
 }
 
 void show(const kvstation::Report& report) {
-    checkReadsBack(report.record);
+    checkReadsBack(report);
     kvfuzz::check(!kvstation::textView(report, {.all = true, .colours = false, .width = 60}).empty(), "a text view");
     kvfuzz::check(!kvstation::htmlView(report).empty(), "a page");
 }

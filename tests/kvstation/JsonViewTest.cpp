@@ -26,25 +26,58 @@ std::string errorOf(std::string_view json) {
 // The sample with one thing changed.
 template <class Change>
 std::string changed(Change change) {
-    Json json = Json::parse(jsonView(Record(sampleBytes())));
+    Json json = Json::parse(jsonOf(Record(sampleBytes())));
     change(json);
     return json.dump();
 }
 
 TEST(JsonView, HasTheRecordsFieldsInTheOrderOfTheirOffsets) {
     std::vector<std::string> names;
-    const Json json = Json::parse(jsonView(Record(sampleBytes())));
+    const Json json = Json::parse(jsonOf(Record(sampleBytes())));
     for (const auto& item : json.items())
         names.push_back(item.key());
-    ASSERT_EQ(names.size(), 60u);
+    ASSERT_EQ(names.size(), 61u);
     EXPECT_EQ(names.front(), "szStation");
     EXPECT_EQ(names[1], "szUserName");
     EXPECT_EQ(names[3], "dwKeyboardType");
-    EXPECT_EQ(names.back(), "szVCDVersion");
+    EXPECT_EQ(names[59], "szVCDVersion");
+    EXPECT_EQ(names.back(), "collected");
+}
+
+TEST(JsonView, TellsBehindTheFieldsWhenAndByWhatARecordWasCollected) {
+    Report report;
+    report.collected = {.at = "2026-11-22T12:00:00Z", .library = "1.2.0.0", .tool = "1.2.0"};
+    EXPECT_EQ(Json::parse(jsonView(report))["collected"],
+              Json({{"at", "2026-11-22T12:00:00Z"}, {"library", "1.2.0.0"}, {"tool", "1.2.0"}}));
+    EXPECT_EQ(recordFromJson(jsonView(report), "again").collected, report.collected);
+    report.collected->library.clear();
+    EXPECT_EQ(Json::parse(jsonView(report))["collected"], Json({{"at", "2026-11-22T12:00:00Z"}, {"tool", "1.2.0"}}))
+        << "a library without a version";
+    EXPECT_EQ(recordFromJson(jsonView(report), "again").collected, report.collected);
+}
+
+TEST(JsonView, TellsThatNobodyKnowsWhenARecordWasCollected) {
+    Json json = Json::parse(jsonOf(Record(sampleBytes())));
+    EXPECT_TRUE(json["collected"].is_null());
+    EXPECT_EQ(recordFromJson(json.dump(), "a.json").collected, std::nullopt);
+    json.erase("collected");
+    EXPECT_EQ(recordFromJson(json.dump(), "a.json").collected, std::nullopt) << "written by an older tool";
+}
+
+TEST(JsonView, RefusesTimesAndVersionsThatAreNone) {
+    const auto errorWith = [](const Json& collected) {
+        return errorOf(changed([&](Json& json) { json["collected"] = collected; }));
+    };
+    EXPECT_EQ(errorWith("yesterday"), "a.json: /collected: is no object");
+    EXPECT_EQ(errorWith({{"at", "yesterday"}}), "a.json: /collected/at: is no time such as 2026-11-22T12:00:00Z");
+    EXPECT_EQ(errorWith({{"tool", 1}}), "a.json: /collected/tool: is no text");
+    EXPECT_EQ(errorWith({{"by", "me"}}), "a.json: /collected/by: is not known");
+    EXPECT_EQ(errorOf(R"({"collected": {"tool": "1", "tool": "2"}})"), "a.json: 'collected/tool' stands twice");
+    EXPECT_EQ(errorOf(R"({"collected": {"tool": ["1"]}})"), "a.json: 'collected' is neither a text nor a number");
 }
 
 TEST(JsonView, TextsAreTextsAndNumbersNumbers) {
-    const Json json = Json::parse(jsonView(Record(sampleBytes())));
+    const Json json = Json::parse(jsonOf(Record(sampleBytes())));
     EXPECT_EQ(json["szStation"], "PC-LAB3");
     EXPECT_EQ(json["dwOEMCodePage"], 850);
     EXPECT_EQ(json["dwSessionId"], 4294967294u);
@@ -56,9 +89,9 @@ TEST(JsonView, IsValidForEveryByteInEveryTextField) {
         RecordBytes bytes;
         bytes.fill(static_cast<char>(byte));
         const Record record(bytes);
-        const std::string json = jsonView(record);
+        const std::string json = jsonOf(record);
         ASSERT_TRUE(Json::accept(json)) << byte;
-        const Record again = recordFromJson(json, "again");
+        const Record again = recordFromJson(json, "again").record;
         for (std::size_t i = 0; i < fields().size(); ++i)
             ASSERT_EQ(again.textOf(i), record.textOf(i)) << byte;
     }
@@ -66,7 +99,7 @@ TEST(JsonView, IsValidForEveryByteInEveryTextField) {
 
 TEST(JsonView, ReadsWhatItWrote) {
     const Record record(sampleBytes());
-    const Record again = recordFromJson(jsonView(record), "again");
+    const Record again = recordFromJson(jsonOf(record), "again").record;
     for (std::size_t i = 0; i < fields().size(); ++i)
         EXPECT_EQ(again.textOf(i), record.textOf(i));
 }
@@ -81,9 +114,9 @@ RecordBytes cutName() {
 TEST(JsonView, HoldsTheBytesOfATextThatEndsInHalfACharacter) {
     const simwin::CodePageScope scope(932);
     const Record record(cutName());
-    const Json json = Json::parse(jsonView(record));
+    const Json json = Json::parse(jsonOf(record));
     EXPECT_EQ(json["szUserName"], Json({{"text", "\u5C71\uFFFD"}, {"hex", "8E 52 93"}}));
-    const Record again = recordFromJson(jsonView(record), "again");
+    const Record again = recordFromJson(jsonOf(record), "again").record;
     EXPECT_EQ(again.at("szUserName").bytes, "\x8E\x52\x93");
     EXPECT_EQ(again.at("szUserName").text, "\u5C71\x93");
     EXPECT_EQ(again.at("szUserName").filled, 3u);
@@ -93,7 +126,7 @@ TEST(JsonView, HoldsTheBytesWhereTwoCodesMeanOneCharacter) {
     const simwin::CodePageScope scope(932);
     RecordBytes bytes{};
     put(bytes, 51, "\xFA\x58");
-    EXPECT_EQ(Json::parse(jsonView(Record(bytes)))["szUserName"], Json({{"text", "\u3231"}, {"hex", "FA 58"}}));
+    EXPECT_EQ(Json::parse(jsonOf(Record(bytes)))["szUserName"], Json({{"text", "\u3231"}, {"hex", "FA 58"}}));
 }
 
 TEST(JsonView, IsValidForEveryByteInEveryTextFieldOfOtherCodePages) {
@@ -103,7 +136,7 @@ TEST(JsonView, IsValidForEveryByteInEveryTextFieldOfOtherCodePages) {
             RecordBytes bytes;
             bytes.fill(static_cast<char>(byte));
             const Record record(bytes);
-            const Record again = recordFromJson(jsonView(record), "again");
+            const Record again = recordFromJson(jsonOf(record), "again").record;
             for (std::size_t i = 0; i < fields().size(); ++i)
                 ASSERT_EQ(again[i].bytes, record[i].bytes) << page << " " << byte;
         }
@@ -111,11 +144,11 @@ TEST(JsonView, IsValidForEveryByteInEveryTextFieldOfOtherCodePages) {
 }
 
 TEST(JsonView, ReadsATextThatItsCodePageDoesNotHold) {
-    Json json = Json::parse(jsonView(Record(RecordBytes{})));
+    Json json = Json::parse(jsonOf(Record(RecordBytes{})));
     json["szUserName"] = "\u5C71";
-    const Record record = recordFromJson(json.dump(), "a.json");
+    const Record record = recordFromJson(json.dump(), "a.json").record;
     EXPECT_EQ(record.at("szUserName").text, "\u5C71");
-    EXPECT_EQ(Json::parse(jsonView(record))["szUserName"], "\u5C71");
+    EXPECT_EQ(Json::parse(jsonOf(record))["szUserName"], "\u5C71");
 }
 
 TEST(JsonView, RefusesBytesThatAreNone) {
@@ -171,13 +204,13 @@ TEST(JsonView, RefusesNumbersThatAreNoWholeNumbersOf32Bits) {
 }
 
 TEST(JsonView, RefusesAFieldThatStandsTwice) {
-    std::string json = jsonView(Record(sampleBytes()));
+    std::string json = jsonOf(Record(sampleBytes()));
     json.insert(1, "\"szOS\": \"Windows NT 10.0 (Build 22621)\",");
     EXPECT_EQ(errorOf(json), "a.json: 'szOS' stands twice");
 }
 
 TEST(JsonView, NamesTheFieldWhoseNumberIsBeyondEveryRange) {
-    std::string json = jsonView(Record(sampleBytes()));
+    std::string json = jsonOf(Record(sampleBytes()));
     const std::string number = "4294967294";
     json.replace(json.find(number), number.size(), "1e999");
     EXPECT_EQ(errorOf(json), "a.json: 'dwSessionId' has a number that is too large");

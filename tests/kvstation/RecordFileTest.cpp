@@ -38,7 +38,7 @@ TEST(RecordFile, ReadsACallersWholeStructure) {
 }
 
 TEST(RecordFile, ReadsJsonBehindBlanksAndAByteOrderMark) {
-    const std::string json = "\xEF\xBB\xBF \r\n" + jsonView(Record(sampleBytes()));
+    const std::string json = "\xEF\xBB\xBF \r\n" + jsonOf(Record(sampleBytes()));
     const Report report = recordFromFileBytes(json, "a.json");
     EXPECT_EQ(report.record.at("szStation").text, "PC-LAB3");
     EXPECT_FALSE(report.bytes.has_value());
@@ -53,7 +53,7 @@ std::string asUtf16(std::u16string_view text, bool bigEndian) {
 }
 
 std::u16string jsonOf(std::u16string_view station) {
-    const std::string json = jsonView(Record(sampleBytes()));
+    const std::string json = jsonOf(Record(sampleBytes()));
     std::u16string wide(json.begin(), json.end());  // the sample is ASCII
     wide.replace(wide.find(u"PC-LAB3"), 7, station);
     return wide;

@@ -4,7 +4,7 @@
 #include <cstring>
 #include <string_view>
 
-#include "kvstation/Record.h"
+#include "kvstation/JsonView.h"
 
 namespace kvstation {
 
@@ -23,6 +23,13 @@ inline RecordBytes sampleBytes() {
     put(bytes, 3600, "Windows NT 10.0 (Build 22621)");
     put(bytes, 4868, {"\xFE\xFF\xFF\xFF", 4});
     return bytes;
+}
+
+// Of a record of which no more is known.
+inline std::string jsonOf(const Record& record) {
+    Report report;
+    report.record = record;
+    return jsonView(report);
 }
 
 }  // namespace kvstation

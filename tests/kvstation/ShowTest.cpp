@@ -19,6 +19,7 @@ namespace {
 using testing::AllOf;
 using testing::EndsWith;
 using testing::HasSubstr;
+using testing::MatchesRegex;
 using testing::StartsWith;
 
 namespace fs = std::filesystem;
@@ -82,9 +83,12 @@ TEST_F(Show, CollectsWithTheLibraryBesideTheTool) {
     EXPECT_EQ(shown.status, 0);
     EXPECT_EQ(shown.errors, "");
     const auto record = nlohmann::json::parse(shown.output);
-    EXPECT_EQ(record.size(), 60u);
+    EXPECT_EQ(record.size(), 61u);
     EXPECT_THAT(record["szOS"].get<std::string>(), StartsWith("Windows NT "));
     EXPECT_GT(record["dwTotalMemoryMB"].get<int>(), 0);
+    EXPECT_THAT(record["collected"]["at"].get<std::string>(), MatchesRegex("\\d+-\\d+-\\d+T\\d+:\\d+:\\d+Z"));
+    EXPECT_EQ(record["collected"]["library"], KV_VERSION ".0");
+    EXPECT_EQ(record["collected"]["tool"], KV_VERSION);
 }
 
 TEST_F(Show, NothingButTheResultGoesToStandardOutput) {

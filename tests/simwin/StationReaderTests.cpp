@@ -12,6 +12,7 @@ using testing::ElementsAre;
 
 TEST(StationReader, DescribesNothingByAnEmptyObject) {
     const Station station = parseStation("{}", "station.json");
+    EXPECT_FALSE(station.collected);
     EXPECT_FALSE(station.version);
     EXPECT_FALSE(station.computerName);
     EXPECT_FALSE(station.process);
@@ -22,6 +23,7 @@ TEST(StationReader, DescribesNothingByAnEmptyObject) {
 
 constexpr const char* kWhole = R"json({
   "description": "a machine with everything",
+  "collected": { "at": "2028-02-29T23:59:59Z", "library": "1.2.0.0", "tool": "1.2.0" },
   "codePages": { "ansi": 1252, "oem": 850 },
   "version": { "platformId": 2, "major": 5, "minor": 1, "build": 2600, "servicePack": "Service Pack 3",
                "terminalServices": true },
@@ -64,6 +66,7 @@ constexpr const char* kWhole = R"json({
 TEST(StationReader, ReadsTheSystem) {
     const Station station = parseStation(kWhole, "station.json");
     EXPECT_EQ(station.description, "a machine with everything");
+    EXPECT_EQ(station.collected, (Collected{.at = "2028-02-29T23:59:59Z", .library = "1.2.0.0", .tool = "1.2.0"}));
     EXPECT_EQ(station.codePages.oem, 850u);
     EXPECT_EQ(station.version->platformId, 2u);
     EXPECT_EQ(station.version->major, 5u);
@@ -244,6 +247,25 @@ std::string errorOf(const std::string& json) {
         return error.what();
     }
     return "none";
+}
+
+TEST(StationReader, RefusesTimesThatAreNone) {
+    for (const char* time : {"", "2026-11-22", "2026-11-22 12:00:00Z", "2026-11-22T12:00:00", "2026-11-22T12:00:00Z ",
+                             "2026-11-22T12:00:00.5Z", "2026-1a-22T12:00:00Z", "2026-00-22T12:00:00Z",
+                             "2026-13-22T12:00:00Z", "2026-11-31T12:00:00Z", "2027-02-29T12:00:00Z",
+                             "2026-11-22T24:00:00Z", "2026-11-22T12:60:00Z", "2026-11-22T12:00:60Z"})
+        EXPECT_EQ(errorOf(std::string(R"({"collected": {"at": ")") + time + "\"}}"),
+                  "s.json: /collected/at: is no time such as 2026-11-22T12:00:00Z")
+            << time;
+}
+
+TEST(StationReader, RefusesVersionsThatAreNone) {
+    EXPECT_EQ(errorOf(R"({"collected": {"library": "12345678.12345678.12345678.12345"}})"), "none");
+    for (const char* version :
+         {"", ".", "1.", ".1", "1..2", "1.2 ", "1,2", "v1", "Mustermann", "12345678.12345678.12345678.123456"})
+        EXPECT_EQ(errorOf(std::string(R"({"collected": {"library": ")") + version + "\"}}"),
+                  "s.json: /collected/library: is no version such as 1.2.0 of at most 32 characters")
+            << version;
 }
 
 std::string repeated(const char* text, std::size_t count) {

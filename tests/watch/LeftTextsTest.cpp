@@ -93,6 +93,7 @@ TEST(LeftTexts, AreToldOnceWithTheirFirstPlace) {
 // One of each place that a station has, told in the order of the two files.
 TEST(LeftTexts, AreFoundWhereverOneCanStand) {
     Station station = simwin::parseStation(R"({
+        "collected": {"at": "2026-11-22T12:00:00Z", "library": "1.2.0.0", "tool": "1.2.0"},
         "environment": {"LAGERPFAD": "C:\\Kommission", "Path": {"hex": "01 5a 6f 72 6e"}},
         "drives": {"C": {"type": "fixed", "label": "Ladelisten", "fileSystem": "Eigenbau"}},
         "files": {"C:\\Tacho\\opera.exe": {"version": "8.100.29670.0"}, "C:\\Windows\\system32\\mstscax.dll": null,
