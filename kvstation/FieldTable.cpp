@@ -21,6 +21,16 @@ constexpr Field kFields[] = {
 constexpr std::string_view kGroups[] = {"Station", "User",     "System", "Session",
                                         "Network", "Software", "Drives", "Hardware"};
 
+constexpr std::string_view kLists[] = {"szDiskDevices",    "szCDRomDevices", "szTapeDevices",     "szOtherDevices",
+                                       "szPrinters",       "szCDRomDrives",  "szRemovableDrives", "szFixedDrives",
+                                       "szDefaultGateway", "szSubnetMask",   "szProtocols",       "szNetworkDrivers",
+                                       "szMailClient",     "szProviders",    "szBrowser",         "szNetworkAdapters",
+                                       "szProcessorName",  "szVideoAdapter"};
+static_assert(std::ranges::all_of(kLists, [](std::string_view name) {
+    const auto field = std::ranges::find(kFields, name, &Field::name);
+    return field != std::end(kFields) && field->type == FieldType::Text;
+}));
+
 }  // namespace
 
 std::span<const Field> fields() {
@@ -34,6 +44,10 @@ std::span<const std::string_view> groups() {
 std::size_t findField(std::string_view name) {
     const auto found = std::ranges::find(kFields, name, &Field::name);
     return static_cast<std::size_t>(found - std::begin(kFields));
+}
+
+bool isList(const Field& field) {
+    return std::ranges::find(kLists, field.name) != std::end(kLists);
 }
 
 std::string hexOffset(std::size_t offset) {

@@ -34,6 +34,9 @@ std::span<const std::string_view> groups();
 // The index in fields(), or fields().size() when there is no such field.
 std::size_t findField(std::string_view name);
 
+// Items that the module joins with ";". Such a sign in any other text is a part of it.
+bool isList(const Field& field);
+
 // Such as 0x01F4.
 std::string hexOffset(std::size_t offset);
 

@@ -85,10 +85,12 @@ std::string groupClass(std::string_view group) {
 }
 
 std::string placeOf(const Field& field, const Value& value) {
-    const std::string width = std::to_string(field.width) + " bytes";
+    const std::string place = hexOffset(field.offset) + ", ";
     if (field.type != FieldType::Text)
-        return hexOffset(field.offset) + ", " + width;
-    return hexOffset(field.offset) + ", " + std::to_string(value.filled) + " of " + width;
+        return place + std::to_string(field.width) + " bytes";
+    // A record that the module did not write may fill the last byte too.
+    const std::size_t most = std::max(value.filled, field.limit);
+    return place + std::to_string(value.filled) + " of " + std::to_string(most) + " bytes";
 }
 
 std::string mapOfBytes(const Record& record) {

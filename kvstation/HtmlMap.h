@@ -11,7 +11,7 @@ namespace kvstation {
 // The page's class for a group, which gives it its colour.
 std::string groupClass(std::string_view group);
 
-// "0x0727, 37 of 101 bytes".
+// "0x0727, 37 of 100 bytes": a text ends before its field does.
 std::string placeOf(const Field& field, const Value& value);
 
 std::string mapOfBytes(const Record& record);

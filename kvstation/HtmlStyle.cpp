@@ -24,7 +24,8 @@ body {
 }
 code, .map text, .value { font-family: ui-monospace, Consolas, "DejaVu Sans Mono", Menlo, monospace }
 h1 { margin: 0; font-size: 2.25rem; font-weight: 650; line-height: 1.2; overflow-wrap: anywhere }
-h1 + p { margin: .25rem 0 2rem; color: var(--quiet); overflow-wrap: anywhere }
+header { margin: 0 0 2rem }
+header p { margin: .25rem 0 0; color: var(--quiet); overflow-wrap: anywhere }
 h2 { display: flex; align-items: center; gap: .6rem; margin: 0 0 .5rem; font-size: 1.1rem; font-weight: 600 }
 h2 i, .legend i {
   flex: none; width: .8rem; height: .8rem; border-radius: .25rem; background: hsl(var(--hue) var(--mark));
@@ -35,8 +36,10 @@ section { margin: 1.25rem 0; padding: 1.25rem 1.5rem }
 .glance { display: grid; grid-template-columns: repeat(4, minmax(0, 1fr)); gap: 1.25rem; margin: 0 }
 .glance div { padding: 1rem 1.5rem; min-width: 0 }
 .glance dt { color: var(--quiet); font-size: .85rem }
-.glance dd { margin: 0; overflow-wrap: anywhere; font-size: .9rem; color: var(--quiet) }
-.glance dd.main { font-size: 1.15rem; font-weight: 600; color: var(--text) }
+.glance dd { margin: 0; overflow-wrap: anywhere; font-size: .9rem }
+.glance dd.main { font-size: 1.15rem; font-weight: 600 }
+.glance span, h2 small { color: var(--quiet) }
+h2 small { margin-left: auto; font-size: .8rem; font-weight: 400 }
 .fields { margin: 0 }
 .fields div {
   display: grid; grid-template-columns: minmax(0, 17rem) minmax(0, 1fr); gap: .1rem 1.5rem; padding: .6rem 0;
@@ -79,7 +82,7 @@ footer { color: var(--quiet); font-size: .8rem; overflow-wrap: anywhere }
 @media (max-width: 40rem) {
   body { padding: 1.25rem .75rem }
   h1 { font-size: 1.7rem }
-  h1 + p { margin-bottom: 1.25rem }
+  header { margin-bottom: 1.25rem }
   section, .glance div { padding: .9rem 1rem }
   section { margin: .75rem 0 }
   .glance { gap: .75rem; grid-template-columns: minmax(0, 1fr) }

@@ -1,28 +1,17 @@
 #include "kvstation/HtmlView.h"
 
-#include <algorithm>
 #include <cstdio>
 
 #include "kvstation/FixedDrives.h"
 #include "kvstation/HtmlMap.h"
 #include "kvstation/HtmlStyle.h"
 #include "kvstation/HtmlText.h"
+#include "kvstation/HtmlTop.h"
 #include "kvstation/VisibleText.h"
 #include "kvstation/cause/CauseText.h"
 
 namespace kvstation {
 namespace {
-
-std::string textAt(const Record& record, std::string_view field) {
-    return record.at(field).text;
-}
-
-std::string stationName(const Record& record) {
-    for (const char* field : {"szStation", "szClientName", "szDnsName"})
-        if (!textAt(record, field).empty())
-            return textAt(record, field);
-    return "Unnamed station";
-}
 
 std::string head(const std::string& name) {
     return "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
@@ -30,75 +19,6 @@ std::string head(const std::string& name) {
            "<meta http-equiv=\"Content-Security-Policy\" content=\"default-src 'none'; style-src 'unsafe-inline'\">\n"
            "<title>" +
            escapeHtml(name) + " - station record</title>\n<style>" + kPageStyle + "</style>\n</head>\n<body>\n";
-}
-
-// A long name breaks behind its parts.
-std::string heading(std::string_view name) {
-    std::string html;
-    for (std::size_t end; (end = name.find_first_of(".\\@")) != std::string_view::npos; name.remove_prefix(end + 1))
-        html += escapeHtml(name.substr(0, end + 1)) + "<wbr>";
-    return "<h1>" + html + escapeHtml(name) + "</h1>\n";
-}
-
-// A card's first text that is not empty stands large, the others below it.
-std::string card(const char* label, std::initializer_list<std::string> texts) {
-    std::string html;
-    for (const std::string& text : texts)
-        if (!text.empty())
-            html += (html.empty() ? "<dd class=\"main\">" : "<dd>") + escapeHtml(text) + "</dd>";
-    return std::string("<div><dt>") + label + "</dt>" + (html.empty() ? "<dd class=\"main\">unknown</dd>" : html) +
-           "</div>\n";
-}
-
-// "005056AB12CD" as "00-50-56-AB-12-CD"; what is no such address stays.
-std::string readableMac(const std::string& mac) {
-    const bool isHex = mac.find_first_not_of("0123456789ABCDEFabcdef") == std::string::npos;
-    if (mac.size() != 12 || !isHex)
-        return mac;
-    std::string readable;
-    for (std::size_t i = 0; i < mac.size(); i += 2)
-        readable += (i == 0 ? "" : "-") + mac.substr(i, 2);
-    return readable;
-}
-
-// Whether nobody knows if somebody sat at the machine itself: that is told by this variable and the session.
-bool isSessionUnknown(const Report& report) {
-    return std::ranges::any_of(report.unknown, [](const std::string& one) {
-        return one == "environment.CLIENTNAME" || one.starts_with("session");
-    });
-}
-
-std::string kindOfSession(const Report& report) {
-    const Record& record = report.record;
-    if (record.at("dwMetaFrame").number != 0)
-        return "MetaFrame client";
-    if (record.at("dwTSClientSession").number != 0)
-        return "Terminal Services client";
-    if (record.at("dwWinFrame").number != 0)
-        return "WinFrame client";
-    return isSessionUnknown(report) ? "unknown" : "At the station itself";
-}
-
-std::string labelled(const char* label, const std::string& text) {
-    return text.empty() ? "" : label + text;
-}
-
-std::string numberOfSession(const Report& report) {
-    return isSessionUnknown(report) ? "" : "session " + std::to_string(report.record.at("dwSessionId").number);
-}
-
-std::string glance(const Report& report) {
-    const Record& record = report.record;
-    return "<dl class=\"glance\">\n" +
-           card("User", {textAt(record, "szUserDisplayedName"), textAt(record, "szUserName"),
-                         labelled("Windows account ", textAt(record, "szWinUser"))}) +
-           card("Address", {textAt(record, "szIPAddress"), readableMac(textAt(record, "szMACAddress")),
-                            textAt(record, "szDnsName")}) +
-           card("Windows", {report.product, textAt(record, "szOS")}) +
-           card("Session",
-                {kindOfSession(report), numberOfSession(report), labelled("client ", textAt(record, "szTSClientName")),
-                 labelled("server ", textAt(record, "szServerName"))}) +
-           "</dl>\n";
 }
 
 std::string readableSize(std::int64_t megabytes) {
@@ -123,13 +43,15 @@ std::string driveBar(const FixedDrive& drive) {
 
 std::string driveBars(const Record& record) {
     std::string html;
-    for (const FixedDrive& drive : parseFixedDrives(textAt(record, "szFixedDrives")).drives)
+    for (const FixedDrive& drive : parseFixedDrives(record.at("szFixedDrives").text).drives)
         html += driveBar(drive);
     return html.empty() ? "" : "<ul class=\"drives\">\n" + html + "</ul>\n";
 }
 
 // Lists have an item in each line.
-std::string shownValue(const std::string& text) {
+std::string shownValue(const Field& field, const std::string& text) {
+    if (!isList(field))
+        return escapeHtml(text);
     std::string html;
     std::size_t begin = 0;
     for (std::size_t end = text.find(';'); end != std::string::npos; end = text.find(';', begin)) {
@@ -165,7 +87,7 @@ std::string fieldRow(const Report& report, std::size_t index) {
     const Field& field = fields()[index];
     const std::string name(field.name);
     return "<div id=\"" + name + "\"><dt><code>" + name + "</code><small>" + escapeHtml(field.meaning) +
-           "</small></dt><dd><span class=\"value\">" + shownValue(record.textOf(index)) + "</span><small>" +
+           "</small></dt><dd><span class=\"value\">" + shownValue(field, record.textOf(index)) + "</span><small>" +
            placeOf(field, record[index]) + "</small>" +
            (report.causes.empty() ? "" : causesOfField(report, index, "why")) + "</dd></div>\n";
 }
@@ -188,16 +110,18 @@ std::string groupSection(const Report& report, std::string_view group) {
     const Record& record = report.record;
     std::string found;
     std::string empty;
+    FilledFields count;
     for (std::size_t i = 0; i < fields().size(); ++i) {
         if (fields()[i].group != group)
             continue;
+        count.add(record, i);
         if (record.isEmpty(i))
             empty += (empty.empty() || !report.causes.empty() ? "" : ", ") + emptyField(report, i);
         else
             found += fieldRow(report, i);
     }
-    return "<section class=\"" + groupClass(group) + "\"><h2><i></i>" + std::string(group) + "</h2>\n" +
-           (group == "Drives" ? driveBars(record) : "") +
+    return "<section class=\"" + groupClass(group) + "\"><h2><i></i>" + std::string(group) + "<small>" + count.text() +
+           "</small></h2>\n" + (group == "Drives" ? driveBars(record) : "") +
            (found.empty() ? "" : "<dl class=\"fields\">\n" + found + "</dl>\n") +
            emptyFields(empty, !report.causes.empty()) + "</section>\n";
 }
@@ -220,18 +144,23 @@ std::string legend() {
     return html + "</ul>\n";
 }
 
+// A page is sent around. Where its maker keeps the record is nobody's business; how it is called may help.
+std::string lastPart(std::string_view path) {
+    path = path.substr(0, path.find_last_not_of("/\\") + 1);
+    const std::string_view part = path.substr(path.find_last_of("/\\") + 1);
+    return part == "." || part == ".." ? std::string() : std::string(part);
+}
+
 std::string foot(const std::string& origin) {
-    return "<footer>Record of " + escapeHtml(origin) +
-           ", made with kvstation " KVSTATION_VERSION "</footer>\n</body>\n</html>\n";
+    const std::string name = lastPart(origin);
+    return "<footer>" + (name.empty() ? "Page" : "Record of " + escapeHtml(name) + ", page") +
+           " made by kvstation " KVSTATION_VERSION "</footer>\n</body>\n</html>\n";
 }
 
 }  // namespace
 
 std::string htmlView(const Report& report) {
-    const std::string name = stationName(report.record);
-    const std::string& product = report.product;
-    std::string html = head(name) + heading(name) + "<p>" + (product.empty() ? "" : escapeHtml(product) + ", ") +
-                       "workstation record</p>\n" + unknownNotice(report) + glance(report);
+    std::string html = head(stationName(report.record)) + topOfPage(report) + unknownNotice(report) + glance(report);
     for (const std::string_view group : groups())
         html += groupSection(report, group);
     html += "<section><h2>The record's bytes</h2>\n" + legend() + mapOfBytes(report.record) + "</section>\n";

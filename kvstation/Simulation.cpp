@@ -33,6 +33,7 @@ Report simulateStation(const simwin::Station& station, const std::string& origin
             .bytes = bytes,
             .product = productOf(station),
             .origin = origin,
+            .description = station.description,
             .unknown = unknownOf(station),
             .collected = station.collected};
 }

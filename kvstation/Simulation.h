@@ -8,7 +8,7 @@
 
 namespace kvstation {
 
-// Runs the module on the station. `origin` is where it comes from, for a page's foot.
+// Runs the module on the station. `origin` is where it comes from, for people.
 Report simulateStation(const simwin::Station& station, const std::string& origin);
 
 }  // namespace kvstation

@@ -33,10 +33,73 @@ TEST(HtmlView, BeginsWithTheStationAtAGlance) {
     const std::string html = page(sampleBytes());
     EXPECT_THAT(html, HasSubstr("<title>PC-LAB3 - station record</title>"));
     EXPECT_THAT(html, HasSubstr("<h1>PC-LAB3</h1>"));
-    EXPECT_THAT(html, HasSubstr("<dt>User</dt><dd class=\"main\">jdoe</dd>"));
-    EXPECT_THAT(html, HasSubstr("<dt>Address</dt><dd class=\"main\">10.0.0.5</dd>"));
-    EXPECT_THAT(html, HasSubstr("<dt>Windows</dt><dd class=\"main\">Windows 11</dd>"));
-    EXPECT_THAT(html, HasSubstr("<dd>session 4294967294</dd>"));
+    EXPECT_THAT(html, HasSubstr("<dt>User name</dt><dd class=\"main\">jdoe</dd></div>"));
+    EXPECT_THAT(html, HasSubstr("<dt>IP address</dt><dd class=\"main\">10.0.0.5</dd></div>"));
+    EXPECT_THAT(html, HasSubstr("<dt>Windows</dt><dd class=\"main\">Windows 11</dd>"
+                                "<dd><span>Operating system</span> Windows NT 10.0 (Build 22621)</dd></div>"));
+    EXPECT_THAT(html, HasSubstr("<dd><span>Number</span> 4294967294</dd>"));
+}
+
+TEST(HtmlView, EveryLineOfACardIsNamed) {
+    RecordBytes bytes{};
+    put(bytes, 4432, "005056AB12CD");
+    put(bytes, 2051, "10.0.0.5");
+    EXPECT_THAT(page(bytes), HasSubstr("<dt>MAC address</dt><dd class=\"main\">00-50-56-AB-12-CD</dd>"
+                                       "<dd><span>DNS name</span> 10.0.0.5</dd></div>"));
+}
+
+TEST(HtmlView, TellsWhichStationItIsAndWhenAndByWhatItWasCollected) {
+    Report report;
+    report.description = "the <till> in hall 3";
+    report.collected = {.at = "2026-11-22T12:04:37Z", .library = "1.2.0.0", .tool = "1.2.0"};
+    EXPECT_THAT(htmlView(report),
+                HasSubstr("<p>the &lt;till&gt; in hall 3</p>\n<p>Collected <time datetime=\"2026-11-22T12:04:37Z\">"
+                          "2026-11-22 12:04:37 UTC</time> by kvcstat64.dll 1.2.0.0 and kvstation 1.2.0</p>"));
+    report.collected = {.at = "2026-11-22T12:04:37Z", .library = {}, .tool = "1.2.0"};
+    EXPECT_THAT(htmlView(report), HasSubstr(" UTC</time> by kvstation 1.2.0</p>"));
+    report.collected = simwin::Collected();
+    EXPECT_THAT(htmlView(report), HasSubstr("<p>Collected at an unknown time</p>"));
+    report.collected.reset();
+    EXPECT_THAT(htmlView(report), HasSubstr("<p>When and by which version it was collected is not known</p>"));
+}
+
+TEST(HtmlView, CountsTheFieldsThatAreFilled) {
+    const std::string html = page(sampleBytes());
+    EXPECT_THAT(html, HasSubstr("<p>Windows 11, workstation record, 7 of 60 fields filled</p>"));
+    EXPECT_THAT(html, HasSubstr("System<small>1 of 4 fields</small></h2>"));
+    EXPECT_THAT(html, HasSubstr("Software<small>0 of 9 fields</small></h2>"));
+}
+
+TEST(HtmlView, CountsTheBytesOfATextAgainstWhatItMayHave) {
+    RecordBytes bytes = sampleBytes();
+    EXPECT_THAT(page(bytes), HasSubstr("<small>0x0000, 7 of 50 bytes</small>"));
+    put(bytes, 0, std::string(51, 'W'));
+    EXPECT_THAT(page(bytes), HasSubstr("<small>0x0000, 51 of 51 bytes</small>")) << "not written by the module";
+    EXPECT_THAT(page(bytes), HasSubstr("<small>0x016C, 4 bytes</small>"));
+}
+
+TEST(HtmlView, ListsHaveALineForEachItemAndOtherTextsAreNone) {
+    RecordBytes bytes{};
+    put(bytes, 1378, "HP LaserJet;Plotter");
+    put(bytes, 4162, "@oem7.inf,%vdmon%;Virtual Display");
+    const std::string html = page(bytes);
+    EXPECT_THAT(html, HasSubstr(">HP LaserJet;\nPlotter<"));
+    EXPECT_THAT(html, HasSubstr(">@oem7.inf,%vdmon%;Virtual Display<"));
+}
+
+TEST(HtmlView, TellsNoPathOfTheComputerThatMadeIt) {
+    Report report;
+    const auto footOf = [&](const char* origin) {
+        report.origin = origin;
+        const std::string html = htmlView(report);
+        const std::string foot = html.substr(html.find("<footer>") + 8);
+        return foot.substr(0, foot.find(" made by"));
+    };
+    EXPECT_EQ(footOf("this station"), "Record of this station, page");
+    EXPECT_EQ(footOf("/home/jdoe/customers/till-3/"), "Record of till-3, page");
+    EXPECT_EQ(footOf("C:\\Users\\jdoe\\station.bin"), "Record of station.bin, page");
+    for (const char* unnamed : {"", "/", ".", "..", "../..", "C:\\Users\\."})
+        EXPECT_EQ(footOf(unnamed), "Page") << unnamed;
 }
 
 TEST(HtmlView, TheStationsNameBreaksBehindItsParts) {
@@ -48,7 +111,7 @@ TEST(HtmlView, TheStationsNameBreaksBehindItsParts) {
 TEST(HtmlView, AnEmptyRecordIsAPageToo) {
     const std::string html = htmlView({.record = Record(RecordBytes{}), .bytes = {}, .product = {}, .origin = "x"});
     EXPECT_THAT(html, HasSubstr("<h1>Unnamed station</h1>"));
-    EXPECT_THAT(html, HasSubstr("<dt>User</dt><dd class=\"main\">unknown</dd>"));
+    EXPECT_THAT(html, HasSubstr("<dt>User's display name</dt><dd class=\"main\">unknown</dd>"));
 }
 
 TEST(HtmlView, DrivesAreBars) {

@@ -105,7 +105,7 @@ TEST_P(Page, AnOrdinaryRecordFits) {
     expectNothingSticksOut(page);
     const std::string text = page["text"];
     for (const char* word : {"PC-LAB3", "jdoe", "10.0.0.5", "Windows 11", "149.0 GB, 41% free",
-                             "0x0E10, 29 of 81 bytes", "The record's bytes"})
+                             "0x0E10, 29 of 80 bytes", "The record's bytes"})
         EXPECT_THAT(text, HasSubstr(word));
 }
 
