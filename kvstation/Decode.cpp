@@ -1,4 +1,4 @@
-// The verb "decode": a record that was kept in a file.
+// The verb "decode": records that were kept in files.
 #include <CLI/App.hpp>
 #include <memory>
 
@@ -8,30 +8,50 @@
 #include "kvstation/RecordFile.h"
 #include "kvstation/ResultOptions.h"
 #include "kvstation/Verb.h"
+#include "kvstation/sets/RowForm.h"
+#include "kvstation/sets/StandardInput.h"
 
 namespace kvstation {
 namespace {
 
 struct DecodeOptions {
     ResultOptions result;
-    std::string file;
+    SetOptions set;
     CodePageOption codePage;
 };
 
+Report readRecord(const std::string& path) {
+    return path == kStandardInput ? recordFromFileBytes(readStandardInput(kLongestRecordFile), "standard input")
+                                  : readRecordFile(path);
+}
+
 int decode(const DecodeOptions& options) {
-    simwin::useCodePage(options.codePage.of(0));
-    giveOut(readRecordFile(options.file), options.result);
-    return kExitSuccess;
+    if (options.set.places.isEmpty())
+        throw WrongUse("FILE or --from is required; 'kvstation decode --help' tells more");
+    const unsigned codePage = options.codePage.of(0);
+    simwin::useCodePage(codePage);
+    if (!options.set.isSet()) {
+        giveOut(readRecord(options.set.places.given.front()), options.result);
+        return kExitSuccess;
+    }
+    return giveOutRows(options.set, options.result, SourceKind::Records, "decoding", [&](const Source& source) {
+        return StationRow{source.name, source.path, codePage, readRecord(source.path)};
+    });
 }
 
 }  // namespace
 
 Verb addDecode(CLI::App& tool) {
     const auto options = std::make_shared<DecodeOptions>();
-    CLI::App* command = tool.add_subcommand("decode", "Show a record from a file: its raw bytes, or JSON");
-    command->add_option("FILE", options->file, "The record's file")->type_name("")->required()->check(checkFileName);
+    CLI::App* command = tool.add_subcommand("decode", "Show records from files: their raw bytes, or JSON");
+    command
+        ->add_option("FILE", options->set.places.given,
+                     "Records' files, folders of them, or patterns; - is a record from standard input")
+        ->type_name("...")
+        ->check(checkFileName);
     addCodePage(*command, options->codePage, 1);
     addResultOptions(*command, options->result);
+    addSetOptions(*command, options->set);
     return {command, "kvstation decode station.bin --json", [options] { return decode(*options); }};
 }
 

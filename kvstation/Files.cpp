@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <deque>
 #include <memory>
 
 #include "kvstation/Errors.h"
@@ -61,24 +62,50 @@ bool isReplaceable(const std::filesystem::path& path) {
     return !std::filesystem::exists(status) || std::filesystem::is_regular_file(status);
 }
 
-// Beside the old file, in whose place it comes when it is whole.
-void replace(const std::filesystem::path& path, std::string_view bytes, const std::string& name) {
-    std::filesystem::path part = path;
-    part += ".part";
-    std::error_code error;
-    try {
-        fill(part, bytes, name);
-    } catch (const Failure&) {
-        std::filesystem::remove(part, error);
-        throw;
+// A file's new content, beside the old file in whose place it comes when all is well. What is not replaceable is filled
+// as it stands.
+class NewContent {
+  public:
+    NewContent(const std::string& name, std::string_view bytes)
+        : m_name(name), m_path(pathOf(name)), m_bytes(bytes), m_isReplaceable(isReplaceable(m_path)) {
+        if (!m_isReplaceable)
+            return;
+        m_part = m_path;
+        m_part += ".part";
+        try {
+            fill(m_part, bytes, name);
+        } catch (const Failure&) {
+            discard();
+            throw;
+        }
     }
-    std::filesystem::rename(part, path, error);
-    if (!error)
-        return;
-    const std::string message = describeFileError(name, "written", error.default_error_condition().value());
-    std::filesystem::remove(part, error);
-    throw Failure(message);
-}
+    NewContent(const NewContent&) = delete;
+    NewContent& operator=(const NewContent&) = delete;
+    ~NewContent() { discard(); }
+
+    void putInPlace() {
+        if (!m_isReplaceable)
+            return fill(m_path, m_bytes, m_name);
+        std::error_code error;
+        std::filesystem::rename(m_part, m_path, error);
+        if (error)
+            throw Failure(describeFileError(m_name, "written", error.default_error_condition().value()));
+        m_part.clear();
+    }
+
+  private:
+    void discard() const {
+        std::error_code ignored;
+        if (!m_part.empty())
+            std::filesystem::remove(m_part, ignored);
+    }
+
+    const std::string& m_name;
+    const std::filesystem::path m_path;
+    const std::string_view m_bytes;
+    const bool m_isReplaceable;
+    std::filesystem::path m_part;  // empty when there is none any more
+};
 
 }  // namespace
 
@@ -88,6 +115,11 @@ std::filesystem::path pathOf(const std::string& utf8) {
 #else
     return utf8;
 #endif
+}
+
+std::string utf8Of(const std::filesystem::path& path) {
+    const std::u8string text = path.generic_u8string();
+    return {text.begin(), text.end()};
 }
 
 std::string checkFileName(const std::string& path) {
@@ -108,11 +140,15 @@ std::string readFile(const std::string& path, std::size_t limit) {
 }
 
 void writeFile(const std::string& path, std::string_view bytes) {
-    const std::filesystem::path whole = pathOf(path);
-    if (isReplaceable(whole))
-        replace(whole, bytes, path);
-    else
-        fill(whole, bytes, path);
+    NewContent(path, bytes).putInPlace();
+}
+
+void writeFiles(const std::vector<NewFile>& files) {
+    std::deque<NewContent> contents;
+    for (const NewFile& file : files)
+        contents.emplace_back(file.path, file.bytes);
+    for (NewContent& content : contents)
+        content.putInPlace();
 }
 
 }  // namespace kvstation

@@ -152,15 +152,21 @@ std::optional<simwin::Collected> readCollected(const Json& object, std::string_v
     }
 }
 
-// Where the text does not tell all of its bytes, such as half a character at the field's end, they stand beside it.
-Json textJson(const Value& value) {
-    const bool isWhole = simwin::isUtf8(value.text) && simwin::fromUtf8Leniently(value.text) == value.bytes;
-    if (isWhole || value.bytes.empty())
+}  // namespace
+
+bool tellsAll(const Record& record, std::size_t field) {
+    const Value& value = record[field];
+    return value.bytes.empty() || (simwin::isUtf8(value.text) && simwin::fromUtf8Leniently(value.text) == value.bytes);
+}
+
+nlohmann::ordered_json valueJson(const Record& record, std::size_t field) {
+    const Value& value = record[field];
+    if (fields()[field].type != FieldType::Text)
+        return value.number;
+    if (tellsAll(record, field))
         return value.text;
     return {{"text", value.text}, {"hex", simwin::hexText(value.bytes, ' ')}};
 }
-
-}  // namespace
 
 std::string printed(const nlohmann::ordered_json& json) {
     return json.dump(kJsonIndent, ' ', false, Json::error_handler_t::replace) + "\n";
@@ -169,13 +175,8 @@ std::string printed(const nlohmann::ordered_json& json) {
 std::string jsonView(const Report& report) {
     const Record& record = report.record;
     Json object = Json::object();
-    for (std::size_t i = 0; i < fields().size(); ++i) {
-        const Field& field = fields()[i];
-        if (field.type == FieldType::Text)
-            object[std::string(field.name)] = textJson(record[i]);
-        else
-            object[std::string(field.name)] = record[i].number;
-    }
+    for (std::size_t i = 0; i < fields().size(); ++i)
+        object[std::string(fields()[i].name)] = valueJson(record, i);
     object[kCollected] = report.collected ? simwin::collectedJson(*report.collected) : Json();
     return printed(object);
 }

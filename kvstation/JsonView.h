@@ -14,6 +14,12 @@ namespace kvstation {
 
 std::string jsonView(const Report& report);
 
+// Of one field.
+nlohmann::ordered_json valueJson(const Record& record, std::size_t field);
+
+// False for a text that does not tell all of its bytes, such as one with half a character at the field's end.
+bool tellsAll(const Record& record, std::size_t field);
+
 // JSON as the tool prints it; a byte that is no character becomes the replacement character.
 std::string printed(const nlohmann::ordered_json& json);
 

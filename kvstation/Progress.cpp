@@ -15,6 +15,18 @@ namespace {
 
 constexpr std::chrono::seconds kMoment{1};
 constexpr std::chrono::milliseconds kPause{100};
+constexpr std::size_t kBar = 20;
+
+// "[#####...............] 250 of 1000, 3 errors, 12 s left"
+std::string countText(std::size_t done, std::size_t all, std::size_t failed, std::chrono::duration<double> spent) {
+    const std::size_t filled = done * kBar / all;
+    std::string text = "[" + std::string(filled, '#') + std::string(kBar - filled, '.') + "] " + std::to_string(done) +
+                       " of " + std::to_string(all);
+    if (failed > 0)
+        text += ", " + std::to_string(failed) + (failed == 1 ? " error" : " errors");
+    const double left = spent.count() / static_cast<double>(done) * static_cast<double>(all - done);
+    return text + ", " + std::to_string(static_cast<long>(left + 0.5)) + " s left";
+}
 
 bool isTerminal() {
 #ifdef _WIN32
@@ -26,19 +38,36 @@ bool isTerminal() {
 
 }  // namespace
 
-void Progress::tell(double done) const {
+bool Progress::isTime() const {
     const Clock::time_point now = Clock::now();
-    if (now - m_begin < kMoment || now - m_shown < kPause || !isTerminal())
-        return;
-    std::fprintf(stderr, "\r%s: %d %%", m_what.c_str(), static_cast<int>(done * 100));
+    return now - m_begin >= kMoment && now - m_shown >= kPause && isTerminal();
+}
+
+void Progress::show(const std::string& text) const {
+    std::fprintf(stderr, "\r%s: %s\x1b[K", m_what.c_str(), text.c_str());
     std::fflush(stderr);
-    m_shown = now;
+    m_shown = Clock::now();
     m_isShown = true;
 }
 
-Progress::~Progress() {
+void Progress::tell(double done) const {
+    if (isTime())
+        show(std::to_string(static_cast<int>(done * 100)) + " %");
+}
+
+void Progress::tell(std::size_t done, std::size_t all, std::size_t failed) const {
+    if (isTime())
+        show(countText(done, all, failed, Clock::now() - m_begin));
+}
+
+void Progress::clear() const {
     if (m_isShown)
         std::fprintf(stderr, "\r\x1b[K");
+    m_isShown = false;
+}
+
+Progress::~Progress() {
+    clear();
 }
 
 }  // namespace kvstation

@@ -11,9 +11,6 @@
 namespace kvstation {
 namespace {
 
-// Far more than a record in JSON takes, with every character escaped.
-constexpr std::size_t kLongestFile = 256 * 1024;
-
 // A record as the module needs it, or a caller's whole structure, which the compiler rounds up.
 bool isRawSize(std::size_t size) {
     return size == KVCSTAT_RECORD_SIZE || size == sizeof(STATIONDATA);
@@ -74,7 +71,7 @@ Report recordFromFileBytes(std::string_view bytes, const std::string& name) {
 }
 
 Report readRecordFile(const std::string& path) {
-    return recordFromFileBytes(readFile(path, kLongestFile), path);
+    return recordFromFileBytes(readFile(path, kLongestRecordFile), path);
 }
 
 }  // namespace kvstation

@@ -1,12 +1,16 @@
 // Records kept in files: the raw bytes, or JSON as the tool prints it, in UTF-8 or in UTF-16 with a byte-order mark.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
 #include "kvstation/Report.h"
 
 namespace kvstation {
+
+// Far more than a record in JSON takes, with every character escaped.
+inline constexpr std::size_t kLongestRecordFile = 256 * 1024;
 
 // Tells the two forms apart by what is in the file. Throws Failure when it is neither; `name` is the file it tells of.
 Report recordFromFileBytes(std::string_view bytes, const std::string& name);

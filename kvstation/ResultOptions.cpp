@@ -1,6 +1,7 @@
 #include "kvstation/ResultOptions.h"
 
 #include <CLI/App.hpp>
+#include <algorithm>
 
 #include "kvstation/Errors.h"
 #include "kvstation/Files.h"
@@ -20,48 +21,79 @@ std::string checkFieldName(const std::string& name) {
     return "'" + name + "' is no field" + describeSimilar(similarFields(name));
 }
 
-std::string fieldView(const Record& record, std::string_view name, const Terminal& terminal) {
-    const std::string text = record.textOf(findField(name));
-    return (terminal.isTerminal ? visible(text) : text) + "\n";
+constexpr const char* kStandardOutputName = "-";
+
+// A line for each field.
+std::string fieldView(const Record& record, const std::vector<std::size_t>& asked, const Terminal& terminal) {
+    std::string lines;
+    for (const std::size_t field : asked) {
+        const std::string text = record.textOf(field);
+        lines += (terminal.isTerminal ? visible(text) : text) + "\n";
+    }
+    return lines;
 }
 
 std::string view(const Report& report, const ResultOptions& options) {
     const Terminal terminal = standardOutput();
     if (options.json)
         return jsonView(report);
-    if (!options.field.empty())
-        return fieldView(report.record, options.field, terminal);
+    if (!options.fields.empty())
+        return fieldView(report.record, askedFields(options), terminal);
     return textView(report, {.all = options.all, .colours = terminal.hasColours, .width = terminal.width});
 }
 
-void writeRaw(const Report& report, const std::string& path) {
+std::string rawBytes(const Report& report, const std::string& path) {
     if (!report.bytes)
         throw Failure(path + " is not written: a record that was read from JSON has no raw bytes");
-    writeFile(path, {report.bytes->data(), report.bytes->size()});
+    return {report.bytes->data(), report.bytes->size()};
+}
+
+// What goes where; a file named "-" is standard output.
+std::vector<NewFile> results(const Report& report, const ResultOptions& options) {
+    std::vector<NewFile> files;
+    if (!options.html.empty())
+        files.push_back({options.html, htmlView(report)});
+    if (!options.raw.empty())
+        files.push_back({options.raw, rawBytes(report, options.raw)});
+    if (options.json || options.all || !options.fields.empty() || files.empty())
+        files.push_back({kStandardOutputName, view(report, options)});
+    if (std::ranges::count(files, kStandardOutputName, &NewFile::path) > 1)
+        throw WrongUse("standard output takes one result; name a file for the other");
+    return files;
 }
 
 }  // namespace
 
 void addResultOptions(CLI::App& command, ResultOptions& options) {
     CLI::Option* json = command.add_flag("--json", options.json, "Print one JSON object with the record's field names");
-    CLI::Option* field = command.add_option("--field", options.field, "Print the value of one field, for scripts");
-    field->type_name("NAME")->excludes(json)->check(checkFieldName);
+    CLI::Option* field =
+        command.add_option("--field", options.fields, "Print the value of this field, for scripts; may be repeated");
+    field->type_name("NAME")->allow_extra_args(false)->excludes(json)->check(checkFieldName);
     CLI::Option* all = command.add_flag("--all", options.all, "Print the empty fields too");
     all->excludes(json)->excludes(field);
-    command.add_option("--html", options.html, "Write a page to FILE")->type_name("FILE")->check(checkFileName);
-    command.add_option("--raw", options.raw, "Write the record's bytes to FILE")
+    command.add_option("--html", options.html, "Write a page to FILE, - for standard output")
+        ->type_name("FILE")
+        ->check(checkFileName);
+    command.add_option("--raw", options.raw, "Write the record's bytes to FILE, - for standard output")
         ->type_name("FILE")
         ->check(checkFileName);
 }
 
+std::vector<std::size_t> askedFields(const ResultOptions& options) {
+    std::vector<std::size_t> asked;
+    for (const std::string& name : options.fields)
+        asked.push_back(findField(name));
+    return asked;
+}
+
 void giveOut(const Report& report, const ResultOptions& options) {
-    const bool writesFiles = !options.html.empty() || !options.raw.empty();
-    if (!options.html.empty())
-        writeFile(options.html, htmlView(report));
-    if (!options.raw.empty())
-        writeRaw(report, options.raw);
-    if (options.json || options.all || !options.field.empty() || !writesFiles)
-        writeResult(view(report, options));
+    std::vector<NewFile> files = results(report, options);
+    const auto printed = std::ranges::find(files, kStandardOutputName, &NewFile::path);
+    const std::string text = printed == files.end() ? std::string() : std::move(printed->bytes);
+    if (printed != files.end())
+        files.erase(printed);
+    writeFiles(files);
+    writeResult(text);
 }
 
 }  // namespace kvstation

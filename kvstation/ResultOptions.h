@@ -1,7 +1,9 @@
 // How a verb that has a record gives it out: the options that these verbs share.
 #pragma once
 
+#include <cstddef>
 #include <string>
+#include <vector>
 
 #include "kvstation/Report.h"
 
@@ -14,15 +16,19 @@ namespace kvstation {
 struct ResultOptions {
     bool all = false;
     bool json = false;
-    std::string field;
-    std::string html;  // file names; empty: not asked for
+    std::vector<std::string> fields;
+    std::string html;  // file names, "-" for standard output; empty: not asked for
     std::string raw;
 };
+
+// Indexes into fields(), in the order in which they were asked for.
+std::vector<std::size_t> askedFields(const ResultOptions& options);
 
 // `options` must live as long as the command.
 void addResultOptions(CLI::App& command, ResultOptions& options);
 
-// Writes the files that were asked for, and to standard output what else was asked for: without any wish the text.
+// Writes the files that were asked for, all or none, and to standard output what else was asked for: without any wish
+// the text. Throws Failure, and WrongUse where standard output would get two results.
 void giveOut(const Report& report, const ResultOptions& options);
 
 }  // namespace kvstation

@@ -1,6 +1,7 @@
-// The verb "simulate": the record of a described station.
+// The verb "simulate": the records of described stations.
 #include <CLI/App.hpp>
 #include <memory>
+#include <optional>
 
 #include "kvstation/CallTimes.h"
 #include "kvstation/Errors.h"
@@ -11,13 +12,14 @@
 #include "kvstation/TracedStation.h"
 #include "kvstation/Verb.h"
 #include "kvstation/cause/StationSource.h"
+#include "kvstation/sets/RowForm.h"
 
 namespace kvstation {
 namespace {
 
 struct SimulateOptions {
     ResultOptions result;
-    std::string station;
+    SetOptions set;
     WhatIf whatIf;
     bool times = false;
 };
@@ -25,9 +27,10 @@ struct SimulateOptions {
 constexpr const char* kCaption =
     "The simulated Windows answered: the times below are its own, not the described station's.\n";
 
-int simulate(const SimulateOptions& options) {
-    const simwin::Station station = stationFrom(options.station, options.whatIf);
-    Report report = simulateStation(station, options.station);
+int simulateOne(const SimulateOptions& options) {
+    const std::string& folder = options.set.places.given.front();
+    const simwin::Station station = stationFrom(folder, options.whatIf);
+    Report report = simulateStation(station, folder);
     if (!options.result.html.empty())
         report.causes = allCauses(station);
     giveOut(report, options.result);
@@ -38,16 +41,38 @@ int simulate(const SimulateOptions& options) {
     return kExitSuccess;
 }
 
+int simulateSet(const SimulateOptions& options) {
+    if (options.times)
+        throw WrongUse("--times are those of one station");
+    std::optional<Collector> collector;
+    const auto rowOf = [&](const Source& source) {
+        const simwin::Station station = stationFrom(source.path, options.whatIf);
+        if (!collector)
+            collector.emplace();
+        return StationRow{source.name, source.path, station.codePages.ansi,
+                          simulateStation(station, source.name, *collector)};
+    };
+    return giveOutRows(options.set, options.result, SourceKind::Stations, "simulating", rowOf);
+}
+
+int simulate(const SimulateOptions& options) {
+    if (options.set.places.isEmpty())
+        throw WrongUse("STATION or --from is required; 'kvstation simulate --help' tells more");
+    return options.set.isSet() ? simulateSet(options) : simulateOne(options);
+}
+
 }  // namespace
 
 Verb addSimulate(CLI::App& tool) {
     const auto options = std::make_shared<SimulateOptions>();
-    CLI::App* command = tool.add_subcommand("simulate", "Collect the record of a described station and show it");
-    command->add_option("STATION", options->station, "The folder with registry.reg and station.json")
-        ->type_name("")
-        ->required()
+    CLI::App* command = tool.add_subcommand("simulate", "Collect the records of described stations and show them");
+    command
+        ->add_option("STATION", options->set.places.given,
+                     "Folders with registry.reg and station.json, folders of them, or patterns")
+        ->type_name("...")
         ->check(checkFileName);
     addResultOptions(*command, options->result);
+    addSetOptions(*command, options->set);
     addWhatIf(*command, options->whatIf);
     command
         ->add_flag("--times", options->times,

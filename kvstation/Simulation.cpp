@@ -26,8 +26,12 @@ std::string productOf(const simwin::Station& station) {
 }  // namespace
 
 Report simulateStation(const simwin::Station& station, const std::string& origin) {
+    return simulateStation(station, origin, Collector());
+}
+
+Report simulateStation(const simwin::Station& station, const std::string& origin, const Collector& collector) {
     simwin::Machine machine(station);
-    const RecordBytes bytes = collectOn(machine);
+    const RecordBytes bytes = collector.collect(machine);
     const simwin::CodePageScope scope(station.codePages.ansi);
     return {.record = Record(bytes),
             .bytes = bytes,

@@ -4,11 +4,14 @@
 #include <string>
 
 #include "kvstation/Report.h"
+#include "kvstation/Stage.h"
 #include "simwin/Station.h"
 
 namespace kvstation {
 
 // Runs the module on the station. `origin` is where it comes from, for people.
 Report simulateStation(const simwin::Station& station, const std::string& origin);
+// By a module that is there already.
+Report simulateStation(const simwin::Station& station, const std::string& origin, const Collector& collector);
 
 }  // namespace kvstation

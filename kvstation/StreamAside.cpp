@@ -1,5 +1,6 @@
 #include "kvstation/StreamAside.h"
 
+#include <cerrno>
 #include <cstdio>
 
 #ifdef _WIN32
@@ -26,6 +27,10 @@ void put(int file, int place) {
 void closeFile(int file) {
     _close(file);
 }
+auto writeSome(int file, std::string_view bytes) {
+    _setmode(file, _O_BINARY);
+    return _write(file, bytes.data(), static_cast<unsigned>(bytes.size()));
+}
 #else
 int openNowhere() {
     return open("/dev/null", O_WRONLY | O_CLOEXEC);
@@ -38,6 +43,9 @@ void put(int file, int place) {
 }
 void closeFile(int file) {
     close(file);
+}
+auto writeSome(int file, std::string_view bytes) {
+    return write(file, bytes.data(), bytes.size());
 }
 #endif
 
@@ -60,6 +68,17 @@ StreamAside::~StreamAside() {
         return;
     put(m_kept, m_file);
     closeFile(m_kept);
+}
+
+bool writeTo(int kept, std::string_view bytes) {
+    while (!bytes.empty()) {
+        const auto written = writeSome(kept, bytes);
+        if (written < 0 && errno != EINTR)
+            return false;
+        if (written > 0)
+            bytes.remove_prefix(static_cast<std::size_t>(written));
+    }
+    return true;
 }
 
 }  // namespace kvstation

@@ -2,6 +2,8 @@
 // what a library writes to that stream goes nowhere.
 #pragma once
 
+#include <string_view>
+
 namespace kvstation {
 
 inline constexpr int kStandardOutput = 1;
@@ -22,5 +24,8 @@ class StreamAside {
     int m_file;
     int m_kept;
 };
+
+// All of it, as it is, to a stream that was kept. False: it takes no more.
+bool writeTo(int kept, std::string_view bytes);
 
 }  // namespace kvstation

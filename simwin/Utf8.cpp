@@ -81,6 +81,19 @@ std::u16string utf16FromBytes(std::string_view littleEndianBytes) {
     return units;
 }
 
+std::string repairedUtf8(std::string_view text) {
+    std::string repaired;
+    while (!text.empty()) {
+        const std::size_t length = decodeUtf8(text).length;
+        if (length != 0)
+            repaired += text.substr(0, length);
+        else
+            appendUtf8(repaired, kReplacementCharacter);
+        text.remove_prefix(std::max<std::size_t>(length, 1));
+    }
+    return repaired;
+}
+
 std::string utf8FromUtf16(std::u16string_view text) {
     std::string utf8;
     for (std::size_t i = 0; i < text.size(); ++i) {

@@ -20,6 +20,9 @@ bool isUtf8(std::string_view text) noexcept;
 // Stands for what is no character.
 inline constexpr char32_t kReplacementCharacter = 0xFFFD;
 
+// The text with the replacement character in the place of each byte that is no character.
+std::string repairedUtf8(std::string_view text);
+
 // The units of UTF-16LE data; half of one at the end is dropped.
 std::u16string utf16FromBytes(std::string_view littleEndianBytes);
 

@@ -77,7 +77,7 @@ TEST_F(Program, VersionIsOneLine) {
 TEST_F(Program, WrongUseIsOneLineAndStatus2) {
     expectRefusal(run({}), 2, "which verb? 'kvstation --help' lists them");
     expectRefusal(run({"shwo"}), 2, "'shwo' is no verb; close to it: show; 'kvstation --help' lists the verbs");
-    expectRefusal(run({"decode"}), 2, "FILE is required; 'kvstation decode --help' tells more");
+    expectRefusal(run({"decode"}), 2, "FILE or --from is required; 'kvstation decode --help' tells more");
     expectRefusal(run({"layout", "--nothing"}), 2,
                   "The following argument was not expected: --nothing; 'kvstation layout --help' tells more");
     EXPECT_EQ(run({"decode", raw, "--json", "--field", "szOS"}).status, 2);
@@ -146,7 +146,7 @@ TEST_F(Program, AFileThatIsNotThereIsOneLine) {
 TEST_F(Program, AFolderInAFilesPlaceIsOneLine) {
     const std::string place = folder / "place";
     std::filesystem::create_directory(place);
-    expectRefusal(run({"decode", place}), 1, place + " cannot be read: Is a directory (error 21)");
+    expectRefusal(run({"decode", place}), 1, place + " holds no file");
     expectRefusal(run({"decode", raw, "--html", place}), 1, place + " cannot be written: Is a directory (error 21)");
 }
 
@@ -412,7 +412,8 @@ std::string completions(const std::string& words) {
 
 TEST_F(Program, BashCompletesVerbsOptionsAndFields) {
     EXPECT_EQ(completions("sim"), "simulate\n");
-    EXPECT_EQ(completions("decode --"), "--help --code-page --json --field --all --html --raw\n");
+    EXPECT_EQ(completions("decode --"),
+              "--help --code-page --json --field --all --html --raw --from --jobs --ndjson --csv --sqlite\n");
     EXPECT_EQ(completions("decode x --field szMA"), "szMACAddress\n");
     EXPECT_EQ(completions("decode x --field = szMA"), "szMACAddress\n");
     EXPECT_THAT(completions("decode x --field ="), StartsWith("szStation szUserName "));
@@ -427,7 +428,8 @@ TEST_F(Program, BashCompletesVerbsOptionsAndFields) {
 TEST_F(Program, BashCompletesTheOptionsOfEachVerb) {
     EXPECT_EQ(completions("show --"), "--help --json --field --all --html --raw --times --timeout\n");
     EXPECT_EQ(completions("simulate x --"),
-              "--help --json --field --all --html --raw --set --version --unset --value --fail --times\n");
+              "--help --json --field --all --html --raw --from --jobs --ndjson --csv --sqlite --set --version --unset "
+              "--value --fail --times\n");
     EXPECT_EQ(completions("diff --"), "--help --code-page --set --version --unset --value --fail\n");
     EXPECT_EQ(completions("layout --"), "--help --json --markdown --over\n");
     EXPECT_EQ(completions("trace --"),

@@ -1,0 +1,101 @@
+#include "kvstation/sets/RowDatabase.h"
+
+#include "kvstation/Errors.h"
+#include "kvstation/JsonView.h"
+#include "kvstation/sets/Database.h"
+
+namespace kvstation {
+namespace {
+
+std::string quotedName(std::string_view name) {
+    return "\"" + std::string(name) + "\"";
+}
+
+// "name" TEXT PRIMARY KEY, "source" TEXT, ... of all columns.
+std::string columnDefinitions() {
+    std::string text;
+    for (const AboutColumn& column : kAboutRow)
+        text += (text.empty() ? quotedName(column.name) + " TEXT PRIMARY KEY"
+                              : ", " + quotedName(column.name) + (column.isNumber ? " INTEGER" : " TEXT"));
+    for (const Field& field : fields())
+        text += ", " + quotedName(field.name) + (field.type == FieldType::Text ? " TEXT" : " INTEGER");
+    return text;
+}
+
+std::string insertStatement() {
+    std::string columns;
+    std::string places;
+    const auto add = [&](std::string_view name) {
+        columns += (columns.empty() ? "" : ", ") + quotedName(name);
+        places += places.empty() ? "?" : ", ?";
+    };
+    for (const AboutColumn& column : kAboutRow)
+        add(column.name);
+    for (const Field& field : fields())
+        add(field.name);
+    return "INSERT OR REPLACE INTO stations (" + columns + ") VALUES (" + places + ")";
+}
+
+Cell cellOf(const Record& record, std::size_t field) {
+    if (fields()[field].type != FieldType::Text)
+        return {Cell::Kind::Number, std::to_string(record[field].number)};
+    if (!tellsAll(record, field))
+        return {Cell::Kind::Bytes, record[field].bytes};
+    return {Cell::Kind::Text, record[field].text};
+}
+
+void bind(Statement& statement, int place, const Cell& cell) {
+    switch (cell.kind) {
+        case Cell::Kind::Nothing:
+            return statement.bindNothing(place);
+        case Cell::Kind::Text:
+            return statement.bindText(place, cell.value);
+        case Cell::Kind::Number:
+            return statement.bindNumber(place, std::stoll(cell.value));
+        case Cell::Kind::Bytes:
+            return statement.bindBytes(place, cell.value);
+    }
+}
+
+// The file as it is ready to be written into.
+Database begin(const std::string& file) {
+    Database database(file, Database::Access::Write);
+    database.run("BEGIN IMMEDIATE");
+    database.run("CREATE TABLE IF NOT EXISTS stations (" + columnDefinitions() + ")");
+    return database;
+}
+
+}  // namespace
+
+std::vector<Cell> databaseCells(const StationRow& row) {
+    std::vector<Cell> cells;
+    const auto about = aboutRow(row);
+    for (std::size_t i = 0; i < about.size(); ++i)
+        cells.push_back(about[i] ? Cell{kAboutRow[i].isNumber ? Cell::Kind::Number : Cell::Kind::Text, *about[i]}
+                                 : Cell{});
+    for (std::size_t i = 0; i < fields().size(); ++i)
+        cells.push_back(cellOf(row.report.record, i));
+    return cells;
+}
+
+struct DatabaseWriter::Open {
+    explicit Open(const std::string& file) : database(begin(file)), insert(database, insertStatement()) {}
+
+    Database database;
+    Statement insert;
+};
+
+DatabaseWriter::DatabaseWriter(const std::string& file) : m_open(std::make_unique<Open>(file)) {}
+DatabaseWriter::~DatabaseWriter() = default;  // what is not finished is rolled back
+
+void DatabaseWriter::put(const std::vector<Cell>& cells) {
+    for (std::size_t i = 0; i < cells.size(); ++i)
+        bind(m_open->insert, static_cast<int>(i + 1), cells[i]);
+    m_open->insert.step();
+}
+
+void DatabaseWriter::finish() {
+    m_open->database.run("COMMIT");
+}
+
+}  // namespace kvstation

@@ -1,0 +1,34 @@
+// Rows in the table "stations" of an SQLite file: a column for each thing that a row tells, a row for each name.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "kvstation/sets/Cells.h"
+#include "kvstation/sets/StationRow.h"
+
+namespace kvstation {
+
+// In the order of the table's columns. A text that holds bytes that are no character is a blob of its bytes.
+std::vector<Cell> databaseCells(const StationRow& row);
+
+class DatabaseWriter {
+  public:
+    // Makes the file or the table where it is missing. All functions throw Failure, in one line with the file's name.
+    // Nothing is in the file before `finish`.
+    explicit DatabaseWriter(const std::string& file);
+    DatabaseWriter(const DatabaseWriter&) = delete;
+    DatabaseWriter& operator=(const DatabaseWriter&) = delete;
+    ~DatabaseWriter();
+
+    // In the place of one of the same name, if there is one.
+    void put(const std::vector<Cell>& cells);
+    void finish();
+
+  private:
+    struct Open;
+    std::unique_ptr<Open> m_open;
+};
+
+}  // namespace kvstation

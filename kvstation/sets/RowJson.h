@@ -1,0 +1,30 @@
+// Rows as NDJSON: one JSON object a line, which docs/station-row.schema.json describes.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "kvstation/sets/StationRow.h"
+
+namespace kvstation {
+
+class RowJsonWriter {
+  public:
+    explicit RowJsonWriter(FieldList fields);
+    RowJsonWriter(const RowJsonWriter&) = delete;
+    RowJsonWriter& operator=(const RowJsonWriter&) = delete;
+    ~RowJsonWriter();
+
+    // With its end of line.
+    std::string line(const StationRow& row);
+
+  private:
+    struct Template;
+    std::unique_ptr<Template> m_template;
+};
+
+// The JSON Schema of the line.
+std::string rowSchema();
+
+}  // namespace kvstation

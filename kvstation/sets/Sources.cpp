@@ -1,0 +1,187 @@
+#include "kvstation/sets/Sources.h"
+
+#include <CLI/App.hpp>
+#include <algorithm>
+#include <string_view>
+#include <unordered_map>
+
+#include "kvstation/Errors.h"
+#include "kvstation/Files.h"
+#include "kvstation/sets/Pattern.h"
+#include "kvstation/sets/StandardInput.h"
+
+namespace kvstation {
+namespace {
+
+constexpr std::size_t kLongestList = std::size_t{256} << 20;
+constexpr std::string_view kRecordEndings[] = {".bin", ".json"};
+
+// A record's file is named after its station.
+std::string withoutEnding(std::string name) {
+    for (const std::string_view ending : kRecordEndings)
+        if (name.size() > ending.size() && name.ends_with(ending))
+            name.resize(name.size() - ending.size());
+    return name;
+}
+
+// "stations/pc-17/" is pc-17, and "." what the folder is called.
+std::string lastComponent(const std::string& place) {
+    std::error_code ignored;
+    std::filesystem::path path = std::filesystem::absolute(pathOf(place), ignored).lexically_normal();
+    if (!path.has_filename())
+        path = path.parent_path();
+    return utf8Of(path.filename());
+}
+
+// One run through the places, which gathers what they stand for.
+class Search {
+  public:
+    explicit Search(SourceKind kind) : m_kind(kind) {}
+
+    void add(const std::string& place) {
+        std::error_code ignored;
+        if (place == kStandardInput && m_kind == SourceKind::Records)
+            m_found.push_back({kStandardInput, kStandardInput, {}});
+        else if (isFolder(place))
+            addFolder(place);
+        else if (isPattern(place) && !std::filesystem::exists(pathOf(place), ignored))
+            addPattern(place);
+        else
+            addOne(place);
+    }
+
+    std::vector<Source> take() { return std::move(m_found); }
+
+  private:
+    void addOne(const std::string& path) {
+        const std::string name = lastComponent(path);
+        m_found.push_back({m_kind == SourceKind::Records ? withoutEnding(name) : name, path, {}});
+    }
+
+    void addWrong(const std::string& path, const std::string& wrong) { m_found.push_back({path, path, wrong}); }
+
+    void addPattern(const std::string& pattern) {
+        const std::vector<std::string> matches = pathsLike(pattern);
+        if (matches.empty())
+            addWrong(pattern, pattern + " matches no file and no folder");
+        for (const std::string& match : matches)
+            add(match);
+    }
+
+    void addFolder(const std::string& folder) {
+        if (isStationFolder(folder)) {
+            if (m_kind == SourceKind::Stations)
+                addOne(folder);
+            else
+                addWrong(folder, folder + " is a described station; 'kvstation simulate' makes its record");
+            return;
+        }
+        const std::size_t before = m_found.size();
+        lookThrough(pathOf(folder), {});
+        if (m_found.size() == before)
+            addWrong(folder, folder + (m_kind == SourceKind::Stations
+                                           ? " holds no station, which is a folder with registry.reg and station.json"
+                                           : " holds no file"));
+    }
+
+    // `name`: of the folder below the one that was named.
+    void lookThrough(const std::filesystem::path& folder, const std::string& name) {
+        std::error_code error;
+        std::vector<std::filesystem::directory_entry> entries;
+        for (std::filesystem::directory_iterator at(folder, error), end; !error && at != end; at.increment(error))
+            entries.push_back(*at);
+        if (error)
+            addWrong(utf8Of(folder),
+                     describeFileError(utf8Of(folder), "read", error.default_error_condition().value()));
+        std::ranges::sort(entries, {}, &std::filesystem::directory_entry::path);
+        for (const std::filesystem::directory_entry& entry : entries)
+            addEntry(entry,
+                     name.empty() ? utf8Of(entry.path().filename()) : name + "/" + utf8Of(entry.path().filename()));
+    }
+
+    // A link to a station is one; a link to a folder of them may lead round in a circle.
+    void addEntry(const std::filesystem::directory_entry& entry, const std::string& name) {
+        std::error_code ignored;
+        if (utf8Of(entry.path().filename()).starts_with('.'))
+            return;
+        if (!entry.is_directory(ignored)) {
+            if (m_kind == SourceKind::Records)
+                m_found.push_back({withoutEnding(name), utf8Of(entry.path()), {}});
+        } else if (isStationFolder(utf8Of(entry.path()))) {
+            if (m_kind == SourceKind::Stations)
+                m_found.push_back({name, utf8Of(entry.path()), {}});
+        } else if (!entry.is_symlink(ignored)) {
+            lookThrough(entry.path(), name);
+        }
+    }
+
+    SourceKind m_kind;
+    std::vector<Source> m_found;
+};
+
+std::string_view withoutMark(std::string_view text) {
+    return text.starts_with("\xEF\xBB\xBF") ? text.substr(3) : text;
+}
+
+void addList(Search& search, const std::string& list) {
+    const std::string text = list == kStandardInput ? readStandardInput(kLongestList) : readFile(list, kLongestList);
+    for (std::string_view rest = withoutMark(text); !rest.empty();) {
+        const std::size_t end = std::min(rest.find('\n'), rest.size());
+        std::string_view line = rest.substr(0, end);
+        rest.remove_prefix(std::min(end + 1, rest.size()));
+        if (line.ends_with('\r'))
+            line.remove_suffix(1);
+        if (!line.empty())
+            search.add(std::string(line));
+    }
+}
+
+}  // namespace
+
+void addPlaces(CLI::App& command, Places& places) {
+    command
+        .add_option("--from", places.list,
+                    "Take those too that FILE lists, a line each; - reads the list from standard input")
+        ->type_name("FILE|-")
+        ->check(checkFileName);
+}
+
+bool isStationFolder(const std::string& path) {
+    std::error_code ignored;
+    return std::filesystem::exists(pathOf(path + "/station.json"), ignored) ||
+           std::filesystem::exists(pathOf(path + "/registry.reg"), ignored);
+}
+
+bool isOne(const Places& places) {
+    if (!places.list.empty() || places.given.size() != 1)
+        return false;
+    const std::string& place = places.given.front();
+    std::error_code ignored;
+    return isFolder(place) ? isStationFolder(place)
+                           : !isPattern(place) || std::filesystem::exists(pathOf(place), ignored);
+}
+
+std::vector<Source> sourcesOf(const Places& places, SourceKind kind) {
+    const bool readsRecord = std::ranges::find(places.given, kStandardInput) != places.given.end();
+    if (places.list == kStandardInput && readsRecord && kind == SourceKind::Records)
+        throw WrongUse("standard input is either the list or a record");
+    Search search(kind);
+    for (const std::string& place : places.given)
+        search.add(place);
+    if (!places.list.empty())
+        addList(search, places.list);
+    return search.take();
+}
+
+void refuseDoubles(std::vector<Source>& sources) {
+    std::unordered_map<std::string_view, const Source*> first;
+    first.reserve(sources.size());
+    for (Source& source : sources) {
+        const auto [at, isNew] = first.try_emplace(source.name, &source);
+        if (!isNew && source.wrong.empty())
+            source.wrong = source.path + " has the name of " + at->second->path + ", '" + source.name +
+                           "'; a folder above both tells them apart";
+    }
+}
+
+}  // namespace kvstation

@@ -1,0 +1,247 @@
+// Many records in the forms that they are given out in.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <nlohmann/json.hpp>
+
+#include "../RunningProgram.h"
+#include "../Samples.h"
+#include "../TemporaryFolder.h"
+#include "kvstation/Files.h"
+#include "kvstation/sets/Database.h"
+#include "kvstation/sets/RowCsv.h"
+#include "kvstation/sets/RowJson.h"
+#include "kvstation/sets/RowTable.h"
+
+namespace kvstation {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::StartsWith;
+using Json = nlohmann::ordered_json;
+
+ProgramRun run(std::vector<std::string> arguments) {
+    arguments.insert(arguments.begin(), KVSTATION_PROGRAM);
+    return runProgram(arguments);
+}
+
+std::vector<std::string> lines(const std::string& text) {
+    std::vector<std::string> found;
+    for (std::size_t at = 0; at < text.size();) {
+        const std::size_t end = std::min(text.find('\n', at), text.size());
+        found.push_back(text.substr(at, end - at));
+        at = end + 1;
+    }
+    return found;
+}
+
+StationRow sampleRow() {
+    StationRow row{"branch/pc1", "records/branch/pc1.bin", 1252, {.record = Record(sampleBytes())}};
+    row.report.collected = simwin::Collected{.at = "2026-11-22T12:00:00Z", .library = "1.2.0.0", .tool = ""};
+    return row;
+}
+
+const FieldList kTwo = {findField("szStation"), findField("dwSessionId")};
+
+TEST(RowJson, ALineTellsWhatARowIsAndItsFields) {
+    RowJsonWriter writer(kTwo);
+    const std::string line = writer.line(sampleRow());
+    EXPECT_THAT(line, StartsWith("{\"name\":\"branch/pc1\",\"source\":\"records/branch/pc1.bin\",\"codePage\":1252,"));
+    EXPECT_THAT(line, testing::EndsWith("}\n"));
+    const Json json = Json::parse(line);
+    EXPECT_EQ(json["collected"], Json::parse(R"({"at": "2026-11-22T12:00:00Z", "library": "1.2.0.0"})"));
+    EXPECT_EQ(json["fields"], Json::parse(R"({"szStation": "PC-LAB3", "dwSessionId": 4294967294})"));
+}
+
+TEST(RowJson, NothingOfOneLineStaysInTheNext) {
+    RowJsonWriter writer(kTwo);
+    writer.line(sampleRow());
+    const Json json = Json::parse(writer.line({"b", "b.bin", 437, {}}));
+    EXPECT_EQ(json["name"], "b");
+    EXPECT_EQ(json["codePage"], 437);
+    EXPECT_TRUE(json["collected"].is_null());
+    EXPECT_EQ(json["fields"], Json::parse(R"({"szStation": "", "dwSessionId": 0})"));
+}
+
+TEST(RowCsv, CellsWithCommasQuotesAndEndsOfLinesStandInQuotes) {
+    RecordBytes bytes = sampleBytes();
+    put(bytes, 0, "A,\"B\"\r\nC");
+    StationRow row = sampleRow();
+    row.report.record = Record(bytes);
+    EXPECT_EQ(csvLine(row, kTwo), "branch/pc1,records/branch/pc1.bin,1252," + std::string(rowTool()) +
+                                      ",2026-11-22T12:00:00Z,1.2.0.0,,\"A,\"\"B\"\"\r\nC\",4294967294\r\n");
+    EXPECT_EQ(csvHeader(kTwo),
+              "name,source,codePage,tool,collectedAt,collectedByLibrary,collectedByTool,szStation,dwSessionId\r\n");
+}
+
+TEST(RowCsv, AByteThatIsNoCharacterIsTheReplacementCharacter) {
+    StationRow row = sampleRow();
+    row.report.record[findField("szStation")].text = "A\xE4";
+    EXPECT_THAT(csvLine(row, {findField("szStation")}), HasSubstr(",A\xEF\xBF\xBD\r\n"));
+}
+
+TEST(RowTable, ColumnsAreAsWideAsTheirWidestCell) {
+    TableWriter table(kTwo);
+    EXPECT_EQ(table.add({"pc1", "LONG-NAME-OF-IT", "1"}), "");
+    EXPECT_EQ(table.add({"\xE6\x9D\x8E", "B", ""}), "");
+    EXPECT_EQ(table.finish(),
+              "name  szStation        dwSessionId\n"
+              "pc1   LONG-NAME-OF-IT  1\n"
+              "\xE6\x9D\x8E    B\n");
+}
+
+TEST(RowTable, BehindTheFirstRowsLinesComeAtOnce) {
+    TableWriter table({});
+    std::string text;
+    for (int i = 0; i < 1000; ++i)
+        text += table.add({"a"});
+    EXPECT_THAT(text, StartsWith("name\na\n"));
+    EXPECT_EQ(table.add({"wider"}), "wider\n");
+    EXPECT_EQ(table.finish(), "");
+}
+
+class RecordSet : public testing::Test {
+  protected:
+    RecordSet() {
+        RecordBytes bytes = sampleBytes();
+        for (const char* name : {"pc1", "pc2"}) {
+            std::memcpy(bytes.data(), name, 4);
+            std::filesystem::create_directories(folder / "records");
+            writeFile(folder / (std::string("records/") + name + ".bin"), {bytes.data(), bytes.size()});
+        }
+    }
+
+    const TemporaryFolder folder;
+    const std::string records = folder / "records";
+};
+
+TEST_F(RecordSet, IsALineForEachRecord) {
+    const ProgramRun told = run({"decode", records, "--ndjson", "--field", "szStation", "--jobs", "2"});
+    EXPECT_EQ(told.status, 0);
+    EXPECT_EQ(told.errors, "");
+    const std::vector<std::string> rows = lines(told.output);
+    ASSERT_EQ(rows.size(), 2u);
+    EXPECT_EQ(Json::parse(rows[0])["name"], "pc1");
+    EXPECT_EQ(Json::parse(rows[0])["source"], records + "/pc1.bin");
+    EXPECT_EQ(Json::parse(rows[1])["fields"], Json::parse(R"({"szStation": "pc2"})"));
+}
+
+TEST_F(RecordSet, IsATableOfTheFieldsAskedFor) {
+    EXPECT_EQ(run({"decode", records, "--field", "szStation", "--field", "szIPAddress"}).output,
+              "name  szStation  szIPAddress\npc1   pc1        10.0.0.5\npc2   pc2        10.0.0.5\n");
+}
+
+TEST_F(RecordSet, IsEachRecordBelowItsNameOtherwise) {
+    EXPECT_EQ(run({"decode", records}).output, "pc1:\n" + run({"decode", records + "/pc1.bin"}).output + "\npc2:\n" +
+                                                   run({"decode", records + "/pc2.bin"}).output + "\n");
+}
+
+TEST_F(RecordSet, ABadOneCostsALineAndTheStatus) {
+    writeFile(records + "/pc15.bin", "short");
+    const ProgramRun told = run({"decode", records, "--csv", "--field", "szStation"});
+    EXPECT_EQ(told.status, 1);
+    EXPECT_EQ(lines(told.output).size(), 3u);
+    EXPECT_EQ(told.errors, "kvstation: " + records +
+                               "/pc15.bin is no station record: it is no JSON object and has 5 bytes, where a raw "
+                               "record has 4934\n");
+}
+
+TEST_F(RecordSet, OfStandardInputAndFilesKeepsTheirOrder) {
+    const ProgramRun told = runProgram({"/bin/sh", "-c",
+                                        "exec \"$0\" decode \"$1/pc2.bin\" - \"$1/pc1.bin\" --field szStation "
+                                        "<\"$1/pc1.bin\"",
+                                        KVSTATION_PROGRAM, records});
+    EXPECT_EQ(told.output, "name  szStation\npc2   pc2\n-     pc1\npc1   pc1\n");
+}
+
+TEST_F(RecordSet, OneRecordFromStandardInputIsShownByItself) {
+    const ProgramRun told = runProgram(
+        {"/bin/sh", "-c", "exec \"$0\" decode - --field szStation <\"$1/pc1.bin\"", KVSTATION_PROGRAM, records});
+    EXPECT_EQ(told.output, "pc1\n");
+    EXPECT_EQ(told.status, 0);
+}
+
+TEST_F(RecordSet, RefusesWhatThereIsOfOneRecordAlone) {
+    const auto refusal = [&](const std::string& option) {
+        const ProgramRun refused = run({"decode", records, option, folder / "x"});
+        EXPECT_EQ(refused.status, 2);
+        EXPECT_EQ(refused.output, "");
+        return refused.errors;
+    };
+    EXPECT_EQ(refusal("--html"), "kvstation: --html writes one record\n");
+    EXPECT_EQ(refusal("--raw"), "kvstation: --raw writes one record\n");
+    EXPECT_EQ(run({"decode", records, "--json"}).errors,
+              "kvstation: --json prints one record; --ndjson prints one a line\n");
+}
+
+TEST_F(RecordSet, FillsATableInAnSqliteFileAndReplacesThoseOfTheSameNames) {
+    const std::string file = folder / "fleet.db";
+    ASSERT_EQ(run({"decode", records, "--sqlite", file}).status, 0);
+    RecordBytes bytes = sampleBytes();
+    std::memcpy(bytes.data(), "NEW", 4);
+    writeFile(records + "/pc2.bin", {bytes.data(), bytes.size()});
+    std::filesystem::remove(records + "/pc1.bin");
+    const ProgramRun second = run({"decode", records, "--sqlite", file});
+    EXPECT_EQ(second.status, 0);
+    EXPECT_EQ(second.output + second.errors, "");
+    const Database database(file, Database::Access::Read);
+    Statement rows(database, "SELECT name, szStation, dwSessionId, collectedAt FROM stations ORDER BY name");
+    ASSERT_TRUE(rows.step());
+    EXPECT_EQ(rows.text(0) + "," + rows.text(1), "pc1,pc1");
+    ASSERT_TRUE(rows.step());
+    EXPECT_EQ(rows.text(0) + "," + rows.text(1), "pc2,NEW");
+    EXPECT_EQ(rows.number(2), 4294967294);
+    EXPECT_TRUE(rows.isNothing(3));
+    EXPECT_FALSE(rows.step());
+}
+
+TEST_F(RecordSet, HalfACharacterIsABlobInAnSqliteFile) {
+    RecordBytes bytes = sampleBytes();
+    std::memcpy(bytes.data(), "A\x83", 3);
+    writeFile(records + "/pc1.bin", {bytes.data(), bytes.size()});
+    const std::string file = folder / "fleet.db";
+    ASSERT_EQ(run({"decode", records + "/pc1.bin", "--code-page", "932", "--sqlite", file}).status, 0);
+    const Database database(file, Database::Access::Read);
+    Statement rows(database, "SELECT szStation, szIPAddress FROM stations");
+    ASSERT_TRUE(rows.step());
+    EXPECT_TRUE(rows.isBytes(0));
+    EXPECT_EQ(rows.text(0), "A\x83");
+    EXPECT_FALSE(rows.isBytes(1));
+}
+
+TEST_F(RecordSet, AnSqliteFileOfAnotherFormStaysAsItIs) {
+    const std::string file = folder / "fleet.db";
+    writeFile(file, std::string(4096, 'x'));
+    const ProgramRun refused = run({"decode", records, "--sqlite", file});
+    EXPECT_EQ(refused.status, 1);
+    EXPECT_EQ(refused.errors, "kvstation: " + file + ": file is not a database (SQLite error 26)\n");
+    EXPECT_EQ(readFile(file, 1 << 20), std::string(4096, 'x'));
+}
+
+TEST(StationSet, SaysOfEachStationWhatItSaysOfOne) {
+    const ProgramRun told = run({"simulate", KV_STATIONS, "--ndjson"});
+    EXPECT_EQ(told.status, 0);
+    std::vector<std::string> names;
+    for (const std::string& line : lines(told.output)) {
+        const Json row = Json::parse(line);
+        names.push_back(row["name"]);
+        if (names.back() != "windows-98-japanese" && names.back() != "windows-xp-console")
+            continue;
+        Json one = Json::parse(run({"simulate", row["source"].get<std::string>(), "--json"}).output);
+        one.erase("collected");
+        EXPECT_EQ(row["fields"], one) << names.back();
+        EXPECT_EQ(row["codePage"], names.back() == "windows-98-japanese" ? 932 : 1252);
+    }
+    EXPECT_TRUE(std::ranges::is_sorted(names));
+    EXPECT_THAT(names, testing::IsSupersetOf({"windows-98-japanese", "windows-xp-console"}));
+}
+
+TEST(StationSet, TakesWhatIsToBeDifferentForAll) {
+    const ProgramRun told =
+        run({"simulate", KV_STATIONS "/windows-xp-*", "--set", "KVIP=10.9.8.7", "--field", "szIPAddress"});
+    EXPECT_THAT(lines(told.output), ElementsAre(StartsWith("name"), testing::EndsWith(" 10.9.8.7"), testing::_));
+}
+
+}  // namespace
+}  // namespace kvstation
