@@ -172,6 +172,10 @@ std::string printed(const nlohmann::ordered_json& json) {
     return json.dump(kJsonIndent, ' ', false, Json::error_handler_t::replace) + "\n";
 }
 
+std::string printedLine(const nlohmann::ordered_json& json) {
+    return json.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n";
+}
+
 std::string jsonView(const Report& report) {
     const Record& record = report.record;
     Json object = Json::object();

@@ -22,6 +22,8 @@ bool tellsAll(const Record& record, std::size_t field);
 
 // JSON as the tool prints it; a byte that is no character becomes the replacement character.
 std::string printed(const nlohmann::ordered_json& json);
+// The same in one line.
+std::string printedLine(const nlohmann::ordered_json& json);
 
 // Reads what jsonView wrote: record and `collected`, which may be missing. Texts are in the ANSI code page in force
 // where that holds them. Throws Failure with what is wrong, a field that stands twice included; `name` is the file that

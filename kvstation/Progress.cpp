@@ -9,6 +9,7 @@
 #endif
 
 #include "kvstation/StreamAside.h"
+#include "kvstation/sets/PartProcess.h"
 
 namespace kvstation {
 namespace {
@@ -28,7 +29,10 @@ std::string countText(std::size_t done, std::size_t all, std::size_t failed, std
     return text + ", " + std::to_string(static_cast<long>(left + 0.5)) + " s left";
 }
 
+// A process that does a part of another one's work leaves the telling to that one.
 bool isTerminal() {
+    if (isPart())
+        return false;
 #ifdef _WIN32
     return _isatty(kStandardError) != 0;
 #else

@@ -12,6 +12,7 @@
 #include "kvstation/StreamAside.h"
 #include "kvstation/sets/Frames.h"
 #include "kvstation/sets/PartProcess.h"
+#include "kvstation/sets/ResultBuffer.h"
 #include "kvstation/sets/StandardInput.h"
 
 namespace kvstation {
@@ -184,6 +185,19 @@ Tally performAll(const std::vector<Source>& sources, const Work& work, const Job
             progress.tell(tally.done, sources.size(), tally.failed);
     }
     return tally;
+}
+
+int printAll(const Places& places, SourceKind kind, const std::string& what, const Perform& perform,
+             const JobOptions& options) {
+    if (isPart())
+        return servePart(perform);
+    ResultBuffer output;
+    const Tally tally = performAll(
+        sourcesOf(places, kind),
+        {.what = what, .perform = perform, .take = [&](const Source&, std::string_view text) { output.add(text); }},
+        options);
+    output.flush();
+    return tally.failed == 0 ? kExitSuccess : kExitFailure;
 }
 
 int servePart(const Perform& perform) {

@@ -44,4 +44,8 @@ Tally performAll(const std::vector<Source>& sources, const Work& work, const Job
 // What a process that isPart() does in the place of all else. Gives its exit status.
 int servePart(const Perform& perform);
 
+// Work whose results are text, to standard output in the order of the sources; gives the exit status.
+int printAll(const Places& places, SourceKind kind, const std::string& what, const Perform& perform,
+             const JobOptions& options);
+
 }  // namespace kvstation

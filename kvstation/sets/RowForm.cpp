@@ -9,6 +9,7 @@
 #include "kvstation/VisibleText.h"
 #include "kvstation/sets/Frames.h"
 #include "kvstation/sets/PartProcess.h"
+#include "kvstation/sets/ResultBuffer.h"
 #include "kvstation/sets/RowCsv.h"
 #include "kvstation/sets/RowJson.h"
 #include "kvstation/sets/RowTable.h"
@@ -18,26 +19,6 @@
 
 namespace kvstation {
 namespace {
-
-constexpr std::size_t kBufferedBytes = std::size_t{1} << 16;
-
-// Text on its way to standard output. A person sees it as it comes, a pipe gets it in blocks.
-class ResultBuffer {
-  public:
-    void add(std::string_view text) {
-        m_text += text;
-        if (m_isTerminal || m_text.size() >= kBufferedBytes)
-            flush();
-    }
-    void flush() {
-        writeResult(m_text);
-        m_text.clear();
-    }
-
-  private:
-    const bool m_isTerminal = standardOutput().isTerminal;
-    std::string m_text;
-};
 
 // Rows that are text when they are encoded.
 class TextForm : public RowForm {

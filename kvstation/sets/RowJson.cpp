@@ -41,7 +41,7 @@ std::string RowJsonWriter::line(const StationRow& row) {
     object["collected"] = row.report.collected ? simwin::collectedJson(*row.report.collected) : Json();
     for (std::size_t i = 0; i < m_template->values.size(); ++i)
         *m_template->values[i] = valueJson(row.report.record, m_template->fields[i]);
-    return object.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n";
+    return printedLine(object);
 }
 
 }  // namespace kvstation
