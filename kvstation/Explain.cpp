@@ -2,6 +2,7 @@
 #include <CLI/App.hpp>
 #include <memory>
 #include <nlohmann/json.hpp>
+#include <optional>
 
 #include "kvstation/CollectionGuard.h"
 #include "kvstation/Errors.h"
@@ -10,7 +11,6 @@
 #include "kvstation/JsonView.h"
 #include "kvstation/Output.h"
 #include "kvstation/Progress.h"
-#include "kvstation/Similar.h"
 #include "kvstation/TimeLimit.h"
 #include "kvstation/Verb.h"
 #include "kvstation/VisibleText.h"
@@ -34,14 +34,12 @@ struct ExplainOptions {
     TimeLimit limit;
 };
 
-// "explain STATION...": every field of them.
-void takeStationWithoutField(ExplainOptions& options) {
-    if (options.field.empty() || findField(options.field) != fields().size())
-        return;
-    if (!isFolder(options.field) && !isPattern(options.field))
-        throw WrongUse("the record has no field '" + options.field + "'" +
-                       describeSimilar(similarFields(options.field)) + "; 'kvstation layout' lists them");
-    options.places.given.insert(options.places.given.begin(), std::exchange(options.field, {}));
+// The field that is asked for; none is every field, as in "explain STATION...".
+std::optional<std::size_t> takeField(ExplainOptions& options) {
+    const bool isField = findTypedField(options.field) != fields().size();
+    if (!isField && (isFolder(options.field) || isPattern(options.field)))
+        options.places.given.insert(options.places.given.begin(), std::exchange(options.field, {}));
+    return options.field.empty() ? std::nullopt : std::optional(requireTypedField(options.field));
 }
 
 FieldCauses causesOfOne(World& world, const Collector& collector, ExperimentOptions options, std::size_t field) {
@@ -54,12 +52,12 @@ FieldCauses causesOfOne(World& world, const Collector& collector, ExperimentOpti
     return causes;
 }
 
-FieldCauses explainField(const ExplainOptions& options, const simwin::Station& station) {
+FieldCauses explainField(const simwin::Station& station, std::size_t field) {
     World world(station);
     const Progress progress("looking for causes");
     const ExperimentOptions experiments{.progress = [&](double done) { progress.tell(done); }};
     const Collector collector;
-    return causesOfOne(world, collector, experiments, findField(options.field));
+    return causesOfOne(world, collector, experiments, field);
 }
 
 struct Explanation {
@@ -67,9 +65,9 @@ struct Explanation {
     std::string text;
 };
 
-Explanation explainStation(const ExplainOptions& options, const simwin::Station& station, bool colours) {
-    if (!options.field.empty()) {
-        const FieldCauses causes = explainField(options, station);
+Explanation explainStation(const simwin::Station& station, std::optional<std::size_t> field, bool colours) {
+    if (field) {
+        const FieldCauses causes = explainField(station, *field);
         return {causesJson(causes), causesText(causes, colours)};
     }
     Explanation all{nlohmann::ordered_json::array(), {}};
@@ -80,20 +78,20 @@ Explanation explainStation(const ExplainOptions& options, const simwin::Station&
     return all;
 }
 
-int explainOne(const ExplainOptions& options) {
+int explainOne(const ExplainOptions& options, std::optional<std::size_t> field) {
     const std::string folder = options.places.given.empty() ? std::string() : options.places.given.front();
     const simwin::Station station = stationFrom(folder, options.whatIf);
-    const Explanation found = explainStation(options, station, standardOutput().hasColours);
+    const Explanation found = explainStation(station, field, standardOutput().hasColours);
     writeResult(options.json ? printed(found.json) : found.text + unknownText(station));
     return kExitSuccess;
 }
 
-int explainSet(const ExplainOptions& options) {
+int explainSet(const ExplainOptions& options, std::optional<std::size_t> field) {
     if (options.json)
         throw WrongUse("--json prints the causes of one station; --ndjson prints those of one a line");
     const Perform perform = [&](const Source& source) {
         const simwin::Station station = stationFrom(source.path, options.whatIf);
-        const Explanation found = explainStation(options, station, false);
+        const Explanation found = explainStation(station, field, false);
         if (!options.ndjson)
             return visible(source.name) + ":\n" + found.text + unknownText(station) + "\n";
         return printedLine({{"name", source.name}, {"source", source.path}, {"causes", found.json}});
@@ -102,10 +100,10 @@ int explainSet(const ExplainOptions& options) {
 }
 
 int explain(ExplainOptions options) {
-    takeStationWithoutField(options);
+    const std::optional<std::size_t> field = takeField(options);
     const CollectionGuard guard(options.limit.duration());
-    const bool isHere = options.places.isEmpty() && !options.ndjson;
-    return isHere || (isOne(options.places) && !options.ndjson) ? explainOne(options) : explainSet(options);
+    const bool isOneStation = options.places.isEmpty() || isOne(options.places);
+    return isOneStation && !options.ndjson ? explainOne(options, field) : explainSet(options, field);
 }
 
 }  // namespace

@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "kvstation/Errors.h"
 #include "kvstation/Similar.h"
+#include "simwin/CodePage.h"
 
 namespace kvstation {
 namespace {
@@ -48,6 +50,19 @@ std::size_t findField(std::string_view name) {
 
 bool isList(const Field& field) {
     return std::ranges::find(kLists, field.name) != std::end(kLists);
+}
+
+std::size_t findTypedField(std::string_view name) {
+    const auto isMeant = [&](const Field& field) { return simwin::equalNoCaseInUtf8(field.name, name); };
+    return static_cast<std::size_t>(std::ranges::find_if(kFields, isMeant) - std::begin(kFields));
+}
+
+std::size_t requireTypedField(std::string_view name) {
+    const std::size_t field = findTypedField(name);
+    if (field == fields().size())
+        throw WrongUse("the record has no field '" + std::string(name) + "'" + describeSimilar(similarFields(name)) +
+                       "; 'kvstation layout' lists them");
+    return field;
 }
 
 std::string hexOffset(std::size_t offset) {

@@ -33,6 +33,10 @@ std::span<const std::string_view> groups();
 
 // The index in fields(), or fields().size() when there is no such field.
 std::size_t findField(std::string_view name);
+// The same of a name that somebody typed, in any letter case.
+std::size_t findTypedField(std::string_view name);
+// And where there is none, throws WrongUse with the names that are close.
+std::size_t requireTypedField(std::string_view name);
 
 // Items that the module joins with ";". Such a sign in any other text is a part of it.
 bool isList(const Field& field);

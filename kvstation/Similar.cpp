@@ -3,17 +3,17 @@
 #include <algorithm>
 #include <numeric>
 
+#include "simwin/CodePage.h"
+
 namespace kvstation {
 namespace {
 
 constexpr std::size_t kMostWords = 3;
 constexpr std::size_t kLongestWord = 64;
 
-std::string lowerAscii(std::string_view word) {
+std::string inSmallLetters(std::string_view word) {
     std::string text(word);
-    for (char& c : text)
-        if (c >= 'A' && c <= 'Z')
-            c = static_cast<char>(c - 'A' + 'a');
+    std::ranges::transform(text, text.begin(), simwin::lowerAscii);
     return text;
 }
 
@@ -42,11 +42,11 @@ std::vector<std::string_view> similarWords(std::string_view typed, std::span<con
     };
     if (typed.empty() || typed.size() > kLongestWord)
         return {};
-    const std::string wanted = lowerAscii(typed);
+    const std::string wanted = inSmallLetters(typed);
     const std::size_t farthest = std::max<std::size_t>(2, wanted.size() / 3);
     std::vector<Candidate> candidates;
     for (const std::string_view word : words) {
-        const std::string candidate = lowerAscii(word);
+        const std::string candidate = inSmallLetters(word);
         const std::size_t distance = editDistance(wanted, candidate);
         if (distance <= farthest || (wanted.size() > 1 && candidate.find(wanted) != std::string::npos))
             candidates.push_back({distance, word});

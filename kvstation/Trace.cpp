@@ -6,7 +6,6 @@
 #include "kvstation/Errors.h"
 #include "kvstation/FieldTable.h"
 #include "kvstation/Output.h"
-#include "kvstation/Similar.h"
 #include "kvstation/TimeLimit.h"
 #include "kvstation/TraceView.h"
 #include "kvstation/TracedStation.h"
@@ -26,9 +25,7 @@ struct TraceVerbOptions {
 };
 
 int trace(const TraceVerbOptions& options) {
-    if (!options.field.empty() && findField(options.field) == fields().size())
-        throw WrongUse("the record has no field '" + options.field + "'" +
-                       describeSimilar(similarFields(options.field)) + "; 'kvstation layout' lists them");
+    const std::string field = options.field.empty() ? "" : std::string(fields()[requireTypedField(options.field)].name);
     const CollectionGuard guard(options.limit.duration());
     const bool isHere = options.station.empty() && options.whatIf.isEmpty();
     const TracedStation traced = isHere ? traceHere() : traceStation(stationFrom(options.station, options.whatIf));
@@ -36,7 +33,7 @@ int trace(const TraceVerbOptions& options) {
     for (std::size_t i = 0; i < traced.calls.size(); ++i)
         calls.push_back({traced.calls[i].call, traced.fields[i]});
     const TraceOptions shown{
-        .all = options.all, .colours = standardOutput().hasColours && !options.json, .field = options.field};
+        .all = options.all, .colours = standardOutput().hasColours && !options.json, .field = field};
     writeResult(options.json ? traceJson(calls, shown) : traceView(calls, shown));
     return kExitSuccess;
 }

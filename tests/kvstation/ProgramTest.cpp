@@ -434,8 +434,8 @@ TEST_F(Program, BashCompletesTheOptionsOfEachVerb) {
     EXPECT_EQ(completions("layout --"), "--help --json --markdown --over\n");
     EXPECT_EQ(completions("trace --"),
               "--help --field --all --json --set --version --unset --value --fail --timeout\n");
-    EXPECT_EQ(completions("explain --"), "--help --json --set --version --unset --value --fail --timeout\n");
-    EXPECT_EQ(completions("explain szOS --"), "--help --json --set --version --unset --value --fail --timeout\n");
+    EXPECT_EQ(completions("explain --"), "--help --from --jobs --json --ndjson --set --version --unset --value --fail --timeout\n");
+    EXPECT_EQ(completions("explain szOS --"), "--help --from --jobs --json --ndjson --set --version --unset --value --fail --timeout\n");
     EXPECT_EQ(completions("capture --"), "--help --redact --timeout\n");
     EXPECT_EQ(completions("redact --"), "--help --all\n");
     EXPECT_EQ(completions("import x y --"), "--help --user --set --version --redact\n");
