@@ -7,8 +7,9 @@
 
 #include "kvstation/Errors.h"
 #include "kvstation/Output.h"
-#include "kvstation/Similar.h"
 #include "kvstation/Verb.h"
+#include "kvstation/VerbName.h"
+#include "kvstation/WrongOption.h"
 
 namespace kvstation {
 namespace {
@@ -20,6 +21,7 @@ std::vector<Verb> addVerbs(CLI::App& tool) {
 #ifndef _WIN32
         addImport(tool),
 #endif
+        addHelp(tool),
     };
 }
 
@@ -30,28 +32,6 @@ void addExamples(CLI::App& tool, const std::vector<Verb>& verbs) {
         verb.command->footer("Example:\n  " + verb.example);
     }
     tool.footer(examples + "\n\nExit status: 0 success, 1 it did not work or records differ, 2 wrong use.");
-}
-
-std::string helpHint(const CLI::App& tool) {
-    const auto parsed = tool.get_subcommands();
-    return "'kvstation " + (parsed.empty() ? "" : parsed.front()->get_name() + " ") + "--help' tells more";
-}
-
-// The library's own message for a mistyped verb names no verb.
-void refuseUnknownVerb(const std::vector<std::string>& arguments, const std::vector<Verb>& verbs) {
-    if (arguments.empty() || arguments.front().starts_with('-'))
-        return;
-    const std::string& typed = arguments.front();
-    if (std::ranges::any_of(verbs, [&](const Verb& verb) { return verb.command->get_name() == typed; }))
-        return;
-    if (typed == "import")  // Windows: natively it is a verb
-        throw Failure("import needs the native (Linux) tool; 'kvstation simulate STATION' takes here what it wrote");
-    std::vector<std::string_view> names;
-    names.reserve(verbs.size());
-    for (const Verb& verb : verbs)
-        names.push_back(verb.command->get_name());
-    throw WrongUse("'" + typed + "' is no verb" + describeSimilar(similarWords(typed, names)) +
-                   "; 'kvstation --help' lists the verbs");
 }
 
 void parse(CLI::App& tool, std::vector<std::string> arguments) {
@@ -68,7 +48,7 @@ int runVerb(const std::vector<Verb>& verbs) {
 
 int runGuarded(CLI::App& tool, const std::vector<Verb>& verbs, const std::vector<std::string>& arguments) {
     try {
-        refuseUnknownVerb(arguments, verbs);
+        refuseWrongOptions(tool, arguments);
         parse(tool, arguments);
         return runVerb(verbs);
     } catch (const CLI::CallForHelp&) {
@@ -78,7 +58,8 @@ int runGuarded(CLI::App& tool, const std::vector<Verb>& verbs, const std::vector
         writeResult(std::string(version.what()) + "\n");
         return kExitSuccess;
     } catch (const CLI::ParseError& error) {
-        throw WrongUse(std::string(error.what()) + "; " + helpHint(tool));
+        const std::vector<CLI::App*> parsed = tool.get_subcommands();
+        throw WrongUse(std::string(error.what()) + "; " + helpHint(parsed.empty() ? tool : *parsed.front()));
     }
 }
 
@@ -90,7 +71,9 @@ int runTool(const std::vector<std::string>& arguments) {
             "Sees, explains and compares what the workstation-inventory module kvcstat64.dll tells of a station.",
             "kvstation");
         tool.allow_windows_style_options(false);  // "/mnt/station" is a path under Wine
-        tool.set_version_flag("--version", "kvstation " KVSTATION_VERSION);
+        tool.set_version_flag("-V,--version", "kvstation " KVSTATION_VERSION);
+        tool.ignore_case();             // of the verbs
+        tool.require_subcommand(0, 1);  // behind a verb the name of another one is a file's or folder's
         tool.set_help_flag("-h,--help", "Print this help");
         const std::vector<Verb> verbs = addVerbs(tool);
         addExamples(tool, verbs);

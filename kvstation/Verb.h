@@ -27,6 +27,7 @@ Verb addExplain(CLI::App& tool);
 Verb addWhatIfVerb(CLI::App& tool);
 Verb addCapture(CLI::App& tool);
 Verb addRedact(CLI::App& tool);
+Verb addHelp(CLI::App& tool);
 #ifndef _WIN32
 Verb addImport(CLI::App& tool);
 #endif
