@@ -11,6 +11,7 @@ namespace kvstation {
 inline constexpr int kExitSuccess = 0;
 inline constexpr int kExitFailure = 1;
 inline constexpr int kExitWrongUse = 2;
+inline constexpr int kExitNotCompared = 2;  // of a verb whose failure says that two things differ
 
 // It did not work.
 class Failure : public std::runtime_error {

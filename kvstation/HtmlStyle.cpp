@@ -57,6 +57,13 @@ summary { cursor: pointer }
 details ul { margin: .25rem 0 .5rem; padding-left: 1.1rem }
 details b { font-weight: 600; color: var(--text) }
 .nothing details { display: inline-block; margin-right: .75rem; vertical-align: top; max-width: 100% }
+.names { columns: 14rem; margin: 0; padding-left: 1.1rem; overflow-wrap: anywhere }
+.changes { width: 100%; border-collapse: collapse; table-layout: fixed; font-size: .9rem }
+.changes th, .changes td {
+  padding: .4rem .75rem .4rem 0; border-top: 1px solid var(--line); text-align: left; vertical-align: top;
+  font-weight: 400; overflow-wrap: anywhere; white-space: pre-wrap; unicode-bidi: isolate;
+}
+.changes thead th { border-top: 0; color: var(--quiet); font-size: .8rem }
 .unknown { margin: 0 0 1.25rem }
 .drives { list-style: none; margin: 0 0 .75rem; padding: 0 }
 .drives li { padding: .5rem 0 }

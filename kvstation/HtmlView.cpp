@@ -4,7 +4,7 @@
 
 #include "kvstation/FixedDrives.h"
 #include "kvstation/HtmlMap.h"
-#include "kvstation/HtmlStyle.h"
+#include "kvstation/HtmlPage.h"
 #include "kvstation/HtmlText.h"
 #include "kvstation/HtmlTop.h"
 #include "kvstation/VisibleText.h"
@@ -12,14 +12,6 @@
 
 namespace kvstation {
 namespace {
-
-std::string head(const std::string& name) {
-    return "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
-           "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n"
-           "<meta http-equiv=\"Content-Security-Policy\" content=\"default-src 'none'; style-src 'unsafe-inline'\">\n"
-           "<title>" +
-           escapeHtml(name) + " - station record</title>\n<style>" + kPageStyle + "</style>\n</head>\n<body>\n";
-}
 
 std::string readableSize(std::int64_t megabytes) {
     char text[64];
@@ -153,18 +145,17 @@ std::string lastPart(std::string_view path) {
 
 std::string foot(const std::string& origin) {
     const std::string name = lastPart(origin);
-    return "<footer>" + (name.empty() ? "Page" : "Record of " + escapeHtml(name) + ", page") +
-           " made by kvstation " KVSTATION_VERSION "</footer>\n</body>\n</html>\n";
+    return name.empty() ? "Page" : "Record of " + name + ", page";
 }
 
 }  // namespace
 
 std::string htmlView(const Report& report) {
-    std::string html = head(stationName(report.record)) + topOfPage(report) + unknownNotice(report) + glance(report);
+    std::string html = topOfPage(report) + unknownNotice(report) + glance(report);
     for (const std::string_view group : groups())
         html += groupSection(report, group);
     html += "<section><h2>The record's bytes</h2>\n" + legend() + mapOfBytes(report.record) + "</section>\n";
-    return html + foot(report.origin);
+    return page(stationName(report.record) + " - station record", html, foot(report.origin));
 }
 
 }  // namespace kvstation

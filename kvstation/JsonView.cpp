@@ -185,6 +185,18 @@ std::string jsonView(const Report& report) {
     return printed(object);
 }
 
+Record recordFromFields(const nlohmann::ordered_json& object, std::string_view name) {
+    Record record;
+    for (std::size_t i = 0; i < fields().size(); ++i) {
+        const Field& field = fields()[i];
+        const auto found = object.find(std::string(field.name));
+        if (found == object.end())
+            fail(name, std::string(field.name) + " is missing: a station record in JSON has every field");
+        record[i] = field.type == FieldType::Text ? readText(*found, field, name) : readNumber(*found, field, name);
+    }
+    return record;
+}
+
 Report recordFromJson(std::string_view json, std::string_view name) {
     const Json object = parse(json, name);
     if (!object.is_object())
@@ -192,14 +204,7 @@ Report recordFromJson(std::string_view json, std::string_view name) {
     refuseForeignNames(object, name);
     Report report;
     report.collected = readCollected(object, name);
-    for (std::size_t i = 0; i < fields().size(); ++i) {
-        const Field& field = fields()[i];
-        const auto found = object.find(std::string(field.name));
-        if (found == object.end())
-            fail(name, std::string(field.name) + " is missing: a station record in JSON has every field");
-        report.record[i] =
-            field.type == FieldType::Text ? readText(*found, field, name) : readNumber(*found, field, name);
-    }
+    report.record = recordFromFields(object, name);
     return report;
 }
 

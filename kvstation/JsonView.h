@@ -30,4 +30,7 @@ std::string printedLine(const nlohmann::ordered_json& json);
 // it tells of.
 Report recordFromJson(std::string_view json, std::string_view name);
 
+// The same of an object that holds the fields and may hold more.
+Record recordFromFields(const nlohmann::ordered_json& object, std::string_view name);
+
 }  // namespace kvstation

@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "kvstation/Errors.h"
+#include "kvstation/Files.h"
 #include "kvstation/Paths.h"
 #include "kvstation/Utf16.h"
 
@@ -12,24 +13,43 @@ namespace {
 constexpr const char* kFileName = "kvcstat64.dll";
 constexpr const char* kExportName = "GetStationData";
 
-[[noreturn]] void failToLoad(const std::string& path, DWORD error) {
-    const std::string reason = describeSystemError("LoadLibraryExW", path, error);
-    if (GetFileAttributesW(toWide(path).c_str()) == INVALID_FILE_ATTRIBUTES)
-        throw Failure(std::string(kFileName) + " is not beside the tool, put it there: " + reason);
+using LibraryFile = Library::File;
+
+LibraryFile ownLibrary() {
+    const std::string name = kFileName;
+    return {besideProgram(kFileName), name + " beside the tool", name + " is not beside the tool, put it there", name};
+}
+
+LibraryFile namedLibrary(const std::string& path) {
+    return {utf8Of(std::filesystem::absolute(pathOf(path)).make_preferred()), path, path + " is not there", path};
+}
+
+[[noreturn]] void failToLoad(const LibraryFile& file, DWORD error) {
+    const std::string reason = describeSystemError("LoadLibraryExW", file.path, error);
+    if (GetFileAttributesW(toWide(file.path).c_str()) == INVALID_FILE_ATTRIBUTES)
+        throw Failure(file.absence + ": " + reason);
     if (error == ERROR_BAD_EXE_FORMAT)
-        throw Failure(std::string(kFileName) + " beside the tool is no library for 64-bit Windows: " + reason);
+        throw Failure(file.words + " is no library for 64-bit Windows: " + reason);
     if (error == ERROR_MOD_NOT_FOUND)
-        throw Failure("a library that " + std::string(kFileName) +
-                      " needs is missing, put its companions beside it: " + reason);
+        throw Failure("a library that " + file.name + " needs is missing, put its companions beside it: " + reason);
     throw Failure(reason);
 }
 
 // With the altered search path its companions are those beside it.
-HMODULE load(const std::string& path) {
-    const HMODULE module = LoadLibraryExW(toWide(path).c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
+HMODULE load(const LibraryFile& file) {
+    const HMODULE module = LoadLibraryExW(toWide(file.path).c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
     if (module == nullptr)
-        failToLoad(path, GetLastError());
+        failToLoad(file, GetLastError());
     return module;
+}
+
+FARPROC exportOf(HMODULE module, const LibraryFile& file) {
+    const FARPROC address = GetProcAddress(module, kExportName);
+    if (address != nullptr)
+        return address;
+    const std::string reason = describeSystemError("GetProcAddress", kExportName, GetLastError());
+    FreeLibrary(module);
+    throw Failure(file.words + " is another library: " + reason);
 }
 
 std::string numbersOf(const VS_FIXEDFILEINFO& info) {
@@ -39,15 +59,13 @@ std::string numbersOf(const VS_FIXEDFILEINFO& info) {
 
 }  // namespace
 
-Library::Library() : m_module(load(besideProgram(kFileName))) {
-    const FARPROC address = GetProcAddress(m_module, kExportName);
-    if (address == nullptr) {
-        const std::string reason = describeSystemError("GetProcAddress", kExportName, GetLastError());
-        FreeLibrary(m_module);
-        throw Failure(std::string(kFileName) + " beside the tool is another library: " + reason);
-    }
-    m_getStationData = reinterpret_cast<GetStationDataFunction>(reinterpret_cast<void*>(address));
-}
+Library::Library(const LibraryFile& file)
+    : m_module(load(file)),
+      m_getStationData(reinterpret_cast<GetStationDataFunction>(reinterpret_cast<void*>(exportOf(m_module, file)))) {}
+
+Library::Library() : Library(ownLibrary()) {}
+
+Library::Library(const std::string& path) : Library(namedLibrary(path)) {}
 
 std::string Library::version() {
     const std::wstring path = toWide(besideProgram(kFileName));

@@ -1,4 +1,4 @@
-// The real kvcstat64.dll beside the tool, loaded for the object's life. Windows only.
+// The real kvcstat64.dll, loaded for the object's life. Windows only.
 #pragma once
 
 #include <string>
@@ -10,8 +10,19 @@ namespace kvstation {
 
 class Library {
   public:
-    // Throws Failure in one line that tells what is wrong with the file, or with those that it needs.
+    // Which one a line tells of: the one beside the tool, or one that was named.
+    struct File {
+        std::string path;
+        std::string words;    // "kvcstat64.dll beside the tool"
+        std::string absence;  // what is said when it is missing
+        std::string name;
+    };
+
+    // The one beside the tool. Throws Failure in one line that tells what is wrong with the file, or with those that it
+    // needs.
     Library();
+    // The one in that file.
+    explicit Library(const std::string& path);
     Library(const Library&) = delete;
     Library& operator=(const Library&) = delete;
     ~Library();
@@ -25,6 +36,8 @@ class Library {
     HMODULE handle() const { return m_module; }
 
   private:
+    explicit Library(const File& file);
+
     using GetStationDataFunction = void(__cdecl*)(char*);
 
     HMODULE m_module;

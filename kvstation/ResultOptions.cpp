@@ -15,12 +15,6 @@
 namespace kvstation {
 namespace {
 
-std::string checkFieldName(const std::string& name) {
-    if (findField(name) != fields().size())
-        return {};
-    return "'" + name + "' is no field" + describeSimilar(similarFields(name));
-}
-
 constexpr const char* kStandardOutputName = "-";
 
 // A line for each field.
@@ -64,6 +58,12 @@ std::vector<NewFile> results(const Report& report, const ResultOptions& options)
 
 }  // namespace
 
+std::string checkFieldName(const std::string& name) {
+    if (findTypedField(name) != fields().size())
+        return {};
+    return "'" + name + "' is no field" + describeSimilar(similarFields(name));
+}
+
 void addResultOptions(CLI::App& command, ResultOptions& options) {
     CLI::Option* json = command.add_flag("--json", options.json, "Print one JSON object with the record's field names");
     CLI::Option* field =
@@ -82,7 +82,7 @@ void addResultOptions(CLI::App& command, ResultOptions& options) {
 std::vector<std::size_t> askedFields(const ResultOptions& options) {
     std::vector<std::size_t> asked;
     for (const std::string& name : options.fields)
-        asked.push_back(findField(name));
+        asked.push_back(findTypedField(name));
     return asked;
 }
 

@@ -21,6 +21,9 @@ struct ResultOptions {
     std::string raw;
 };
 
+// For an option that takes the name of a field: what is wrong with it, or empty.
+std::string checkFieldName(const std::string& name);
+
 // Indexes into fields(), in the order in which they were asked for.
 std::vector<std::size_t> askedFields(const ResultOptions& options);
 

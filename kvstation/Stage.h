@@ -18,6 +18,8 @@ simwin::Station readStationFolder(const std::string& folder);
 class Collector {
   public:
     Collector();
+    // By the library in that file. Needs Windows and throws Failure elsewhere.
+    explicit Collector(const std::string& library);
     Collector(const Collector&) = delete;
     Collector& operator=(const Collector&) = delete;
     ~Collector();

@@ -24,6 +24,9 @@ struct Collector::Loaded {
 };
 
 Collector::Collector() : m_loaded(std::make_unique<Loaded>()) {}
+Collector::Collector(const std::string& library) {
+    throw Failure(library + ": a library is loaded on Windows alone; here the module is a part of the tool");
+}
 Collector::~Collector() = default;
 
 RecordBytes Collector::collect(simwin::Machine& machine) const {

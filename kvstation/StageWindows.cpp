@@ -52,12 +52,16 @@ RecordBytes collectObserved(const Library& library, simwin::CallObserver& observ
 }  // namespace
 
 struct Collector::Loaded {
+    Loaded() = default;
+    explicit Loaded(const std::string& path) : library(path) {}
+
     StreamAside aside{kStandardOutput};
     Library library;
     redirect::Redirection redirection{library.handle(), answers(true)};
 };
 
 Collector::Collector() : m_loaded(std::make_unique<Loaded>()) {}
+Collector::Collector(const std::string& library) : m_loaded(std::make_unique<Loaded>(library)) {}
 Collector::~Collector() = default;
 
 RecordBytes Collector::collect(simwin::Machine& machine) const {

@@ -31,7 +31,9 @@ void addExamples(CLI::App& tool, const std::vector<Verb>& verbs) {
         examples += "\n  " + verb.example;
         verb.command->footer("Example:\n  " + verb.example);
     }
-    tool.footer(examples + "\n\nExit status: 0 success, 1 it did not work or records differ, 2 wrong use.");
+    tool.footer(
+        examples +
+        "\n\nExit status: 0 success, 1 it did not work, 2 wrong use; of diff 0 the same, 1 different, 2 not compared.");
 }
 
 void parse(CLI::App& tool, std::vector<std::string> arguments) {

@@ -15,7 +15,7 @@ constexpr std::size_t kMostKeys = 65536;
 struct FreeValue {
     void operator()(libcreg_value_t* value) const { libcreg_value_free(&value, nullptr); }
 };
-using Value = std::unique_ptr<libcreg_value_t, FreeValue>;
+using CregValue = std::unique_ptr<libcreg_value_t, FreeValue>;
 
 // A text or data of the library: its size, and then the bytes.
 template <class Owner, class GetSize, class Get>
@@ -33,7 +33,7 @@ std::optional<simwin::RegistryValue> readValue(libcreg_key_t* key, int index) {
     libcreg_value_t* found = nullptr;
     if (libcreg_key_get_value_by_index(key, index, &found, nullptr) != 1)
         return std::nullopt;
-    const Value value(found);
+    const CregValue value(found);
     std::uint32_t type = 0;
     std::optional<std::string> name = take(found, libcreg_value_get_name_size, libcreg_value_get_name);
     std::optional<std::string> bytes = take(found, libcreg_value_get_value_data_size, libcreg_value_get_value_data);

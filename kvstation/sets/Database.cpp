@@ -78,6 +78,10 @@ bool Statement::isBytes(int column) const {
     return sqlite3_column_type(m_statement.get(), column) == SQLITE_BLOB;
 }
 
+bool Statement::isNumber(int column) const {
+    return sqlite3_column_type(m_statement.get(), column) == SQLITE_INTEGER;
+}
+
 std::string Statement::text(int column) const {
     const void* bytes = sqlite3_column_blob(m_statement.get(), column);
     const auto size = static_cast<std::size_t>(sqlite3_column_bytes(m_statement.get(), column));

@@ -47,6 +47,7 @@ class Statement {
     // Of the row's columns from 0 on.
     bool isNothing(int column) const;
     bool isBytes(int column) const;
+    bool isNumber(int column) const;
     std::string text(int column) const;
     std::int64_t number(int column) const;
 

@@ -1,8 +1,14 @@
 #include "kvstation/sets/RowDatabase.h"
 
+#include <fstream>
+#include <nlohmann/json.hpp>
+
 #include "kvstation/Errors.h"
+#include "kvstation/Files.h"
 #include "kvstation/JsonView.h"
 #include "kvstation/sets/Database.h"
+#include "simwin/CodePage.h"
+#include "simwin/HexText.h"
 
 namespace kvstation {
 namespace {
@@ -57,6 +63,26 @@ void bind(Statement& statement, int place, const Cell& cell) {
     }
 }
 
+// Behind its last letter stands a zero byte.
+constexpr char kDatabaseStart[] = "SQLite format 3";
+
+std::string selectStatement() {
+    std::string columns = quotedName("codePage");
+    for (const Field& field : fields())
+        columns += ", " + quotedName(field.name);
+    return "SELECT " + columns + " FROM stations WHERE name = ?";
+}
+
+nlohmann::ordered_json valueIn(const Statement& row, int column) {
+    if (row.isBytes(column))
+        return {{"hex", simwin::hexText(row.text(column), ' ')}};
+    if (row.isNumber(column) && row.number(column) >= 0)
+        return static_cast<std::uint64_t>(row.number(column));
+    if (row.isNumber(column))
+        return row.number(column);
+    return row.text(column);
+}
+
 // The file as it is ready to be written into.
 Database begin(const std::string& file) {
     Database database(file, Database::Access::Write);
@@ -96,6 +122,44 @@ void DatabaseWriter::put(const std::vector<Cell>& cells) {
 
 void DatabaseWriter::finish() {
     m_open->database.run("COMMIT");
+}
+
+bool isDatabase(const std::string& path) {
+    char start[sizeof kDatabaseStart] = {};
+    std::ifstream(pathOf(path), std::ios::binary).read(start, sizeof kDatabaseStart);
+    return std::string_view(start, sizeof start) == std::string_view(kDatabaseStart, sizeof kDatabaseStart);
+}
+
+struct DatabaseSet::Open {
+    explicit Open(const std::string& file)
+        : database(file, Database::Access::Read), select(database, selectStatement()) {}
+
+    Database database;
+    Statement select;
+};
+
+DatabaseSet::DatabaseSet(const std::string& file) : m_open(std::make_unique<Open>(file)) {
+    Statement names(m_open->database, "SELECT name FROM stations ORDER BY name");
+    while (names.step())
+        m_names.push_back(names.text(0));
+}
+DatabaseSet::~DatabaseSet() = default;
+
+Record DatabaseSet::record(const std::string& name) {
+    Statement& select = m_open->select;
+    const std::string where = m_open->database.file() + ": '" + name + "'";
+    select.bindText(1, name);
+    if (!select.step())
+        throw Failure(where + " is no longer there");
+    const std::int64_t codePage = select.number(0);
+    nlohmann::ordered_json object;
+    for (std::size_t i = 0; i < fields().size(); ++i)
+        object[std::string(fields()[i].name)] = valueIn(select, static_cast<int>(i + 1));
+    select.step();
+    if (codePage < 0 || !simwin::isKnownCodePage(static_cast<unsigned>(codePage)))
+        throw Failure(where + ": codePage is none of the known code pages: " + simwin::listOfCodePages());
+    const simwin::CodePageScope scope(static_cast<unsigned>(codePage));
+    return recordFromFields(object, where);
 }
 
 }  // namespace kvstation

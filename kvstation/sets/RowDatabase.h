@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "kvstation/sets/Cells.h"
+#include "kvstation/sets/RecordSet.h"
 #include "kvstation/sets/StationRow.h"
 
 namespace kvstation {
@@ -25,6 +26,23 @@ class DatabaseWriter {
     // In the place of one of the same name, if there is one.
     void put(const std::vector<Cell>& cells);
     void finish();
+
+  private:
+    struct Open;
+    std::unique_ptr<Open> m_open;
+};
+
+// True when the file begins as SQLite's do.
+bool isDatabase(const std::string& path);
+
+// The rows as a set.
+class DatabaseSet : public RecordSet {
+  public:
+    // Throws Failure, in one line with the file's name.
+    explicit DatabaseSet(const std::string& file);
+    ~DatabaseSet() override;
+
+    Record record(const std::string& name) override;
 
   private:
     struct Open;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -23,6 +24,12 @@ class RowJsonWriter {
     struct Template;
     std::unique_ptr<Template> m_template;
 };
+
+// The name in a line, without reading the rest of it; nothing where it is no row.
+std::optional<std::string> nameInRow(std::string_view line);
+
+// The record in a line that has every field. Throws Failure, in one line that begins with `where`.
+Record recordInRow(std::string_view line, const std::string& where);
 
 // The JSON Schema of the line.
 std::string rowSchema();

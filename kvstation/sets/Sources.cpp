@@ -173,14 +173,18 @@ std::vector<Source> sourcesOf(const Places& places, SourceKind kind) {
     return search.take();
 }
 
+std::string doubleText(const Source& source, const Source& first) {
+    return source.path + " has the name of " + first.path + ", '" + source.name +
+           "'; a folder above both tells them apart";
+}
+
 void refuseDoubles(std::vector<Source>& sources) {
     std::unordered_map<std::string_view, const Source*> first;
     first.reserve(sources.size());
     for (Source& source : sources) {
         const auto [at, isNew] = first.try_emplace(source.name, &source);
         if (!isNew && source.wrong.empty())
-            source.wrong = source.path + " has the name of " + at->second->path + ", '" + source.name +
-                           "'; a folder above both tells them apart";
+            source.wrong = doubleText(source, *at->second);
     }
 }
 

@@ -45,5 +45,7 @@ std::vector<Source> sourcesOf(const Places& places, SourceKind kind);
 
 // Those whose name an earlier one has: nobody could tell them apart.
 void refuseDoubles(std::vector<Source>& sources);
+// What is wrong with one of these.
+std::string doubleText(const Source& source, const Source& first);
 
 }  // namespace kvstation

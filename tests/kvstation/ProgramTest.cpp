@@ -159,7 +159,7 @@ TEST_F(Program, AnEmptyFileNameIsWrongUse) {
     expectRefusal(run({"simulate", kStation, "--html", ""}), 2, line("--html", "simulate"));
     expectRefusal(run({"decode", ""}), 2, line("FILE", "decode"));
     expectRefusal(run({"simulate", ""}), 2, line("STATION", "simulate"));
-    expectRefusal(run({"diff", raw, ""}), 2, line("B", "diff"));
+    expectRefusal(run({"diff", raw, ""}), 2, line("A", "diff"));
 }
 
 TEST_F(Program, AForeignFileIsOneLine) {
@@ -185,7 +185,7 @@ TEST_F(Program, DifferentRecordsGiveStatus1) {
     writeFile(other, {bytes.data(), bytes.size()});
     const ProgramRun different = run({"diff", json, other});
     EXPECT_EQ(different.status, 1);
-    EXPECT_EQ(different.output, "szIPAddress\n  - \"10.0.0.5\"\n  + \"10.0.0.6\"\n");
+    EXPECT_EQ(different.output, "- " + json + "\n+ " + other + "\n\nszIPAddress\n  - \"10.0.0.5\"\n  + \"10.0.0.6\"\n");
     EXPECT_EQ(different.errors, "");
 }
 
@@ -221,7 +221,7 @@ TEST_F(Program, ComparedRecordsCanBeOfTwoCodePages) {
 
 TEST_F(Program, ARecordThatCannotBeReadIsNoDifference) {
     const ProgramRun refused = run({"diff", raw, folder / "missing"});
-    EXPECT_EQ(refused.status, 1);
+    EXPECT_EQ(refused.status, 2);
     EXPECT_EQ(refused.output, "");
     EXPECT_THAT(refused.errors, HasSubstr("No such file or directory"));
 }
@@ -431,12 +431,16 @@ TEST_F(Program, BashCompletesTheOptionsOfEachVerb) {
     EXPECT_EQ(completions("simulate x --"),
               "--help --json --field --all --html --raw --from --jobs --ndjson --csv --sqlite --set --version --unset "
               "--value --fail --times\n");
-    EXPECT_EQ(completions("diff --"), "--help --code-page --set --version --unset --value --fail\n");
+    EXPECT_EQ(completions("diff --"),
+              "--help --library --ignore --all --json --html --jobs --code-page --set --version --unset "
+              "--value --fail\n");
     EXPECT_EQ(completions("layout --"), "--help --json --markdown --over\n");
     EXPECT_EQ(completions("trace --"),
               "--help --field --all --json --set --version --unset --value --fail --timeout\n");
-    EXPECT_EQ(completions("explain --"), "--help --from --jobs --json --ndjson --set --version --unset --value --fail --timeout\n");
-    EXPECT_EQ(completions("explain szOS --"), "--help --from --jobs --json --ndjson --set --version --unset --value --fail --timeout\n");
+    EXPECT_EQ(completions("explain --"),
+              "--help --from --jobs --json --ndjson --set --version --unset --value --fail --timeout\n");
+    EXPECT_EQ(completions("explain szOS --"),
+              "--help --from --jobs --json --ndjson --set --version --unset --value --fail --timeout\n");
     EXPECT_EQ(completions("capture --"), "--help --redact --timeout\n");
     EXPECT_EQ(completions("redact --"), "--help --all\n");
     EXPECT_EQ(completions("import x y --"), "--help --user --set --version --redact\n");

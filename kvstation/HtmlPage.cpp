@@ -1,0 +1,17 @@
+#include "kvstation/HtmlPage.h"
+
+#include "kvstation/HtmlStyle.h"
+#include "kvstation/HtmlText.h"
+
+namespace kvstation {
+
+std::string page(const std::string& title, const std::string& body, const std::string& foot) {
+    return "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
+           "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n"
+           "<meta http-equiv=\"Content-Security-Policy\" content=\"default-src 'none'; style-src 'unsafe-inline'\">\n"
+           "<title>" +
+           escapeHtml(title) + "</title>\n<style>" + kPageStyle + "</style>\n</head>\n<body>\n" + body + "<footer>" +
+           escapeHtml(foot) + " made by kvstation " KVSTATION_VERSION "</footer>\n</body>\n</html>\n";
+}
+
+}  // namespace kvstation

@@ -1,0 +1,87 @@
+#include "kvstation/sets/RowFileSet.h"
+
+#include <cerrno>
+
+#include "kvstation/Errors.h"
+#include "kvstation/Files.h"
+#include "kvstation/RecordFile.h"
+#include "kvstation/sets/RowJson.h"
+
+namespace kvstation {
+namespace {
+
+// A row is a record in JSON with little beside it.
+constexpr std::size_t kLongestRow = kLongestRecordFile;
+
+std::ifstream openRows(const std::string& path) {
+    std::error_code error;
+    if (!std::filesystem::is_regular_file(pathOf(path), error))
+        throw Failure(path + " is no file");
+    std::ifstream file(pathOf(path), std::ios::binary);
+    if (!file)
+        throw Failure(describeFileError(path, "read", errno));
+    return file;
+}
+
+// The next line without its end, which is "\n" or "\r\n". False at the file's end, and for a line that is too long.
+bool readRow(std::ifstream& file, std::string& line) {
+    std::string room(kLongestRow, '\0');
+    file.getline(room.data(), static_cast<std::streamsize>(room.size()));
+    if (!file)
+        return false;
+    line.assign(room.data());
+    if (line.ends_with('\r'))
+        line.pop_back();
+    return true;
+}
+
+std::string placeOf(const std::string& path, std::size_t line) {
+    return path + ": line " + std::to_string(line);
+}
+
+}  // namespace
+
+bool isRowFile(const std::string& path) {
+    std::ifstream file(pathOf(path), std::ios::binary);
+    std::string line;
+    return file && readRow(file, line) && nameInRow(line) && line.find("\"fields\"") != std::string::npos;
+}
+
+RowFileSet::RowFileSet(const std::string& path) : m_path(path), m_file(openRows(path)) {
+    std::string text;
+    for (Line line{1, 0, 0}; readRow(m_file, text); ++line.number, line.offset = m_file.tellg()) {
+        line.length = text.size();
+        addLine(text, line);
+    }
+    if (!m_file.eof())
+        throw Failure(placeOf(path, m_lines.size() + m_wrong.size() + 1) + " is longer than " +
+                      std::to_string(kLongestRow / 1024) + " KiB");
+    m_file.clear();
+    for (const auto& [name, line] : m_lines)
+        m_names.push_back(name);
+}
+
+void RowFileSet::addLine(std::string_view text, const Line& line) {
+    if (text.empty())
+        return;
+    const std::optional<std::string> name = nameInRow(text);
+    if (!name) {
+        m_wrong.push_back(placeOf(m_path, line.number) + ": this is no row of a station");
+        return;
+    }
+    const auto [first, isNew] = m_lines.try_emplace(*name, line);
+    if (!isNew)
+        m_wrong.push_back(placeOf(m_path, line.number) + ": '" + *name + "' stands in line " +
+                          std::to_string(first->second.number) + " already");
+}
+
+Record RowFileSet::record(const std::string& name) {
+    const Line& line = m_lines.find(name)->second;
+    std::string text(line.length, '\0');
+    m_file.seekg(line.offset);
+    if (!m_file.read(text.data(), static_cast<std::streamsize>(text.size())))
+        throw Failure(placeOf(m_path, line.number) + " is no longer there");
+    return recordInRow(text, placeOf(m_path, line.number));
+}
+
+}  // namespace kvstation
