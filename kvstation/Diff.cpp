@@ -239,6 +239,7 @@ Verb addDiff(CLI::App& tool) {
                      "Compare what two kvcstat64.dll make of the stations that follow (Windows)")
         ->type_name("OLD NEW")
         ->expected(2)
+        ->allow_extra_args(false)
         ->check(checkFileName);
     command->add_option("--ignore", options->ignored, "Do not compare this field; may be repeated")
         ->type_name("NAME")

@@ -18,17 +18,6 @@ constexpr std::chrono::seconds kMoment{1};
 constexpr std::chrono::milliseconds kPause{100};
 constexpr std::size_t kBar = 20;
 
-// "[#####...............] 250 of 1000, 3 errors, 12 s left"
-std::string countText(std::size_t done, std::size_t all, std::size_t failed, std::chrono::duration<double> spent) {
-    const std::size_t filled = done * kBar / all;
-    std::string text = "[" + std::string(filled, '#') + std::string(kBar - filled, '.') + "] " + std::to_string(done) +
-                       " of " + std::to_string(all);
-    if (failed > 0)
-        text += ", " + std::to_string(failed) + (failed == 1 ? " error" : " errors");
-    const double left = spent.count() / static_cast<double>(done) * static_cast<double>(all - done);
-    return text + ", " + std::to_string(static_cast<long>(left + 0.5)) + " s left";
-}
-
 // A process that does a part of another one's work leaves the telling to that one.
 bool isTerminal() {
     if (isPart())
@@ -41,6 +30,16 @@ bool isTerminal() {
 }
 
 }  // namespace
+
+std::string progressText(std::size_t done, std::size_t all, std::size_t failed, double seconds) {
+    const std::size_t filled = done * kBar / all;
+    std::string text = "[" + std::string(filled, '#') + std::string(kBar - filled, '.') + "] " + std::to_string(done) +
+                       " of " + std::to_string(all);
+    if (failed > 0)
+        text += ", " + std::to_string(failed) + (failed == 1 ? " error" : " errors");
+    const double left = seconds / static_cast<double>(done) * static_cast<double>(all - done);
+    return text + ", " + std::to_string(static_cast<long>(left + 0.5)) + " s left";
+}
 
 bool Progress::isTime() const {
     const Clock::time_point now = Clock::now();
@@ -61,7 +60,7 @@ void Progress::tell(double done) const {
 
 void Progress::tell(std::size_t done, std::size_t all, std::size_t failed) const {
     if (isTime())
-        show(countText(done, all, failed, Clock::now() - m_begin));
+        show(progressText(done, all, failed, std::chrono::duration<double>(Clock::now() - m_begin).count()));
 }
 
 void Progress::clear() const {

@@ -7,6 +7,9 @@
 
 namespace kvstation {
 
+// "[#####...............] 250 of 1000, 3 errors, 12 s left", after so many seconds; at least one is done.
+std::string progressText(std::size_t done, std::size_t all, std::size_t failed, double seconds);
+
 class Progress {
   public:
     explicit Progress(std::string what) : m_what(std::move(what)) {}

@@ -19,8 +19,8 @@ struct FieldChange {
 struct SetDifferences {
     std::string left;  // what the sides are, for people
     std::string right;
-    std::vector<std::string> went;  // names that are on the left alone
-    std::vector<std::string> came;
+    std::vector<std::string> went{};  // names that are on the left alone
+    std::vector<std::string> came{};
     std::size_t compared = 0;
     std::size_t differing = 0;
     std::vector<std::vector<FieldChange>> fields{kvstation::fields().size()};  // in the order of fields()

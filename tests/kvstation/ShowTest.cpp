@@ -1,4 +1,5 @@
-// The verb "show" of the built Windows program: with the real library, and with libraries that are wrong.
+// The built Windows program: the verb "show" with the real library, and with libraries that are wrong, and sets of
+// stations.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -193,6 +194,42 @@ TEST_F(Show, ImportIsTheNativeTools) {
     expectRefusal(runProgram({KVSTATION_PROGRAM, "import", "hives", "station"}),
                   "kvstation: import needs the native (Linux) tool; 'kvstation simulate STATION' takes here what it "
                   "wrote\n");
+}
+
+// The tool's folder holds all that a collection by the real library needs.
+std::string release(const char* name) {
+    return (fs::path(KVSTATION_PROGRAM).parent_path() / name).string();
+}
+
+TEST(Sets, StationsAreSharedAmongProcesses) {
+    const ProgramRun told = runProgram(
+        {KVSTATION_PROGRAM, "simulate", KV_STATIONS "/windows-xp-*", "--jobs", "2", "--csv", "--field", "SZIPADDRESS"});
+    EXPECT_EQ(told.status, 0);
+    EXPECT_EQ(told.errors, "");
+    EXPECT_THAT(told.output, MatchesRegex("name,source,.*,szIPAddress\r\n"
+                                          "windows-xp-console,.*,172\\.20\\.16\\.45\r\nwindows-xp-russian,.*\r\n"));
+}
+
+TEST(Sets, WhatALibraryMakesOfAStationIsComparedWithWhatAnotherMakes) {
+    const std::string module = release("kvcstat64.dll");
+    const ProgramRun same =
+        runProgram({KVSTATION_PROGRAM, "diff", "--library", module, module, KV_STATIONS "/windows-xp-*"});
+    EXPECT_EQ(same.status, 0) << same.errors;
+    EXPECT_THAT(same.output, EndsWith("0 of 2 stations on both sides differ\n"));
+    const ProgramRun other = runProgram({KVSTATION_PROGRAM, "diff", "--library", module, KV_MISBEHAVING_LIBRARY,
+                                         KV_STATIONS "/windows-xp-*", "--json"});
+    EXPECT_EQ(other.status, 1) << other.errors;
+    EXPECT_THAT(other.output, HasSubstr("\"name\": \"windows-xp-console\",\n        \"left\": \"001AA03FC7E2\""));
+}
+
+TEST(Sets, AStationOverWhichALibraryCrashesCostsALine) {
+    _putenv("KV_MISBEHAVIOUR=access");
+    const ProgramRun told = runProgram({KVSTATION_PROGRAM, "diff", "--library", release("kvcstat64.dll"),
+                                        KV_MISBEHAVING_LIBRARY, KV_STATIONS "/windows-xp-console"});
+    _putenv("KV_MISBEHAVIOUR=");
+    EXPECT_EQ(told.status, 2);
+    EXPECT_THAT(told.errors,
+                HasSubstr("kvstation: windows-xp-console: the process that was at it ended with status 3221225477\n"));
 }
 
 }  // namespace

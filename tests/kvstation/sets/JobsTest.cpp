@@ -5,6 +5,7 @@
 #include <cstdlib>
 
 #include "kvstation/Errors.h"
+#include "kvstation/Progress.h"
 #include "kvstation/sets/Jobs.h"
 #include "kvstation/sets/PartProcess.h"
 
@@ -93,6 +94,12 @@ TEST(Jobs, ProcessesThatAllEndAtOnceEndTheWork) {
 
 TEST(Jobs, WhatALibraryPrintsIsNoResult) {
     EXPECT_THAT(perform({"prints", "a"}, 1).results, testing::ElementsAre("prints=path/0", "a=path/1"));
+}
+
+TEST(Progress, TellsWhatIsDoneWhatWentWrongAndTheTimeLeft) {
+    EXPECT_EQ(progressText(250, 1000, 3, 4), "[#####...............] 250 of 1000, 3 errors, 12 s left");
+    EXPECT_EQ(progressText(1, 1000, 1, 1), "[....................] 1 of 1000, 1 error, 999 s left");
+    EXPECT_EQ(progressText(7, 7, 0, 2.5), "[####################] 7 of 7, 0 s left");
 }
 
 }  // namespace
