@@ -14,12 +14,15 @@
 #include "kvstation/TimeLimit.h"
 #include "kvstation/TracedStation.h"
 #include "kvstation/Verb.h"
+#include "kvstation/sets/RowForm.h"
+#include "simwin/CodePage.h"
 
 namespace kvstation {
 namespace {
 
 struct ShowOptions {
     ResultOptions result;
+    RowOptions rows;
     TimeLimit limit;
     bool times = false;
 };
@@ -35,7 +38,12 @@ Report reportOf(const RecordBytes& bytes) {
 
 int showQuickly(const ShowOptions& options) {
     simwin::CallObserver nobody;
-    giveOut(reportOf(collectHereObserved(nobody)), options.result);
+    const Report report = reportOf(collectHereObserved(nobody));
+    if (options.rows.isEmpty())
+        giveOut(report, options.result);
+    else  // named as it registers
+        giveOutRow({report.record.at("szStation").text, report.origin, simwin::codePageInForce(), report}, options.rows,
+                   options.result);
     return kExitSuccess;
 }
 
@@ -62,8 +70,11 @@ Verb addShow(CLI::App& tool) {
     const auto options = std::make_shared<ShowOptions>();
     CLI::App* command = tool.add_subcommand("show", "Collect this station's record and show it (Windows)");
     addResultOptions(*command, options->result);
+    addRowOptions(*command, options->rows);
     command->add_flag("--times", options->times, "The milliseconds of each field and platform call too")
         ->excludes(command->get_option("--json"))
+        ->excludes(command->get_option("--ndjson"))
+        ->excludes(command->get_option("--csv"))
         ->excludes(command->get_option("--field"));
     addTimeLimit(*command, options->limit);
     return {command, "kvstation show --field szIPAddress     # 10.0.0.5", [options] { return show(*options); }};

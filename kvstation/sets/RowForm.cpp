@@ -106,6 +106,16 @@ class DatabaseForm : public RowForm {
 };
 #endif
 
+// Debian has no SQLite for Windows.
+std::string checkDatabase(const std::string& file) {
+#ifdef _WIN32
+    (void)file;
+    return "needs the native (Linux) tool; it reads what --ndjson prints here";
+#else
+    return checkFileName(file);
+#endif
+}
+
 void refuseWishesOfOne(const ResultOptions& result) {
     if (result.json)
         throw WrongUse("--json prints one record; --ndjson prints one a line");
@@ -116,59 +126,66 @@ void refuseWishesOfOne(const ResultOptions& result) {
 
 }  // namespace
 
+void addRowOptions(CLI::App& command, RowOptions& options) {
+    CLI::Option* all = command.get_option("--all");
+    CLI::Option* json = command.get_option("--json");
+    CLI::Option* ndjson = command.add_flag("--ndjson", options.ndjson, "Print a JSON object a line for each record");
+    CLI::Option* csv = command.add_flag("--csv", options.csv, "Print a table as comma-separated values, with a header");
+    CLI::Option* database =
+        command.add_option("--sqlite", options.database,
+                           "Write the records into the table \"stations\" of the SQLite file FILE, in the place of "
+                           "those of the same names (native tool)");
+    database->type_name("FILE")->check(checkDatabase)->excludes(command.get_option("--field"));
+    for (CLI::Option* option : {ndjson, csv, database})
+        option->excludes(all)->excludes(json);
+    ndjson->excludes(csv)->excludes(database);
+    csv->excludes(database);
+}
+
 void addSetOptions(CLI::App& command, SetOptions& options) {
     addPlaces(command, options.places);
     addJobs(command, options.jobs);
-    CLI::Option* ndjson = command.add_flag("--ndjson", options.ndjson, "Print a JSON object a line for each record");
-    CLI::Option* csv = command.add_flag("--csv", options.csv, "Print a table as comma-separated values, with a header");
-    ndjson->excludes(csv)->excludes(command.get_option("--all"))->excludes(command.get_option("--json"));
-    csv->excludes(command.get_option("--all"))->excludes(command.get_option("--json"));
-#ifndef _WIN32
-    command
-        .add_option("--sqlite", options.database,
-                    "Write the records into the table \"stations\" of the SQLite file FILE, in the place of those of "
-                    "the same names")
-        ->type_name("FILE")
-        ->check(checkFileName)
-        ->excludes(ndjson)
-        ->excludes(csv)
-        ->excludes(command.get_option("--all"))
-        ->excludes(command.get_option("--json"))
-        ->excludes(command.get_option("--field"));
-#endif
+    addRowOptions(command, options.rows);
 }
 
-std::unique_ptr<RowForm> rowForm(const SetOptions& set, const ResultOptions& result) {
+std::unique_ptr<RowForm> rowForm(const RowOptions& rows, const ResultOptions& result) {
     refuseWishesOfOne(result);
     const FieldList asked = askedFields(result);
 #ifndef _WIN32
-    if (!set.database.empty())
-        return std::make_unique<DatabaseForm>(set.database);
+    if (!rows.database.empty())
+        return std::make_unique<DatabaseForm>(rows.database);
 #endif
-    if (set.ndjson)
+    if (rows.ndjson)
         return std::make_unique<JsonForm>(asked.empty() ? allFields() : asked);
-    if (set.csv)
+    if (rows.csv)
         return std::make_unique<CsvForm>(asked.empty() ? allFields() : asked);
     if (!asked.empty())
         return std::make_unique<TableForm>(asked);
     return std::make_unique<ViewForm>(result.all);
 }
 
+void giveOutRow(const StationRow& row, const RowOptions& rows, const ResultOptions& result) {
+    const std::unique_ptr<RowForm> form = rowForm(rows, result);
+    form->begin();
+    form->take(form->encode(row));
+    form->finish();
+}
+
 int giveOutRows(const SetOptions& set, const ResultOptions& result, SourceKind kind, const std::string& what,
                 const std::function<StationRow(const Source&)>& rowOf) {
-    const std::unique_ptr<RowForm> form = rowForm(set, result);
+    const std::unique_ptr<RowForm> form = rowForm(set.rows, result);
     const Perform perform = [&](const Source& source) { return form->encode(rowOf(source)); };
     if (isPart())
         return servePart(perform);
     std::vector<Source> sources = sourcesOf(set.places, kind);
-    if (!set.database.empty())
+    if (!set.rows.database.empty())
         refuseDoubles(sources);
     form->begin();
     const Tally tally = performAll(sources,
                                    {.what = what,
                                     .perform = perform,
                                     .take = [&](const Source&, std::string_view row) { form->take(row); },
-                                    .prints = set.database.empty()},
+                                    .prints = set.rows.database.empty()},
                                    set.jobs);
     form->finish();
     return tally.failed == 0 ? kExitSuccess : kExitFailure;

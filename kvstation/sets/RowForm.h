@@ -12,18 +12,25 @@
 
 namespace kvstation {
 
-struct SetOptions {
-    Places places;
-    JobOptions jobs;
+struct RowOptions {
     bool ndjson = false;
     bool csv = false;
     std::string database;  // a file's name; empty: not asked for
 
-    // Of one station or record there is a page, its bytes and more; of a set, or as a row, there is not.
-    bool isSet() const { return ndjson || csv || !database.empty() || !isOne(places); }
+    bool isEmpty() const { return !ndjson && !csv && database.empty(); }
 };
 
-// For a verb that has ResultOptions. `options` must live as long as the command.
+struct SetOptions {
+    Places places;
+    JobOptions jobs;
+    RowOptions rows;
+
+    // Of one station or record there is a page, its bytes and more; of a set, or as a row, there is not.
+    bool isSet() const { return !rows.isEmpty() || !isOne(places); }
+};
+
+// For verbs that have ResultOptions. `options` must live as long as the command.
+void addRowOptions(CLI::App& command, RowOptions& options);
 void addSetOptions(CLI::App& command, SetOptions& options);
 
 class RowForm {
@@ -43,7 +50,10 @@ class RowForm {
 };
 
 // Throws WrongUse for what there is of one record alone.
-std::unique_ptr<RowForm> rowForm(const SetOptions& set, const ResultOptions& result);
+std::unique_ptr<RowForm> rowForm(const RowOptions& rows, const ResultOptions& result);
+
+// One row by itself.
+void giveOutRow(const StationRow& row, const RowOptions& rows, const ResultOptions& result);
 
 // Each source's row in its form; gives the exit status.
 int giveOutRows(const SetOptions& set, const ResultOptions& result, SourceKind kind, const std::string& what,

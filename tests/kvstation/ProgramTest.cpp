@@ -150,6 +150,30 @@ TEST_F(Program, AFolderInAFilesPlaceIsOneLine) {
     expectRefusal(run({"decode", raw, "--html", place}), 1, place + " cannot be written: Is a directory (error 21)");
 }
 
+TEST_F(Program, APageAndBytesAreWrittenBothOrNot) {
+    const std::string page = folder / "page.html";
+    expectRefusal(run({"decode", json, "--html", page, "--raw", folder / "copy.bin"}), 1,
+                  (folder / "copy.bin") + " is not written: a record that was read from JSON has no raw bytes");
+    EXPECT_FALSE(std::filesystem::exists(page));
+    writeFile(page, "the old page");
+    EXPECT_EQ(run({"decode", raw, "--html", page, "--raw", folder / "no/copy.bin"}).status, 1);
+    EXPECT_EQ(readFile(page, 1 << 20), "the old page");
+}
+
+TEST_F(Program, APageOrBytesCanGoToStandardOutput) {
+    EXPECT_THAT(run({"decode", raw, "--html", "-"}).output,
+                AllOf(StartsWith("<!DOCTYPE html>"), EndsWith("</html>\n")));
+    EXPECT_EQ(run({"decode", raw, "--raw", "-"}).output, readFile(raw, 1 << 20));
+    expectRefusal(run({"decode", raw, "--raw", "-", "--html", "-"}), 2,
+                  "standard output takes one result; name a file for the other");
+    expectRefusal(run({"decode", raw, "--html", "-", "--field", "szOS"}), 2,
+                  "standard output takes one result; name a file for the other");
+}
+
+TEST_F(Program, SeveralFieldsAreALineEachInTheOrderAskedFor) {
+    EXPECT_EQ(run({"decode", raw, "--field", "szipaddress", "--field", "SZSTATION"}).output, "10.0.0.5\nPC-LAB3\n");
+}
+
 TEST_F(Program, AnEmptyFileNameIsWrongUse) {
     const auto line = [](const std::string& place, const std::string& verb) {
         return place + ": the file name is empty; 'kvstation " + verb + " --help' tells more";
@@ -427,7 +451,8 @@ TEST_F(Program, BashCompletesVerbsOptionsAndFields) {
 }
 
 TEST_F(Program, BashCompletesTheOptionsOfEachVerb) {
-    EXPECT_EQ(completions("show --"), "--help --json --field --all --html --raw --times --timeout\n");
+    EXPECT_EQ(completions("show --"),
+              "--help --json --field --all --html --raw --ndjson --csv --sqlite --times --timeout\n");
     EXPECT_EQ(completions("simulate x --"),
               "--help --json --field --all --html --raw --from --jobs --ndjson --csv --sqlite --set --version --unset "
               "--value --fail --times\n");

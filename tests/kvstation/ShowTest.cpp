@@ -100,6 +100,15 @@ TEST_F(Show, NothingButTheResultGoesToStandardOutput) {
     EXPECT_EQ(shown.errors, "");
 }
 
+TEST_F(Show, ARowIsNamedAsTheStationRegisters) {
+    putMisbehavingLibrary("");
+    const auto row = nlohmann::json::parse(show({"--ndjson", "--field", "szStation"}).output);
+    EXPECT_EQ(row["name"], "PC-\xE2\x82\xAC\xC2\x81\xC3\xA9");
+    EXPECT_EQ(row["fields"]["szStation"], row["name"]);
+    EXPECT_EQ(row["collected"]["tool"], KV_VERSION);
+    EXPECT_THAT(show({"--sqlite", "x.db"}).errors, HasSubstr("--sqlite: needs the native (Linux) tool"));
+}
+
 TEST_F(Show, AHangIsEndedAndToldInOneLine) {
     putMisbehavingLibrary("hang");
     expectRefusal(show({"--timeout", "2"}),
