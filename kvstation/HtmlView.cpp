@@ -136,13 +136,6 @@ std::string legend() {
     return html + "</ul>\n";
 }
 
-// A page is sent around. Where its maker keeps the record is nobody's business; how it is called may help.
-std::string lastPart(std::string_view path) {
-    path = path.substr(0, path.find_last_not_of("/\\") + 1);
-    const std::string_view part = path.substr(path.find_last_of("/\\") + 1);
-    return part == "." || part == ".." ? std::string() : std::string(part);
-}
-
 std::string foot(const std::string& origin) {
     const std::string name = lastPart(origin);
     return name.empty() ? "Page" : "Record of " + name + ", page";

@@ -44,11 +44,12 @@ std::string fieldSection(const Field& field, const std::vector<FieldChange>& cha
 }  // namespace
 
 std::string differencesPage(const SetDifferences& differences) {
-    std::string body = "<header><h1>What differs</h1><p>Before: " + escapeHtml(differences.left) +
-                       "<br>After: " + escapeHtml(differences.right) + "</p></header>\n<dl class=\"glance\">\n" +
-                       card("On both sides", differences.compared) + card("Differ", differences.differing) +
-                       card("Went", differences.went.size()) + card("Came", differences.came.size()) + "</dl>\n" +
-                       namesSection("Went", differences.went) + namesSection("Came", differences.came);
+    std::string body = "<header><h1>What differs</h1><p>Before: " + escapeHtml(lastPart(differences.left)) +
+                       "<br>After: " + escapeHtml(lastPart(differences.right)) +
+                       "</p></header>\n<dl class=\"glance\">\n" + card("On both sides", differences.compared) +
+                       card("Differ", differences.differing) + card("Went", differences.went.size()) +
+                       card("Came", differences.came.size()) + "</dl>\n" + namesSection("Went", differences.went) +
+                       namesSection("Came", differences.came);
     for (std::size_t i = 0; i < fields().size(); ++i)
         if (!differences.fields[i].empty())
             body += fieldSection(fields()[i], differences.fields[i]);

@@ -1,12 +1,12 @@
 #include <fcntl.h>
 #include <sched.h>
 #include <spawn.h>
+#include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
-#include <csignal>
 #include <cstdlib>
 #include <utility>
 #include <vector>
@@ -54,6 +54,14 @@ Pipe openPipe() {
     return {File(ends[0]), File(ends[1])};
 }
 
+// A pipe whose writer is told that nobody reads any more: a write to a true one would end this process.
+Pipe openSockets() {
+    int ends[2];
+    if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0)
+        throw Failure(describeLibraryError("socketpair", "", errno));
+    return {File(ends[0]), File(ends[1])};
+}
+
 // A list of texts that ends with null, as processes are given them.
 std::vector<char*> pointersTo(std::string& texts) {
     std::vector<char*> list;
@@ -98,12 +106,6 @@ class Spawning {
     posix_spawn_file_actions_t m_actions{};
 };
 
-// A write to a process that has ended fails, and does not end this one.
-bool ignoreBrokenPipes() {
-    std::signal(SIGPIPE, SIG_IGN);
-    return true;
-}
-
 std::string describeEnding(int status) {
     return WIFSIGNALED(status) ? "signal " + std::to_string(WTERMSIG(status))
                                : "status " + std::to_string(WEXITSTATUS(status));
@@ -136,8 +138,7 @@ unsigned processors() {
 }
 
 PartProcess::PartProcess() {
-    [[maybe_unused]] static const bool ignores = ignoreBrokenPipes();
-    Pipe input = openPipe();
+    Pipe input = openSockets();
     Pipe output = openPipe();
     const pid_t process = Spawning(input, output).start();
     m_started.reset(new Started{std::move(input.input), std::move(output.output), process, {}});
@@ -151,7 +152,7 @@ PartProcess::~PartProcess() {
 
 bool PartProcess::write(std::string_view bytes) {
     while (!bytes.empty()) {
-        const ssize_t written = ::write(m_started->input.number(), bytes.data(), bytes.size());
+        const ssize_t written = send(m_started->input.number(), bytes.data(), bytes.size(), MSG_NOSIGNAL);
         if (written < 0 && errno != EINTR)
             return false;
         if (written > 0)

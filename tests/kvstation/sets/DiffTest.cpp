@@ -119,6 +119,7 @@ TEST_F(DiffOfSets, WritesAPage) {
     EXPECT_THAT(html, HasSubstr("<th scope=\"row\">pc2</th><td>10.0.0.5</td><td>10.0.0.6</td>"));
     EXPECT_THAT(html, HasSubstr("<li>pc3</li>"));
     EXPECT_THAT(html, Not(HasSubstr("szFixedDrives")));
+    EXPECT_THAT(html, HasSubstr("<p>Before: old<br>After: new</p>"));
 }
 
 TEST_F(DiffOfSets, PairsFoldersRowsAndSqliteFiles) {
