@@ -25,7 +25,7 @@ void addCodePage(CLI::App& command, CodePageOption& option, int most) {
                     "The ANSI code page of a raw record's texts, which the record itself does not tell; 1252 unless "
                     "given" +
                         each)
-        ->type_name("N")
+        ->type_name("PAGE")
         ->expected(1, most)
         ->allow_extra_args(false)
         ->check(checkCodePage);

@@ -242,7 +242,7 @@ Verb addDiff(CLI::App& tool) {
         ->allow_extra_args(false)
         ->check(checkFileName);
     command->add_option("--ignore", options->ignored, "Do not compare this field; may be repeated")
-        ->type_name("NAME")
+        ->type_name("FIELD")
         ->allow_extra_args(false)
         ->check(checkFieldName);
     command->add_flag("--all", options->all,

@@ -68,7 +68,7 @@ void addResultOptions(CLI::App& command, ResultOptions& options) {
     CLI::Option* json = command.add_flag("--json", options.json, "Print one JSON object with the record's field names");
     CLI::Option* field =
         command.add_option("--field", options.fields, "Print the value of this field, for scripts; may be repeated");
-    field->type_name("NAME")->allow_extra_args(false)->excludes(json)->check(checkFieldName);
+    field->type_name("FIELD")->allow_extra_args(false)->excludes(json)->check(checkFieldName);
     CLI::Option* all = command.add_flag("--all", options.all, "Print the empty fields too");
     all->excludes(json)->excludes(field);
     command.add_option("--html", options.html, "Write a page to FILE, - for standard output")

@@ -16,12 +16,12 @@ namespace {
 
 std::vector<Verb> addVerbs(CLI::App& tool) {
     return {
-        addShow(tool),   addSimulate(tool), addDecode(tool),     addDiff(tool),    addLayout(tool),
-        addTrace(tool),  addExplain(tool),  addWhatIfVerb(tool), addCapture(tool), addRedact(tool),
+        addShow(tool),   addSimulate(tool),   addDecode(tool),     addDiff(tool),    addLayout(tool),
+        addTrace(tool),  addExplain(tool),    addWhatIfVerb(tool), addCapture(tool), addRedact(tool),
 #ifndef _WIN32
         addImport(tool),
 #endif
-        addHelp(tool),
+        addHelp(tool),   addCompletion(tool), addMan(tool),
     };
 }
 

@@ -47,7 +47,7 @@ Verb addTrace(CLI::App& tool) {
         "Show every question that a collection asks, in its order, the answers and the fields that hang on them");
     command->add_option("STATION", options->station, "A described station's folder; without it this computer (Windows)")
         ->type_name("");
-    command->add_option("--field", options->field, "Only the questions that this field hangs on")->type_name("NAME");
+    command->add_option("--field", options->field, "Only the questions that this field hangs on")->type_name("FIELD");
     command->add_flag("--all", options->all, "The module's own work too: memory, texts, closing what it opened");
     command->add_flag("--json", options->json, "Print a JSON list");
     addWhatIf(*command, options->whatIf);

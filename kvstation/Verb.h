@@ -28,6 +28,8 @@ Verb addWhatIfVerb(CLI::App& tool);
 Verb addCapture(CLI::App& tool);
 Verb addRedact(CLI::App& tool);
 Verb addHelp(CLI::App& tool);
+Verb addCompletion(CLI::App& tool);
+Verb addMan(CLI::App& tool);
 #ifndef _WIN32
 Verb addImport(CLI::App& tool);
 #endif

@@ -24,8 +24,8 @@ using testing::StartsWith;
 
 const std::string kStation = KV_STATIONS "/windows-xp-console";
 
-constexpr const char* kVerbs[] = {"show",    "simulate", "decode",  "diff",   "layout", "trace",
-                                  "explain", "whatif",   "capture", "redact", "import", "help"};
+constexpr const char* kVerbs[] = {"show",   "simulate", "decode", "diff",   "layout", "trace",      "explain",
+                                  "whatif", "capture",  "redact", "import", "help",   "completion", "man"};
 
 std::vector<std::string> commandLine(std::vector<std::string> arguments) {
     arguments.insert(arguments.begin(), KVSTATION_PROGRAM);
@@ -423,52 +423,6 @@ TEST_F(FaultyStation, AnErrorIsNoLongerThanSomebodyReads) {
     EXPECT_EQ(refused.status, 1);
     EXPECT_LT(refused.errors.size(), 5000u);
     EXPECT_THAT(refused.errors, AllOf(StartsWith("kvstation: " + description + ": /xxxx"), EndsWith("x...\n")));
-}
-
-// What bash offers behind these words, the last of which is being typed. Nothing else may come into the prompt.
-std::string completions(const std::string& words) {
-    const ProgramRun offered =
-        runProgram({"/bin/bash", "-c",
-                    "source '" KV_COMPLETION "'; COMP_WORDS=('" KVSTATION_PROGRAM "' " + words +
-                        "); COMP_CWORD=$((${#COMP_WORDS[@]} - 1)); _kvstation; echo \"${COMPREPLY[*]}\""});
-    EXPECT_EQ(offered.errors, "") << words;
-    return offered.output;
-}
-
-TEST_F(Program, BashCompletesVerbsOptionsAndFields) {
-    EXPECT_EQ(completions("sim"), "simulate\n");
-    EXPECT_EQ(completions("decode --"),
-              "--help --code-page --json --field --all --html --raw --from --jobs --ndjson --csv --sqlite\n");
-    EXPECT_EQ(completions("decode x --field szMA"), "szMACAddress\n");
-    EXPECT_EQ(completions("decode x --field = szMA"), "szMACAddress\n");
-    EXPECT_THAT(completions("decode x --field ="), StartsWith("szStation szUserName "));
-    EXPECT_EQ(completions("decode x --html ="), "\n");
-    EXPECT_EQ(completions("decode ''"), "\n");
-    EXPECT_EQ(completions("bogus -"), "\n");
-    EXPECT_EQ(completions("explain szMA"), "szMACAddress\n");
-    EXPECT_EQ(completions("''"),
-              "show simulate decode diff layout trace explain whatif capture redact import help --help --version\n");
-}
-
-TEST_F(Program, BashCompletesTheOptionsOfEachVerb) {
-    EXPECT_EQ(completions("show --"),
-              "--help --json --field --all --html --raw --ndjson --csv --sqlite --times --timeout\n");
-    EXPECT_EQ(completions("simulate x --"),
-              "--help --json --field --all --html --raw --from --jobs --ndjson --csv --sqlite --set --version --unset "
-              "--value --fail --times\n");
-    EXPECT_EQ(completions("diff --"),
-              "--help --library --ignore --all --json --html --jobs --code-page --set --version --unset "
-              "--value --fail\n");
-    EXPECT_EQ(completions("layout --"), "--help --json --markdown --over\n");
-    EXPECT_EQ(completions("trace --"),
-              "--help --field --all --json --set --version --unset --value --fail --timeout\n");
-    EXPECT_EQ(completions("explain --"),
-              "--help --from --jobs --json --ndjson --set --version --unset --value --fail --timeout\n");
-    EXPECT_EQ(completions("explain szOS --"),
-              "--help --from --jobs --json --ndjson --set --version --unset --value --fail --timeout\n");
-    EXPECT_EQ(completions("capture --"), "--help --redact --timeout\n");
-    EXPECT_EQ(completions("redact --"), "--help --all\n");
-    EXPECT_EQ(completions("import x y --"), "--help --user --set --version --redact\n");
 }
 
 TEST_F(Program, AFullDiskIsTold) {
