@@ -33,5 +33,9 @@ install(FILES ${CMAKE_BINARY_DIR}/package/README.md DESTINATION .)
 
 set(CPACK_GENERATOR ZIP)
 set(CPACK_PACKAGE_FILE_NAME kvcstat-${PROJECT_VERSION}-windows-x64)
+# Last: what the files that are installed then hold of others.
+install(CODE "execute_process(COMMAND ${PROJECT_SOURCE_DIR}/cmake/package/components \${CMAKE_INSTALL_PREFIX}
+  ${CPACK_PACKAGE_FILE_NAME} ${PROJECT_VERSION} ${CMAKE_BINARY_DIR} NOTICES.txt kvcstat.spdx.json COMMAND_ERROR_IS_FATAL ANY)")
+
 set(CPACK_PRE_BUILD_SCRIPTS ${PROJECT_SOURCE_DIR}/cmake/package/SetTimes.cmake)
 include(CPack)
