@@ -3,6 +3,7 @@
 #ifdef _WIN32
 
 #include "framework/Windows.h"
+#include "kvstation/OwnConsole.h"
 #include "kvstation/Utf16.h"
 #include "simwin/CodePage.h"
 
@@ -12,6 +13,8 @@ extern "C" int wmain(int count, wchar_t** words) {
     std::vector<std::string> arguments;
     for (int i = 1; i < count; ++i)
         arguments.push_back(kvstation::toUtf8(words[i]));
+    if (arguments.empty() && kvstation::hasOwnConsole())
+        return kvstation::showPageInBrowser();
     return kvstation::runTool(arguments);
 }
 
