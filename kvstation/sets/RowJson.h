@@ -31,7 +31,4 @@ std::optional<std::string> nameInRow(std::string_view line);
 // The record in a line that has every field. Throws Failure, in one line that begins with `where`.
 Record recordInRow(std::string_view line, const std::string& where);
 
-// The JSON Schema of the line.
-std::string rowSchema();
-
 }  // namespace kvstation

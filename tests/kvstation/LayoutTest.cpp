@@ -9,6 +9,7 @@
 
 #include "kvstation/FieldTable.h"
 #include "kvstation/Files.h"
+#include "kvstation/sets/RowSchema.h"
 
 namespace kvstation {
 namespace {
@@ -75,6 +76,10 @@ TEST(Layout, TheDocumentHasARowForEachFieldAndReservedArea) {
     for (const std::string& row : linesOf(layoutMarkdown()))
         EXPECT_TRUE(std::ranges::any_of(document, [&](const std::string& line) { return line.starts_with(row); }))
             << row << " is missing: ./kv docs makes the document anew";
+}
+
+TEST(Layout, TheSchemaOfRowsIsThatOfTheDocuments) {
+    EXPECT_EQ(readFile(KV_ROW_SCHEMA, 1024 * 1024), rowSchema()) << "./kv docs makes it anew";
 }
 
 TEST(Layout, NoTextBreaksTheDocumentsTable) {
