@@ -15,6 +15,15 @@ bool isLowSurrogate(char16_t unit) {
     return unit >= 0xDC00 && unit < 0xE000;
 }
 
+// Of a text that does not start with a character: the bytes that could be the start of one, and at least one.
+std::size_t lengthOfBroken(std::string_view text) {
+    std::size_t length = 1;
+    for (; length < text.size(); ++length)
+        if (decodeUtf8(std::string(text.substr(0, length + 1)) + "\x80\x80").length <= length + 1)
+            break;
+    return length;
+}
+
 }  // namespace
 
 Utf8Character decodeUtf8(std::string_view text) noexcept {
@@ -89,7 +98,7 @@ std::string repairedUtf8(std::string_view text) {
             repaired += text.substr(0, length);
         else
             appendUtf8(repaired, kReplacementCharacter);
-        text.remove_prefix(std::max<std::size_t>(length, 1));
+        text.remove_prefix(length != 0 ? length : lengthOfBroken(text));
     }
     return repaired;
 }

@@ -20,7 +20,8 @@ bool isUtf8(std::string_view text) noexcept;
 // Stands for what is no character.
 inline constexpr char32_t kReplacementCharacter = 0xFFFD;
 
-// The text with the replacement character in the place of each byte that is no character.
+// The text with one replacement character in the place of each beginning of a character that does not go on, and of
+// each other byte that is none.
 std::string repairedUtf8(std::string_view text);
 
 // The units of UTF-16LE data; half of one at the end is dropped.

@@ -75,10 +75,23 @@ TEST(RowCsv, CellsWithCommasQuotesAndEndsOfLinesStandInQuotes) {
               "name,source,codePage,tool,collectedAt,collectedByLibrary,collectedByTool,szStation,dwSessionId\r\n");
 }
 
-TEST(RowCsv, AByteThatIsNoCharacterIsTheReplacementCharacter) {
-    StationRow row = sampleRow();
-    row.report.record[findField("szStation")].text = "A\xE4";
-    EXPECT_THAT(csvLine(row, {findField("szStation")}), HasSubstr(",A\xEF\xBF\xBD\r\n"));
+// As in JSON, where another library puts it.
+TEST(RowCsv, WhatIsNoCharacterIsTheReplacementCharacter) {
+    const std::string replacement = "\xEF\xBF\xBD";
+    const auto cell = [](const std::string& text) {
+        StationRow row = sampleRow();
+        row.report.record[findField("szStation")].text = text;
+        const std::string line = csvLine(row, {findField("szStation")});
+        EXPECT_EQ(nlohmann::json::parse(nlohmann::json(text).dump(-1, ' ', false, Json::error_handler_t::replace)),
+                  line.substr(line.rfind(',') + 1, line.size() - line.rfind(',') - 3));
+        return line.substr(line.rfind(',') + 1);
+    };
+    EXPECT_EQ(cell("A\xE4"), "A" + replacement + "\r\n");
+    EXPECT_EQ(cell("A\xF0\x9F"), "A" + replacement + "\r\n");
+    EXPECT_EQ(cell("\xF0\x9F\x98-"), replacement + "-\r\n");
+    EXPECT_EQ(cell("\xE0\x80-"), replacement + replacement + "-\r\n");
+    EXPECT_EQ(cell("\xED\xA0\x80"), replacement + replacement + replacement + "\r\n");
+    EXPECT_EQ(cell("\x80\xFF"), replacement + replacement + "\r\n");
 }
 
 TEST(RowTable, ColumnsAreAsWideAsTheirWidestCell) {
