@@ -28,6 +28,7 @@ install(FILES ${CMAKE_BINARY_DIR}/kvcstatConfig.cmake ${CMAKE_BINARY_DIR}/kvcsta
 install(FILES include/kvcstat.h include/kvcstat_fields.inc DESTINATION include)
 install(FILES docs/calling.md docs/record.md docs/administration.md docs/companions.md docs/stations.md docs/tool.md
   DESTINATION doc)
+install(FILES docs/fleet.md docs/station-row.schema.json DESTINATION doc)
 install(DIRECTORY tests/consumer/example/ DESTINATION example)
 install(FILES ${CMAKE_BINARY_DIR}/package/README.md DESTINATION .)
 
