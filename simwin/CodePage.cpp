@@ -100,6 +100,11 @@ bool isAscii(char character) noexcept {
     return byteOf(character) < 0x80;
 }
 
+// As most texts are: the same bytes in every page and in UTF-8.
+bool isAscii(std::string_view text) noexcept {
+    return std::ranges::all_of(text, [](char character) { return isAscii(character); });
+}
+
 // Takes one character off the text and tells its upper case; null tables: of UTF-8.
 std::uint32_t takeUpper(const CodePageTables* tables, std::string_view& text) noexcept {
     std::size_t length = 1;
@@ -334,6 +339,8 @@ std::string toUtf16Bytes(std::string_view bytes) {
 }
 
 std::string toUtf8(std::string_view bytes) {
+    if (isAscii(bytes))
+        return std::string(bytes);
     std::string text;
     text.reserve(bytes.size());
     eachCharacter(
@@ -367,6 +374,8 @@ std::optional<std::string> fromUtf8(std::string_view text, Utf8Error& error) {
 }
 
 std::string fromUtf8Leniently(std::string_view text) {
+    if (isAscii(text))
+        return std::string(text);
     std::string bytes;
     bytes.reserve(text.size());
     for (std::size_t i = 0; i < text.size();) {
@@ -384,7 +393,7 @@ std::string fromUtf8Leniently(std::string_view text) {
 }
 
 bool survivesUtf8(std::string_view bytes) {
-    if (std::ranges::all_of(bytes, isAscii))
+    if (isAscii(bytes))
         return true;
     const std::string text = toUtf8(bytes);
     return isUtf8(text) && fromUtf8Leniently(text) == bytes;

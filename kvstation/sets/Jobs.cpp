@@ -84,7 +84,6 @@ class Part {
 
     // To the source that was given first.
     std::string answer() {
-        std::string block(kPipeBlock, '\0');
         for (;;) {
             if (const auto frame = m_answers.next()) {
                 m_hasAnswered = true;
@@ -92,8 +91,8 @@ class Part {
                 m_given.pop_front();
                 return std::string(*frame);
             }
-            const std::size_t count = m_process->read(block.data(), block.size());
-            m_answers.add(std::string_view(block).substr(0, count));
+            const std::size_t count = m_process->read(m_block.data(), m_block.size());
+            m_answers.add(std::string_view(m_block).substr(0, count));
             if (count > 0)
                 continue;
             if (m_given.size() == 1)
@@ -142,6 +141,7 @@ class Part {
     bool m_hasAnswered = false;
     unsigned m_deaths = 0;
     FrameReader m_answers;
+    std::string m_block = std::string(kPipeBlock, '\0');
     std::unique_ptr<PartProcess> m_process;
 };
 
