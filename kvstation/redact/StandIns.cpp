@@ -1,6 +1,7 @@
 #include "kvstation/redact/StandIns.h"
 
 #include <algorithm>
+#include <vector>
 
 #include "kvstation/redact/NamedParts.h"
 #include "kvstation/redact/PageLetters.h"
@@ -38,6 +39,11 @@ std::string inCaseOf(std::string_view original, std::string_view standIn) {
         if (isLetter(original[i]) ? isUpper(original[i]) : isCapital)
             result[i] = simwin::toUpper(result[i]);
     return result;
+}
+
+// Of two that are as long the first in their order is to be taken.
+bool isLonger(std::string_view word, std::string_view other) {
+    return word.size() != other.size() ? word.size() > other.size() : word < other;
 }
 
 // Calls visit(run, isRun, rest) for the runs of a text in their order.
@@ -140,9 +146,22 @@ const std::string& StandIns::standInFor(const std::string& lowerWord) {
     const auto known = m_words.find(lowerWord);
     if (known != m_words.end())
         return known->second.standIn;
-    const std::string made = makeFree(lowerWord);
-    const bool isShortNumber = isNumber(lowerWord) && lowerWord.size() < kShortestNumber;
-    return m_words.emplace(lowerWord, Word{made, !isShortNumber}).first->second.standIn;
+    const Word& word = m_words.emplace(lowerWord, Word{makeFree(lowerWord), false}).first->second;
+    if (!isNumber(lowerWord) || lowerWord.size() >= kShortestNumber)
+        lookFor(lowerWord);
+    return word.standIn;
+}
+
+void StandIns::lookFor(const std::string& lowerWord) {
+    m_words.at(lowerWord).standsAlone = true;
+    if (lowerWord.size() < kShortestInside || m_vocabulary.contains(lowerWord))
+        return;
+    m_inside.add(lowerWord);
+    if (lowerWord.size() <= kShortNameLength)
+        return;
+    std::string& longest = m_longest[isNumber(lowerWord) ? 1 : 0][lowerWord.substr(0, kShortNameLength)];
+    if (isLonger(lowerWord, longest))
+        longest = lowerWord;
 }
 
 // The digits at its start stay: the module goes by the one in settings such as "1net".
@@ -173,17 +192,13 @@ void StandIns::addJoined(std::string_view joined) {
         standInFor(word);
     if (std::ranges::all_of(joined, isWordCharacter)) {
         if (!joined.empty())
-            m_words.at(simwin::lowerCase(joined)).standsAlone = true;
+            lookFor(simwin::lowerCase(joined));
         return;
     }
     const auto isCommon = [&](const std::string& word) { return m_vocabulary.contains(word); };
     const std::string key = simwin::lowerCase(joined);
-    if (key.size() < kShortestJoined || std::ranges::all_of(words, isCommon) ||
-        std::ranges::find(m_joined, key) != m_joined.end())
-        return;
-    const auto place =
-        std::ranges::find_if(m_joined, [&](const std::string& other) { return other.size() < key.size(); });
-    m_joined.insert(place, key);
+    if (key.size() >= kShortestJoined && !std::ranges::all_of(words, isCommon))
+        m_joined.add(key);
 }
 
 void StandIns::learn(std::string_view text, TextPlace place) {
@@ -228,47 +243,70 @@ std::string StandIns::replaceWord(std::string_view word, bool isShortName, TextP
         return std::string(word);
     if (isUsable(key, place))
         return inCaseOf(word, m_words.at(key).standIn);
-    std::vector<std::string_view> longest;
-    for (const auto& [secret, standIn] : m_words)
-        if (secret.size() >= kShortestInside && (secret.size() < key.size() || isShortName) && isUsable(secret, place))
-            longest.push_back(secret);
-    std::ranges::stable_sort(longest, [](auto a, auto b) { return a.size() > b.size(); });
+    const std::string made = isShortName ? shortNameOf(key, place) : std::string();
+    return made.empty() ? replaceInside(word, key, place) : inCaseOf(word, made);
+}
+
+// The beginning of the stand-in of the longest name that is shortened so; empty where none is.
+std::string StandIns::shortNameOf(const std::string& lowerWord, TextPlace place) const {
+    std::string longest;
+    for (const auto& words : m_longest)
+        if (const auto known = words.find(lowerWord);
+            known != words.end() && isUsable(known->second, place) && isLonger(known->second, longest))
+            longest = known->second;
+    return longest.empty() ? longest : m_words.at(longest).standIn.substr(0, kShortNameLength);
+}
+
+// The longest first, and those of one length in their order.
+std::string StandIns::replaceInside(std::string_view word, const std::string& lowerWord, TextPlace place) const {
+    struct Hit {
+        const std::string* secret;
+        std::size_t place;
+    };
+    std::vector<Hit> hits;
+    for (std::size_t i = 0; i + kShortestInside <= lowerWord.size(); ++i)
+        m_inside.eachOf(std::string_view(lowerWord).substr(i), [&](const std::string& secret) {
+            if (isUsable(secret, place))
+                hits.push_back({&secret, i});
+        });
+    std::ranges::stable_sort(hits,
+                             [](const Hit& left, const Hit& right) { return isLonger(*left.secret, *right.secret); });
     std::string result(word);
-    std::string left = key;  // what is replaced becomes NULs
-    for (const std::string_view secret : longest) {
-        const std::string& standIn = m_words.at(std::string(secret)).standIn;
-        if (isShortName && key.size() == kShortNameLength && secret.starts_with(key))
-            return inCaseOf(word, standIn.substr(0, kShortNameLength));
-        for (std::size_t i = left.find(secret); i != std::string::npos; i = left.find(secret)) {
-            result.replace(i, secret.size(), inCaseOf(word.substr(i, secret.size()), standIn));
-            left.replace(i, secret.size(), secret.size(), '\0');
-        }
+    std::vector<bool> isReplaced(word.size());
+    for (const Hit& hit : hits) {
+        const auto begin = isReplaced.begin() + static_cast<std::ptrdiff_t>(hit.place);
+        const auto end = begin + static_cast<std::ptrdiff_t>(hit.secret->size());
+        if (std::find(begin, end, true) != end)
+            continue;
+        std::fill(begin, end, true);
+        result.replace(hit.place, hit.secret->size(),
+                       inCaseOf(word.substr(hit.place, hit.secret->size()), m_words.at(*hit.secret).standIn));
     }
     return result;
 }
 
-// The longest joined name that stands here, or nothing.
-std::string_view StandIns::joinedAt(std::string_view text, std::size_t place) const {
-    for (const std::string& joined : m_joined) {
-        const std::string_view here = text.substr(place, joined.size());
-        const bool goesOn = place + here.size() < text.size() && isWordCharacter(text[place + here.size()]);
-        if (!goesOn && simwin::equalNoCase(here, joined))
-            return here;
-    }
-    return {};
+// The length of the longest joined name that stands here, or 0.
+std::size_t StandIns::joinedAt(std::string_view text, std::string_view lowerText, std::size_t place) const {
+    std::size_t longest = 0;
+    m_joined.eachOf(lowerText.substr(place), [&](const std::string& joined) {
+        const std::size_t end = place + joined.size();
+        if (longest == 0 && (end == text.size() || !isWordCharacter(text[end])))
+            longest = joined.size();
+    });
+    return longest;
 }
 
 std::string StandIns::replaceText(std::string_view text, TextPlace place) {
     std::string result;
+    const std::string lowerText = simwin::lowerCase(text);
     for (std::size_t i = 0; i < text.size();) {
         if (!isWordCharacter(text[i])) {
             result += text[i++];
             continue;
         }
-        const std::string_view joined = joinedAt(text, i);
-        if (!joined.empty()) {
-            result += knownWords(joined);
-            i += joined.size();
+        if (const std::size_t joined = joinedAt(text, lowerText, i); joined != 0) {
+            result += knownWords(text.substr(i, joined));
+            i += joined;
             continue;
         }
         const auto end = std::find_if_not(text.begin() + static_cast<std::ptrdiff_t>(i), text.end(), isWordCharacter);
@@ -352,9 +390,12 @@ void StandIns::addPhysical(std::string_view bytes) {
     do {
         place->second = makePhysical(bytes);
     } while (place->second == bytes);
+    if (bytes.size() >= kPhysicalSize)
+        m_physicalInside.add(std::string(bytes));
     if (bytes.size() < 4)
         return;
     m_words.insert_or_assign(hexOf(bytes), Word{hexOf(place->second), true});
+    lookFor(hexOf(bytes));
     m_made.insert(hexOf(place->second));
 }
 
@@ -363,12 +404,18 @@ std::string StandIns::physical(std::string_view bytes) const {
     return found != m_physical.end() ? found->second : std::string(bytes);
 }
 
+// Of two that overlap the last in their order is written over the other.
 std::string StandIns::physicalInside(std::string_view data) const {
+    std::map<std::string_view, std::vector<std::size_t>> places;
+    for (std::size_t i = 0; i + kPhysicalSize <= data.size(); ++i)
+        m_physicalInside.eachOf(data.substr(i), [&](const std::string& bytes) { places[bytes].push_back(i); });
     std::string result(data);
-    for (const auto& [bytes, standIn] : m_physical)
-        for (std::size_t i = data.find(bytes); bytes.size() >= kPhysicalSize && i != std::string_view::npos;
-             i = data.find(bytes, i + bytes.size()))
-            result.replace(i, bytes.size(), standIn);
+    for (const auto& [bytes, all] : places)
+        for (std::size_t end = 0; const std::size_t place : all)
+            if (place >= end) {
+                result.replace(place, bytes.size(), m_physical.at(std::string(bytes)));
+                end = place + bytes.size();
+            }
     return result;
 }
 

@@ -2,14 +2,15 @@
 // one for the same text wherever it stands.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <map>
 #include <set>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "kvstation/redact/AddressStandIns.h"
+#include "kvstation/redact/Beginnings.h"
 #include "kvstation/redact/Chance.h"
 #include "kvstation/redact/LongAddressStandIns.h"
 #include "kvstation/redact/TextPlace.h"
@@ -58,12 +59,15 @@ class StandIns {
     std::string make(std::string_view word);
     std::string makePhysical(std::string_view bytes);
     const std::string& standInFor(const std::string& lowerWord);
+    void lookFor(const std::string& lowerWord);
     void addJoined(std::string_view joined);
     bool isUsable(const std::string& secret, TextPlace place) const;
     std::string knownWords(std::string_view text) const;
-    std::string_view joinedAt(std::string_view text, std::size_t place) const;
+    std::size_t joinedAt(std::string_view text, std::string_view lowerText, std::size_t place) const;
     std::string replaceText(std::string_view text, TextPlace place);
     std::string replaceWord(std::string_view word, bool isShortName, TextPlace place) const;
+    std::string replaceInside(std::string_view word, const std::string& lowerWord, TextPlace place) const;
+    std::string shortNameOf(const std::string& lowerWord, TextPlace place) const;
     std::string replaceOther(std::string_view word);
     std::string makeFree(const std::string& lowerWord);
     std::string replacePhysical(std::string_view text) const;
@@ -72,12 +76,17 @@ class StandIns {
     std::map<std::string, Word> m_words;          // in lower case
     std::map<std::string, std::string> m_others;  // in lower case: what could tell something
     bool m_leavesNothing = false;
-    std::set<std::string> m_made;       // the stand-ins of words
-    std::vector<std::string> m_joined;  // in lower case, the longest first
+    std::set<std::string> m_made;  // the stand-ins of words
+    Beginnings m_joined;           // in lower case
+    // Those of the words that are looked for inside longer ones, and the longest by how its short name begins, apart
+    // for words with a letter and for numbers.
+    Beginnings m_inside;
+    std::array<std::map<std::string, std::string>, 2> m_longest;
     Chance m_chance;
     AddressStandIns m_addresses{m_chance};
     LongAddressStandIns m_longAddresses{m_chance};
     std::map<std::string, std::string> m_physical;  // bytes
+    Beginnings m_physicalInside;                    // those that are looked for in binary data
     std::map<std::uint32_t, std::uint32_t> m_numbers;
 };
 

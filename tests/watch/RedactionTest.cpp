@@ -9,6 +9,7 @@
 #include "kvstation/CallLog.h"
 #include "kvstation/Errors.h"
 #include "kvstation/Record.h"
+#include "kvstation/redact/Beginnings.h"
 #include "kvstation/redact/NamedParts.h"
 #include "kvstation/redact/Redaction.h"
 #include "kvstation/redact/StandIns.h"
@@ -142,6 +143,29 @@ Station workstation() {
 // Part of the names of Windows' own accounts and services, which stay.
 bool isWindowsWord(const std::string& word) {
     return word == "administrator" || word == "workstation";
+}
+
+TEST(Beginnings, AreToldTheLongestFirst) {
+    kvstation::Beginnings texts;
+    for (const char* text : {"host", "hosta", "hostage", "hostagx", "hostel", "h", "i", "z"})
+        texts.add(text);
+    const auto beginningsOf = [&](std::string_view text) {
+        std::vector<std::string> all;
+        texts.eachOf(text, [&](const std::string& one) { all.push_back(one); });
+        return all;
+    };
+    EXPECT_THAT(beginningsOf("hostages"), testing::ElementsAre("hostage", "hosta", "host", "h"));
+    EXPECT_THAT(beginningsOf("hostell"), testing::ElementsAre("hostel", "host", "h"));
+    EXPECT_THAT(beginningsOf("hos"), testing::ElementsAre("h"));
+    EXPECT_THAT(beginningsOf("a"), testing::IsEmpty());
+    EXPECT_THAT(beginningsOf(""), testing::IsEmpty());
+}
+
+TEST(StandIns, OfSecretsThatOverlapTheLongestIsReplacedAndOfEquallyLongOnesTheFirst) {
+    StandIns standIns({});
+    standIns.addName("abcdef bcdefgh xyzuv yzuvw");
+    EXPECT_EQ(standIns.inside("0abcdefgh0"), "0a" + standIns.whole("bcdefgh") + "0");
+    EXPECT_EQ(standIns.inside("0xyzuvw0"), "0" + standIns.whole("xyzuv") + "w0");
 }
 
 TEST(StandIns, HaveTheFormOfWhatTheyStandFor) {
