@@ -205,11 +205,12 @@ std::string subjectOf([[maybe_unused]] Machine& machine, const Roles&... roles) 
     return subject;
 }
 
-// Notes the answer for whoever reads it.
+// Notes what a call held when it was over; `error` is what it set.
 template <class Result, class... Roles>
-void noteAnswer(Machine& machine, ObservedCall& call, const Failure& failure, bool fails, const Result& result,
-                bool hasTexts, const Roles&... roles) {
+void noteFacts(ObservedCall& call, const Failure& failure, bool fails, const Result& result, std::uint32_t error,
+               const Roles&... roles) {
     call.succeeded = !fails;
+    call.error = error;
     if constexpr (!std::is_same_v<Result, NoResult>) {
         call.succeeded = succeeded(failure, result);
         call.result = factOfResult(result);
@@ -218,10 +219,11 @@ void noteAnswer(Machine& machine, ObservedCall& call, const Failure& failure, bo
     }
     call.parameters.reserve(sizeof...(roles));
     (call.parameters.emplace_back(factOf(roles, call.succeeded)), ...);
-    if (machine.relay() != nullptr)
-        machine.relay()->learn(call);
-    if (!hasTexts)
-        return;
+}
+
+// Notes the answer for whoever reads it.
+template <class Result, class... Roles>
+void noteTexts(Machine& machine, ObservedCall& call, [[maybe_unused]] const Result& result, const Roles&... roles) {
     if constexpr (!std::is_same_v<Result, NoResult>)
         appendResult(call.answer, machine, result);
     joinOutputs(call.answer, machine, call.succeeded, roles...);
@@ -257,10 +259,13 @@ auto watchCall(Machine& machine, const char* name, const Failure& failure, bool 
         }
     }();
     lastError.take();
-    call.error = lastError.error(machine);
 
     if (isTold)
-        noteAnswer(machine, call, failure, fails, result, hasTexts, roles...);
+        noteFacts(call, failure, fails, result, lastError.error(machine), roles...);
+    if (machine.relay() != nullptr)
+        machine.relay()->learn(call);
+    if (hasTexts)
+        noteTexts(machine, call, result, roles...);
     if (machine.keepsLog())
         machine.addToLog({call.name, call.arguments, call.answer, fails});
     if (machine.observer() != nullptr)
@@ -315,14 +320,36 @@ class ChangedStation {
     const Machine* m_machine;
 };
 
-template <class... Roles>
-void addToWay(Machine& machine, std::string_view name, [[maybe_unused]] const Roles&... roles) {
-    machine.addToWay(name);
+// Makes a call, and notes its question where it is one.
+template <class Make, class... Roles>
+auto noteQuestion(Machine& machine, const char* name, const Failure& failure, bool fails, const Make& make,
+                  const Roles&... roles) {
+    AskedQuestions* questions = machine.questionsWith(name);
+    if (questions == nullptr)
+        return make();
+    Identity question;
+    question.add(std::string_view(name));
     [[maybe_unused]] const auto add = [&](const auto& role) {
-        if constexpr (requires { role.way(machine); })
-            role.way(machine);
+        if constexpr (requires { role.identify(question, machine); })
+            role.identify(question, machine);
     };
     (add(roles), ...);
+    const auto note = [&](const auto& result) {
+        ObservedCall call{.name = name, .arguments = {}, .answer = {}, .subject = subjectOf(machine, roles...)};
+        noteFacts(call, failure, fails, result, machine.errorOfCall(), roles...);
+        questions->tell(std::move(call));
+    };
+    if constexpr (std::is_void_v<decltype(make())>) {
+        make();
+        if (questions->add(question))
+            note(NoResult{});
+    } else {
+        const auto result = make();
+        question.add(std::uint64_t{succeeded(failure, result)});
+        if (questions->add(question))
+            note(result);
+        return result;
+    }
 }
 
 // A failure that leaves more behind than its code.
@@ -341,7 +368,7 @@ auto makeCall(const char* name, FailureWith<Effect> with, Answer&& answer, const
     using Result = decltype(answer(machine));
     Failure& failure = with.failure;
     const bool fails = machine.countCall(name, failure);
-    const auto outcome = [&]() -> Result {
+    const auto make = [&]() -> Result {
         if (!fails) {
             const ChangedStation change(machine);
             return answer(machine);
@@ -350,9 +377,8 @@ auto makeCall(const char* name, FailureWith<Effect> with, Answer&& answer, const
         return failedResult<Result>(machine, failure);
     };
     if (!machine.isWatched()) [[likely]]
-        return outcome();
-    if (machine.countsOnWay(name))
-        addToWay(machine, name, roles...);
+        return make();
+    const auto outcome = [&]() -> Result { return noteQuestion(machine, name, failure, fails, make, roles...); };
     if (!machine.isTold())
         return outcome();
     if (Relay* relay = machine.relay())

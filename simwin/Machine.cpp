@@ -123,23 +123,17 @@ void Machine::relayTo(Relay* relay) noexcept {
 
 void Machine::noteWatch() noexcept {
     m_isTold = m_keepsLog || m_recording != nullptr || m_observer != nullptr || m_relay != nullptr;
-    m_isWatched = m_isTold || m_countsOnWay != nullptr;
+    m_isWatched = m_isTold || m_questions != nullptr;
 }
 
-void Machine::keepWay(bool (*counts)(const char* call)) noexcept {
-    m_countsOnWay = counts;
+void Machine::noteQuestions(AskedQuestions* questions) noexcept {
+    m_questions = questions;
     noteWatch();
 }
 
-void Machine::addToWay(std::string_view text) noexcept {
-    for (const char character : text)
-        addToWay(static_cast<unsigned char>(character));
-    addToWay(std::uint64_t{0x100} + text.size());  // "ab", "c" is another way than "a", "bc"
-}
-
-// By Fowler, Noll and Vo, with 64-bit numbers for bytes.
-void Machine::addToWay(std::uint64_t number) noexcept {
-    m_way = (m_way ^ number) * 0x100000001B3;
+std::uint64_t Machine::identify(std::uintptr_t handle) {
+    const std::optional<KeyId> key = findKey(*this, handle);
+    return key ? static_cast<std::uint64_t>(*key) : handle;
 }
 
 const Machine& Machine::answering() const noexcept {

@@ -12,6 +12,7 @@
 #include <utility>
 #include <vector>
 
+#include "simwin/AskedQuestions.h"
 #include "simwin/CodePage.h"
 #include "simwin/HandleTable.h"
 #include "simwin/Station.h"
@@ -138,10 +139,8 @@ class Machine {
     // Tells each call from now on; null ends it.
     void observe(CallObserver* observer) noexcept;
 
-    // Takes the name, texts and numbers of each call from now on of which `counts` says so into one number: two runs
-    // with the same one went the same way. It is asked with the very pointer each time that a call is made.
-    void keepWay(bool (*counts)(const char* call)) noexcept;
-    std::uint64_t way() const noexcept { return m_way; }
+    // Tells each question from now on: the call's name, what it was given, and whether it succeeded. Null ends it.
+    void noteQuestions(AskedQuestions* questions) noexcept;
 
     // Passes the calls on from now on in place of answering them, so that this machine only watches; null ends it.
     // The process heap's are answered all the same.
@@ -168,11 +167,14 @@ class Machine {
     void countHeapBlocks(int change) noexcept { m_openHeapBlocks += static_cast<std::size_t>(change); }
 
     bool isWatched() const noexcept { return m_isWatched; }
-    // Somebody wants to know more of each call than the way.
+    // Somebody wants to know more of each call than what it asks.
     bool isTold() const noexcept { return m_isTold; }
-    bool countsOnWay(const char* call) const { return m_countsOnWay != nullptr && m_countsOnWay(call); }
-    void addToWay(std::string_view text) noexcept;
-    void addToWay(std::uint64_t number) noexcept;
+    // Null when the call is none.
+    AskedQuestions* questionsWith(const char* call) const {
+        return m_questions != nullptr && m_questions->isQuestion(call) ? m_questions : nullptr;
+    }
+    // The same for each handle of one key, or its value.
+    std::uint64_t identify(std::uintptr_t handle);
     bool keepsLog() const noexcept { return m_keepsLog; }
     Recording* recording() const noexcept { return m_recording; }
     CallObserver* observer() const noexcept { return m_observer; }
@@ -209,10 +211,9 @@ class Machine {
     bool m_mayFail = false;
     bool m_keepsTrace = true;
     bool m_keepsLog = false;
-    bool (*m_countsOnWay)(const char* call) = nullptr;
     bool m_isTold = false;
     bool m_isWatched = false;
-    std::uint64_t m_way = 0;
+    AskedQuestions* m_questions = nullptr;
     Recording* m_recording = nullptr;
     CallObserver* m_observer = nullptr;
     Relay* m_relay = nullptr;

@@ -54,7 +54,7 @@ struct Value {
     };
     T raw() const { return value; }
     Fact fact(bool) const { return static_cast<std::uint64_t>(value); }
-    void way(Machine& machine) const { machine.addToWay(static_cast<std::uint64_t>(value)); }
+    void identify(Identity& question, Machine&) const { question.add(static_cast<std::uint64_t>(value)); }
     Kept keep(Recording&) const { return Kept(value); }
     void input(std::string& text, Machine&) const {
         if constexpr (std::is_signed_v<T>)
@@ -81,7 +81,7 @@ struct Text {
     };
     const char* raw() const { return value; }
     Fact fact(bool) const { return value != nullptr ? Fact(std::string(value)) : Fact(); }
-    void way(Machine& machine) const { machine.addToWay(value != nullptr ? value : std::string_view()); }
+    void identify(Identity& question, Machine&) const { question.add(value != nullptr ? value : std::string_view()); }
     Kept keep(Recording&) const { return Kept(value); }
     void input(std::string& text, Machine&) const {
         if (value == nullptr)
@@ -126,6 +126,7 @@ struct Handle {
     H raw() const { return value; }
     Fact fact(bool) const { return std::uint64_t{asNumber(value)}; }
     std::uintptr_t handle() const { return asNumber(value); }
+    void identify(Identity& question, Machine& machine) const { question.add(machine.identify(asNumber(value))); }
     Kept keep(Recording& recording) const { return Kept(value, recording.slotOf(asNumber(value))); }
     void input(std::string& text, Machine& machine) const { appendHandle(text, machine, asNumber(value)); }
     void output(std::string&, Machine&) const {}
@@ -302,14 +303,19 @@ struct Bytes {
     Fact fact(bool) const {
         return data != nullptr ? Fact(std::string(reinterpret_cast<const char*>(data), size)) : Fact();
     }
+    void identify(Identity& question, Machine&) const { question.add(content()); }
     Kept keep(Recording&) const { return Kept(data, size); }
     void input(std::string& text, Machine&) const {
         if (data == nullptr)
             text += "null";
         else
-            appendBytes(text, std::string_view(reinterpret_cast<const char*>(data), size));
+            appendBytes(text, content());
     }
     void output(std::string&, Machine&) const {}
+
+    std::string_view content() const {
+        return data != nullptr ? std::string_view(reinterpret_cast<const char*>(data), size) : std::string_view();
+    }
 };
 template <class Pointer>
 Bytes(Pointer, std::size_t) -> Bytes<Pointer>;

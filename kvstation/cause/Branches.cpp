@@ -5,72 +5,45 @@
 namespace kvstation {
 namespace {
 
-// The calls of a run in short: two runs that ask the same went the same way.
-std::string wayOf(const std::vector<AskedCall>& calls) {
-    std::string way;
-    for (const AskedCall& one : calls)
-        if (one.call.name.starts_with("RegOpenKey"))
-            way += one.call.subject + '\\' + std::string(simwin::textOf(one.call.parameters[1])) + '\n';
-    return way;
+bool opensKey(const char* call) {
+    return std::string_view(call).starts_with("RegOpenKey");
 }
 
-// Calls visit(station, calls) for the station and for it with each version of Windows.
+// Calls visit(station) for the station and for it with each version of Windows.
 template <class Visit>
-void eachVersion(const simwin::Station& station, const Collector& collector, Visit visit) {
-    const auto run = [&](const simwin::Station& one) {
-        simwin::Machine machine(one);
-        std::vector<AskedCall> calls;
-        runOn(collector, machine, calls, Told::FactsAlone);
-        visit(one, calls);
-    };
-    run(station);
+void eachVersion(const simwin::Station& station, Visit visit) {
     World world(station);
+    visit(world.station());
     for (Alternative& alternative :
          alternativesAt(world, memberPlace({"version"}), findCallRow("GetVersionExA")->samples)) {
         world.make(alternative.changes);
-        run(*world.station());
+        visit(world.station());
         world.unmake(alternative.changes);
     }
 }
 
 using Version = std::optional<simwin::WindowsVersion>;
 
-// That of the station, and one for each other way that a version of Windows leads.
+// That of the station, and one for each other way that a version of Windows leads: which keys are opened, and when.
 std::vector<Version> versionsByWay(const simwin::Station& station, const Collector& collector) {
     std::vector<Version> all;
-    std::set<std::string> ways;
-    eachVersion(station, collector, [&](const simwin::Station& one, const std::vector<AskedCall>& calls) {
-        if (ways.insert(wayOf(calls)).second)
-            all.push_back(one.version);
+    std::set<std::uint64_t> ways;
+    simwin::AskedQuestions opened(opensKey);
+    eachVersion(station, [&](const std::shared_ptr<const simwin::Station>& one) {
+        simwin::Machine machine(one);
+        machine.noteQuestions(&opened);
+        runOn(collector, machine);
+        if (ways.insert(opened.takeWay()).second)
+            all.push_back(one->version);
     });
     return all;
 }
 
-// Of all that a place is made of.
-class IdentityHash {
-  public:
-    void add(std::string_view bytes) {
-        add(bytes.size());
-        mix(std::hash<std::string_view>()(bytes));
-    }
-    void add(std::uint64_t number) { mix(number); }
-    std::uint64_t value() const { return m_value; }
-
-  private:
-    void mix(std::uint64_t number) {
-        constexpr std::uint64_t kSpread = 0x9E3779B97F4A7C15;
-        m_value = (m_value ^ number) * kSpread;
-        m_value ^= m_value >> 32;
-    }
-
-    std::uint64_t m_value = 0;
-};
-
 std::uint64_t identityOf(const simwin::ObservedCall& call) {
-    IdentityHash identity;
-    identity.add(call.name);
+    simwin::Identity identity;
+    identity.add(std::string_view(call.name));
     identity.add(std::uint64_t{call.succeeded});
-    identity.add(call.subject);
+    identity.add(std::string_view(call.subject));
     for (const simwin::Fact& fact : call.parameters) {
         identity.add(fact.index());
         if (const auto* number = std::get_if<std::uint64_t>(&fact))
@@ -83,22 +56,28 @@ std::uint64_t identityOf(const simwin::ObservedCall& call) {
 
 }  // namespace
 
-void AskedPlaces::add(const std::vector<AskedCall>& calls) {
-    addNew(calls);
+std::optional<Place> AskedPlaces::add(const simwin::ObservedCall& call) {
+    if (!m_calls.insert(identityOf(call)).second)
+        return std::nullopt;
+    const CallRow* row = findCallRow(call.name);
+    if (row == nullptr)
+        return std::nullopt;
+    Place place = row->place(call);
+    if (place.kind == Place::Kind::None || !m_places.try_emplace(place.id(), Asked{place, row->words}).second)
+        return std::nullopt;
+    return place;
 }
 
-std::vector<Place> AskedPlaces::addNew(const std::vector<AskedCall>& calls) {
+void AskedPlaces::add(const std::vector<AskedCall>& calls) {
+    for (const AskedCall& one : calls)
+        add(one.call);
+}
+
+std::vector<Place> AskedPlaces::addNew(const std::vector<simwin::ObservedCall>& calls) {
     std::vector<Place> fresh;
-    for (const AskedCall& one : calls) {
-        if (!m_calls.insert(identityOf(one.call)).second)
-            continue;
-        const CallRow* row = findCallRow(one.call.name);
-        if (row == nullptr)
-            continue;
-        const Place place = row->place(one.call);
-        if (place.kind != Place::Kind::None && m_places.try_emplace(place.id(), Asked{place, row->words}).second)
-            fresh.push_back(place);
-    }
+    for (const simwin::ObservedCall& one : calls)
+        if (std::optional<Place> place = add(one))
+            fresh.push_back(std::move(*place));
     return fresh;
 }
 
@@ -109,18 +88,24 @@ bool AskedPlaces::add(const AskedPlaces& other) {
 }
 
 AskedPlaces askedOnce(const simwin::Station& station, const Collector& collector) {
-    simwin::Machine machine(station);
-    std::vector<AskedCall> calls;
-    runOn(collector, machine, calls, Told::FactsAlone);
     AskedPlaces asked;
-    asked.add(calls);
+    simwin::AskedQuestions questions(isQuestion);
+    simwin::Machine machine(station);
+    machine.noteQuestions(&questions);
+    runOn(collector, machine);
+    asked.addNew(questions.takeNew());
     return asked;
 }
 
 AskedPlaces askedByVersions(const simwin::Station& station, const Collector& collector) {
     AskedPlaces asked;
-    eachVersion(station, collector,
-                [&](const simwin::Station&, const std::vector<AskedCall>& calls) { asked.add(calls); });
+    simwin::AskedQuestions questions(isQuestion);
+    eachVersion(station, [&](const std::shared_ptr<const simwin::Station>& one) {
+        simwin::Machine machine(one);
+        machine.noteQuestions(&questions);
+        runOn(collector, machine);
+        asked.addNew(questions.takeNew());
+    });
     return asked;
 }
 
@@ -129,7 +114,7 @@ AskedPlaces askedInBranches(const simwin::Station& station, const Collector& col
     std::vector<Place> fresh;
     ExperimentOptions options;
     options.outputs = Outputs();
-    options.otherRun = [&](const std::vector<AskedCall>& calls) { fresh = asked.addNew(calls); };
+    options.newQuestions = [&](const std::vector<simwin::ObservedCall>& calls) { fresh = asked.addNew(calls); };
     options.everyWord = true;
     for (const Version& version : versionsByWay(station, collector)) {
         simwin::Station one = station;

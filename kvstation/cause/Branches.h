@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <functional>
 #include <map>
+#include <optional>
 #include <set>
 #include <string>
 #include <string_view>
@@ -26,7 +27,7 @@ class AskedPlaces {
 
     void add(const std::vector<AskedCall>& calls);
     // Gives the places that are new.
-    std::vector<Place> addNew(const std::vector<AskedCall>& calls);
+    std::vector<Place> addNew(const std::vector<simwin::ObservedCall>& calls);
     // True when one of them is new.
     bool add(const AskedPlaces& other);
 
@@ -35,6 +36,8 @@ class AskedPlaces {
     const std::map<std::string, Asked>& all() const { return m_places; }
 
   private:
+    std::optional<Place> add(const simwin::ObservedCall& call);
+
     std::map<std::string, Asked> m_places;      // by id
     std::unordered_set<std::uint64_t> m_calls;  // that were looked at, by the hash of all that makes them
 };

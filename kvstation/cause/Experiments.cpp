@@ -57,15 +57,6 @@ bool haveInCommon(const std::string& text, const std::string& value) {
                              text.starts_with(value.substr(0, kRelated)) || value.ends_with(text.substr(0, kRelated)));
 }
 
-// Calls by their names, each of which stands in one place.
-bool isQuestion(const char* call) {
-    static std::unordered_map<const char*, bool> known;
-    const auto [place, isNew] = known.try_emplace(call);
-    if (isNew)
-        place->second = findCallRow(call) != nullptr;
-    return place->second;
-}
-
 bool isListed(const Question& question) {
     return question.place.isListed;
 }
@@ -77,11 +68,11 @@ std::string parentOf(const Place& place) {
 }  // namespace
 
 Experiments::Experiments(World& world, const Collector& collector, const ExperimentOptions& options)
-    : m_world(world), m_collector(collector), m_options(options) {
+    : m_world(world), m_collector(collector), m_options(options), m_asked(isQuestion) {
     simwin::Machine machine(world.station());
-    machine.keepWay(isQuestion);
+    machine.noteQuestions(&m_asked);
     m_outcome = runOn(collector, machine, m_calls);
-    m_ways.insert(m_outcome.way);
+    m_asked.takeNew();
     m_questions = questionsOf(m_calls, world);
     addNames(m_names, m_calls);
     for (const simwin::Variable& variable : m_outcome.published)
@@ -473,10 +464,10 @@ Outcome Experiments::runOnce(Alternative& alternative, std::uint64_t number) {
     return runOn(m_collector, machine);
 }
 
-// The way is kept where somebody is told of other ones. Calls that are no questions make none.
+// Questions are noted where somebody is told of new ones.
 Outcome Experiments::runNoted(simwin::Machine& machine) {
-    if (m_options.otherRun)
-        machine.keepWay(isQuestion);
+    if (m_options.newQuestions)
+        machine.noteQuestions(&m_asked);
     return runOn(m_collector, machine);
 }
 
@@ -487,23 +478,20 @@ bool Experiments::isOtherWay(const Outcome& outcome) const {
     return (most - least) * kManyOf > m_outcome.calls;
 }
 
-// True when the run was told.
+// True when the run asked something new.
 bool Experiments::noteOtherRun(const Outcome& outcome, const std::function<void(simwin::Machine&)>& prepare) {
-    const bool isTold = m_options.otherRun && m_ways.insert(outcome.way).second;
-    const bool givesNames = m_otherWays < kMostOtherWays && isOtherWay(outcome);
-    if (!isTold && !givesNames)
-        return false;
-    simwin::Machine machine(m_world.station());
-    prepare(machine);
-    std::vector<AskedCall> calls;
-    runOn(m_collector, machine, calls, Told::FactsAlone);
-    if (givesNames) {
+    if (m_otherWays < kMostOtherWays && isOtherWay(outcome)) {
         ++m_otherWays;
+        simwin::Machine machine(m_world.station());
+        prepare(machine);
+        std::vector<AskedCall> calls;
+        runOn(m_collector, machine, calls, Told::FactsAlone);
         addNames(m_names, calls);
     }
-    if (isTold)
-        m_options.otherRun(calls);
-    return isTold;
+    const std::vector<simwin::ObservedCall> asked = m_asked.takeNew();
+    if (!asked.empty())
+        m_options.newQuestions(asked);
+    return !asked.empty();
 }
 
 bool Experiments::isFilledIn() const {

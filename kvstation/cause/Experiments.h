@@ -22,12 +22,12 @@ struct ExperimentOptions {
     // No more than what gives the outputs: another text or number in the place of answers that have one in common with
     // them.
     bool giversOnly = false;
-    // Every word of the module at every place too, for the other runs' sake.
+    // Every word of the module at every place too, for the sake of new questions.
     bool everyWord = false;
     // Told how far the experiments are, from 0 to 1. May be empty.
     std::function<void(double done)> progress{};
-    // Told the calls of each run that took another way than the station's own and those told before. May be empty.
-    std::function<void(const std::vector<AskedCall>& calls)> otherRun{};
+    // Told what a run asked that neither the station's own nor one before it did, where there is such. May be empty.
+    std::function<void(const std::vector<simwin::ObservedCall>& calls)> newQuestions{};
     // Called behind each such run, when no change is in force. True when the station holds more by now: the run is made
     // again. May be empty.
     std::function<bool()> fillIn{};
@@ -107,7 +107,7 @@ class Experiments {
     std::set<std::size_t> m_longLists;  // places that are names in one
     AskedNames m_names;
     std::size_t m_otherWays = 0;
-    std::set<std::uint64_t> m_ways;  // that were told
+    simwin::AskedQuestions m_asked;
 };
 
 }  // namespace kvstation

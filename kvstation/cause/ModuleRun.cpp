@@ -31,7 +31,6 @@ Outcome runOn(const Collector& collector, simwin::Machine& machine) {
     outcome.published = machine.variablesSet();
     outcome.trace = machine.traceLines();
     outcome.calls = machine.calls();
-    outcome.way = machine.way();
     return outcome;
 }
 

@@ -18,7 +18,6 @@ struct Outcome {
     std::vector<simwin::Variable> published;
     std::vector<simwin::TraceLine> trace;
     std::uint64_t calls = 0;
-    std::uint64_t way = 0;  // as Machine::way tells it, where the machine keeps it
 };
 
 struct AskedCall {

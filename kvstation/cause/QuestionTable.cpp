@@ -1,6 +1,7 @@
 #include "kvstation/cause/QuestionTable.h"
 
 #include <algorithm>
+#include <unordered_map>
 
 #include "simwin/Address.h"
 #include "simwin/CodePage.h"
@@ -271,6 +272,14 @@ std::span<const CallRow> callRows() {
 const CallRow* findCallRow(std::string_view call) {
     const auto* found = std::ranges::find(kRows, call, &CallRow::call);
     return found != std::end(kRows) ? found : nullptr;
+}
+
+bool isQuestion(const char* call) {
+    static std::unordered_map<const char*, bool> known;
+    const auto [place, isNew] = known.try_emplace(call);
+    if (isNew)
+        place->second = findCallRow(call) != nullptr;
+    return place->second;
 }
 
 }  // namespace kvstation

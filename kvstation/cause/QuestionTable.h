@@ -26,4 +26,7 @@ std::span<const CallRow> callRows();
 // Null for the module's own work.
 const CallRow* findCallRow(std::string_view call);
 
+// Whether there is a row, quickly: each call has its name in one place.
+bool isQuestion(const char* call);
+
 }  // namespace kvstation

@@ -13,6 +13,7 @@ namespace kvstation {
 namespace {
 
 using simwin::Processors;
+using simwin::RegistryType;
 using simwin::Station;
 using simwin::WindowsVersion;
 
@@ -63,14 +64,23 @@ std::optional<MajorMinor> majorAndMinor(const HiveValues& values) {
 }
 
 // Since Windows XP the suite is always there; before, it is listed where it is installed.
-bool hasTerminalServices(HiveRegistry& registry, const WindowsVersion& version) {
+void describeTerminalServices(HiveRegistry& registry, HiveFacts& facts, WindowsVersion& version) {
+    const HiveValues options(registry, controlKey("ProductOptions"));
+    const std::vector<std::string> suites = options.texts("ProductSuite");
     const bool isAlways = version.major > 5 || (version.major == 5 && version.minor > 0);
-    const std::vector<std::string> suites = HiveValues(registry, controlKey("ProductOptions")).texts("ProductSuite");
-    return isAlways || std::ranges::find(suites, "Terminal Server") != suites.end();
+    version.terminalServices = isAlways || std::ranges::find(suites, "Terminal Server") != suites.end();
+    if (!isAlways && options.mayHaveLost("ProductSuite", RegistryType::MultiText))
+        facts.lost.emplace_back("version.terminalServices");
+}
+
+void describeServicePack(const HiveValues& values, std::string_view name, HiveFacts& facts, WindowsVersion& version) {
+    version.servicePack = values.text(name).value_or("");
+    if (values.mayHaveLost(name, RegistryType::Text))
+        facts.lost.emplace_back("version.servicePack");
 }
 
 // "4.90.3000"; what Windows NT calls a service pack is a letter here.
-void describeVersion9x(HiveRegistry& registry, Station& station) {
+void describeVersion9x(HiveRegistry& registry, HiveFacts& facts) {
     const HiveValues values(registry, kVersion9x);
     const std::string text = values.text("VersionNumber").value_or("");
     const std::size_t first = text.find('.');
@@ -80,29 +90,27 @@ void describeVersion9x(HiveRegistry& registry, Station& station) {
     const auto major = parse<std::uint32_t>(text.substr(0, first));
     const auto minor = parse<std::uint32_t>(text.substr(first + 1, second - first - 1));
     const auto build = parse<std::uint32_t>(text.substr(second + 1));
-    if (major && minor && build)
-        station.version = WindowsVersion{.platformId = kWindows9x,
-                                         .major = *major,
-                                         .minor = *minor,
-                                         .build = *build,
-                                         .servicePack = values.text("SubVersionNumber").value_or("")};
+    if (!major || !minor || !build)
+        return;
+    WindowsVersion version{
+        .platformId = kWindows9x, .major = *major, .minor = *minor, .build = *build, .servicePack = {}};
+    describeServicePack(values, "SubVersionNumber", facts, version);
+    facts.station.version = version;
 }
 
-void describeVersion(HiveRegistry& registry, Station& station) {
+void describeVersion(HiveRegistry& registry, HiveFacts& facts) {
     if (registry.isWindows9x())
-        return describeVersion9x(registry, station);
+        return describeVersion9x(registry, facts);
     const HiveValues values(registry, kVersion);
     const std::optional<MajorMinor> number = majorAndMinor(values);
     const std::optional<std::uint32_t> build = numberIn(values, "CurrentBuildNumber");
     if (!number || !build)
         return;
-    WindowsVersion version{.platformId = kWindowsNT,
-                           .major = number->major,
-                           .minor = number->minor,
-                           .build = *build,
-                           .servicePack = values.text("CSDVersion").value_or("")};
-    version.terminalServices = hasTerminalServices(registry, version);
-    station.version = version;
+    WindowsVersion version{
+        .platformId = kWindowsNT, .major = number->major, .minor = number->minor, .build = *build, .servicePack = {}};
+    describeServicePack(values, "CSDVersion", facts, version);
+    describeTerminalServices(registry, facts, version);
+    facts.station.version = version;
 }
 
 void describeNames(HiveRegistry& registry, Station& station) {
@@ -175,7 +183,7 @@ bool isServer(HiveRegistry& registry) {
 
 HiveFacts factsOf(HiveRegistry& registry) {
     HiveFacts facts;
-    describeVersion(registry, facts.station);
+    describeVersion(registry, facts);
     describeNames(registry, facts.station);
     describeCodePages(registry, facts);
     describeProcessors(registry, facts.station);

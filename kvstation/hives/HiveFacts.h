@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "kvstation/hives/HiveRegistry.h"
 #include "simwin/Station.h"
@@ -12,6 +13,7 @@ struct HiveFacts {
     simwin::Station station;  // with an empty registry
     bool knowsOemCodePage = false;
     bool isServer = false;
+    std::vector<std::string> lost;  // members of the version, by their paths, that damage may have taken
 };
 
 // Version, code pages, computer name, host name, processors and environment, as far as the hives tell them.

@@ -19,6 +19,17 @@ constexpr std::string_view kHardware = "HKEY_LOCAL_MACHINE\\HARDWARE";
 constexpr std::string_view kFileTypes = "HKEY_LOCAL_MACHINE\\SOFTWARE\\Classes";
 constexpr std::string_view kUserFileTypes = "HKEY_CURRENT_USER\\Software\\Classes";
 constexpr std::string_view kSession = "session";
+constexpr std::string_view kServicePack = "version.servicePack";
+constexpr std::string_view kAnsiCodePage = "codePages.ansi";
+constexpr std::string_view kOemCodePage = "codePages.oem";
+
+// Of what no call asks for by itself.
+constexpr std::pair<std::string_view, std::string_view> kMeanings[] = {
+    {kSession, "the session"},
+    {kServicePack, "the service pack, which --version does not tell"},
+    {kAnsiCodePage, "the ANSI code page; 1252 stands in its place"},
+    {kOemCodePage, "the OEM code page; 437 stands in its place"}};
+
 constexpr std::string_view kServices = "HKEY_LOCAL_MACHINE\\SYSTEM\\CurrentControlSet\\Services";
 
 bool isMadeAtStart(const std::string& key) {
@@ -138,6 +149,12 @@ std::set<std::string> addLostKeys(simwin::Station& station, const Collector& col
     return lost;
 }
 
+// Since Windows 10 there are no service packs.
+void addUntoldServicePack(simwin::Station& station) {
+    if (station.version && station.version->major < 10)
+        station.unknown.emplace_back(kServicePack);
+}
+
 // A disk tells of no session, whatever the module asks about it.
 void addUnknownSession(simwin::Station& station) {
     if (std::ranges::none_of(station.unknown, [](const std::string& one) { return one.starts_with(kSession); }))
@@ -153,7 +170,10 @@ std::string meaningOf(const std::string& root, const AskedPlaces& asked, const s
     for (const auto& [id, one] : asked.all())
         if (isBelow(one.place, root))
             return std::string(one.words);
-    return root == kSession ? "the session" : "the OEM code page; 437 stands in its place";
+    for (const auto& [name, meaning] : kMeanings)
+        if (root == name)
+            return std::string(meaning);
+    return {};
 }
 
 // Entries of one meaning stand together.
@@ -186,12 +206,18 @@ ImportedStation importStation(HiveRegistry& registry, const WhatIf& whatIf, Reac
     const Collector collector;
     const AskedPlaces asked = complete(imported.station, {}, state, collector, reach);
     addUnknownKeys(imported.station, asked, registry);
-    const std::set<std::string> lost = addLostKeys(imported.station, collector, registry);
+    std::set<std::string> lost = addLostKeys(imported.station, collector, registry);
+    if (whatIf.version.empty()) {
+        imported.station.unknown.insert(imported.station.unknown.end(), facts.lost.begin(), facts.lost.end());
+        lost.insert(facts.lost.begin(), facts.lost.end());
+    } else {
+        addUntoldServicePack(imported.station);
+    }
     addUnknownSession(imported.station);
     if (!registry.tellsCodePage())
-        imported.station.unknown.emplace_back("codePages.ansi");
+        imported.station.unknown.emplace_back(kAnsiCodePage);
     if (!facts.knowsOemCodePage)
-        imported.station.unknown.emplace_back("codePages.oem");
+        imported.station.unknown.emplace_back(kOemCodePage);
     simwin::Machine machine(imported.station);
     imported.record = collector.collect(machine);
     imported.undescribed = linesOf(imported.station, asked, lost);

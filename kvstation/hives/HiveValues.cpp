@@ -10,7 +10,8 @@ namespace kvstation {
 using simwin::RegistryType;
 using simwin::RegistryValue;
 
-HiveValues::HiveValues(HiveRegistry& registry, std::string_view fullPath) {
+HiveValues::HiveValues(HiveRegistry& registry, std::string_view fullPath)
+    : m_isWhole(!registry.lossAt(fullPath, HiveRegistry::Part::Values)) {
     simwin::RegistryTree tree;
     if (!registry.copyKey(fullPath, tree))
         return;
@@ -48,6 +49,12 @@ std::optional<std::uint32_t> HiveValues::number(std::string_view name) const {
     if (value == nullptr || value->bytes.size() != sizeof(std::uint32_t))
         return std::nullopt;
     return numberAt(value->bytes, 0);
+}
+
+bool HiveValues::mayHaveLost(std::string_view name, RegistryType type) const {
+    return find(name, type) == nullptr && (!m_isWhole || std::ranges::any_of(m_values, [&](const RegistryValue& value) {
+               return simwin::equalNoCase(value.name, name);
+           }));
 }
 
 std::string textOf(const RegistryValue& value) {

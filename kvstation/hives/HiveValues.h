@@ -24,12 +24,16 @@ class HiveValues {
     // REG_DWORD of 4 bytes.
     std::optional<std::uint32_t> number(std::string_view name) const;
 
+    // Whether damage may have taken a value: it is missing where not all could be read, or of another type.
+    bool mayHaveLost(std::string_view name, simwin::RegistryType type) const;
+
     const std::vector<simwin::RegistryValue>& all() const { return m_values; }
 
   private:
     const simwin::RegistryValue* find(std::string_view name, simwin::RegistryType type) const;
 
     std::vector<simwin::RegistryValue> m_values;
+    bool m_isWhole;
 };
 
 // The bytes up to the first NUL.
