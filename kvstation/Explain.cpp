@@ -47,9 +47,10 @@ FieldCauses causesOfOne(World& world, const Collector& collector, ExperimentOpti
     options.outputs.set(field);
     const simwin::Station station = *world.station();
     const Experiments experiments(world, collector, options);
-    FieldCauses causes = causesOf(world, collector, experiments, field);
-    causes.next = nextValues(station, collector, causes);
-    return causes;
+    std::vector<FieldCauses> one = {causesOf(world, collector, experiments, field)};
+    addUnknownSources(station, collector, one);
+    one.front().next = nextValues(station, collector, one.front());
+    return std::move(one.front());
 }
 
 FieldCauses explainField(const simwin::Station& station, std::size_t field) {

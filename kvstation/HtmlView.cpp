@@ -70,6 +70,8 @@ std::string causesOfField(const Report& report, std::size_t index, const std::st
     if (causes.cut)
         items = "<li><b>cut</b> from " + lengthOf(*causes.cut) + " characters: " + escapeHtml(causes.cut->text) +
                 "</li>" + items;
+    for (const std::string& one : causes.unknown)
+        items += "<li><b>unknown</b> <small>" + escapeHtml(one) + "</small></li>";
     return "<details><summary>" + summary + "</summary><ul>" +
            (items.empty() ? "<li>nothing that was asked changes it</li>" : items) + "</ul></details>";
 }

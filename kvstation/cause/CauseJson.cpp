@@ -78,6 +78,7 @@ ordered_json causesJson(const FieldCauses& causes) {
                       {"value", valueJson(causes.field, causes.value)},
                       {"cut", nullptr},
                       {"causes", causesList(causes.causes)},
+                      {"unknown", causes.unknown},
                       {"next", ordered_json::array()}};
     if (causes.cut)
         json["cut"] = causes.cut->text + (causes.cut->goesOn ? "..." : "");

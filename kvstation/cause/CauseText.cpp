@@ -186,7 +186,11 @@ std::string causesText(const FieldCauses& causes, bool colours) {
         text += "  cut to " + std::to_string(characters(causes.value)) + " of " + lengthOf(*causes.cut) +
                 " characters: \"" + shortened(visible(causes.cut->text), kLongestWhole) + "\"\n\n";
     text += linesOf(causes.causes, "  ", colours);
-    if (causes.causes.empty())
+    for (const std::string& one : causes.unknown)
+        text += "  " + bold("unknown", colours) + "  " + padded(kNotWritten, kAnswerWidth) + "  " + visible(one) + "\n";
+    if (!causes.unknown.empty())
+        text += "\n  Its source is unknown on this station: what it holds says nothing of the machine.\n";
+    else if (causes.causes.empty())
         text += "  nothing that the module asked changes it\n";
     else if (std::ranges::none_of(causes.causes, [](const Cause& cause) { return cause.role != Role::Decides; }))
         text += "\n  The value itself is the module's own; it stands in no answer.\n";
@@ -198,11 +202,14 @@ std::string causesText(const FieldCauses& causes, bool colours) {
 }
 
 std::string causesLine(const FieldCauses& causes, bool colours) {
+    std::string unknown;
+    for (const std::string& one : causes.unknown)
+        unknown += (unknown.empty() ? "  unknown: " : ", ") + visible(one);
     const std::string givers = shortNames(causes.causes, true);
     const std::string deciders = shortNames(causes.causes, false);
     return bold(std::string(fields()[causes.field].name), colours) + " = " + shownValue(causes.field, causes.value) +
            (causes.cut ? " (cut)" : "") + (givers.empty() ? "" : "  from " + givers) +
-           (deciders.empty() ? "" : "  decided by " + deciders) + "\n";
+           (deciders.empty() ? "" : "  decided by " + deciders) + unknown + "\n";
 }
 
 }  // namespace kvstation

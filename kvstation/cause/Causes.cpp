@@ -5,6 +5,7 @@
 #include "kvstation/Progress.h"
 #include "kvstation/cause/MovedText.h"
 #include "kvstation/cause/UnansweredText.h"
+#include "kvstation/cause/UnknownSources.h"
 #include "kvstation/cause/WholeText.h"
 #include "simwin/CodePage.h"
 
@@ -148,6 +149,19 @@ FieldCauses causesOf(World& world, const Collector& collector, const Experiments
     return found;
 }
 
+void addUnknownSources(const simwin::Station& station, const Collector& collector, std::vector<FieldCauses>& all) {
+    std::vector<FieldCauses*> causeless;
+    std::vector<std::size_t> numbers;
+    for (FieldCauses& one : all)
+        if (one.causes.empty()) {
+            causeless.push_back(&one);
+            numbers.push_back(one.field);
+        }
+    const auto sources = unknownSources(station, collector, numbers);
+    for (std::size_t i = 0; i < causeless.size(); ++i)
+        std::ranges::transform(sources[i], std::back_inserter(causeless[i]->unknown), simwin::toUtf8);
+}
+
 std::vector<FieldCauses> allCauses(const simwin::Station& station) {
     World world(station);
     const Progress progress("looking for causes");
@@ -157,6 +171,7 @@ std::vector<FieldCauses> allCauses(const simwin::Station& station) {
     std::vector<FieldCauses> all;
     for (std::size_t field = 0; field < fields().size(); ++field)
         all.push_back(causesOf(world, collector, experiments, field));
+    addUnknownSources(station, collector, all);
     return all;
 }
 

@@ -32,14 +32,18 @@ struct NextValue {
 
 struct FieldCauses {
     std::size_t field;
-    std::string value;              // in UTF-8, a number in decimal
-    std::optional<WholeText> cut;   // the whole text, of which the field holds the beginning
-    std::vector<Cause> causes;      // givers first, in the order in which they stand in the value, then what decides
-    std::vector<NextValue> next{};  // what comes in its place when what gives it fails, and so on
+    std::string value;             // in UTF-8, a number in decimal
+    std::optional<WholeText> cut;  // the whole text, of which the field holds the beginning
+    std::vector<Cause> causes;     // givers first, in the order in which they stand in the value, then what decides
+    std::vector<std::string> unknown{};  // of no causes: what nobody knows and would be one, in UTF-8
+    std::vector<NextValue> next{};       // what comes in its place when what gives it fails, and so on
 };
 
 // What the experiments found of one field, without what would come next.
 FieldCauses causesOf(World& world, const Collector& collector, const Experiments& experiments, std::size_t field);
+
+// Says of those without causes what is unknown.
+void addUnknownSources(const simwin::Station& station, const Collector& collector, std::vector<FieldCauses>& all);
 
 // Of every field, with a sign of life on a terminal.
 std::vector<FieldCauses> allCauses(const simwin::Station& station);

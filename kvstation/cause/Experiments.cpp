@@ -5,6 +5,7 @@
 #include <set>
 #include <unordered_map>
 
+#include "kvstation/cause/AlikePlaces.h"
 #include "kvstation/cause/Answer.h"
 #include "kvstation/cause/MovedText.h"
 #include "kvstation/cause/Words.h"
@@ -95,15 +96,29 @@ void Experiments::experiment() {
         m_places[place->second].questions.push_back(i);
         m_places[place->second].occurrences += m_questions[i].occurrences.size();
     }
-    std::vector<std::size_t> all(m_places.size());
-    for (std::size_t i = 0; i < all.size(); ++i)
-        all[i] = i;
+    if (m_options.newQuestions)
+        leaveAlike();
+    std::vector<std::size_t> all;
+    for (std::size_t i = 0; i < m_places.size(); ++i)
+        if (!m_left.contains(i))
+            all.push_back(i);
     if (m_options.giversOnly)
         std::erase_if(all,
                       [&, values = wantedValues()](std::size_t place) { return !isRelated(m_places[place], values); });
     tryPlaces(all);
     if (!m_options.giversOnly)
         tryWords();
+}
+
+// Where causes are asked for each place counts, where questions are, some of those that are alike do.
+void Experiments::leaveAlike() {
+    AlikePlaces alike;
+    for (const Question& question : m_questions)
+        if (isListed(question))
+            alike.addListed(question.place);
+    for (std::size_t i = 0; i < m_places.size(); ++i)
+        if (alike.count(m_questions[m_places[i].questions.front()].place) >= kMostTried)
+            m_left.insert(i);
 }
 
 // The letters and digits of the fields that are asked for.
@@ -283,7 +298,7 @@ void Experiments::tryWords() {
     std::vector<std::size_t> others;
     for (std::size_t i = 0; i < m_places.size(); ++i) {
         const Question& first = m_questions[m_places[i].questions.front()];
-        if (m_longLists.contains(i) || !takesWord(m_world, first.place, first.row->samples))
+        if (m_longLists.contains(i) || m_left.contains(i) || !takesWord(m_world, first.place, first.row->samples))
             continue;
         (isEnd(i) ? ends : first.place.kind == Place::Kind::Key ? keys : others).push_back(i);
     }

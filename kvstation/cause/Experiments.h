@@ -26,7 +26,8 @@ struct ExperimentOptions {
     bool everyWord = false;
     // Told how far the experiments are, from 0 to 1. May be empty.
     std::function<void(double done)> progress{};
-    // Told what a run asked that neither the station's own nor one before it did, where there is such. May be empty.
+    // Told what a run asked that neither the station's own nor one before it did, where there is such. Of many places
+    // that are alike only some are tried then. May be empty.
     std::function<void(const std::vector<simwin::ObservedCall>& calls)> newQuestions{};
     // Called behind each such run, when no change is in force. True when the station holds more by now: the run is made
     // again. May be empty.
@@ -59,6 +60,7 @@ class Experiments {
     };
 
     void experiment();
+    void leaveAlike();
     void tryPlaces(const std::vector<std::size_t>& places);
     void tryPlace(const PlaceQuestions& place);
     void tryList(std::span<const std::size_t> places);
@@ -105,6 +107,7 @@ class Experiments {
     std::vector<PlaceQuestions> m_places;
     std::vector<std::string> m_variables;
     std::set<std::size_t> m_longLists;  // places that are names in one
+    std::set<std::size_t> m_left;       // places with which nothing is tried
     AskedNames m_names;
     std::size_t m_otherWays = 0;
     simwin::AskedQuestions m_asked;

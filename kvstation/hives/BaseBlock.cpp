@@ -5,6 +5,7 @@
 namespace kvstation {
 namespace {
 
+constexpr std::string_view kHiveSignature = "regf";
 constexpr std::size_t kFirstSequence = 4;
 constexpr std::size_t kSecondSequence = 8;
 constexpr std::size_t kLastWritten = 12;
@@ -26,7 +27,7 @@ std::uint32_t sumOf(std::string_view file) {
 }  // namespace
 
 bool BaseBlock::hasSignature() const {
-    return m_file.starts_with("regf");
+    return m_file.starts_with(kHiveSignature);
 }
 bool BaseBlock::hasRightSum() const {
     return numberAt(m_file, kSum) == sumOf(m_file);
@@ -48,6 +49,10 @@ std::uint32_t BaseBlock::root() const {
 }
 std::uint32_t BaseBlock::binsSize() const {
     return numberAt(m_file, kBinsSize);
+}
+
+void putSignature(std::string& hive) {
+    hive.replace(0, kHiveSignature.size(), kHiveSignature);
 }
 
 void putSequences(std::string& hive, std::uint32_t sequence) {

@@ -34,7 +34,8 @@ class BaseBlock {
     std::string_view m_file;
 };
 
-// Set in the bytes of a hive, with the sum over it.
+// Set in the bytes of a hive, with the sum over it but for the signature.
+void putSignature(std::string& hive);
 void putSequences(std::string& hive, std::uint32_t sequence);
 void putBinsSize(std::string& hive, std::uint32_t size);
 void putRightSum(std::string& hive);

@@ -144,6 +144,7 @@ void findUser(const Installation& installation, const std::string& disk, const s
 HiveFolder findHives(const std::string& place, const std::string& userName) {
     std::error_code ignored;
     HiveFolder found;
+    found.isUserLeftOut = userName == kNoUser;
     if (!isFolder(place) && std::filesystem::exists(place, ignored)) {
         if (!userName.empty() && userName != kNoUser)
             throw Failure(place + " is one file and holds no profile of " + userName);

@@ -19,6 +19,7 @@ struct HiveFolder {
     std::string user;
     std::string userName;  // of the profile; empty where the file lay by itself
     std::string userClasses;
+    bool isUserLeftOut = false;        // nobody's hives were wanted
     std::vector<std::string> remarks;  // a line for each other place that could be taken
 };
 

@@ -17,6 +17,7 @@ namespace {
 // Windows makes these keys at each start, so that no hive holds them.
 constexpr std::string_view kHardware = "HKEY_LOCAL_MACHINE\\HARDWARE";
 constexpr std::string_view kFileTypes = "HKEY_LOCAL_MACHINE\\SOFTWARE\\Classes";
+constexpr std::string_view kUserKeys = "HKEY_CURRENT_USER";
 constexpr std::string_view kUserFileTypes = "HKEY_CURRENT_USER\\Software\\Classes";
 constexpr std::string_view kSession = "session";
 constexpr std::string_view kServicePack = "version.servicePack";
@@ -161,9 +162,12 @@ void addUnknownSession(simwin::Station& station) {
         station.unknown.emplace_back(kSession);
 }
 
-std::string meaningOf(const std::string& root, const AskedPlaces& asked, const std::set<std::string>& lost) {
+std::string meaningOf(const std::string& root, const AskedPlaces& asked, const std::set<std::string>& lost,
+                      const HiveRegistry& registry) {
     if (lost.contains(root))
         return "lost where the hive is damaged";
+    if (registry.isUserLeftOut() && simwin::restBelow(root, kUserKeys))
+        return "left out, since --user none asked for that";
     if (simwin::splitHive(root))
         return root == kHardware || isMadeAtStart(root) ? "in no hive, since Windows makes it at each start"
                                                         : "there is no hive of it";
@@ -178,10 +182,10 @@ std::string meaningOf(const std::string& root, const AskedPlaces& asked, const s
 
 // Entries of one meaning stand together.
 std::vector<std::string> linesOf(const simwin::Station& station, const AskedPlaces& asked,
-                                 const std::set<std::string>& lost) {
+                                 const std::set<std::string>& lost, const HiveRegistry& registry) {
     std::vector<std::pair<std::string, std::string>> all;
     for (const std::string& root : station.unknown) {
-        const std::string meaning = meaningOf(root, asked, lost);
+        const std::string meaning = meaningOf(root, asked, lost, registry);
         const auto same = std::ranges::find(all, meaning, &std::pair<std::string, std::string>::first);
         if (same != all.end())
             same->second += ", " + simwin::toUtf8(root);
@@ -220,7 +224,7 @@ ImportedStation importStation(HiveRegistry& registry, const WhatIf& whatIf, Reac
         imported.station.unknown.emplace_back(kOemCodePage);
     simwin::Machine machine(imported.station);
     imported.record = collector.collect(machine);
-    imported.undescribed = linesOf(imported.station, asked, lost);
+    imported.undescribed = linesOf(imported.station, asked, lost, registry);
     imported.warnings = registry.remarks();
     return imported;
 }

@@ -55,14 +55,15 @@ Hive::Node oldClassesKey(Hive& hive) {
     return classes != nullptr ? classes->node : above;
 }
 
-// A profile of Windows 9x has the root keys of a user of Windows NT.
+// A profile of Windows 9x has the root keys of a user of Windows NT, and its file types those of such a user's.
 bool isKind(const OpenedHive& opened, std::string_view found, std::string_view kind) {
-    return found.empty() || found == kind || (opened.form == HiveForm::Windows9x && found == "NTUSER.DAT");
+    const bool isOfUser = found == "NTUSER.DAT" || (found == "UsrClass.dat" && kind == "CLASSES.DAT");
+    return found.empty() || found == kind || (opened.form == HiveForm::Windows9x && isOfUser);
 }
 
 }  // namespace
 
-HiveRegistry::HiveRegistry(const HiveFolder& files) : m_remarks(files.remarks) {
+HiveRegistry::HiveRegistry(const HiveFolder& files) : m_isUserLeftOut(files.isUserLeftOut), m_remarks(files.remarks) {
     // The form of the file tells more than its name.
     OpenedHive system = openHive(files.system);
     m_is9x = system.form == HiveForm::Windows9x;

@@ -37,6 +37,8 @@ class HiveRegistry {
 
     // The keys for which there is no file, such as HKEY_CURRENT_USER.
     std::vector<std::string> missingRoots() const;
+    // Whether the user's are missing because nobody's were wanted.
+    bool isUserLeftOut() const { return m_isUserLeftOut; }
     // A line for each thing about the files that people should know.
     const std::vector<std::string>& remarks() const { return m_remarks; }
 
@@ -76,6 +78,7 @@ class HiveRegistry {
     simwin::CodePageScope m_codePage{simwin::kDefaultCodePage};
     bool m_tellsCodePage = false;
     bool m_is9x = false;
+    bool m_isUserLeftOut;
     std::vector<OpenedHive> m_hives;
     std::vector<Mount> m_mounts;
     std::vector<std::string> m_remarks;

@@ -66,6 +66,13 @@ OldHive::OldHive(std::string bytes, const std::string& path)
     m_keys.push_back({std::unique_ptr<libcreg_key_t, FreeKey>(root), OldHiveMending::root()});
 }
 
+std::string OldHive::loss() const {
+    if (m_mending.blocks() >= m_mending.blocksTold())
+        return {};
+    return "is cut short: " + std::to_string(m_mending.blocks()) + " of its " + std::to_string(m_mending.blocksTold()) +
+           " blocks can be read; what stood in the others is missing";
+}
+
 Hive::SubKeys OldHive::readSubKeys(Node key) {
     SubKeys found;
     found.isWhole = !m_mending.hasLostSubKeys(m_keys[key].place);

@@ -25,6 +25,9 @@ class OldHive : public Hive {
     const SubKeys& subKeys(Node key) override;
     Values values(Node key) override;
 
+    // What of the file is missing; empty where nothing is.
+    std::string loss() const;
+
   private:
     // The library's types are all one.
     struct FreeFile {

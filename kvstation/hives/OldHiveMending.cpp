@@ -85,6 +85,8 @@ void OldHiveMending::mendBlocks() {
         ++count;
     }
     m_file.resize(std::min(m_file.size(), std::max(place, kTree + kRoot + kKey)));
+    m_blocks = count;
+    m_blocksTold = halfAt(m_file, kBlockCount);
     putHalf(m_file, kBlockCount, count);
 }
 

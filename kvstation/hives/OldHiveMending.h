@@ -25,6 +25,9 @@ class OldHiveMending {
     // True where something was cut off.
     bool hasLostSubKeys(Key key) const { return m_withoutSubKeys.contains(key); }
     bool hasLostValues(Key key) const { return m_withoutValues.contains(entryOf(key)); }
+    // Blocks with names and values: those that can be read, and how many the file tells.
+    std::size_t blocks() const { return m_blocks; }
+    std::size_t blocksTold() const { return m_blocksTold; }
 
   private:
     void mendBlocks();
@@ -37,6 +40,8 @@ class OldHiveMending {
 
     std::string& m_file;
     std::size_t m_treeEnd;
+    std::size_t m_blocks = 0;
+    std::size_t m_blocksTold = 0;
     std::unordered_set<Key> m_withoutSubKeys;
     std::unordered_set<std::uint32_t> m_withoutValues;  // by block and number of the entry
 };
