@@ -130,8 +130,11 @@ OpenedHive openHive(const std::string& path, std::string bytes, const std::vecto
         throw Failure(path + kIsNoHive);
     if (bytes.size() > kLongestOldHive)
         throw Failure(path + " is longer than " + std::to_string(kLongestOldHive) + " bytes");
+    const std::size_t length = bytes.size();
     auto hive = std::make_unique<OldHive>(std::move(bytes), path);
     std::vector<std::string> remarks;
+    if (hive->isWithoutNames())
+        throw Failure(path + " is cut short: it has " + std::to_string(length) + " bytes, and no key's name");
     if (const std::string loss = hive->loss(); !loss.empty())
         remarks.push_back(path + " " + loss);
     return {path, HiveForm::Windows9x, std::move(hive), std::move(remarks)};

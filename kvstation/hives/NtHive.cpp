@@ -2,6 +2,7 @@
 
 #include <hivex.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
@@ -130,7 +131,9 @@ Hive::Values NtHive::values(Node key) {
     Values found;
     std::size_t count = 0;
     for (const hive_value_h* place = places.get(); place != nullptr && *place != 0; ++place, ++count) {
-        Name name = valueName(m_hive.get(), *place);
+        // The library tells one that is none by the same error as a name that is no text.
+        const bool isValue = std::string_view(m_bytes).substr(std::min(*place + 4, m_bytes.size())).starts_with("vk");
+        Name name = isValue ? valueName(m_hive.get(), *place) : Name{NameState::Lost, {}};
         if (name.state == NameState::NoText)
             continue;
         std::optional<simwin::RegistryValue> value;

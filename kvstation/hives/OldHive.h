@@ -27,6 +27,7 @@ class OldHive : public Hive {
 
     // What of the file is missing; empty where nothing is.
     std::string loss() const;
+    bool isWithoutNames() const { return m_mending.blocks() == 0 && m_mending.blocksTold() != 0; }
 
   private:
     // The library's types are all one.

@@ -1,4 +1,5 @@
 // What the module would ask a station that is described with little more than its Windows.
+#include "kvstation/cause/AlikePlaces.h"
 #include "kvstation/cause/Branches.h"
 
 #include <gmock/gmock.h>
@@ -57,6 +58,28 @@ TEST(AskedPlaces, TakeOthersIn) {
     EXPECT_FALSE(asked.add(others));
     EXPECT_EQ(asked.all().size(), 2u);
     EXPECT_EQ(asked.all().at(memberPlace({"environment", "KVUser"}).id()).place.member.back(), "KVUser");
+}
+
+TEST(AlikePlaces, AreThoseThatDifferByNamesOfAListAlone) {
+    const auto listed = [](const std::string& path) {
+        return Place{.kind = Place::Kind::Key, .key = path, .isListed = true};
+    };
+    const auto value = [](const std::string& path, const std::string& name) {
+        return Place{.kind = Place::Kind::Value, .key = path, .value = name};
+    };
+    kvstation::AlikePlaces alike;
+    for (const char* card : {"HKEY_USERS\\Cards\\1", "HKEY_USERS\\Cards\\2", "HKEY_USERS\\Cards\\3"})
+        alike.addListed(listed(card));
+    EXPECT_EQ(alike.count(value("HKEY_USERS\\Cards\\1", "Service")), 0u);
+    EXPECT_EQ(alike.count(value("HKEY_USERS\\cards\\2", "SERVICE")), 1u);
+    EXPECT_EQ(alike.count(value("HKEY_USERS\\Cards\\3", "Service")), 2u);
+    EXPECT_EQ(alike.count(value("HKEY_USERS\\Cards\\3", "Title")), 0u) << "another value";
+    EXPECT_EQ(alike.count(value("HKEY_USERS\\Cards\\4", "Service")), 0u) << "asked by its name";
+    EXPECT_EQ(alike.count(value("HKEY_USERS\\Cards\\3\\Ndi", "Service")), 0u) << "of another key";
+    EXPECT_EQ(alike.count(listed("HKEY_USERS\\Cards\\1")), 0u);
+    EXPECT_EQ(alike.count(listed("HKEY_USERS\\Cards\\2")), 1u);
+    EXPECT_EQ(alike.count(memberPlace({"memory"})), 0u);
+    EXPECT_EQ(alike.count(memberPlace({"memory"})), 0u);
 }
 
 TEST(Branches, OfOneRunAreWhatTheStationItselfAsks) {

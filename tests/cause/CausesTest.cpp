@@ -3,6 +3,8 @@
 
 #include <gmock/gmock.h>
 
+#include "kvstation/FieldTable.h"
+#include "kvstation/cause/CauseText.h"
 #include "tests/watch/StationRuns.h"
 
 namespace kvtest {
@@ -70,6 +72,27 @@ TEST(Causes, StandWithTheGiverFirst) {
     EXPECT_EQ(causes.causes.front().role, Role::Gives);
     EXPECT_EQ(causes.causes.front().call, "KVGetUserName");
     EXPECT_THAT(deciders, testing::IsSupersetOf<std::string>({"KVUser", "KVUserType"}));
+}
+
+// Of a disk nobody knows what Windows makes at its start, and who sits there.
+TEST(Causes, ThatNobodyKnowsAreFoundBySupposingThem) {
+    simwin::Station station;
+    station.version = simwin::WindowsVersion{.platformId = 2, .major = 5, .minor = 0, .build = 2195, .servicePack = ""};
+    station.unknown = {"HKEY_CURRENT_USER", "HKEY_LOCAL_MACHINE\\HARDWARE", "drives"};
+    std::vector<FieldCauses> all;
+    for (const char* name : {"szBiosDate", "szDiskDevices", "szPrinters", "szCDRomDrives", "szProviders"})
+        all.push_back({.field = kvstation::findField(name), .value = "", .cut = {}, .causes = {}});
+    kvstation::addUnknownSources(station, kvstation::Collector(), all);
+    const std::vector<std::vector<std::string>> expected = {
+        {"HKEY_LOCAL_MACHINE\\HARDWARE"}, {"HKEY_LOCAL_MACHINE\\HARDWARE"}, {"HKEY_CURRENT_USER"}, {"drives"}, {}};
+    for (std::size_t i = 0; i < all.size(); ++i)
+        EXPECT_EQ(all[i].unknown, expected[i]) << kvstation::fields()[all[i].field].name;
+    EXPECT_THAT(
+        kvstation::causesText(all.front(), false),
+        testing::AllOf(testing::HasSubstr("unknown  not written down in this station  HKEY_LOCAL_MACHINE\\HARDWARE\n"),
+                       testing::Not(testing::HasSubstr("nothing that the module asked"))));
+    EXPECT_THAT(kvstation::causesText(all.back(), false),
+                testing::HasSubstr("nothing that the module asked changes it"));
 }
 
 }  // namespace

@@ -143,6 +143,40 @@ TEST_F(DamagedHive, LosesTheKeysThatAreNone) {
                                                              testing::EndsWith(": lost where the hive is damaged")));
 }
 
+// A value of the list is none any more.
+void breakValue(const std::string& file, const std::string& name) {
+    std::string hive = readFile(file, 1 << 24);
+    constexpr std::size_t kBeforeName = 20;  // of a value, which begins with "vk"
+    const std::size_t place = hive.find(name) - kBeforeName;
+    ASSERT_EQ(hive.substr(place, 2), "vk");
+    hive.replace(place, 2, "xx");
+    writeFile(file, hive);
+}
+
+TEST_F(DamagedHive, LosesTheVersionsPartsWhoseValuesAreNone) {
+    const std::string version = "HKEY_LOCAL_MACHINE\\SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion";
+    RegistryTree tree = smallRegistry();
+    tree.set(version, textValue("CurrentVersion", "4.0"));
+    tree.set(version, textValue("CurrentBuildNumber", "1381"));
+    tree.set(version, textValue("CSDVersion", "Service Pack 6"));
+    tree.set(kSet + "\\Control\\ProductOptions", simwin::multiTextValue("ProductSuite", {"Terminal Server"}));
+    writeHives(folder / "", tree);
+    const auto imported = [&] {
+        HiveRegistry registry(findHives(folder / "", ""));
+        return importStation(registry, {}, Reach::StationItself);
+    };
+    const auto ofVersion = testing::Contains(testing::StartsWith("version"));
+    EXPECT_THAT(imported().station.unknown, testing::Not(ofVersion));
+    breakValue(folder / "SOFTWARE", "CSDVersion");
+    breakValue(folder / "SYSTEM", "ProductSuite");
+    const ImportedStation damaged = imported();
+    EXPECT_EQ(damaged.station.version->build, 1381u);
+    EXPECT_THAT(damaged.station.unknown, testing::IsSupersetOf({"version.servicePack", "version.terminalServices"}));
+    EXPECT_THAT(damaged.undescribed,
+                testing::Contains(testing::AllOf(testing::HasSubstr("version.servicePack"),
+                                                 testing::EndsWith(": lost where the hive is damaged"))));
+}
+
 // Lists of lists of lists, each of which a short file can have in endless number.
 TEST_F(DamagedHive, WithNestedListsEnds) {
     std::string hive = whole;

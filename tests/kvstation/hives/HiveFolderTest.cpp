@@ -155,6 +155,8 @@ TEST_F(Hives, NobodyIsTakenOnRequest) {
     add("Users/Anna/NTUSER.DAT");
     add("Users/Bert/NTUSER.DAT");
     EXPECT_EQ(find("none").user, "");
+    EXPECT_TRUE(find("none").isUserLeftOut);
+    EXPECT_FALSE(find("Anna").isUserLeftOut);
 }
 
 TEST_F(Hives, FileTypesOfTheUserLieInTheProfile) {

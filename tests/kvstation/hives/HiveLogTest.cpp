@@ -2,10 +2,12 @@
 #include "kvstation/hives/HiveLog.h"
 
 #include <gmock/gmock.h>
+#include <sys/stat.h>
 
 #include "../TemporaryFolder.h"
 #include "HiveWriter.h"
 #include "LogWriter.h"
+#include "kvstation/Errors.h"
 #include "kvstation/Files.h"
 #include "kvstation/hives/BaseBlock.h"
 #include "kvstation/hives/HiveRegistry.h"
@@ -171,6 +173,27 @@ TEST_F(UnfinishedHive, GetsAFirstBlockThatIsDamagedFromItsLog) {
     std::filesystem::remove(folder / "SYSTEM.LOG");
     writeFile(folder / "SYSTEM.LOG1", logOfEntries(old, {{had(), {page(4096)}}}));
     EXPECT_EQ(name(), "NEW-NAME");
+}
+
+TEST_F(UnfinishedHive, WithoutItsSignatureIsKnownByItsSumOrItsLog) {
+    writeFile(folder / "SYSTEM", "xxxx" + old.substr(4));
+    EXPECT_EQ(name(), "OLD-NAME");
+    EXPECT_THAT(remarks.front(), testing::EndsWith("SYSTEM does not begin with \"regf\", which its sum tells to be all "
+                                                   "that is damaged there"));
+    writeFile(folder / "SYSTEM", "xxxxxxxx" + old.substr(8));
+    EXPECT_THROW(name(), Failure);
+    writeFile(folder / "SYSTEM.LOG1", logOfEntries(old, {{had(), {page(4096)}}}));
+    EXPECT_EQ(name(), "NEW-NAME");
+    EXPECT_THAT(remarks, ElementsAre(testing::HasSubstr("SYSTEM has a damaged first block; applied in memory: ")));
+}
+
+TEST_F(UnfinishedHive, IsReadWithoutALogThatCannotBeRead) {
+    ASSERT_EQ(mkfifo((folder / "SYSTEM.LOG1").c_str(), 0600), 0);
+    writeFile(folder / "SYSTEM.LOG2", logOfEntries(old, {{had(), {page(4096)}}}));
+    EXPECT_EQ(name(), "NEW-NAME");
+    EXPECT_THAT(remarks, ElementsAre(testing::AllOf(testing::HasSubstr("SYSTEM.LOG1"),
+                                                    testing::EndsWith("; what Windows kept there is missing")),
+                                     testing::HasSubstr("SYSTEM.LOG2")));
 }
 
 TEST_F(UnfinishedHive, IsReadAsItIsWithoutALog) {

@@ -108,6 +108,7 @@ TEST_F(OldHives, VersionThatIsNoneIsNotDescribed) {
 TEST_F(OldHives, FileTypesOfWindowsMeLieInAFileOfTheirOwn) {
     RegistryTree types;
     types.set("HKEY_LOCAL_MACHINE\\.html", textValue("", "htmlfile"));
+    types.create("HKEY_LOCAL_MACHINE\\CLSID");
     writeFile(folder / "Classes.dat", oldHive(types, "HKEY_LOCAL_MACHINE"));
     HiveRegistry registry = written();
     EXPECT_EQ(text(registry, "HKEY_CLASSES_ROOT\\.html", ""), std::string("htmlfile\0", 9));
@@ -196,6 +197,18 @@ TEST_F(DamagedOldHive, InAnyByteIsReadOrRefused) {
 TEST_F(DamagedOldHive, CutAtAnyLengthIsReadOrRefused) {
     for (std::size_t length = 0; length < whole.size(); length += 7)
         expectReadOrRefused(whole.substr(0, length));
+}
+
+TEST_F(DamagedOldHive, WithoutABlockIsToldOrRefused) {
+    std::string bytes = whole;
+    bytes[16] = '\x02';  // as if there were a second one
+    writeFile(folder / "SYSTEM.DAT", bytes);
+    EXPECT_THAT(
+        HiveRegistry(findHives(folder / "", "")).remarks(),
+        testing::ElementsAre(folder / "SYSTEM.DAT is cut short: 1 of its 2 blocks can be read; what stood in the "
+                                      "others is missing"));
+    writeFile(folder / "SYSTEM.DAT", whole.substr(0, whole.size() - 1));
+    EXPECT_THROW(HiveRegistry(findHives(folder / "", "")), Failure);
 }
 
 TEST_F(DamagedOldHive, WithLinksThatPointElsewhereIsReadOrRefused) {
