@@ -112,11 +112,19 @@ void HiveRegistry::mountNt(OpenedHive system, const HiveFolder& files) {
     mountCurrentConfig(std::string(kSystem) + "\\CurrentControlSet\\Hardware Profiles\\" + number.data());
 }
 
+// Windows Me has them in a file of their own, and an empty key here.
+bool HiveRegistry::hasClasses() {
+    const std::optional<Place> place = find(kClasses);
+    return place && !place->hive->subKeys(place->key).all.empty();
+}
+
 void HiveRegistry::mount9x(OpenedHive system, const HiveFolder& files) {
     mount(std::string(kMachine), take(std::move(system), "SYSTEM.DAT"));
     readCodePage();
     if (Hive* classes = open(files.classes, "CLASSES.DAT"))
         mount(std::string(kClasses), classes, oldClassesKey(*classes));
+    else if (!hasClasses())
+        mount(std::string(kClasses), nullptr);
     Hive* defaultUser = open(files.defaultUser, "USER.DAT");
     mount("HKEY_USERS", defaultUser);
     Hive* user = files.user == files.defaultUser ? defaultUser : open(files.user, "USER.DAT");

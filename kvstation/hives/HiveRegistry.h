@@ -67,6 +67,7 @@ class HiveRegistry {
     void readCurrentControlSet();
     void readCodePage();
     bool hasControlSet(std::string_view name);
+    bool hasClasses();
     bool takeAnyControlSet();
     // As far as there are keys on the way to the path; none when there is no hive of it.
     std::optional<Place> walk(std::string_view path);

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <map>
+#include <set>
 
 #include "../RunningProgram.h"
 #include "../TemporaryFolder.h"
@@ -46,6 +47,21 @@ class GenuineHives : public testing::Test {
                 found[std::string(field.name)] = text;
     }
 
+    // Each empty field is named as unknown by the entry of the list, or is one of those of which the hives hold
+    // nothing.
+    void expectEmpty(const Fields& unknown, const std::set<std::string>& heldEmpty) const {
+        std::set<std::string> expected = heldEmpty;
+        for (const auto& [field, entry] : unknown) {
+            expected.insert(field);
+            EXPECT_THAT(imported.station.unknown, testing::Contains(entry)) << field;
+        }
+        std::set<std::string> empty;
+        for (const Field& field : fields())
+            if (!found.contains(std::string(field.name)))
+                empty.insert(std::string(field.name));
+        EXPECT_EQ(empty, expected);
+    }
+
     TemporaryFolder folder;
     ImportedStation imported;
     Fields found;
@@ -64,6 +80,56 @@ void expectUnknownSession(const simwin::Station& station) {
 }
 
 const std::string kSet = "HKEY_LOCAL_MACHINE\\SYSTEM\\CurrentControlSet\\";
+const std::string kHardware = "HKEY_LOCAL_MACHINE\\HARDWARE";
+const std::string kSoftware = "HKEY_LOCAL_MACHINE\\SOFTWARE";
+const std::string kUser = "HKEY_CURRENT_USER";
+
+// Empty fields, each with the entry that names its source as unknown.
+const Fields kUnknownOfAnyDisk = {{"szUserDisplayedName", "user.displayName"},
+                                  {"dwKeyboardType", "keyboard"},
+                                  {"dwTotalMemoryMB", "memory"},
+                                  {"szCDRomDrives", "drives"},
+                                  {"szRemovableDrives", "drives"},
+                                  {"szFixedDrives", "drives"},
+                                  {"szWorkgroup", "network.lanGroup"},
+                                  {"szIPAddress", "network.hosts"},
+                                  {"szTSProduct", "environment.CLIENTNAME"},
+                                  {"szTSVersion", "environment.CLIENTNAME"},
+                                  {"szTSClientName", "environment.CLIENTNAME"},
+                                  {"szServerName", "environment.CLIENTNAME"},
+                                  {"szServerIPAddress", "environment.CLIENTNAME"},
+                                  {"szServerMACAddress", "environment.CLIENTNAME"},
+                                  {"dwWinFrame", "environment.CLIENTNAME"},
+                                  {"dwMetaFrame", "environment.CLIENTNAME"},
+                                  {"dwTSClientSession", "environment.CLIENTNAME"},
+                                  {"szDefaultDomainName", "environment.CLIENTNAME"},
+                                  {"dwTSDefaultSrvSessions", "environment.KVTSDefaultSrvSessions"},
+                                  {"szWinUser", "user.samCompatible"},
+                                  {"dwCurrentMhz", "processors.currentMhz"},
+                                  {"szVCDVersion", "vcdVersion"}};
+const Fields kUnknownOfWindowsNT = {
+    {"szSystemIdentifier", kHardware}, {"szDiskDevices", kHardware},  {"szCDRomDevices", kHardware},
+    {"szTapeDevices", kHardware},      {"szOtherDevices", kHardware}, {"szBiosVersion", kHardware},
+    {"szBiosDate", kHardware},         {"szVideoAdapter", kHardware}, {"szPrinters", kUser},
+    {"szDefaultPrinter", kUser},       {"dwSessionId", "process"}};
+const Fields kUnknownWithoutSoftware = {{"szKeyboard", "keyboard"},
+                                        {"bInternetExplorer", kSoftware},
+                                        {"bNetscape", kSoftware},
+                                        {"szMailClient", kSoftware},
+                                        {"szBrowser", kSoftware},
+                                        {"szDefaultBrowser", kSoftware},
+                                        {"szNetworkAdapters", kSoftware},
+                                        {"bOutlook", kSoftware},
+                                        {"bExchange", kSoftware},
+                                        {"szICAClient", kSoftware},
+                                        {"szRDPClient", "environment.systemRoot"}};
+
+Fields together(std::initializer_list<Fields> all) {
+    Fields fields;
+    for (const Fields& one : all)
+        fields.insert(one.begin(), one.end());
+    return fields;
+}
 
 TEST_F(GenuineHives, OfWindowsNT4) {
     unpack("nt4");
@@ -90,6 +156,13 @@ TEST_F(GenuineHives, OfWindowsNT4) {
     for (const std::string name : {"HKEY_CURRENT_USER", "HKEY_LOCAL_MACHINE\\HARDWARE"})
         EXPECT_TRUE(isListed(imported.station, name)) << name;
     expectUnknownSession(imported.station);
+    // SOFTWARE has neither Clients nor browsers of others, of the Internet Explorer no more than its value IVer, and no
+    // file type .ica; the adapter AMDPCN1 has an empty gateway and the mask 0.0.0.0.
+    expectEmpty(together({kUnknownOfAnyDisk,
+                          kUnknownOfWindowsNT,
+                          {{"szProtocols", kSet + "Services\\NetBT\\Enum"}, {"szRDPClient", "files"}}}),
+                {"szNetworkDrivers", "szDefaultGateway", "szSubnetMask", "bInternetExplorer", "bNetscape", "szBrowser",
+                 "szMailClient", "bOutlook", "bExchange", "szICAClient"});
     // The processor itself says AuthenticAMD, and level 7.
     EXPECT_EQ(imported.station.processors->level, 7);
     EXPECT_EQ(imported.station.processors->revision, 0x0100);
@@ -127,6 +200,17 @@ TEST_F(GenuineHives, OfWindowsMe) {
     EXPECT_TRUE(isListed(imported.station, "network.hostName"));
     EXPECT_TRUE(isListed(imported.station, "processors"));
     expectUnknownSession(imported.station);
+    // CLASSES.DAT is not there. Enum\\ESDI has one disk, Clients\\Mail no Exchange, PNP0C01 an empty BIOSVersion; there
+    // are no printers, no Netscape, no gateway, and masks of 0.0.0.0 alone. Sessions came with Windows NT.
+    expectEmpty(together({kUnknownOfAnyDisk,
+                          {{"szDefaultBrowser", kSoftware + "\\Classes"},
+                           {"szICAClient", kSoftware + "\\Classes"},
+                           {"szDnsName", "network.hostName"},
+                           {"szProcessorName", "processors"},
+                           {"dwNumberOfProcessors", "processors"},
+                           {"szRDPClient", "environment.systemRoot"}}}),
+                {"szCDRomDevices", "szTapeDevices", "szOtherDevices", "szPrinters", "szDefaultPrinter", "bNetscape",
+                 "bExchange", "szDefaultGateway", "szSubnetMask", "szBiosVersion", "dwSessionId"});
 }
 
 // SYSTEM alone, in the midst of a write whose log is not there. The version is what else was known of the machine.
@@ -156,6 +240,12 @@ TEST_F(GenuineHives, OfWindows81InTheMidstOfAWrite) {
     for (const std::string name : {"HKEY_CURRENT_USER", "HKEY_LOCAL_MACHINE\\SOFTWARE"})
         EXPECT_TRUE(isListed(imported.station, name)) << name;
     expectUnknownSession(imported.station);
+    // No interface below Tcpip\Parameters has a mask or a gateway.
+    expectEmpty(together({kUnknownOfAnyDisk,
+                          kUnknownOfWindowsNT,
+                          kUnknownWithoutSoftware,
+                          {{"szProtocols", kSet + "Services\\NetBT\\Enum"}}}),
+                {"szNetworkDrivers", "szDefaultGateway", "szSubnetMask"});
 }
 
 TEST_F(GenuineHives, OfWindows81WithoutItsVersionSayThatItIsUnknown) {
@@ -193,6 +283,12 @@ TEST_F(GenuineHives, OfWindows10AreFinishedFromTheirLogs) {
                                      "SYSTEM.LOG1, entries 2111 to 2130 of SYSTEM.LOG2")));
     EXPECT_EQ(readFile(folder / "SYSTEM", 1 << 24), before);
     expectUnknownSession(imported.station);
+    // No interface below Tcpip\Parameters has a mask or a gateway.
+    expectEmpty(together({kUnknownOfAnyDisk,
+                          kUnknownOfWindowsNT,
+                          kUnknownWithoutSoftware,
+                          {{"szProtocols", kSet + "Services\\NetBT\\Enum"}}}),
+                {"szNetworkDrivers", "szDefaultGateway", "szSubnetMask"});
 }
 
 // Of 53 keys of Control 43 can be read, of 258 services 198, and of NetworkProvider\Order no value.
@@ -219,6 +315,13 @@ TEST_F(GenuineHives, OfADamagedWindowsXPAreReadAsFarAsTheyCanBe) {
     for (const std::string& name : {kSet + "Control\\ComputerName", kSet + "Services\\Tcpip", kSet + "Enum\\Display"})
         EXPECT_FALSE(isListed(imported.station, name)) << name;
     expectUnknownSession(imported.station);
+    // The three interfaces have an empty gateway and the mask 0.0.0.0.
+    expectEmpty(together({kUnknownOfAnyDisk,
+                          kUnknownOfWindowsNT,
+                          kUnknownWithoutSoftware,
+                          {{"szProtocols", kSet + "Control\\NetworkProvider\\Order"},
+                           {"szProviders", kSet + "Control\\NetworkProvider\\Order"}}}),
+                {"szNetworkDrivers", "szDefaultGateway", "szSubnetMask"});
 }
 
 }  // namespace
