@@ -11,6 +11,7 @@
 #include "kvstation/JsonView.h"
 #include "kvstation/Output.h"
 #include "kvstation/RecordFile.h"
+#include "kvstation/ResultOptions.h"
 #include "kvstation/Simulation.h"
 #include "kvstation/Verb.h"
 #include "kvstation/VisibleText.h"
@@ -59,6 +60,11 @@ class Comparison {
     bool m_heedsMoments;
 };
 
+void refuseWhatIfOfRecords(const DiffOptions& options) {
+    if (!options.whatIf.isEmpty() && std::ranges::none_of(options.places.given, isFolder))
+        throw WrongUse("neither is a described station, whose answers could be different");
+}
+
 // A record that was collected stays as it is, whatever is asked of a station. A station tells its code page itself.
 Record load(const std::string& path, const DiffOptions& options, std::size_t side) {
     const simwin::CodePageScope scope(options.codePage.of(side));
@@ -67,12 +73,14 @@ Record load(const std::string& path, const DiffOptions& options, std::size_t sid
 
 // As the result was asked for.
 void giveOut(const SetDifferences& differences, const DiffOptions& options, const std::string& text) {
+    std::vector<NewFile> results;
     if (!options.html.empty())
-        writeFile(options.html, differencesPage(differences));
+        results.push_back({options.html, differencesPage(differences)});
     if (options.json)
-        writeResult(differencesJson(differences));
+        results.push_back({kStandardOutputName, differencesJson(differences)});
     else if (options.html.empty())
-        writeResult(text);
+        results.push_back({kStandardOutputName, text});
+    writeResults(std::move(results));
 }
 
 FieldChange changeOf(const std::string& name, const Record& left, const Record& right, std::size_t field) {
@@ -87,8 +95,7 @@ FieldChange changeOf(const std::string& name, const Record& left, const Record& 
 int diffRecords(const DiffOptions& options) {
     const std::string& first = options.places.given[0];
     const std::string& second = options.places.given[1];
-    if (!options.whatIf.isEmpty() && !isFolder(first) && !isFolder(second))
-        throw WrongUse("neither is a described station, whose answers could be different");
+    refuseWhatIfOfRecords(options);
     const Comparison comparison(options.ignored, true);
     const Record left = load(first, options, 0);
     const Record right = load(second, options, 1);
@@ -106,11 +113,18 @@ struct Sides {
     std::unique_ptr<RecordSet> right;
 };
 
-// What a process tells of one pair: for each field that differs its number and the two values.
+bool has(const RecordSet& set, const std::string& name) {
+    return std::ranges::binary_search(set.names(), name);
+}
+
+// What a process tells of one pair: for each field that differs its number and the two values. What is on one side
+// alone is read too: something that is no record has neither gone nor come.
 std::string compareOne(const Sides& sides, const Comparison& comparison, const std::string& name) {
-    const Record left = sides.left->record(name);
-    const Record right = sides.right->record(name);
+    const Record left = has(*sides.left, name) ? sides.left->record(name) : Record();
+    const Record right = has(*sides.right, name) ? sides.right->record(name) : Record();
     std::string told;
+    if (!has(*sides.left, name) || !has(*sides.right, name))
+        return told;
     for (const std::size_t field : comparison.differing(left, right)) {
         const FieldChange change = changeOf(name, left, right, field);
         appendFrame(told, std::to_string(field));
@@ -120,7 +134,11 @@ std::string compareOne(const Sides& sides, const Comparison& comparison, const s
     return told;
 }
 
-void addDifferences(SetDifferences& differences, const std::string& name, std::string_view told) {
+void addDifferences(SetDifferences& differences, const Sides& sides, const std::string& name, std::string_view told) {
+    if (!has(*sides.left, name) || !has(*sides.right, name)) {
+        (has(*sides.left, name) ? differences.went : differences.came).push_back(name);
+        return;
+    }
     const std::vector<std::string_view> frames = framesIn(told);
     for (std::size_t i = 0; i + 2 < frames.size(); i += 3)
         differences.fields[std::stoul(std::string(frames[i]))].push_back(
@@ -129,16 +147,12 @@ void addDifferences(SetDifferences& differences, const std::string& name, std::s
     differences.differing += frames.empty() ? 0 : 1;
 }
 
-// The names on both sides as sources; those on one side alone are told at once.
-std::vector<Source> pairs(const Sides& sides, SetDifferences& differences) {
-    const std::vector<std::string>& left = sides.left->names();
-    const std::vector<std::string>& right = sides.right->names();
-    std::ranges::set_difference(left, right, std::back_inserter(differences.went));
-    std::ranges::set_difference(right, left, std::back_inserter(differences.came));
-    std::vector<std::string> both;
-    std::ranges::set_intersection(left, right, std::back_inserter(both));
+// The names of either side as sources.
+std::vector<Source> allNames(const Sides& sides) {
+    std::vector<std::string> names;
+    std::ranges::set_union(sides.left->names(), sides.right->names(), std::back_inserter(names));
     std::vector<Source> sources;
-    for (const std::string& name : both)
+    for (const std::string& name : names)
         sources.push_back({name, name, {}});
     return sources;
 }
@@ -157,10 +171,10 @@ int diffSets(const DiffOptions& options, const Sides& sides, SetDifferences diff
         return servePart(perform);
     const std::size_t wrong = tellWrong(sides);
     const auto take = [&](const Source& source, std::string_view told) {
-        addDifferences(differences, source.name, told);
+        addDifferences(differences, sides, source.name, told);
     };
-    const Tally tally =
-        performAll(pairs(sides, differences), {.what = "comparing", .perform = perform, .take = take}, options.jobs);
+    const Tally tally = performAll(
+        allNames(sides), {.what = "comparing", .perform = perform, .take = take, .prints = false}, options.jobs);
     giveOut(differences, options, differencesText(differences));
     if (wrong + tally.failed > 0)
         return kExitNotCompared;
@@ -172,12 +186,21 @@ SourceReading readingOf(const DiffOptions& options, std::size_t side) {
     return {.station = read, .record = read};
 }
 
+// What is no record either is told for what it is. A file without a line is a set of none.
+void refuseOneRecord(const std::string& path, const DiffOptions& options, std::size_t side) {
+    std::error_code error;
+    if (isRecordSet(path) || std::filesystem::file_size(pathOf(path), error) == 0)
+        return;
+    load(path, options, side);
+    throw WrongUse(path + " is one record, and the other is a set of them");
+}
+
 int diffTwoSets(const DiffOptions& options) {
     const std::string& first = options.places.given[0];
     const std::string& second = options.places.given[1];
-    for (const std::string& one : {first, second})
-        if (!isRecordSet(one))
-            throw WrongUse(one + " is one record, and the other is a set of them");
+    refuseWhatIfOfRecords(options);
+    refuseOneRecord(first, options, 0);
+    refuseOneRecord(second, options, 1);
     return diffSets(options,
                     {openRecordSet(first, readingOf(options, 0)), openRecordSet(second, readingOf(options, 1))},
                     {.left = first, .right = second});
@@ -248,7 +271,9 @@ Verb addDiff(CLI::App& tool) {
     command->add_flag("--all", options->all,
                       "In sets, compare what every look finds changed too: the drives' free space, the clock");
     command->add_flag("--json", options->json, "Print the differences as JSON");
-    command->add_option("--html", options->html, "Write a page to FILE")->type_name("FILE")->check(checkFileName);
+    command->add_option("--html", options->html, "Write a page to FILE, - for standard output")
+        ->type_name("FILE")
+        ->check(checkFileName);
     addJobs(*command, options->jobs);
     addCodePage(*command, options->codePage, 2);
     addWhatIf(*command, options->whatIf);

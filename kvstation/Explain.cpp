@@ -19,7 +19,6 @@
 #include "kvstation/cause/StationSource.h"
 #include "kvstation/cause/UnknownText.h"
 #include "kvstation/sets/Jobs.h"
-#include "kvstation/sets/Pattern.h"
 
 namespace kvstation {
 namespace {
@@ -37,7 +36,8 @@ struct ExplainOptions {
 // The field that is asked for; none is every field, as in "explain STATION...".
 std::optional<std::size_t> takeField(ExplainOptions& options) {
     const bool isField = findTypedField(options.field) != fields().size();
-    if (!isField && (isFolder(options.field) || isPattern(options.field)))
+    const bool isPath = isFolder(options.field) || options.field.find_first_of("*?/\\") != std::string::npos;
+    if (!isField && isPath)
         options.places.given.insert(options.places.given.begin(), std::exchange(options.field, {}));
     return options.field.empty() ? std::nullopt : std::optional(requireTypedField(options.field));
 }

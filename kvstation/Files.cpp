@@ -8,7 +8,10 @@
 #include "kvstation/Errors.h"
 #include "simwin/ReadFile.h"
 #ifdef _WIN32
+#include "framework/Windows.h"
 #include "kvstation/Utf16.h"
+#else
+#include <unistd.h>
 #endif
 
 namespace kvstation {
@@ -55,7 +58,23 @@ void fill(const std::filesystem::path& path, std::string_view bytes, const std::
         failToWrite(path, name, errno);
 }
 
-// A file can be replaced by another one; a device, a pipe and what a link leads to cannot.
+// A link stays, and the file that it leads to is the one that is written.
+std::filesystem::path behindLink(const std::filesystem::path& path) {
+    std::error_code error;
+    const std::filesystem::path file = std::filesystem::canonical(path, error);
+    return error || !std::filesystem::is_regular_file(file, error) ? path : file;
+}
+
+// So that two of these processes, or a file that happens to be called so, are not in each other's way.
+std::string partEnding() {
+#ifdef _WIN32
+    return "." + std::to_string(GetCurrentProcessId()) + ".part";
+#else
+    return "." + std::to_string(getpid()) + ".part";
+#endif
+}
+
+// A file can be replaced by another one; a device, a pipe and a link that leads to no file cannot.
 bool isReplaceable(const std::filesystem::path& path) {
     std::error_code ignored;
     const std::filesystem::file_status status = std::filesystem::symlink_status(path, ignored);
@@ -67,11 +86,11 @@ bool isReplaceable(const std::filesystem::path& path) {
 class NewContent {
   public:
     NewContent(const std::string& name, std::string_view bytes)
-        : m_name(name), m_path(pathOf(name)), m_bytes(bytes), m_isReplaceable(isReplaceable(m_path)) {
+        : m_name(name), m_path(behindLink(pathOf(name))), m_bytes(bytes), m_isReplaceable(isReplaceable(m_path)) {
         if (!m_isReplaceable)
             return;
         m_part = m_path;
-        m_part += ".part";
+        m_part += partEnding();
         try {
             fill(m_part, bytes, name);
         } catch (const Failure&) {

@@ -29,8 +29,8 @@ struct NewFile {
 // Several files of which none is replaced before all could be written.
 void writeFiles(const std::vector<NewFile>& files);
 
-// A file that could not be written whole does not stay, and the one that it was to replace does. A device, a pipe or
-// the end of a link takes the bytes as they come.
+// A file that could not be written whole does not stay, and the one that it was to replace does. Behind a link
+// it is the file that the link leads to. A device or a pipe takes the bytes as they come.
 void writeFile(const std::string& path, std::string_view bytes);
 
 }  // namespace kvstation

@@ -36,16 +36,6 @@ std::string utf8FromUtf16(std::string_view bytes, bool bigEndian) {
     return simwin::utf8FromUtf16(units);
 }
 
-// The file as text, if it is one: UTF-8 with or without its byte-order mark, or UTF-16 with it, which PowerShell's ">"
-// writes.
-std::string textOf(std::string_view bytes) {
-    if (bytes.starts_with("\xFF\xFE") || bytes.starts_with("\xFE\xFF"))
-        return utf8FromUtf16(bytes.substr(2), bytes.front() == '\xFE');
-    if (bytes.starts_with("\xEF\xBB\xBF"))
-        bytes.remove_prefix(3);
-    return std::string(bytes);
-}
-
 Report fromRaw(std::string_view bytes) {
     RecordBytes raw{};
     std::copy_n(bytes.begin(), raw.size(), raw.begin());
@@ -54,8 +44,16 @@ Report fromRaw(std::string_view bytes) {
 
 }  // namespace
 
+std::string utf8Text(std::string_view bytes) {
+    if (bytes.starts_with("\xFF\xFE") || bytes.starts_with("\xFE\xFF"))
+        return utf8FromUtf16(bytes.substr(2), bytes.front() == '\xFE');
+    if (bytes.starts_with("\xEF\xBB\xBF"))
+        bytes.remove_prefix(3);
+    return std::string(bytes);
+}
+
 Report recordFromFileBytes(std::string_view bytes, const std::string& name) {
-    const std::string text = textOf(bytes);
+    const std::string text = utf8Text(bytes);
     Report report;
     if (isJson(text))
         report = recordFromJson(text, name);

@@ -12,6 +12,10 @@ namespace kvstation {
 // Far more than a record in JSON takes, with every character escaped.
 inline constexpr std::size_t kLongestRecordFile = 256 * 1024;
 
+// The file as text, if it is one: UTF-8 with or without its byte-order mark, or UTF-16 with it, which PowerShell's ">"
+// writes.
+std::string utf8Text(std::string_view bytes);
+
 // Tells the two forms apart by what is in the file. Throws Failure when it is neither; `name` is the file it tells of.
 Report recordFromFileBytes(std::string_view bytes, const std::string& name);
 

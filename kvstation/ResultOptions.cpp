@@ -15,8 +15,6 @@
 namespace kvstation {
 namespace {
 
-constexpr const char* kStandardOutputName = "-";
-
 // A line for each field.
 std::string fieldView(const Record& record, const std::vector<std::size_t>& asked, const Terminal& terminal) {
     std::string lines;
@@ -51,8 +49,6 @@ std::vector<NewFile> results(const Report& report, const ResultOptions& options)
         files.push_back({options.raw, rawBytes(report, options.raw)});
     if (options.json || options.all || !options.fields.empty() || files.empty())
         files.push_back({kStandardOutputName, view(report, options)});
-    if (std::ranges::count(files, kStandardOutputName, &NewFile::path) > 1)
-        throw WrongUse("standard output takes one result; name a file for the other");
     return files;
 }
 
@@ -82,17 +78,25 @@ void addResultOptions(CLI::App& command, ResultOptions& options) {
 std::vector<std::size_t> askedFields(const ResultOptions& options) {
     std::vector<std::size_t> asked;
     for (const std::string& name : options.fields)
-        asked.push_back(findTypedField(name));
+        if (const std::size_t field = findTypedField(name); std::ranges::find(asked, field) == asked.end())
+            asked.push_back(field);
     return asked;
 }
 
 void giveOut(const Report& report, const ResultOptions& options) {
-    std::vector<NewFile> files = results(report, options);
-    const auto printed = std::ranges::find(files, kStandardOutputName, &NewFile::path);
-    const std::string text = printed == files.end() ? std::string() : std::move(printed->bytes);
-    if (printed != files.end())
-        files.erase(printed);
-    writeFiles(files);
+    writeResults(results(report, options));
+}
+
+void writeResults(std::vector<NewFile> results) {
+    for (std::size_t i = 1; i < results.size(); ++i)
+        if (std::ranges::count(results, results[i].path, &NewFile::path) > 1)
+            throw WrongUse((results[i].path == kStandardOutputName ? "standard output" : results[i].path) +
+                           " takes one result; name another file for the other");
+    const auto printed = std::ranges::find(results, kStandardOutputName, &NewFile::path);
+    const std::string text = printed == results.end() ? std::string() : std::move(printed->bytes);
+    if (printed != results.end())
+        results.erase(printed);
+    writeFiles(results);
     writeResult(text);
 }
 

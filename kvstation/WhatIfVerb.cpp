@@ -189,8 +189,8 @@ int whatIfSet(const WhatIfOptions& options) {
     if (options.ndjson)
         output.add(collisionsJson(collisions.found()));
     else
-        output.add(std::to_string(changed) + " of " + std::to_string(tally.done - tally.failed) +
-                   " stations would change\n" + collisionsText(collisions.found()));
+        output.add(std::to_string(changed) + " of " + std::to_string(tally.done - tally.failed) + " would change\n" +
+                   collisionsText(collisions.found()));
     output.flush();
     return tally.failed == 0 ? kExitSuccess : kExitFailure;
 }

@@ -2,6 +2,8 @@
 
 #include <sqlite3.h>
 
+#include <filesystem>
+
 #include "kvstation/Errors.h"
 
 namespace kvstation {
@@ -13,7 +15,9 @@ void Database::Close::operator()(sqlite3* database) const {
 Database::Database(const std::string& file, Access access) : m_file(file) {
     const int flags = access == Access::Read ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE;
     sqlite3* opened = nullptr;
-    const int result = sqlite3_open_v2(file.c_str(), &opened, flags, nullptr);
+    // To SQLite ":memory:" and "file:x" are no file's names; with a folder before them they are.
+    const std::string path = std::filesystem::absolute(file).string();
+    const int result = sqlite3_open_v2(path.c_str(), &opened, flags, nullptr);
     m_database.reset(opened);
     if (result != SQLITE_OK)
         fail();

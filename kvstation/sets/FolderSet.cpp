@@ -7,7 +7,8 @@ namespace kvstation {
 void FolderSet::add(std::vector<Source> sources, const std::function<Record(const Source&)>& read) {
     for (Source& source : sources) {
         if (!source.wrong.empty()) {
-            m_wrong.push_back(source.wrong);
+            if (std::ranges::find(m_wrong, source.wrong) == m_wrong.end())
+                m_wrong.push_back(source.wrong);
             continue;
         }
         const auto [entry, isNew] = m_entries.try_emplace(source.name, Entry{source, read});

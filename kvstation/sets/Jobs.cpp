@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <deque>
 #include <memory>
+#include <utility>
 
 #include "kvstation/Errors.h"
 #include "kvstation/Output.h"
@@ -23,7 +24,7 @@ constexpr std::size_t kPipeBlock = std::size_t{1} << 16;
 // What one process was given and has not answered. It has room in a pipe, so that no write to a process waits.
 constexpr std::size_t kMostTasks = 256;
 constexpr std::size_t kMostTaskBytes = std::size_t{1} << 15;
-// So many that end before there was any answer at all end the work.
+// So many processes of one share that end before they are ready end the work.
 constexpr unsigned kMostDeaths = 3;
 
 constexpr char kSuccess = '+';
@@ -86,7 +87,8 @@ class Part {
     std::string answer() {
         for (;;) {
             if (const auto frame = m_answers.next()) {
-                m_hasAnswered = true;
+                if (!std::exchange(m_isReady, true))
+                    continue;
                 m_givenBytes -= m_given.front().bytes;
                 m_given.pop_front();
                 return std::string(*frame);
@@ -95,8 +97,9 @@ class Part {
             m_answers.add(std::string_view(m_block).substr(0, count));
             if (count > 0)
                 continue;
-            if (m_given.size() == 1)
+            if (m_isReady && m_given.size() == 1)
                 return bury();
+            countDeath();
             takeBack();
             give();
         }
@@ -119,13 +122,17 @@ class Part {
     std::string bury() {
         const Source& source = m_sources[m_given.front().source];
         const std::string ending = m_process->ending();
-        if (!m_hasAnswered && ++m_deaths == kMostDeaths)
-            throw Failure("the tool's own processes end at once, with " + ending);
         forget();
         return kFailure + source.path + ": the process that was at it ended with " + ending;
     }
 
+    void countDeath() {
+        if (!m_isReady && ++m_deaths == kMostDeaths)
+            throw Failure("the tool's own processes end at once, with " + m_process->ending());
+    }
+
     void forget() {
+        m_isReady = false;
         m_given.clear();
         m_givenBytes = 0;
         m_answers = {};
@@ -138,7 +145,7 @@ class Part {
     std::deque<Given> m_given;
     std::size_t m_givenBytes = 0;
     std::size_t m_oneByOneBefore = 0;
-    bool m_hasAnswered = false;
+    bool m_isReady = false;  // the process has greeted
     unsigned m_deaths = 0;
     FrameReader m_answers;
     std::string m_block = std::string(kPipeBlock, '\0');
@@ -204,6 +211,7 @@ int servePart(const Perform& perform) {
     const StreamAside output(kStandardOutput);  // what a library prints is no answer
     FrameReader tasks;
     std::string answers;
+    appendFrame(answers, {});  // ready
     std::string block(kPipeBlock, '\0');
     for (;;) {
         const auto task = tasks.next();

@@ -20,7 +20,8 @@ extern char** environ;
 namespace kvstation {
 namespace {
 
-constexpr const char* kPartVariable = "KVSTATION_PART=1";
+constexpr const char* kPartVariable = "KVSTATION_PART";
+char kPartSetting[] = "KVSTATION_PART=1";
 constexpr std::size_t kLongestCommandLine = std::size_t{16} << 20;
 
 class File {
@@ -75,7 +76,7 @@ std::vector<char*> environmentOfPart() {
     std::vector<char*> list;
     for (char** variable = environ; *variable != nullptr; ++variable)
         list.push_back(*variable);
-    list.push_back(const_cast<char*>(kPartVariable));
+    list.push_back(kPartSetting);
     list.push_back(nullptr);
     return list;
 }
@@ -128,7 +129,7 @@ struct PartProcess::Started {
 };
 
 bool isPart() {
-    return std::getenv("KVSTATION_PART") != nullptr;
+    return std::getenv(kPartVariable) != nullptr;
 }
 
 unsigned processors() {

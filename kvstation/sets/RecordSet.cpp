@@ -17,17 +17,11 @@ bool isDatabase(const std::string&) {
 }
 #endif
 
-// What there is none of tells nothing: a folder may hold the one or the other.
-std::vector<Source> sourcesIn(const std::string& folder, SourceKind kind) {
-    std::vector<Source> sources = sourcesOf({.given = {folder}, .list = {}}, kind);
-    return sources.size() == 1 && !sources.front().wrong.empty() ? std::vector<Source>() : sources;
-}
-
 std::unique_ptr<RecordSet> folderSet(const std::string& folder, const SourceReading& reading) {
     auto set = std::make_unique<FolderSet>();
     set->add(sourcesIn(folder, SourceKind::Stations), reading.station);
     set->add(sourcesIn(folder, SourceKind::Records), reading.record);
-    if (set->names().empty())
+    if (set->names().empty() && set->wrong().empty())
         throw Failure(folder + " holds neither a station nor a record");
     return set;
 }

@@ -67,13 +67,16 @@ void bind(Statement& statement, int place, const Cell& cell) {
 constexpr char kDatabaseStart[] = "SQLite format 3";
 
 std::string selectStatement() {
-    std::string columns = quotedName("codePage");
+    // With the table's name: a quoted name alone that is no column would be a text.
+    std::string columns = "stations." + quotedName("codePage");
     for (const Field& field : fields())
-        columns += ", " + quotedName(field.name);
+        columns += ", stations." + quotedName(field.name);
     return "SELECT " + columns + " FROM stations WHERE name = ?";
 }
 
 nlohmann::ordered_json valueIn(const Statement& row, int column) {
+    if (row.isNothing(column))
+        return nullptr;
     if (row.isBytes(column))
         return {{"hex", simwin::hexText(row.text(column), ' ')}};
     if (row.isNumber(column) && row.number(column) >= 0)
@@ -156,7 +159,7 @@ Record DatabaseSet::record(const std::string& name) {
     for (std::size_t i = 0; i < fields().size(); ++i)
         object[std::string(fields()[i].name)] = valueIn(select, static_cast<int>(i + 1));
     select.step();
-    if (codePage < 0 || !simwin::isKnownCodePage(static_cast<unsigned>(codePage)))
+    if (codePage < 0 || codePage > simwin::kUtf8CodePage || !simwin::isKnownCodePage(static_cast<unsigned>(codePage)))
         throw Failure(where + ": codePage is none of the known code pages: " + simwin::listOfCodePages());
     const simwin::CodePageScope scope(static_cast<unsigned>(codePage));
     return recordFromFields(object, where);

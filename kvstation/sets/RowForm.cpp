@@ -112,7 +112,7 @@ std::string checkDatabase(const std::string& file) {
     (void)file;
     return "needs the native (Linux) tool; it reads what --ndjson prints here";
 #else
-    return checkFileName(file);
+    return file == kStandardOutputName ? "an SQLite file cannot go to standard output" : checkFileName(file);
 #endif
 }
 

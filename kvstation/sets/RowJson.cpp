@@ -55,7 +55,8 @@ Json parseRow(std::string_view line, const std::string& where) {
 
 unsigned codePageOf(const Json& row, const std::string& where) {
     const auto found = row.find("codePage");
-    if (found == row.end() || !found->is_number_unsigned() || !simwin::isKnownCodePage(found->get<unsigned>()))
+    if (found == row.end() || !found->is_number_unsigned() || found->get<std::uint64_t>() > simwin::kUtf8CodePage ||
+        !simwin::isKnownCodePage(found->get<unsigned>()))
         throw Failure(where + ": codePage is none of the known code pages: " + simwin::listOfCodePages());
     return found->get<unsigned>();
 }

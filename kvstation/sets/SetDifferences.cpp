@@ -57,7 +57,7 @@ std::string differencesText(const SetDifferences& differences) {
                 shownNames(changes.size(), [&](std::size_t at) -> const std::string& { return changes[at].name; }) +
                 "\n";
     }
-    return text + std::to_string(differences.differing) + " of " + counted(differences.compared, "station") +
+    return text + std::to_string(differences.differing) + " of " + std::to_string(differences.compared) +
            " on both sides differ\n";
 }
 

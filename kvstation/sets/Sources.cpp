@@ -7,6 +7,7 @@
 
 #include "kvstation/Errors.h"
 #include "kvstation/Files.h"
+#include "kvstation/RecordFile.h"
 #include "kvstation/sets/Pattern.h"
 #include "kvstation/sets/StandardInput.h"
 
@@ -50,6 +51,10 @@ class Search {
             addOne(place);
     }
 
+    void lookThrough(const std::string& folder) { lookThrough(pathOf(folder), {}); }
+
+    void addWrong(const std::string& path, const std::string& wrong) { m_found.push_back({path, path, wrong}); }
+
     std::vector<Source> take() { return std::move(m_found); }
 
   private:
@@ -57,8 +62,6 @@ class Search {
         const std::string name = lastComponent(path);
         m_found.push_back({m_kind == SourceKind::Records ? withoutEnding(name) : name, path, {}});
     }
-
-    void addWrong(const std::string& path, const std::string& wrong) { m_found.push_back({path, path, wrong}); }
 
     void addPattern(const std::string& pattern) {
         const std::vector<std::string> matches = pathsLike(pattern);
@@ -77,7 +80,7 @@ class Search {
             return;
         }
         const std::size_t before = m_found.size();
-        lookThrough(pathOf(folder), {});
+        lookThrough(folder);
         if (m_found.size() == before)
             addWrong(folder, folder + (m_kind == SourceKind::Stations
                                            ? " holds no station, which is a folder with registry.reg and station.json"
@@ -119,21 +122,33 @@ class Search {
     std::vector<Source> m_found;
 };
 
-std::string_view withoutMark(std::string_view text) {
-    return text.starts_with("\xEF\xBB\xBF") ? text.substr(3) : text;
-}
-
 void addList(Search& search, const std::string& list) {
-    const std::string text = list == kStandardInput ? readStandardInput(kLongestList) : readFile(list, kLongestList);
-    for (std::string_view rest = withoutMark(text); !rest.empty();) {
+    const bool isInput = list == kStandardInput;
+    const std::string text = utf8Text(isInput ? readStandardInput(kLongestList) : readFile(list, kLongestList));
+    const std::string name = isInput ? "standard input" : list;
+    if (text.find('\0') != std::string::npos)
+        throw Failure(name + " is no list of names in UTF-8 or UTF-16: it holds zero bytes");
+    for (std::string_view rest = text; !rest.empty();) {
         const std::size_t end = std::min(rest.find('\n'), rest.size());
         std::string_view line = rest.substr(0, end);
         rest.remove_prefix(std::min(end + 1, rest.size()));
         if (line.ends_with('\r'))
             line.remove_suffix(1);
-        if (!line.empty())
+        if (isInput && line == kStandardInput)
+            search.addWrong(kStandardInput, "standard input is the list, and no record");
+        else if (!line.empty())
             search.add(std::string(line));
     }
+}
+
+// Those of one name are told apart by their paths.
+void distinguish(std::vector<Source>& sources) {
+    std::unordered_map<std::string, std::size_t> counts;
+    for (const Source& source : sources)
+        ++counts[source.name];
+    for (Source& source : sources)
+        if (counts[source.name] > 1)
+            source.name = utf8Of(pathOf(source.path));
 }
 
 }  // namespace
@@ -162,20 +177,29 @@ bool isOne(const Places& places) {
 }
 
 std::vector<Source> sourcesOf(const Places& places, SourceKind kind) {
-    const bool readsRecord = std::ranges::find(places.given, kStandardInput) != places.given.end();
-    if (places.list == kStandardInput && readsRecord && kind == SourceKind::Records)
-        throw WrongUse("standard input is either the list or a record");
+    const auto records = kind == SourceKind::Records ? std::ranges::count(places.given, kStandardInput) : 0;
+    if (records > 1 || (records == 1 && places.list == kStandardInput))
+        throw WrongUse("standard input is one record or the list, and not two of these");
     Search search(kind);
     for (const std::string& place : places.given)
         search.add(place);
     if (!places.list.empty())
         addList(search, places.list);
+    std::vector<Source> sources = search.take();
+    distinguish(sources);
+    return sources;
+}
+
+std::vector<Source> sourcesIn(const std::string& folder, SourceKind kind) {
+    Search search(kind);
+    search.lookThrough(folder);
     return search.take();
 }
 
 std::string doubleText(const Source& source, const Source& first) {
-    return source.path + " has the name of " + first.path + ", '" + source.name +
-           "'; a folder above both tells them apart";
+    if (source.path == first.path)
+        return source.path + " is named twice";
+    return source.path + " has the name of " + first.path + ", '" + source.name + "'";
 }
 
 void refuseDoubles(std::vector<Source>& sources) {

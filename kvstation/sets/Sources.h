@@ -24,7 +24,9 @@ enum class SourceKind {
 };
 
 struct Source {
-    std::string name;   // below the folder that was named, with "/", and without the ending of a record's file
+    // Below the folder that was named, with "/", and without the ending of a record's file; the path where another one
+    // of the list has that name.
+    std::string name;
     std::string path;   // "-": standard input
     std::string wrong;  // why it cannot be read; empty until somebody knows
 };
@@ -42,6 +44,9 @@ bool isOne(const Places& places);
 // In the order of the command line; within a folder by their names. A folder is looked through with those in it, and a
 // place that has none gives one source that tells so. Throws Failure or WrongUse where the list cannot be read.
 std::vector<Source> sourcesOf(const Places& places, SourceKind kind);
+
+// What there is in a folder, with all folders in it, or what of it cannot be read; it may be nothing.
+std::vector<Source> sourcesIn(const std::string& folder, SourceKind kind);
 
 // Those whose name an earlier one has: nobody could tell them apart.
 void refuseDoubles(std::vector<Source>& sources);

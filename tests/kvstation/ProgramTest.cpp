@@ -160,14 +160,26 @@ TEST_F(Program, APageAndBytesAreWrittenBothOrNot) {
     EXPECT_EQ(readFile(page, 1 << 20), "the old page");
 }
 
+TEST_F(Program, BehindALinkItIsTheFileThatIsReplaced) {
+    const std::string page = folder / "page.html";
+    const std::string link = folder / "link.html";
+    writeFile(page, "the old page");
+    std::filesystem::create_symlink("page.html", link);
+    EXPECT_EQ(run({"decode", raw, "--html", link}).status, 0);
+    EXPECT_TRUE(std::filesystem::is_symlink(link));
+    EXPECT_THAT(readFile(page, 1 << 20), StartsWith("<!DOCTYPE html>"));
+    expectRefusal(run({"decode", raw, "--html", page, "--raw", page}), 2,
+                  page + " takes one result; name another file for the other");
+}
+
 TEST_F(Program, APageOrBytesCanGoToStandardOutput) {
     EXPECT_THAT(run({"decode", raw, "--html", "-"}).output,
                 AllOf(StartsWith("<!DOCTYPE html>"), EndsWith("</html>\n")));
     EXPECT_EQ(run({"decode", raw, "--raw", "-"}).output, readFile(raw, 1 << 20));
     expectRefusal(run({"decode", raw, "--raw", "-", "--html", "-"}), 2,
-                  "standard output takes one result; name a file for the other");
+                  "standard output takes one result; name another file for the other");
     expectRefusal(run({"decode", raw, "--html", "-", "--field", "szOS"}), 2,
-                  "standard output takes one result; name a file for the other");
+                  "standard output takes one result; name another file for the other");
 }
 
 TEST_F(Program, SeveralFieldsAreALineEachInTheOrderAskedFor) {

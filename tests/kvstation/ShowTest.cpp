@@ -224,7 +224,7 @@ TEST(Sets, WhatALibraryMakesOfAStationIsComparedWithWhatAnotherMakes) {
     const ProgramRun same =
         runProgram({KVSTATION_PROGRAM, "diff", "--library", module, module, KV_STATIONS "/windows-xp-*"});
     EXPECT_EQ(same.status, 0) << same.errors;
-    EXPECT_THAT(same.output, EndsWith("0 of 2 stations on both sides differ\n"));
+    EXPECT_THAT(same.output, EndsWith("0 of 2 on both sides differ\n"));
     const ProgramRun other = runProgram({KVSTATION_PROGRAM, "diff", "--library", module, KV_MISBEHAVING_LIBRARY,
                                          KV_STATIONS "/windows-xp-*", "--json"});
     EXPECT_EQ(other.status, 1) << other.errors;

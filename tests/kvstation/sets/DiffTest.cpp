@@ -8,6 +8,7 @@
 #include "../Samples.h"
 #include "../TemporaryFolder.h"
 #include "kvstation/Files.h"
+#include "kvstation/sets/Database.h"
 #include "kvstation/sets/Unsteady.h"
 
 namespace kvstation {
@@ -82,7 +83,7 @@ TEST_F(DiffOfSets, TellsWhoCameWhoWentAndWhichFieldsChanged) {
     EXPECT_EQ(told.errors, "");
     EXPECT_EQ(told.output, "- " + old + "\n+ " + now +
                                "\n\nwent: 1 station\n  pc3\ncame: 1 station\n  pc4\nszIPAddress: 1 station\n  pc2\n"
-                               "1 of 2 stations on both sides differ\n");
+                               "1 of 2 on both sides differ\n");
 }
 
 TEST_F(DiffOfSets, TellsTheValuesInJson) {
@@ -131,7 +132,7 @@ TEST_F(DiffOfSets, PairsFoldersRowsAndSqliteFiles) {
         for (const std::string& right : {rows, database}) {
             const ProgramRun told = run({"diff", left, right, "--all"});
             EXPECT_EQ(told.status, 0) << left << " " << right << told.errors;
-            EXPECT_THAT(told.output, HasSubstr("0 of 3 stations on both sides differ"));
+            EXPECT_THAT(told.output, HasSubstr("0 of 3 on both sides differ"));
         }
     EXPECT_EQ(Json::parse(run({"diff", rows, now, "--json"}).output)["fields"],
               Json::parse(run({"diff", old, now, "--json"}).output)["fields"]);
@@ -160,7 +161,7 @@ TEST_F(DiffOfSets, ABadRowCostsALineAndTheStatus) {
     EXPECT_EQ(told.errors, "kvstation: " + rows + ": line 4: this is no row of a station\nkvstation: " + rows +
                                ": line 5: 'pc1' stands in line 1 already\nkvstation: " + rows +
                                ": line 6: szStation is missing: a station record in JSON has every field\n");
-    EXPECT_THAT(told.output, HasSubstr("0 of 3 stations on both sides differ"));
+    EXPECT_THAT(told.output, HasSubstr("0 of 3 on both sides differ"));
 }
 
 TEST_F(DiffOfSets, ADeepOrLongRowEndsTheReading) {
@@ -172,6 +173,47 @@ TEST_F(DiffOfSets, ADeepOrLongRowEndsTheReading) {
     const ProgramRun told = run({"diff", rows, old});
     EXPECT_EQ(told.status, 2);
     EXPECT_EQ(told.errors, "kvstation: " + rows + ": line 4 is longer than 256 KiB\n");
+}
+
+TEST_F(DiffOfSets, WhatIsNoRecordHasNeitherComeNorGone) {
+    writeFile(now + "/notes.txt", "no record");
+    const ProgramRun told = run({"diff", old, now});
+    EXPECT_EQ(told.status, 2);
+    EXPECT_THAT(told.errors, HasSubstr(now + "/notes.txt is no station record"));
+    EXPECT_THAT(told.output, HasSubstr("came: 1 station\n  pc4\n"));
+}
+
+TEST_F(DiffOfSets, AColumnThatIsMissingIsNoText) {
+    const std::string file = folder / "old.db";
+    ASSERT_EQ(run({"decode", old, "--sqlite", file}).status, 0);
+    Database(file, Database::Access::Write).run("ALTER TABLE stations DROP COLUMN szMonitor");
+    const ProgramRun told = run({"diff", old, file});
+    EXPECT_EQ(told.status, 2);
+    EXPECT_EQ(told.errors, "kvstation: " + file + ": no such column: stations.szMonitor (SQLite error 1)\n");
+}
+
+TEST_F(DiffOfSets, ACellOfNothingIsNoText) {
+    const std::string file = folder / "old.db";
+    ASSERT_EQ(run({"decode", old, "--sqlite", file}).status, 0);
+    Database(file, Database::Access::Write).run("UPDATE stations SET szMonitor = NULL WHERE name = 'pc1'");
+    EXPECT_EQ(run({"diff", old, file}).errors, "kvstation: " + file + ": 'pc1': szMonitor must be a text\n");
+}
+
+TEST_F(DiffOfSets, AFileWithoutALineIsASetOfNone) {
+    writeFile(folder / "empty.ndjson", "");
+    const ProgramRun told = run({"diff", folder / "empty.ndjson", now, "--json"});
+    EXPECT_EQ(told.status, 1);
+    EXPECT_EQ(Json::parse(told.output)["came"], Json::parse(R"(["pc1", "pc2", "pc4"])"));
+}
+
+TEST_F(DiffOfSets, WhatCannotBeReadIsToldForWhatItIs) {
+    const ProgramRun told = run({"diff", now, folder / "missing"});
+    EXPECT_EQ(told.status, 2);
+    EXPECT_THAT(told.errors, HasSubstr("missing cannot be read: No such file or directory"));
+    EXPECT_EQ(run({"diff", old, now, "--set", "KVIP=1"}).status, 1);
+    writeFile(folder / "a.ndjson", run({"decode", old, "--ndjson"}).output);
+    EXPECT_EQ(run({"diff", folder / "a.ndjson", folder / "a.ndjson", "--set", "KVIP=1"}).errors,
+              "kvstation: neither is a described station, whose answers could be different\n");
 }
 
 TEST_F(DiffOfSets, OneRecordIsNoSet) {

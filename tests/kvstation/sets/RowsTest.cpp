@@ -223,6 +223,14 @@ TEST_F(RecordSet, HalfACharacterIsABlobInAnSqliteFile) {
     EXPECT_FALSE(rows.isBytes(1));
 }
 
+TEST_F(RecordSet, AnSqliteFileIsAFileHoweverItIsCalled) {
+    const ProgramRun told = runProgram(
+        {"/bin/sh", "-c", "cd \"$1\" && exec \"$0\" decode pc1.bin --sqlite :memory:", KVSTATION_PROGRAM, records});
+    EXPECT_EQ(told.status, 0) << told.errors;
+    EXPECT_TRUE(std::filesystem::exists(records + "/:memory:"));
+    EXPECT_THAT(run({"decode", records, "--sqlite", "-"}).errors, HasSubstr("cannot go to standard output"));
+}
+
 TEST_F(RecordSet, AnSqliteFileOfAnotherFormStaysAsItIs) {
     const std::string file = folder / "fleet.db";
     writeFile(file, std::string(4096, 'x'));

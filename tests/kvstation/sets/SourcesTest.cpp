@@ -130,24 +130,42 @@ TEST_F(SourcesOf, AListHasAPlaceInEachLine) {
     writeFile(folder / "list",
               "\xEF\xBB\xBF" + (folder / "pc3") + "\r\n\n" + (folder / "all") + "\n" + (folder / "no"));
     EXPECT_THAT(found({.given = {folder / "all/pc2"}, .list = folder / "list"}, SourceKind::Stations),
-                ElementsAre("pc2<all/pc2", "pc3<pc3", "pc1<all/pc1", "pc2<all/pc2", "no<no"));
+                ElementsAre("all/pc2<all/pc2", "pc3<pc3", "pc1<all/pc1", "all/pc2<all/pc2", "no<no"));
     EXPECT_THROW(found({.given = {}, .list = folder / "missing"}, SourceKind::Stations), Failure);
 }
 
 TEST_F(SourcesOf, StandardInputIsEitherListOrRecord) {
     EXPECT_THROW(found({.given = {"-"}, .list = "-"}, SourceKind::Records), WrongUse);
+    EXPECT_THROW(records({"-", "-"}), WrongUse);
     EXPECT_THAT(records({"-"}), ElementsAre("-<-"));
 }
 
-TEST_F(SourcesOf, OneOfTwoWithOneNameIsRefused) {
+TEST_F(SourcesOf, AListMayBeInUtf16AndHoldsNoZeroBytes) {
+    makeStation("pc1");
+    std::string wide = "\xFF\xFE";
+    for (const char c : (folder / "pc1") + "\r\n")
+        wide += {c, '\0'};
+    writeFile(folder / "list", wide);
+    EXPECT_THAT(found({.given = {}, .list = folder / "list"}, SourceKind::Stations), ElementsAre("pc1<pc1"));
+    writeFile(folder / "list", std::string("a\0b\n", 4));
+    EXPECT_THROW(found({.given = {}, .list = folder / "list"}, SourceKind::Stations), Failure);
+}
+
+TEST_F(SourcesOf, ThoseOfOneNameAreToldApartByTheirPaths) {
     makeStation("a/pc1");
     makeStation("b/pc1");
-    std::vector<Source> sources = sourcesOf({.given = {folder / "a", folder / "b"}, .list = {}}, SourceKind::Stations);
+    makeStation("b/pc2");
+    EXPECT_THAT(stations({folder / "a", folder / "b"}), ElementsAre("a/pc1<a/pc1", "b/pc1<b/pc1", "pc2<b/pc2"));
+}
+
+TEST_F(SourcesOf, OneThatIsNamedTwiceIsRefused) {
+    makeStation("pc1");
+    std::vector<Source> sources =
+        sourcesOf({.given = {folder / "pc1", folder / "pc1"}, .list = {}}, SourceKind::Stations);
     refuseDoubles(sources);
     ASSERT_EQ(sources.size(), 2u);
     EXPECT_EQ(sources[0].wrong, "");
-    EXPECT_EQ(withoutFolder(sources[1].wrong),
-              "b/pc1 has the name of a/pc1, 'pc1'; a folder above both tells them apart");
+    EXPECT_EQ(withoutFolder(sources[1].wrong), "pc1 is named twice");
 }
 
 }  // namespace

@@ -65,7 +65,7 @@ TEST_F(TwinStations, WhatIfTellsWhichWouldChangeAndWhichWouldBeOne) {
     EXPECT_EQ(told.status, 0);
     EXPECT_THAT(told.output, StartsWith("pc1:\nszStation\n  - \"001AA03FC7E2\"\n  + \"172.20.16.45\"\n"));
     EXPECT_THAT(told.output, HasSubstr("\npc2:\nszStation\n"));
-    EXPECT_THAT(told.output, EndsWith("\n2 of 3 stations would change\n"
+    EXPECT_THAT(told.output, EndsWith("\n2 of 3 would change\n"
                                       "One szStation for several:\n  \"172.20.16.45\": pc1, pc2\n"));
 }
 
@@ -116,11 +116,21 @@ TEST_F(BareStations, ExplainTellsTheCausesOfEachInLinesOfJson) {
     }
 }
 
+TEST_F(TwinStations, ThoseOfOneNameInAListCollideByTheirPaths) {
+    std::filesystem::create_directory(folder / "branch");
+    std::filesystem::copy(KV_STATIONS "/windows-xp-console", folder / "branch/pc1");
+    writeFile(folder / "list", (folder / "pc1") + "\n" + (folder / "branch/pc1") + "\n");
+    const ProgramRun told = run({"whatif", "--from", folder / "list", "--set", "KVStationType=2"});
+    EXPECT_EQ(told.status, 0);
+    EXPECT_THAT(told.output,
+                EndsWith("  \"172.20.16.45\": " + (folder / "pc1") + ", " + (folder / "branch/pc1") + "\n"));
+}
+
 TEST_F(TwinStations, OneThatIsBadCostsALine) {
     std::filesystem::remove(folder / "pc2/station.json");
     const ProgramRun told = run({"whatif", folder / "pc1", folder / "pc2", "--set", "KVStationType=2"});
     EXPECT_EQ(told.status, 1);
-    EXPECT_THAT(told.output, EndsWith("\n1 of 1 stations would change\n"));
+    EXPECT_THAT(told.output, EndsWith("\n1 of 1 would change\n"));
     EXPECT_EQ(told.errors,
               "kvstation: " + (folder / "pc2") + "/station.json cannot be read: No such file or directory (error 2)\n");
 }
