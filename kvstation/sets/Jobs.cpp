@@ -208,6 +208,7 @@ int printAll(const Places& places, SourceKind kind, const std::string& what, con
 }
 
 int servePart(const Perform& perform) {
+    endQuietlyInACrash();
     const StreamAside output(kStandardOutput);  // what a library prints is no answer
     FrameReader tasks;
     std::string answers;

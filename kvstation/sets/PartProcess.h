@@ -11,6 +11,10 @@ namespace kvstation {
 // This process was started as such a part: standard input and output belong to the one that did.
 bool isPart();
 
+// From now on a crash ends this process with the exception's code, at once: no message box, no debugger. Windows alone
+// has these.
+void endQuietlyInACrash();
+
 // How many processors there are for this process; at least 1.
 unsigned processors();
 

@@ -64,6 +64,11 @@ OwnedHandle start(const Pipe& input, const Pipe& output) {
     return OwnedHandle(process.hProcess);
 }
 
+LONG WINAPI endWithItsCode(EXCEPTION_POINTERS* exception) {
+    TerminateProcess(GetCurrentProcess(), exception->ExceptionRecord->ExceptionCode);
+    return EXCEPTION_EXECUTE_HANDLER;
+}
+
 }  // namespace
 
 struct PartProcess::Started {
@@ -74,6 +79,11 @@ struct PartProcess::Started {
 
 bool isPart() {
     return GetEnvironmentVariableW(kPartVariable, nullptr, 0) != 0;
+}
+
+void endQuietlyInACrash() {
+    SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX | SEM_NOOPENFILEERRORBOX);
+    SetUnhandledExceptionFilter(endWithItsCode);
 }
 
 unsigned processors() {
