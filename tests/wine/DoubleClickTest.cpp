@@ -49,7 +49,8 @@ class DoubleClick : public testing::Test {
         SECURITY_ATTRIBUTES inherited{sizeof inherited, nullptr, TRUE};
         const kvstation::OwnedHandle nothing(
             CreateFileA("NUL", GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ, &inherited, OPEN_EXISTING, 0, nullptr));
-        const kvstation::OwnedHandle error(CreateFileA(errors.string().c_str(), GENERIC_WRITE, FILE_SHARE_READ,
+        const kvstation::OwnedHandle error(CreateFileA(errors.string().c_str(), GENERIC_WRITE,
+                                                       FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
                                                        &inherited, CREATE_ALWAYS, 0, nullptr));
         STARTUPINFOA info{};
         info.cb = sizeof info;
@@ -87,7 +88,9 @@ class DoubleClick : public testing::Test {
     }
 
     const std::string before = programOfPages();
-    const fs::path folder = fs::temp_directory_path() / ("kvpage-" + std::to_string(GetCurrentProcessId()));
+    // Of each test its own: the process of a console lives on for a moment, and holds what its program inherited.
+    const fs::path folder = fs::temp_directory_path() / ("kvpage-" + std::to_string(GetCurrentProcessId()) + "-" +
+                                                         testing::UnitTest::GetInstance()->current_test_info()->name());
     const fs::path opened = folder / "opened.html";
     const fs::path errors = folder / "errors.txt";
 };
