@@ -1,11 +1,11 @@
-// Completion for zsh: specifications for its own _arguments.
+// Completion for zsh: entries for its own _arguments.
 #include "kvstation/commandline/ShellText.h"
 #include "kvstation/commandline/Shells.h"
 
 namespace kvstation {
 namespace {
 
-// A text inside of a specification, which stands in single quotes.
+// A text inside of an entry, which stands in single quotes.
 std::string zshText(std::string text) {
     for (const char* special : {"\\", "[", "]", ":"})
         text = withEach(std::move(text), special, std::string("\\") + special);
@@ -30,7 +30,7 @@ std::string zshValue(const Argument& argument) {
     return ":" + zshText(argument.placeholder) + ":" + zshAction(argument);
 }
 
-std::string zshSpecification(const OptionLine& option) {
+std::string zshEntry(const OptionLine& option) {
     const std::string rest =
         "[" + zshText(option.description) + "]" + (option.argument ? zshValue(*option.argument) : "");
     const std::string name = "--" + option.longName + (option.argument ? "=" : "");
@@ -51,10 +51,10 @@ std::string zshAlternatives(const VerbLine& verb) {
         const std::vector<Argument> arguments = argumentsAt(verb, place);
         if (arguments.size() < 2)
             continue;
-        std::string specifications;
+        std::string entries;
         for (const Argument& argument : arguments)
-            specifications += " '" + argument.placeholder + zshValue(argument) + "'";
-        functions += zshPlaceFunction(verb, place) + "() { _alternative" + specifications + " }\n";
+            entries += " '" + argument.placeholder + zshValue(argument) + "'";
+        functions += zshPlaceFunction(verb, place) + "() { _alternative" + entries + " }\n";
     }
     return functions;
 }
@@ -68,13 +68,13 @@ std::string zshPlace(const VerbLine& verb, std::size_t place) {
 }
 
 std::string zshVerb(const VerbLine& verb) {
-    std::vector<std::string> specifications;
+    std::vector<std::string> entries;
     for (const OptionLine& option : verb.options)
-        specifications.push_back(zshSpecification(option));
+        entries.push_back(zshEntry(option));
     for (std::size_t place = 0; place < verb.places.size(); ++place)
-        specifications.push_back(zshPlace(verb, place));
+        entries.push_back(zshPlace(verb, place));
     return "        " + verb.name + ")\n            _arguments \\\n                " +
-           joinWords(specifications, " \\\n                ") + " ;;\n";
+           joinWords(entries, " \\\n                ") + " ;;\n";
 }
 
 std::string zshLists(const CommandLine& line) {
@@ -96,7 +96,7 @@ std::string zshVerbs(const CommandLine& line) {
 std::string zshMain(const CommandLine& line) {
     std::string options;
     for (const OptionLine& option : line.options)
-        options += zshSpecification(option) + " ";
+        options += zshEntry(option) + " ";
     std::string verbs;
     for (const VerbLine& verb : line.verbs)
         verbs += zshVerb(verb);
