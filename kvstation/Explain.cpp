@@ -115,12 +115,7 @@ Verb addExplain(CLI::App& tool) {
         tool.add_subcommand("explain", "Show what gives a field its value and what decides it, found by changing it");
     command->add_option("FIELD", options->field, "The field, such as szMACAddress; without it all fields, a line each")
         ->type_name("");
-    command
-        ->add_option("STATION", options->places.given,
-                     "Described stations' folders, folders of them, or patterns; without one this computer (Windows)")
-        ->type_name("...")
-        ->check(checkFileName);
-    addPlaces(*command, options->places);
+    addStationPlaces(*command, options->places);
     addJobs(*command, options->jobs);
     CLI::Option* json = command->add_flag("--json", options->json, "Print the causes as JSON");
     command->add_flag("--ndjson", options->ndjson, "Print the causes as a JSON object a line for each station")

@@ -7,7 +7,6 @@
 #include "kvstation/CollectionGuard.h"
 #include "kvstation/Differences.h"
 #include "kvstation/Errors.h"
-#include "kvstation/Files.h"
 #include "kvstation/JsonView.h"
 #include "kvstation/Output.h"
 #include "kvstation/TimeLimit.h"
@@ -209,12 +208,7 @@ Verb addWhatIfVerb(CLI::App& tool) {
     const auto options = std::make_shared<WhatIfOptions>();
     CLI::App* command =
         tool.add_subcommand("whatif", "Show what would change in the record if something were different");
-    command
-        ->add_option("STATION", options->places.given,
-                     "Described stations' folders, folders of them, or patterns; without one this computer (Windows)")
-        ->type_name("...")
-        ->check(checkFileName);
-    addPlaces(*command, options->places);
+    addStationPlaces(*command, options->places);
     addJobs(*command, options->jobs);
     command->add_flag(
         "--ndjson", options->ndjson,

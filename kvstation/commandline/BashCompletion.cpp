@@ -1,32 +1,10 @@
 // Completion for bash: tables as case commands, and functions that look into them.
+#include "kvstation/commandline/Offers.h"
 #include "kvstation/commandline/ShellText.h"
 #include "kvstation/commandline/Shells.h"
 
 namespace kvstation {
 namespace {
-
-// What _kvstation_offer takes: @path, @folder, or a list's name.
-std::string bashSource(const Argument& argument) {
-    switch (argument.takes) {
-        case Takes::Path:
-            return "@path";
-        case Takes::Folder:
-            return "@folder";
-        case Takes::Word:
-            return argument.placeholder;
-        case Takes::Text:
-            break;
-    }
-    return "";
-}
-
-std::string bashSources(const std::vector<Argument>& arguments) {
-    std::vector<std::string> sources;
-    for (const Argument& argument : arguments)
-        if (argument.takes != Takes::Text)
-            sources.push_back(bashSource(argument));
-    return joinWords(sources, " ");
-}
 
 std::string bashOptions(const std::vector<OptionLine>& options) {
     std::vector<std::string> names;
@@ -63,7 +41,7 @@ std::string bashValues(const CommandLine& line) {
     for (const VerbLine& verb : line.verbs)
         for (const OptionLine& option : verb.options)
             if (option.argument)
-                cases += bashCase("'" + verb.name + " --" + option.longName + "'", "= " + bashSource(*option.argument));
+                cases += bashCase("'" + verb.name + " --" + option.longName + "'", "= " + offerOf(*option.argument));
     return bashTable("\"VERB --OPTION\": \"=\" and what its value is; nothing: it is a switch", "value", cases);
 }
 
@@ -72,7 +50,7 @@ std::string bashPlaces(const CommandLine& line) {
     for (const VerbLine& verb : line.verbs)
         for (std::size_t place = 0; place < verb.places.size(); ++place) {
             const std::string any = verb.places[place].repeats ? "'*" : std::to_string(place) + "'";
-            cases += bashCase("'" + verb.name + " " + any, bashSources(argumentsAt(verb, place)));
+            cases += bashCase("'" + verb.name + " " + any, offersOf(argumentsAt(verb, place)));
         }
     return bashTable("\"VERB PLACE\": what the verb's word number PLACE may be", "place", cases);
 }

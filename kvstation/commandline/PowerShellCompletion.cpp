@@ -1,4 +1,5 @@
 // Completion for PowerShell: tables, and a block that looks into them.
+#include "kvstation/commandline/Offers.h"
 #include "kvstation/commandline/ShellText.h"
 #include "kvstation/commandline/Shells.h"
 
@@ -7,29 +8,6 @@ namespace {
 
 std::string powershellQuoted(std::string text) {
     return "'" + withEach(std::move(text), "'", "''") + "'";
-}
-
-// A list's name, or what PowerShell itself is to look for.
-std::string powershellSource(const Argument& argument) {
-    switch (argument.takes) {
-        case Takes::Path:
-            return "@path";
-        case Takes::Folder:
-            return "@folder";
-        case Takes::Word:
-            return argument.placeholder;
-        case Takes::Text:
-            break;
-    }
-    return "";
-}
-
-std::string powershellSources(const std::vector<Argument>& arguments) {
-    std::vector<std::string> sources;
-    for (const Argument& argument : arguments)
-        if (argument.takes != Takes::Text)
-            sources.push_back(powershellSource(argument));
-    return joinWords(sources, " ");
 }
 
 std::string powershellRow(const std::string& key, const std::string& value) {
@@ -64,10 +42,10 @@ std::string powershellVerbs(const CommandLine& line) {
         options += powershellOptions(verb.name, verb.options);
         for (const OptionLine& option : verb.options)
             if (option.argument)
-                values += powershellRow(verb.name + " --" + option.longName, powershellSource(*option.argument));
+                values += powershellRow(verb.name + " --" + option.longName, offerOf(*option.argument));
         for (std::size_t place = 0; place < verb.places.size(); ++place)
             places += powershellRow(verb.name + " " + (verb.places[place].repeats ? "*" : std::to_string(place)),
-                                    powershellSources(argumentsAt(verb, place)));
+                                    offersOf(argumentsAt(verb, place)));
     }
     return powershellTable("verbs", verbs) + powershellTable("options", options) +
            "    # What an option's value is; an option that is not here is a switch.\n" +

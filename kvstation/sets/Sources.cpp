@@ -161,6 +161,15 @@ void addPlaces(CLI::App& command, Places& places) {
         ->check(checkFileName);
 }
 
+void addStationPlaces(CLI::App& command, Places& places) {
+    command
+        .add_option("STATION", places.given,
+                    "Described stations' folders, folders of them, or patterns; without one this computer (Windows)")
+        ->type_name("...")
+        ->check(checkFileName);
+    addPlaces(command, places);
+}
+
 bool isStationFolder(const std::string& path) {
     std::error_code ignored;
     return std::filesystem::exists(pathOf(path + "/station.json"), ignored) ||

@@ -35,6 +35,8 @@ inline constexpr const char* kStandardInput = "-";
 
 // The option for the list. `places` must live as long as the command.
 void addPlaces(CLI::App& command, Places& places);
+// For a verb that without a place is asked about this computer: the described stations, and the list.
+void addStationPlaces(CLI::App& command, Places& places);
 
 bool isStationFolder(const std::string& path);
 
