@@ -4,9 +4,9 @@
 
 #include <nlohmann/json.hpp>
 
-#include "../RunningProgram.h"
 #include "../Samples.h"
 #include "../TemporaryFolder.h"
+#include "../ToolRun.h"
 #include "kvstation/Files.h"
 #include "kvstation/sets/Database.h"
 #include "kvstation/sets/Unsteady.h"
@@ -17,11 +17,6 @@ namespace {
 using testing::HasSubstr;
 using testing::Not;
 using Json = nlohmann::json;
-
-ProgramRun run(std::vector<std::string> arguments) {
-    arguments.insert(arguments.begin(), KVSTATION_PROGRAM);
-    return runProgram(arguments);
-}
 
 Record withDrives(const std::string& drives) {
     Record record;

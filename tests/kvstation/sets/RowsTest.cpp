@@ -4,9 +4,9 @@
 
 #include <nlohmann/json.hpp>
 
-#include "../RunningProgram.h"
 #include "../Samples.h"
 #include "../TemporaryFolder.h"
+#include "../ToolRun.h"
 #include "kvstation/Files.h"
 #include "kvstation/sets/Database.h"
 #include "kvstation/sets/RowCsv.h"
@@ -20,11 +20,6 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::StartsWith;
 using Json = nlohmann::ordered_json;
-
-ProgramRun run(std::vector<std::string> arguments) {
-    arguments.insert(arguments.begin(), KVSTATION_PROGRAM);
-    return runProgram(arguments);
-}
 
 std::vector<std::string> lines(const std::string& text) {
     std::vector<std::string> found;

@@ -4,8 +4,8 @@
 
 #include <nlohmann/json.hpp>
 
-#include "../RunningProgram.h"
 #include "../TemporaryFolder.h"
+#include "../ToolRun.h"
 #include "kvstation/Files.h"
 #include "kvstation/sets/Collisions.h"
 
@@ -17,11 +17,6 @@ using testing::EndsWith;
 using testing::HasSubstr;
 using testing::StartsWith;
 using Json = nlohmann::json;
-
-ProgramRun run(std::vector<std::string> arguments) {
-    arguments.insert(arguments.begin(), KVSTATION_PROGRAM);
-    return runProgram(arguments);
-}
 
 TEST(Collisions, AreOfThoseThatWouldHaveOneName) {
     Collisions collisions;
