@@ -39,9 +39,8 @@ else()
   set(KV_WINE_HEADERS /usr/include/wine/wine/windows CACHE PATH "Wine's Windows headers (libwine-dev)")
   target_include_directories(kv_windows SYSTEM INTERFACE ${KV_WINE_HEADERS})
   if(KV_SANITIZE)
-    # With its assertions. What the sanitizers add to the tool and simwin compiles no slower when it is optimized a
-    # little, and runs quicker.
-    set(CMAKE_CXX_FLAGS_RELEASE "-O1")
+    # Quick to compile, and with its assertions.
+    set(CMAKE_CXX_FLAGS_RELEASE "-O0")
     # Debugging information no larger than their reports need.
     add_compile_options(-g1 -fno-omit-frame-pointer -fsanitize=address,undefined -fno-sanitize-recover=all)
     add_link_options(-fsanitize=address,undefined)
