@@ -7,7 +7,6 @@
 namespace kvstation {
 namespace {
 
-constexpr UINT kNoBoxes = SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX | SEM_NOOPENFILEERRORBOX;
 constexpr ULONG kStackForHandlers = 0x10000;  // bytes that are left where a stack is used up
 
 }  // namespace

@@ -6,6 +6,9 @@
 
 namespace kvstation {
 
+// What SetErrorMode is told of a process in which a crash brings up no message box.
+inline constexpr UINT kNoBoxes = SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX | SEM_NOOPENFILEERRORBOX;
+
 struct Ending {
     enum class How { Crash, Abort, Exit };
     How how;

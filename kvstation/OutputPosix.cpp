@@ -7,6 +7,7 @@
 
 #include "kvstation/Errors.h"
 #include "kvstation/Output.h"
+#include "kvstation/StreamAside.h"
 
 namespace kvstation {
 namespace {
@@ -28,13 +29,8 @@ Terminal standardOutput() {
 }
 
 void writeResult(std::string_view text) {
-    while (!text.empty()) {
-        const ssize_t written = write(STDOUT_FILENO, text.data(), text.size());
-        if (written < 0 && errno != EINTR)
-            throw Failure(describeLibraryError("write", "standard output", errno));
-        if (written > 0)
-            text.remove_prefix(static_cast<std::size_t>(written));
-    }
+    if (!writeTo(STDOUT_FILENO, text))
+        throw Failure(describeLibraryError("write", "standard output", errno));
 }
 
 }  // namespace kvstation

@@ -70,9 +70,9 @@ StreamAside::~StreamAside() {
     closeFile(m_kept);
 }
 
-bool writeTo(int kept, std::string_view bytes) {
+bool writeTo(int file, std::string_view bytes) {
     while (!bytes.empty()) {
-        const auto written = writeSome(kept, bytes);
+        const auto written = writeSome(file, bytes);
         if (written < 0 && errno != EINTR)
             return false;
         if (written > 0)

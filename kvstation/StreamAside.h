@@ -25,7 +25,8 @@ class StreamAside {
     int m_kept;
 };
 
-// All of it, as it is, to a stream that was kept. False: it takes no more.
-bool writeTo(int kept, std::string_view bytes);
+// All of it, as it is, to the stream of that number, which may be one that was kept. False: it takes no more, and errno
+// says why.
+bool writeTo(int file, std::string_view bytes);
 
 }  // namespace kvstation

@@ -62,9 +62,10 @@ std::vector<PublishedChange> publishedChanges(const Outcome& before, const Outco
     std::vector<PublishedChange> gone;
     std::vector<PublishedChange> come;
     for (const simwin::Variable& old : before.published) {
-        const auto value = publishedValue(after, old.name);
-        if (value != simwin::toUtf8(old.value))
-            (value ? others : gone).push_back({old.name, simwin::toUtf8(old.value), value});
+        const std::string value = simwin::toUtf8(old.value);
+        const auto now = publishedValue(after, old.name);
+        if (now != value)
+            (now ? others : gone).push_back({old.name, value, now});
     }
     for (const simwin::Variable& made : after.published)
         if (!publishedValue(before, made.name))
@@ -191,7 +192,7 @@ int whatIfSet(const WhatIfOptions& options) {
         output.add(std::to_string(changed) + " of " + std::to_string(tally.done - tally.failed) + " would change\n" +
                    collisionsText(collisions.found()));
     output.flush();
-    return tally.failed == 0 ? kExitSuccess : kExitFailure;
+    return statusOf(tally);
 }
 
 int whatIf(const WhatIfOptions& options) {

@@ -1,6 +1,6 @@
 // Completion for bash: tables as case commands, and functions that look into them.
+#include "kvstation/JoinWords.h"
 #include "kvstation/commandline/Offers.h"
-#include "kvstation/commandline/ShellText.h"
 #include "kvstation/commandline/Shells.h"
 
 namespace kvstation {

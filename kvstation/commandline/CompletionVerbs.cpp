@@ -4,10 +4,10 @@
 #include <memory>
 
 #include "kvstation/Errors.h"
+#include "kvstation/JoinWords.h"
 #include "kvstation/Output.h"
 #include "kvstation/Verb.h"
 #include "kvstation/commandline/ManPage.h"
-#include "kvstation/commandline/ShellText.h"
 #include "kvstation/commandline/Shells.h"
 
 namespace kvstation {

@@ -1,4 +1,5 @@
 // Completion for fish: a "complete" command for each thing that can be typed.
+#include "kvstation/JoinWords.h"
 #include "kvstation/commandline/ShellText.h"
 #include "kvstation/commandline/Shells.h"
 

@@ -1,6 +1,6 @@
 #include "kvstation/commandline/Offers.h"
 
-#include "kvstation/commandline/ShellText.h"
+#include "kvstation/JoinWords.h"
 
 namespace kvstation {
 

@@ -1,4 +1,5 @@
 // Completion for PowerShell: tables, and a block that looks into them.
+#include "kvstation/JoinWords.h"
 #include "kvstation/commandline/Offers.h"
 #include "kvstation/commandline/ShellText.h"
 #include "kvstation/commandline/Shells.h"

@@ -2,13 +2,6 @@
 
 namespace kvstation {
 
-std::string joinWords(const std::vector<std::string>& words, std::string_view between) {
-    std::string text;
-    for (const std::string& word : words)
-        text.append(text.empty() ? "" : between).append(word);
-    return text;
-}
-
 std::string withEach(std::string text, std::string_view from, std::string_view to) {
     for (std::size_t at = 0; (at = text.find(from, at)) != std::string::npos; at += to.size())
         text.replace(at, from.size(), to);

@@ -1,4 +1,5 @@
 // Completion for zsh: entries for its own _arguments.
+#include "kvstation/JoinWords.h"
 #include "kvstation/commandline/ShellText.h"
 #include "kvstation/commandline/Shells.h"
 

@@ -5,6 +5,7 @@
 
 #include "kvstation/Errors.h"
 #include "kvstation/Files.h"
+#include "kvstation/JoinWords.h"
 #include "kvstation/hives/BaseBlock.h"
 #include "kvstation/hives/FolderEntries.h"
 #include "kvstation/hives/HiveLog.h"
@@ -35,13 +36,6 @@ std::vector<LogFile> logsBeside(const std::string& path, std::vector<std::string
     return logs;
 }
 
-std::string joinTexts(const std::vector<std::string>& parts) {
-    std::string all;
-    for (const std::string& part : parts)
-        all += (all.empty() ? "" : ", ") + part;
-    return all;
-}
-
 // Without its signature a hive is known by its first bin.
 bool isNtHive(std::string_view bytes) {
     return BaseBlock(bytes).hasSignature() ||
@@ -62,7 +56,7 @@ void finishWriting(std::string& bytes, const std::string& path, const std::vecto
     const std::vector<std::string> applied = applyLogs(bytes, logs);
     const std::string what = isWhole ? " was not written to its end; " : " has a damaged first block; ";
     if (!applied.empty())
-        remarks.push_back(path + what + "applied in memory: " + joinTexts(applied));
+        remarks.push_back(path + what + "applied in memory: " + joinWords(applied, ", "));
     else if (!isWhole)
         remarks.push_back(path + what + "no log beside it has another one, and it is read as it stands");
     else

@@ -194,6 +194,10 @@ Tally performAll(const std::vector<Source>& sources, const Work& work, const Job
     return tally;
 }
 
+int statusOf(const Tally& tally) {
+    return tally.failed == 0 ? kExitSuccess : kExitFailure;
+}
+
 int printAll(const Places& places, SourceKind kind, const std::string& what, const Perform& perform,
              const JobOptions& options) {
     if (isPart())
@@ -204,7 +208,7 @@ int printAll(const Places& places, SourceKind kind, const std::string& what, con
         {.what = what, .perform = perform, .take = [&](const Source&, std::string_view text) { output.add(text); }},
         options);
     output.flush();
-    return tally.failed == 0 ? kExitSuccess : kExitFailure;
+    return statusOf(tally);
 }
 
 int servePart(const Perform& perform) {

@@ -41,6 +41,9 @@ struct Tally {
 // Each source that fails costs one line on standard error, and so does one whose process ends over it.
 Tally performAll(const std::vector<Source>& sources, const Work& work, const JobOptions& options);
 
+// The exit status of work of which so much was done.
+int statusOf(const Tally& tally);
+
 // What a process that isPart() does in the place of all else. Gives its exit status.
 int servePart(const Perform& perform);
 

@@ -1,4 +1,5 @@
 #include "framework/Windows.h"
+#include "kvstation/EndingHandlers.h"
 #include "kvstation/Errors.h"
 #include "kvstation/Handles.h"
 #include "kvstation/Paths.h"
@@ -82,7 +83,7 @@ bool isPart() {
 }
 
 void endQuietlyInACrash() {
-    SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX | SEM_NOOPENFILEERRORBOX);
+    SetErrorMode(kNoBoxes);
     SetUnhandledExceptionFilter(endWithItsCode);
 }
 

@@ -6,6 +6,7 @@
 #include "kvstation/Files.h"
 #include "kvstation/RecordFile.h"
 #include "kvstation/sets/RowJson.h"
+#include "simwin/ReadFile.h"
 
 namespace kvstation {
 namespace {
@@ -24,8 +25,8 @@ std::ifstream openRows(const std::string& path) {
 }
 
 // The next line without its end, which is "\n" or "\r\n". False at the file's end, and for a line that is too long.
-bool readRow(std::ifstream& file, std::string& line) {
-    std::string room(kLongestRow, '\0');
+// `room` is where it is read to, of kLongestRow bytes.
+bool readRow(std::ifstream& file, std::string& room, std::string& line) {
     file.getline(room.data(), static_cast<std::streamsize>(room.size()));
     if (!file)
         return false;
@@ -43,21 +44,23 @@ std::string placeOf(const std::string& path, std::size_t line) {
 
 bool isRowFile(const std::string& path) {
     std::ifstream file(pathOf(path), std::ios::binary);
+    std::string room(kLongestRow, '\0');
     std::string line;
-    return file && readRow(file, line) && nameInRow(line) && line.find("\"fields\"") != std::string::npos;
+    return file && readRow(file, room, line) && nameInRow(line) && line.find("\"fields\"") != std::string::npos;
 }
 
 RowFileSet::RowFileSet(const std::string& path) : m_path(path), m_file(openRows(path)) {
+    std::string room(kLongestRow, '\0');
     std::string text;
-    for (Line line{1, 0, 0}; readRow(m_file, text); ++line.number, line.offset = m_file.tellg()) {
+    Line line{1, 0, 0};
+    for (; readRow(m_file, room, text); ++line.number, line.offset = m_file.tellg()) {
         line.length = text.size();
         addLine(text, line);
     }
     if (!m_file.eof())
-        throw Failure(placeOf(path, m_lines.size() + m_wrong.size() + 1) + " is longer than " +
-                      std::to_string(kLongestRow / 1024) + " KiB");
+        throw Failure(simwin::tooLong(placeOf(path, line.number), kLongestRow).what());
     m_file.clear();
-    for (const auto& [name, line] : m_lines)
+    for (const auto& [name, place] : m_lines)
         m_names.push_back(name);
 }
 

@@ -188,7 +188,7 @@ int giveOutRows(const SetOptions& set, const ResultOptions& result, SourceKind k
                                     .prints = set.rows.database.empty()},
                                    set.jobs);
     form->finish();
-    return tally.failed == 0 ? kExitSuccess : kExitFailure;
+    return statusOf(tally);
 }
 
 }  // namespace kvstation
