@@ -1,6 +1,8 @@
 #include "kvstation/hives/OldHiveMending.h"
 
 #include <algorithm>
+#include <iterator>
+#include <set>
 #include <string_view>
 
 #include "kvstation/hives/LittleEndian.h"
@@ -129,21 +131,26 @@ void OldHiveMending::mendEntry(std::size_t place, std::size_t size, std::uint16_
     m_withoutValues.insert(std::uint32_t{block} << 16 | number);
 }
 
-// Each key stands below one other, once.
+// Each key stands below one other, once, and by itself: to cut a link of one must not make one of another.
 void OldHiveMending::mendTree() {
     if (!canStand(kRoot))
         return;
-    std::unordered_set<std::uint32_t> seen = {kRoot};
+    std::set<std::uint32_t> seen = {kRoot};
+    const auto isApart = [&](std::uint32_t key) {
+        const auto next = seen.upper_bound(key);
+        return (next == seen.end() || *next - key >= kKey) && key - *std::prev(next) >= kKey;
+    };
     putNumber(m_file, root() + kNext, kNone);
     for (std::vector<Key> parents = {root()}; !parents.empty();) {
         const Key parent = parents.back();
         parents.pop_back();
         for (std::size_t link = parent + kFirstSubKey; numberAt(m_file, link) != kNone;) {
             const std::uint32_t key = numberAt(m_file, link);
-            if (!canStand(key) || !seen.insert(key).second) {
+            if (!canStand(key) || !isApart(key)) {
                 cut(link, parent);
                 break;
             }
+            seen.insert(key);
             parents.push_back(kTree + key);
             link = kTree + key + kNext;
         }

@@ -231,6 +231,22 @@ TEST_F(DamagedOldHive, RoundOfKeysIsCutAndWhatStoodBehindItIsLost) {
     EXPECT_EQ(loss(whole, kMachine + "Nothing", HiveRegistry::Part::Itself), std::nullopt);
 }
 
+// The root's first sub-key is at 60; what it names as the next one names a key at 57. That one's next is beyond the
+// file, and what ends it there stands in the first one's link too: it would become 255, whose next is 60 again.
+TEST_F(DamagedOldHive, KeyThatBeginsWithinAnotherIsCut) {
+    struct Word {
+        std::size_t place;  // counted from the tree's begin, as links are
+        std::uint32_t word;
+    };
+    constexpr std::uint32_t kNone = 0xFFFFFFFF;
+    constexpr Word kWords[] = {{60 + 12, kNone}, {60 + 16, kNone},  {60 + 20, 200}, {200 + 16, kNone},
+                               {200 + 20, 57},   {255 + 16, kNone}, {255 + 20, 60}};
+    std::string bytes = whole;
+    for (const Word& one : kWords)
+        std::memcpy(bytes.data() + 32 + one.place, &one.word, sizeof one.word);
+    EXPECT_EQ(loss(bytes, kMachine + "System\\CurrentControlSet", HiveRegistry::Part::Itself), kMachine + "System");
+}
+
 TEST_F(DamagedOldHive, ValuesThatReachBeyondTheirKeyAreLost) {
     const std::size_t name = whole.find("VersionNumber4.10.2222");
     ASSERT_NE(name, std::string::npos);
