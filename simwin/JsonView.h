@@ -8,6 +8,7 @@
 #include <string>
 #include <string_view>
 
+#include "simwin/CodePage.h"
 #include "simwin/ReadError.h"
 
 namespace simwin {
@@ -20,7 +21,7 @@ class JsonView {
         : m_json(json), m_fileName(std::move(fileName)), m_path(std::move(path)) {}
 
     [[noreturn]] void fail(const std::string& what) const {
-        throw ReadError(m_fileName + ": " + (m_path.empty() ? "/" : m_path) + ": " + what);
+        throw ReadError(m_fileName + ": " + (m_path.empty() ? "/" : inOneLine(m_path)) + ": " + what);
     }
 
     bool isObject() const { return m_json.is_object(); }
@@ -69,6 +70,16 @@ class JsonView {
     }
 
   private:
+    // Control characters as the document writes them.
+    static std::string inOneLine(const std::string& path) {
+        std::string line;
+        for (const char character : path) {
+            const std::string quoted = byteOf(character) < ' ' ? Json(std::string(1, character)).dump() : "";
+            line += quoted.empty() ? std::string(1, character) : quoted.substr(1, quoted.size() - 2);
+        }
+        return line;
+    }
+
     const Json& m_json;
     std::string m_fileName;
     std::string m_path;

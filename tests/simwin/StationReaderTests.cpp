@@ -175,6 +175,7 @@ TEST(StationReader, SaysWhereAndWhatIsWrong) {
     } const cases[] = {
         {"[]", "s.json: /: is no object"},
         {R"({"computername": "A"})", "s.json: /computername: is not known"},
+        {R"({"a\nb": 1})", R"(s.json: /a\nb: is not known)"},
         {R"({"version": {"mayor": 5}})", "s.json: /version/mayor: is not known"},
         {R"({"version": 5})", "s.json: /version: is no object"},
         {R"({"version": {"major": -1}})", "s.json: /version/major: is no whole number from 0 to 4294967295"},
