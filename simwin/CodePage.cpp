@@ -248,16 +248,6 @@ bool endsWithCharacter(std::string_view text, char character) noexcept {
     return !text.empty() && findLastCharacter(text, character) == text.size() - 1;
 }
 
-char toUpper(char character) noexcept {
-    const CodePageTables* tables = page().tables;
-    return tables != nullptr ? static_cast<char>(tables->upper(byteOf(character))) : upperAscii(character);
-}
-
-char toLower(char character) noexcept {
-    const CodePageTables* tables = page().tables;
-    return tables != nullptr ? static_cast<char>(tables->lower(byteOf(character))) : lowerAscii(character);
-}
-
 std::string upperCase(std::string_view text) {
     return otherCase(text, &CodePageTables::upper, systemUpperCase);
 }

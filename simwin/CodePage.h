@@ -73,10 +73,6 @@ std::size_t findCharacter(std::string_view text, char character, std::size_t fro
 std::size_t findLastCharacter(std::string_view text, char character) noexcept;
 bool endsWithCharacter(std::string_view text, char character) noexcept;
 
-// A letter of one byte in its other case.
-char toUpper(char character) noexcept;
-char toLower(char character) noexcept;
-
 // Every letter that has another case in the page; all other characters stay as they are.
 std::string upperCase(std::string_view text);
 std::string lowerCase(std::string_view text);

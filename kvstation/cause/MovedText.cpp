@@ -1,13 +1,17 @@
 #include "kvstation/cause/MovedText.h"
 
 #include <algorithm>
+#include <cctype>
 #include <string>
 
-#include "kvstation/redact/NamedParts.h"
 #include "simwin/CodePage.h"
 
 namespace kvstation {
 namespace {
+
+bool isDigit(char character) {
+    return std::isdigit(simwin::byteOf(character)) != 0;
+}
 
 constexpr std::size_t kShortestPart = 3;  // shorter ones count only as whole texts: they stand anywhere by chance
 
@@ -75,7 +79,7 @@ std::string plain(std::string_view text) {
     while (!text.empty()) {
         const std::size_t length = simwin::characterLength(text);
         const std::string small = simwin::lowerCase(text.substr(0, length));
-        if (isDigit(small[0]) || (small[0] >= 'a' && small[0] <= 'z') || static_cast<unsigned char>(small[0]) >= 0x80)
+        if (isDigit(small[0]) || (small[0] >= 'a' && small[0] <= 'z') || simwin::byteOf(small[0]) >= 0x80)
             result += small;
         text.remove_prefix(length);
     }

@@ -10,17 +10,20 @@
 
 namespace kvstation {
 
-class Beginnings {
+template <class Text>
+class BasicBeginnings {
   public:
-    void add(std::string text) { m_texts.insert(std::move(text)); }
+    using View = std::basic_string_view<typename Text::value_type>;
+
+    void add(Text text) { m_texts.insert(std::move(text)); }
 
     // Calls visit(one) for each of them that the text begins with, the longest first.
     template <class Visit>
-    void eachOf(std::string_view text, Visit visit) const {
+    void eachOf(View text, Visit visit) const {
         // What a text begins with stands before it in their order. What stands nearest before it begins as the longest
         // one does.
         for (auto after = m_texts.upper_bound(text); after != m_texts.begin(); after = m_texts.upper_bound(text)) {
-            const std::string& nearest = *std::prev(after);
+            const Text& nearest = *std::prev(after);
             const auto end = std::ranges::mismatch(nearest, text).in1;
             const bool isOne = end == nearest.end();
             if (isOne)
@@ -30,7 +33,9 @@ class Beginnings {
     }
 
   private:
-    std::set<std::string, std::less<>> m_texts;  // none is empty
+    std::set<Text, std::less<>> m_texts;  // none is empty
 };
+
+using Beginnings = BasicBeginnings<std::string>;
 
 }  // namespace kvstation

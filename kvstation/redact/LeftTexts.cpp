@@ -51,7 +51,7 @@ TextPlace kindOf(const std::string& path) {
     return path.starts_with("/environment/") ? placeIn(path.substr(path.rfind('/'))) : TextPlace::Anywhere;
 }
 
-bool holdsLeftWordOf(std::string_view before, std::string_view after, TextPlace place) {
+bool holdsLeftWordOf(PageTextView before, PageTextView after, TextPlace place) {
     for (std::size_t i = 0; i < before.size();) {
         if (!isWordCharacter(before[i])) {
             ++i;
@@ -59,7 +59,7 @@ bool holdsLeftWordOf(std::string_view before, std::string_view after, TextPlace 
         }
         const auto end =
             std::find_if_not(before.begin() + static_cast<std::ptrdiff_t>(i), before.end(), isWordCharacter);
-        const std::string_view word = before.substr(i, static_cast<std::size_t>(end - before.begin()) - i);
+        const PageTextView word = before.substr(i, static_cast<std::size_t>(end - before.begin()) - i);
         if (i < after.size() && after.substr(i, word.size()) == word && isTelling(before, word, place))
             return true;
         i += word.size();
@@ -68,12 +68,12 @@ bool holdsLeftWordOf(std::string_view before, std::string_view after, TextPlace 
 }
 
 // Whether a word that could tell something stands at the same place in both. The kind of an address does.
-bool holdsLeftWord(std::string_view before, std::string_view after, TextPlace place) {
+bool holdsLeftWord(PageTextView before, PageTextView after, TextPlace place) {
     for (const NamedPart& part : namedPartsOf(before)) {
         if (part.kind != PartKind::Text && part.kind != PartKind::Computer && part.kind != PartKind::User)
             continue;
         const auto start = static_cast<std::size_t>(part.text.data() - before.data());
-        const std::string_view made = after.substr(std::min(start, after.size()), part.text.size());
+        const PageTextView made = after.substr(std::min(start, after.size()), part.text.size());
         if (holdsLeftWordOf(part.text, made, place))
             return true;
     }
@@ -150,7 +150,7 @@ class LeftTextFinder {
 
     void compare(std::string_view before, std::string_view after, const std::string& place,
                  TextPlace kind = TextPlace::Anywhere) {
-        if (!holdsLeftWord(before, after, kind))
+        if (!holdsLeftWord(pageText(before), pageText(after), kind))
             return;
         const auto [known, isNew] = m_known.emplace(simwin::lowerCase(after), m_texts.size());
         if (isNew)

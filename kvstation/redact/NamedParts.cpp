@@ -3,55 +3,50 @@
 #include <algorithm>
 
 #include "kvstation/redact/LongAddress.h"
-#include "kvstation/redact/PageLetters.h"
 #include "simwin/Address.h"
-#include "simwin/CodePage.h"
 
 namespace kvstation {
 namespace {
 
 constexpr std::size_t kFewestPairs = 6;
 constexpr std::size_t kMostPairs = 16;
-constexpr std::string_view kUncPrefix = "?\\UNC\\";  // of \\?\UNC\server\share
+constexpr PageTextView kUncPrefix = U"?\\unc\\";  // of \\?\UNC\server\share
 
-bool isHexDigit(char character) {
-    return isDigit(character) || (character >= 'a' && character <= 'f') || (character >= 'A' && character <= 'F');
+bool isSlash(char32_t character) {
+    return character == U'\\' || character == U'/';
 }
-bool isSlash(char character) {
-    return character == '\\' || character == '/';
+bool isMailboxCharacter(char32_t character) {
+    return isNameCharacter(character) || character == U'+';
 }
-bool isMailboxCharacter(char character) {
-    return isNameCharacter(character) || character == '+';
+bool isOfLongAddress(char32_t character) {
+    return isHexDigit(character) || character == U':';
 }
-bool isOfLongAddress(char character) {
-    return isHexDigit(character) || character == ':';
-}
-bool isDotted(char character) {
-    return isDigit(character) || character == '.';
+bool isDotted(char32_t character) {
+    return isDigit(character) || character == U'.';
 }
 
-std::string_view runOf(std::string_view text, bool (*belongs)(char)) {
+PageTextView runOf(PageTextView text, bool (*belongs)(char32_t)) {
     const auto end = std::ranges::find_if_not(text, belongs);
     return text.substr(0, static_cast<std::size_t>(end - text.begin()));
 }
 
-std::string_view withoutDotsBehind(std::string_view text) {
-    while (text.ends_with('.'))
+PageTextView withoutDotsBehind(PageTextView text) {
+    while (text.ends_with(U'.'))
         text.remove_suffix(1);
     return text;
 }
 
 // "i7@2.40GHz" is no mailbox: the last piece of a domain begins with a letter, and one letter is none.
-bool isDomain(std::string_view text) {
+bool isDomain(PageTextView text) {
     if (text.empty() || !isWordCharacter(text.front()))
         return false;
-    const std::string_view last = text.substr(text.rfind('.') + 1);
-    return simwin::parseDotted(text) || (last.size() > 1 && isLetter(last.front()));
+    const PageTextView last = text.substr(text.rfind(U'.') + 1);
+    return simwin::parseDotted(bytesOf(text)) || (last.size() > 1 && isLetter(last.front()));
 }
 
 class Splitter {
   public:
-    explicit Splitter(std::string_view text) : m_text(text) {}
+    explicit Splitter(PageTextView text) : m_text(text) {}
 
     std::vector<NamedPart> split() {
         while (m_place < m_text.size())
@@ -62,8 +57,8 @@ class Splitter {
     }
 
   private:
-    char before(std::size_t place) const { return place == 0 ? '\0' : m_text[place - 1]; }
-    char at(std::size_t place) const { return place < m_text.size() ? m_text[place] : '\0'; }
+    char32_t before(std::size_t place) const { return place == 0 ? U'\0' : m_text[place - 1]; }
+    char32_t at(std::size_t place) const { return place < m_text.size() ? m_text[place] : U'\0'; }
 
     void endText(std::size_t end) {
         if (end > m_textStart)
@@ -77,28 +72,28 @@ class Splitter {
     }
 
     bool isDriveColon(std::size_t place) const {
-        return at(place) == ':' && place > 0 && isLetter(m_text[place - 1]) &&
+        return at(place) == U':' && place > 0 && isLetter(m_text[place - 1]) &&
                (place == 1 || !isWordCharacter(m_text[place - 2]));
     }
-    bool beginsItem(std::size_t place) const { return before(place) == '\0' || before(place) == '\\'; }
+    bool beginsItem(std::size_t place) const { return before(place) == U'\0' || before(place) == U'\\'; }
 
     // Where a server's name begins, when what tells so stands here. Two slashes within a path, as in C:\\x, do not.
     std::size_t serverPlace() const {
-        const char mark = at(m_place);
+        const char32_t mark = at(m_place);
         if (isSlash(mark) && at(m_place + 1) == mark) {
-            constexpr std::string_view kInPaths = "%)]}\\/._-~$";
-            const char previous = before(m_place);
-            if (isWordCharacter(previous) || (m_place != 0 && kInPaths.find(previous) != std::string_view::npos) ||
+            constexpr PageTextView kInPaths = U"%)]}\\/._-~$";
+            const char32_t previous = before(m_place);
+            if (isWordCharacter(previous) || (m_place != 0 && kInPaths.find(previous) != PageTextView::npos) ||
                 (m_place != 0 && isDriveColon(m_place - 1)))
                 return 0;
             std::size_t place = m_text.find_first_not_of(mark, m_place);
             place = std::min(place, m_text.size());
-            if (simwin::equalNoCase(m_text.substr(place, kUncPrefix.size()), kUncPrefix))
+            if (lowerCase(m_text.substr(place, kUncPrefix.size())) == kUncPrefix)
                 place += kUncPrefix.size();
             return place;
         }
         // As a connection to a printer and a mounted share stand in names of keys, which hold no backslash.
-        const bool isKeyForm = (mark == ',' || mark == '#') && at(m_place + 1) == mark && beginsItem(m_place);
+        const bool isKeyForm = (mark == U',' || mark == U'#') && at(m_place + 1) == mark && beginsItem(m_place);
         return isKeyForm && at(m_place + 2 + runOf(m_text.substr(m_place + 2), isNameCharacter).size()) == mark
                    ? m_place + 2
                    : 0;
@@ -108,11 +103,11 @@ class Splitter {
         const std::size_t place = serverPlace();
         if (place == 0)
             return false;
-        if (at(m_place) == '/' && takeMailboxAt(place))
+        if (at(m_place) == U'/' && takeMailboxAt(place))
             return true;
-        const std::string_view name = withoutDotsBehind(runOf(m_text.substr(place), isNameCharacter));
+        const PageTextView name = withoutDotsBehind(runOf(m_text.substr(place), isNameCharacter));
         if (std::ranges::none_of(name, isWordCharacter) || isDriveColon(place + name.size()) ||
-            simwin::equalNoCase(name, "localhost"))
+            lowerCase(name) == U"localhost")
             return false;
         if (pairsAt(place) == name.size())
             take(PartKind::Physical, place, name.size());
@@ -120,14 +115,14 @@ class Splitter {
             takeComputer(place, name);
         return true;
     }
-    void takeComputer(std::size_t place, std::string_view name) {
-        take(simwin::parseDotted(name) ? PartKind::ServerAddress : PartKind::Computer, place, name.size());
+    void takeComputer(std::size_t place, PageTextView name) {
+        take(simwin::parseDotted(bytesOf(name)) ? PartKind::ServerAddress : PartKind::Computer, place, name.size());
     }
 
     // The length of joined pairs, or 0.
     std::size_t pairsAt(std::size_t start) const {
-        const char joint = at(start + 2);
-        if ((joint != '-' && joint != ':') || isWordCharacter(before(start)))
+        const char32_t joint = at(start + 2);
+        if ((joint != U'-' && joint != U':') || isWordCharacter(before(start)))
             return 0;
         std::size_t pairs = 0;
         std::size_t place = start;
@@ -151,17 +146,17 @@ class Splitter {
 
     // Eight pairs joined by ":" are a physical address.
     bool takeLongAddress() {
-        const char first = at(m_place);
-        if ((!isHexDigit(first) && first != ':') || isWordCharacter(before(m_place)) || before(m_place) == ':')
+        const char32_t first = at(m_place);
+        if ((!isHexDigit(first) && first != U':') || isWordCharacter(before(m_place)) || before(m_place) == U':')
             return false;
-        std::string_view run = runOf(m_text.substr(m_place), isOfLongAddress);
+        PageTextView run = runOf(m_text.substr(m_place), isOfLongAddress);
         const std::size_t end = m_place + run.size();
-        const bool endsDotted = at(end) == '.' && isDigit(at(end + 1));  // ::ffff:10.0.0.5
+        const bool endsDotted = at(end) == U'.' && isDigit(at(end + 1));  // ::ffff:10.0.0.5
         if (isWordCharacter(at(end)) || endsDotted)
             return false;
-        if (run.ends_with(':') && !run.ends_with("::"))
+        if (run.ends_with(U':') && !run.ends_with(U"::"))
             run.remove_suffix(1);
-        if (!parseIPv6(run))
+        if (!parseIPv6(bytesOf(run)))
             return false;
         take(PartKind::LongAddress, m_place, run.size());
         return true;
@@ -169,11 +164,11 @@ class Splitter {
 
     bool takeMailbox() { return !isMailboxCharacter(before(m_place)) && takeMailboxAt(m_place); }
     bool takeMailboxAt(std::size_t place) {
-        const std::string_view user = runOf(m_text.substr(place), isMailboxCharacter);
+        const PageTextView user = runOf(m_text.substr(place), isMailboxCharacter);
         const std::size_t sign = place + user.size();
-        if (at(sign) != '@' || std::ranges::none_of(user, isWordCharacter))
+        if (at(sign) != U'@' || std::ranges::none_of(user, isWordCharacter))
             return false;
-        const std::string_view domain = withoutDotsBehind(runOf(m_text.substr(sign + 1), isNameCharacter));
+        const PageTextView domain = withoutDotsBehind(runOf(m_text.substr(sign + 1), isNameCharacter));
         if (!isDomain(domain))
             return false;
         take(PartKind::User, place, user.size());
@@ -183,19 +178,19 @@ class Splitter {
 
     // Four numbers up to 255 and no fifth. "v1.2.3.4" says itself that it is a version.
     bool takeAddress() {
-        const bool goesOn = before(m_place) == '.' ? isDigit(before(m_place - 1)) : isDigit(before(m_place));
+        const bool goesOn = before(m_place) == U'.' ? isDigit(before(m_place - 1)) : isDigit(before(m_place));
         if (!isDigit(at(m_place)) || goesOn)
             return false;
-        const std::string_view run = withoutDotsBehind(runOf(m_text.substr(m_place), isDotted));
-        const bool saysVersion = m_place != 0 && simwin::toLower(before(m_place)) == 'v' &&
-                                 (m_place == 1 || !isWordCharacter(m_text[m_place - 2]));
-        if (saysVersion || !simwin::parseDotted(run))
+        const PageTextView run = withoutDotsBehind(runOf(m_text.substr(m_place), isDotted));
+        const bool saysVersion =
+            m_place != 0 && toLower(before(m_place)) == U'v' && (m_place == 1 || !isWordCharacter(m_text[m_place - 2]));
+        if (saysVersion || !simwin::parseDotted(bytesOf(run)))
             return false;
         take(PartKind::Address, m_place, run.size());
         return true;
     }
 
-    std::string_view m_text;
+    PageTextView m_text;
     std::size_t m_place = 0;
     std::size_t m_textStart = 0;
     std::vector<NamedPart> m_parts;
@@ -203,21 +198,11 @@ class Splitter {
 
 }  // namespace
 
-bool isDigit(char character) {
-    return character >= '0' && character <= '9';
-}
-bool isWordCharacter(char character) {
-    return isDigit(character) || (character >= 'a' && character <= 'z') || (character >= 'A' && character <= 'Z') ||
-           isPageLetter(character);
-}
-bool isLetter(char character) {
-    return isWordCharacter(character) && !isDigit(character);
-}
-bool isNameCharacter(char character) {
-    return isWordCharacter(character) || character == '-' || character == '_' || character == '.';
+bool isNameCharacter(char32_t character) {
+    return isWordCharacter(character) || character == U'-' || character == U'_' || character == U'.';
 }
 
-std::vector<NamedPart> namedPartsOf(std::string_view text) {
+std::vector<NamedPart> namedPartsOf(PageTextView text) {
     return Splitter(text).split();
 }
 

@@ -1,8 +1,9 @@
 // Names and addresses that a text shows by its form alone, whoever wrote it: a printer's name, a path, a command line.
 #pragma once
 
-#include <string_view>
 #include <vector>
+
+#include "kvstation/redact/PageText.h"
 
 namespace kvstation {
 
@@ -18,17 +19,13 @@ enum class PartKind {
 
 struct NamedPart {
     PartKind kind;
-    std::string_view text;
+    PageTextView text;
 };
 
 // All of the text, in its order: "Canon on \\srv1\x" is "Canon on \\" (Text), "srv1" (Computer) and "\x" (Text).
-std::vector<NamedPart> namedPartsOf(std::string_view text);
+std::vector<NamedPart> namedPartsOf(PageTextView text);
 
-// A letter of the code page in force or a digit.
-bool isWordCharacter(char character);
 // What the name of a computer is made of: words, "-", "_" and ".".
-bool isNameCharacter(char character);
-bool isDigit(char character);
-bool isLetter(char character);
+bool isNameCharacter(char32_t character);
 
 }  // namespace kvstation

@@ -5,7 +5,6 @@
 
 #include "kvstation/redact/BinaryTexts.h"
 #include "kvstation/redact/NamedParts.h"
-#include "kvstation/redact/PageLetters.h"
 #include "kvstation/redact/StandIns.h"
 #include "kvstation/redact/TextPlace.h"
 #include "kvstation/redact/WindowsWords.h"
@@ -72,7 +71,7 @@ std::string replacePath(std::string_view path, Replace replace) {
     std::string made;
     auto place = TextPlace::Anywhere;
     for (std::size_t from = 0; from <= path.size();) {
-        const std::size_t end = std::min(path.find('\\', from), path.size());
+        const std::size_t end = std::min(simwin::findCharacter(path, '\\', from), path.size());
         const std::string_view name = path.substr(from, end - from);
         made += from == 0 ? std::string(name) : "\\" + replace(name, place);
         if (simwin::equalNoCase(name, kKeyOfVersions))
@@ -153,9 +152,10 @@ class Redactor {
 
     // All addresses in a text that tells addresses.
     void addAddresses(std::string_view text) {
-        for (const NamedPart& part : namedPartsOf(text))
+        const PageText characters = pageText(text);
+        for (const NamedPart& part : namedPartsOf(characters))
             if (part.kind == PartKind::Address || part.kind == PartKind::ServerAddress)
-                m_standIns.addAddress(part.text);
+                m_standIns.addAddress(bytesOf(part.text));
     }
 
     void findAddresses() {
@@ -197,16 +197,19 @@ class Redactor {
         if (isAmong(kAddressValues, value.name))
             addAddresses(value.bytes);
         if (isSecretValue(value.name)) {
-            m_standIns.addName(isWide(value.bytes) ? narrowed(value.bytes) : value.bytes);
+            m_standIns.addName(wideTextOf(value.bytes, simwin::isText(value)).value_or(value.bytes));
             return;
         }
         const TextPlace place = placeIn(value.name);
         m_standIns.learn(value.bytes, place);
         std::string bytes = value.bytes;
-        replaceWide(bytes, [&](const std::string& text) {
+        const auto learn = [&](const std::string& text) {
             m_standIns.learn(text, place);
             return text;
-        });
+        };
+        if (!simwin::isText(value))
+            replaceAscii(bytes, learn);
+        replaceAnyWide(bytes, learn);
     }
 
     void learnPath(const std::string& path) {
@@ -298,7 +301,7 @@ class Redactor {
             one = redactUnknown(one);
         for (simwin::File& file : m_station.files)
             if (file.resource)
-                file.resource = redactBytes(*file.resource, TextPlace::Version);
+                file.resource = redactBytes(*file.resource, false, TextPlace::Version);
         if (m_everything)
             redactOwnNames();
     }
@@ -341,14 +344,18 @@ class Redactor {
     std::string redactBytes(const RegistryValue& value) {
         if (simwin::isNumber(value))
             return value.bytes;
-        if (isSecretValue(value.name))
-            return isWide(value.bytes) ? widened(m_standIns.whole(narrowed(value.bytes)))
-                                       : m_standIns.whole(value.bytes);
-        return redactBytes(value.bytes, placeIn(value.name));
+        if (!isSecretValue(value.name))
+            return redactBytes(value.bytes, simwin::isText(value), placeIn(value.name));
+        const std::optional<std::string> wide = wideTextOf(value.bytes, simwin::isText(value));
+        return wide ? widened(m_standIns.whole(*wide)) : m_standIns.whole(value.bytes);
     }
-    std::string redactBytes(std::string_view data, TextPlace place) {
+    std::string redactBytes(std::string_view data, bool isText, TextPlace place) {
         std::string bytes = m_standIns.inside(m_standIns.physicalInside(data), place);
-        replaceWide(bytes, [&](const std::string& text) { return m_standIns.inside(text, place); });
+        const auto inside = [&](const std::string& text) { return m_standIns.inside(text, place); };
+        if (!isText)
+            replaceAscii(bytes, inside);
+        replaceWideLatin(bytes, inside);
+        replaceAnyWide(bytes, [&](const std::string& text) { return m_standIns.insideKnown(text, place); });
         return bytes;
     }
 
@@ -371,7 +378,6 @@ class Redactor {
 }  // namespace
 
 Station redacted(const Station& station, Redacting extent) {
-    refuseWidePage(station.codePages.ansi);
     const simwin::CodePageScope scope(station.codePages.ansi);
     Station result = Redactor(station, extent).redact();
     result.description += result.description.empty() ? "redacted" : ", redacted";

@@ -11,8 +11,7 @@ enum class Redacting {
 };
 
 // The station with stand-ins in the place of user, computer, client and domain names, addresses, MACs, owner, product
-// ids and serial numbers, in whatever text they stand. A collection on it takes the same ways. Throws Failure for a
-// station whose code page has characters of several bytes.
+// ids and serial numbers, in whatever text they stand. A collection on it takes the same ways.
 simwin::Station redacted(const simwin::Station& station, Redacting extent = Redacting::Names);
 
 }  // namespace kvstation

@@ -3,57 +3,47 @@
 #include <algorithm>
 #include <vector>
 
-#include "kvstation/redact/NamedParts.h"
-#include "kvstation/redact/PageLetters.h"
 #include "kvstation/redact/WindowsWords.h"
-#include "simwin/CodePage.h"
 
 namespace kvstation {
 namespace {
 
-constexpr std::size_t kShortestWord = 3;     // shorter ones are replaced in their own texts alone
-constexpr std::size_t kShortestInside = 5;   // from here on also inside longer words
-constexpr std::size_t kShortestNumber = 5;   // shorter ones stay where what they were joined to is missing
-constexpr std::size_t kShortestJoined = 4;   // PC-1
-constexpr std::size_t kShortNameLength = 6;  // of DHINRI~1
+// By weightOf.
+constexpr std::size_t kShortestWord = 3;    // shorter ones are replaced in their own texts alone
+constexpr std::size_t kShortestInside = 5;  // from here on also inside longer words
+constexpr std::size_t kShortestNumber = 5;  // shorter ones stay where what they were joined to is missing
+constexpr std::size_t kShortestJoined = 4;  // PC-1
+constexpr std::size_t kShortNameSize = 6;   // bytes of DHINRI~1, before its sign
 constexpr std::size_t kPhysicalSize = 6;
-constexpr std::string_view kDigits = "0123456789";
-constexpr std::string_view kLetters = "abcdefghijklmnopqrstuvwxyz";
 
-bool isUpper(char character) {
-    return isLetter(character) && simwin::toLower(character) != character;
-}
-bool isLower(char character) {
-    return isLetter(character) && !isUpper(character);
-}
-bool isNumber(std::string_view word) {
+bool isNumber(PageTextView word) {
     return std::ranges::all_of(word, isDigit);
 }
 
 // The stand-in in the letter case of the text whose place it takes. A letter that stands for a digit, as in a physical
 // address, follows the others.
-std::string inCaseOf(std::string_view original, std::string_view standIn) {
+PageText inCaseOf(PageTextView original, PageTextView standIn) {
     const bool isCapital = std::ranges::any_of(original, isUpper) && std::ranges::none_of(original, isLower);
-    std::string result(standIn);
+    PageText result(standIn);
     for (std::size_t i = 0; i < result.size() && i < original.size(); ++i)
         if (isLetter(original[i]) ? isUpper(original[i]) : isCapital)
-            result[i] = simwin::toUpper(result[i]);
+            result[i] = toUpper(result[i]);
     return result;
 }
 
 // Of two that are as long the first in their order is to be taken.
-bool isLonger(std::string_view word, std::string_view other) {
+bool isLonger(PageTextView word, PageTextView other) {
     return word.size() != other.size() ? word.size() > other.size() : word < other;
 }
 
-// Calls visit(run, isRun, rest) for the runs of a text in their order.
+// Calls visit(run, isRun) for the runs of a text in their order.
 template <class Visit>
-void eachRun(std::string_view text, bool (*belongs)(char), Visit&& visit) {
+void eachRun(PageTextView text, bool (*belongs)(char32_t), Visit&& visit) {
     while (!text.empty()) {
         const bool isRun = belongs(text.front());
-        const auto end = std::ranges::find_if(text, [&](char c) { return belongs(c) != isRun; });
+        const auto end = std::ranges::find_if(text, [&](char32_t c) { return belongs(c) != isRun; });
         const auto length = static_cast<std::size_t>(end - text.begin());
-        visit(text.substr(0, length), isRun, text.substr(length));
+        visit(text.substr(0, length), isRun);
         text.remove_prefix(length);
     }
 }
@@ -63,20 +53,22 @@ bool isNobodysPhysical(std::string_view bytes) {
            std::ranges::all_of(bytes, [](char byte) { return byte == '\xFF'; });
 }
 
-// What may stand in a character's place.
-std::string_view lettersFor(char character) {
-    return isDigit(character) ? kDigits : isPageLetter(character) ? pageLetters() : kLetters;
-}
-
-// The next word of the same form, as a counter goes on: az becomes ba, and the last one the first.
-std::string following(std::string word) {
+// The stand-in for a word that comes next, as a counter goes on: az becomes ba, and the last one the first.
+PageText following(PageTextView word, PageText standIn) {
     for (std::size_t i = word.size(); i-- > 0;) {
-        const std::string_view all = lettersFor(word[i]);
-        const std::size_t place = all.find(word[i]) + 1;
-        word[i] = all[place % all.size()];
+        const PageTextView all = standInsFor(word[i]);
+        const std::size_t place = all.find(standIn[i]) + 1;
+        standIn[i] = all[place % all.size()];
         if (place != all.size())
             break;
     }
+    return standIn;
+}
+
+// The beginning of a name that its short name keeps, in whole characters.
+PageTextView shortNamePart(PageTextView word) {
+    while (sizeOf(word) > kShortNameSize)
+        word.remove_suffix(1);
     return word;
 }
 
@@ -91,32 +83,28 @@ std::string hexOf(std::string_view bytes) {
 }
 
 // Of pairs with one character between them.
-std::string bytesOfPairs(std::string_view pairs) {
+std::string bytesOfPairs(PageTextView pairs) {
     std::string bytes;
-    const auto valueOf = [&](std::size_t place) {
-        const char digit = simwin::toLower(pairs[place]);
-        return isDigit(digit) ? digit - '0' : digit - 'a' + 10;
-    };
     for (std::size_t i = 0; i + 1 < pairs.size(); i += 3)
-        bytes += static_cast<char>(static_cast<unsigned char>(valueOf(i) * 16 + valueOf(i + 1)));
+        bytes += static_cast<char>(std::stoi(bytesOf(pairs.substr(i, 2)), nullptr, 16));
     return bytes;
 }
 
 }  // namespace
 
-std::set<std::string> wordsOf(std::string_view text) {
-    std::set<std::string> words;
-    eachRun(text, isWordCharacter, [&](std::string_view run, bool isRun, std::string_view) {
+std::set<PageText> wordsOf(PageTextView text) {
+    std::set<PageText> words;
+    eachRun(text, isWordCharacter, [&](PageTextView run, bool isRun) {
         if (isRun)
-            words.insert(simwin::lowerCase(run));
+            words.insert(lowerCase(run));
     });
     return words;
 }
 
-std::string StandIns::make(std::string_view word) {
-    std::string result;
-    for (const char character : word) {
-        const std::string_view all = lettersFor(character);
+PageText StandIns::make(PageTextView word) {
+    PageText result;
+    for (const char32_t character : word) {
+        const PageTextView all = standInsFor(character);
         result += all[m_chance.next(static_cast<unsigned>(all.size()))];
     }
     return result;
@@ -124,15 +112,15 @@ std::string StandIns::make(std::string_view word) {
 
 // Two words never share a stand-in, or two printers would become one. Of one digit there are ten: where the others are
 // used up, a word stands for itself.
-std::string StandIns::makeFree(const std::string& lowerWord) {
-    const auto isFree = [&](const std::string& word) {
+PageText StandIns::makeFree(const PageText& lowerWord) {
+    const auto isFree = [&](const PageText& word) {
         return word != lowerWord && !m_made.contains(word) &&
-               (word.size() < kShortestWord || !m_vocabulary.contains(word));
+               (weightOf(word) < kShortestWord || !m_vocabulary.contains(word));
     };
-    const std::string first = make(lowerWord);
-    std::string made = first;
+    const PageText first = make(lowerWord);
+    PageText made = first;
     while (!isFree(made)) {
-        made = following(made);
+        made = following(lowerWord, std::move(made));
         if (made == first) {
             made = lowerWord;
             break;
@@ -142,7 +130,7 @@ std::string StandIns::makeFree(const std::string& lowerWord) {
     return made;
 }
 
-const std::string& StandIns::standInFor(const std::string& lowerWord) {
+const PageText& StandIns::standInFor(const PageText& lowerWord) {
     const auto known = m_words.find(lowerWord);
     if (known != m_words.end())
         return known->second.standIn;
@@ -152,126 +140,131 @@ const std::string& StandIns::standInFor(const std::string& lowerWord) {
     return word.standIn;
 }
 
-void StandIns::lookFor(const std::string& lowerWord) {
+void StandIns::lookFor(const PageText& lowerWord) {
     m_words.at(lowerWord).standsAlone = true;
-    if (lowerWord.size() < kShortestInside || m_vocabulary.contains(lowerWord))
+    if (weightOf(lowerWord) < kShortestInside || m_vocabulary.contains(lowerWord))
         return;
     m_inside.add(lowerWord);
-    if (lowerWord.size() <= kShortNameLength)
+    if (sizeOf(lowerWord) <= kShortNameSize)
         return;
-    std::string& longest = m_longest[isNumber(lowerWord) ? 1 : 0][lowerWord.substr(0, kShortNameLength)];
+    PageText& longest = m_longest[isNumber(lowerWord) ? 1 : 0][PageText(shortNamePart(lowerWord))];
     if (isLonger(lowerWord, longest))
         longest = lowerWord;
 }
 
 // The digits at its start stay: the module goes by the one in settings such as "1net".
-std::string StandIns::replaceOther(std::string_view word) {
-    const auto [place, isNew] = m_others.try_emplace(simwin::lowerCase(word));
+PageText StandIns::replaceOther(PageTextView word) {
+    const auto [place, isNew] = m_others.try_emplace(lowerCase(word));
     if (isNew) {
-        const std::string& key = place->first;
-        const std::size_t kept = isNumber(word) ? 1 : std::min(key.find_first_not_of(kDigits), key.size());
+        const PageText& key = place->first;
+        const std::size_t kept = isNumber(word) ? 1 : std::min(key.find_first_not_of(U"0123456789"), key.size());
         place->second = key.substr(0, kept) + makeFree(key.substr(kept));
     }
     return inCaseOf(word, place->second);
 }
 
 void StandIns::addName(std::string_view text) {
-    eachRun(text, isNameCharacter, [&](std::string_view run, bool isRun, std::string_view) {
+    addNames(pageText(text));
+}
+
+void StandIns::addNames(PageTextView text) {
+    eachRun(text, isNameCharacter, [&](PageTextView run, bool isRun) {
         if (isRun)
             addJoined(run);
     });
 }
 
-void StandIns::addJoined(std::string_view joined) {
+void StandIns::addJoined(PageTextView joined) {
     while (!joined.empty() && !isWordCharacter(joined.front()))
         joined.remove_prefix(1);
     while (!joined.empty() && !isWordCharacter(joined.back()))
         joined.remove_suffix(1);
-    const std::set<std::string> words = wordsOf(joined);
-    for (const std::string& word : words)
+    const std::set<PageText> words = wordsOf(joined);
+    for (const PageText& word : words)
         standInFor(word);
     if (std::ranges::all_of(joined, isWordCharacter)) {
         if (!joined.empty())
-            lookFor(simwin::lowerCase(joined));
+            lookFor(lowerCase(joined));
         return;
     }
-    const auto isCommon = [&](const std::string& word) { return m_vocabulary.contains(word); };
-    const std::string key = simwin::lowerCase(joined);
-    if (key.size() >= kShortestJoined && !std::ranges::all_of(words, isCommon))
+    const auto isCommon = [&](const PageText& word) { return m_vocabulary.contains(word); };
+    const PageText key = lowerCase(joined);
+    if (weightOf(key) >= kShortestJoined && !std::ranges::all_of(words, isCommon))
         m_joined.add(key);
 }
 
 void StandIns::learn(std::string_view text, TextPlace place) {
-    for (const NamedPart& part : namedPartsOf(text)) {
+    const PageText characters = pageText(text);
+    for (const NamedPart& part : namedPartsOf(characters)) {
         if (part.kind == PartKind::Computer || part.kind == PartKind::User)
-            addName(part.text);
+            addNames(part.text);
         else if (part.kind == PartKind::ServerAddress)
-            addAddress(part.text);
+            addAddress(bytesOf(part.text));
         else if (part.kind == PartKind::Physical)
             addPhysical(bytesOfPairs(part.text));
         else if (part.kind == PartKind::Address && place == TextPlace::Anywhere)
-            m_addresses.note(part.text, false);
+            m_addresses.note(bytesOf(part.text), false);
     }
 }
 
 std::string StandIns::whole(std::string_view text) {
-    std::string result;
-    eachRun(text, isWordCharacter, [&](std::string_view run, bool isRun, std::string_view) {
-        result += isRun ? inCaseOf(run, standInFor(simwin::lowerCase(run))) : std::string(run);
+    PageText result;
+    eachRun(pageText(text), isWordCharacter, [&](PageTextView run, bool isRun) {
+        result += isRun ? inCaseOf(run, standInFor(lowerCase(run))) : PageText(run);
+    });
+    return bytesOf(result);
+}
+
+PageText StandIns::knownWords(PageTextView text) const {
+    PageText result;
+    eachRun(text, isWordCharacter, [&](PageTextView run, bool isRun) {
+        const auto known = isRun ? m_words.find(lowerCase(run)) : m_words.end();
+        result += known != m_words.end() ? inCaseOf(run, known->second.standIn) : PageText(run);
     });
     return result;
 }
 
-std::string StandIns::knownWords(std::string_view text) const {
-    std::string result;
-    eachRun(text, isWordCharacter, [&](std::string_view run, bool isRun, std::string_view) {
-        const auto known = isRun ? m_words.find(simwin::lowerCase(run)) : m_words.end();
-        result += known != m_words.end() ? inCaseOf(run, known->second.standIn) : std::string(run);
-    });
-    return result;
-}
-
-bool StandIns::isUsable(const std::string& secret, TextPlace place) const {
+bool StandIns::isUsable(const PageText& secret, TextPlace place) const {
     const auto known = m_words.find(secret);
-    return secret.size() >= kShortestWord && !m_vocabulary.contains(secret) && known != m_words.end() &&
+    return weightOf(secret) >= kShortestWord && !m_vocabulary.contains(secret) && known != m_words.end() &&
            known->second.standsAlone && (place == TextPlace::Anywhere || !isNumber(secret));
 }
 
-std::string StandIns::replaceWord(std::string_view word, bool isShortName, TextPlace place) const {
-    const std::string key = simwin::lowerCase(word);
+PageText StandIns::replaceWord(PageTextView word, bool isShortName, TextPlace place) const {
+    const PageText key = lowerCase(word);
     if (m_vocabulary.contains(key))
-        return std::string(word);
+        return PageText(word);
     if (isUsable(key, place))
         return inCaseOf(word, m_words.at(key).standIn);
-    const std::string made = isShortName ? shortNameOf(key, place) : std::string();
+    const PageText made = isShortName ? shortNameOf(key, place) : PageText();
     return made.empty() ? replaceInside(word, key, place) : inCaseOf(word, made);
 }
 
 // The beginning of the stand-in of the longest name that is shortened so; empty where none is.
-std::string StandIns::shortNameOf(const std::string& lowerWord, TextPlace place) const {
-    std::string longest;
+PageText StandIns::shortNameOf(const PageText& lowerWord, TextPlace place) const {
+    PageText longest;
     for (const auto& words : m_longest)
         if (const auto known = words.find(lowerWord);
             known != words.end() && isUsable(known->second, place) && isLonger(known->second, longest))
             longest = known->second;
-    return longest.empty() ? longest : m_words.at(longest).standIn.substr(0, kShortNameLength);
+    return longest.empty() ? longest : m_words.at(longest).standIn.substr(0, lowerWord.size());
 }
 
 // The longest first, and those of one length in their order.
-std::string StandIns::replaceInside(std::string_view word, const std::string& lowerWord, TextPlace place) const {
+PageText StandIns::replaceInside(PageTextView word, const PageText& lowerWord, TextPlace place) const {
     struct Hit {
-        const std::string* secret;
+        const PageText* secret;
         std::size_t place;
     };
     std::vector<Hit> hits;
-    for (std::size_t i = 0; i + kShortestInside <= lowerWord.size(); ++i)
-        m_inside.eachOf(std::string_view(lowerWord).substr(i), [&](const std::string& secret) {
+    for (std::size_t i = 0; i < lowerWord.size(); ++i)
+        m_inside.eachOf(PageTextView(lowerWord).substr(i), [&](const PageText& secret) {
             if (isUsable(secret, place))
                 hits.push_back({&secret, i});
         });
     std::ranges::stable_sort(hits,
                              [](const Hit& left, const Hit& right) { return isLonger(*left.secret, *right.secret); });
-    std::string result(word);
+    PageText result(word);
     std::vector<bool> isReplaced(word.size());
     for (const Hit& hit : hits) {
         const auto begin = isReplaced.begin() + static_cast<std::ptrdiff_t>(hit.place);
@@ -286,9 +279,9 @@ std::string StandIns::replaceInside(std::string_view word, const std::string& lo
 }
 
 // The length of the longest joined name that stands here, or 0.
-std::size_t StandIns::joinedAt(std::string_view text, std::string_view lowerText, std::size_t place) const {
+std::size_t StandIns::joinedAt(PageTextView text, PageTextView lowerText, std::size_t place) const {
     std::size_t longest = 0;
-    m_joined.eachOf(lowerText.substr(place), [&](const std::string& joined) {
+    m_joined.eachOf(lowerText.substr(place), [&](const PageText& joined) {
         const std::size_t end = place + joined.size();
         if (longest == 0 && (end == text.size() || !isWordCharacter(text[end])))
             longest = joined.size();
@@ -296,9 +289,9 @@ std::size_t StandIns::joinedAt(std::string_view text, std::string_view lowerText
     return longest;
 }
 
-std::string StandIns::replaceText(std::string_view text, TextPlace place) {
-    std::string result;
-    const std::string lowerText = simwin::lowerCase(text);
+PageText StandIns::replaceText(PageTextView text, TextPlace place, bool othersToo) {
+    PageText result;
+    const PageText lowerText = lowerCase(text);
     for (std::size_t i = 0; i < text.size();) {
         if (!isWordCharacter(text[i])) {
             result += text[i++];
@@ -310,51 +303,52 @@ std::string StandIns::replaceText(std::string_view text, TextPlace place) {
             continue;
         }
         const auto end = std::find_if_not(text.begin() + static_cast<std::ptrdiff_t>(i), text.end(), isWordCharacter);
-        const std::string_view word = text.substr(i, static_cast<std::size_t>(end - text.begin()) - i);
-        std::string made = replaceWord(word, end != text.end() && *end == '~', place);
-        result +=
-            m_leavesNothing && made == word && isTelling(text, word, place) ? replaceOther(word) : std::move(made);
+        const PageTextView word = text.substr(i, static_cast<std::size_t>(end - text.begin()) - i);
+        PageText made = replaceWord(word, end != text.end() && *end == U'~', place);
+        result += othersToo && made == word && isTelling(text, word, place) ? replaceOther(word) : std::move(made);
         i += word.size();
     }
     return result;
 }
 
-std::string StandIns::replacePhysical(std::string_view text) const {
+PageText StandIns::replacePhysical(PageTextView text) const {
     const std::string digits = hexOf(physical(bytesOfPairs(text)));
-    std::string result(text);
+    PageText result(text);
     for (std::size_t i = 0; i < result.size(); ++i)
         if (i % 3 != 2)
-            result[i] = digits[i / 3 * 2 + i % 3];
+            result[i] = static_cast<unsigned char>(digits[i / 3 * 2 + i % 3]);
     return inCaseOf(text, result);
 }
 
-std::string StandIns::inside(std::string_view text, TextPlace place) {
-    std::string result;
-    for (const NamedPart& part : namedPartsOf(text)) {
-        switch (part.kind) {
-            case PartKind::Text:
-                result += replaceText(part.text, place);
-                break;
-            case PartKind::Computer:
-            case PartKind::User:
-                result += knownWords(part.text);
-                break;
-            case PartKind::Physical:
-                result += replacePhysical(part.text);
-                break;
-            case PartKind::LongAddress:
-                result += m_longAddresses.standIn(part.text);
-                break;
-            case PartKind::ServerAddress:
-                result += address(part.text);
-                break;
-            case PartKind::Address:
-                result += place == TextPlace::Version && !m_addresses.isCertain(part.text) ? std::string(part.text)
-                                                                                           : address(part.text);
-                break;
-        }
+std::string StandIns::replaceAddress(const std::string& dotted, TextPlace place) {
+    return place == TextPlace::Version && !m_addresses.isCertain(dotted) ? dotted : address(dotted);
+}
+
+PageText StandIns::replacePart(const NamedPart& part, TextPlace place, bool othersToo) {
+    switch (part.kind) {
+        case PartKind::Computer:
+        case PartKind::User:
+            return knownWords(part.text);
+        case PartKind::Physical:
+            return replacePhysical(part.text);
+        case PartKind::LongAddress:
+            return pageText(m_longAddresses.standIn(bytesOf(part.text)));
+        case PartKind::ServerAddress:
+            return pageText(address(bytesOf(part.text)));
+        case PartKind::Address:
+            return pageText(replaceAddress(bytesOf(part.text), place));
+        case PartKind::Text:
+            break;
     }
-    return result;
+    return replaceText(part.text, place, othersToo);
+}
+
+std::string StandIns::replaced(std::string_view text, TextPlace place, bool othersToo) {
+    const PageText characters = pageText(text);
+    PageText result;
+    for (const NamedPart& part : namedPartsOf(characters))
+        result += replacePart(part, place, othersToo);
+    return bytesOf(result);
 }
 
 std::string StandIns::longAddress(std::string_view bytes) {
@@ -394,9 +388,11 @@ void StandIns::addPhysical(std::string_view bytes) {
         m_physicalInside.add(std::string(bytes));
     if (bytes.size() < 4)
         return;
-    m_words.insert_or_assign(hexOf(bytes), Word{hexOf(place->second), true});
-    lookFor(hexOf(bytes));
-    m_made.insert(hexOf(place->second));
+    const PageText digits = pageText(hexOf(bytes));
+    const PageText madeDigits = pageText(hexOf(place->second));
+    m_words.insert_or_assign(digits, Word{madeDigits, true});
+    lookFor(digits);
+    m_made.insert(madeDigits);
 }
 
 std::string StandIns::physical(std::string_view bytes) const {

@@ -13,6 +13,8 @@
 #include "kvstation/redact/Beginnings.h"
 #include "kvstation/redact/Chance.h"
 #include "kvstation/redact/LongAddressStandIns.h"
+#include "kvstation/redact/NamedParts.h"
+#include "kvstation/redact/PageText.h"
 #include "kvstation/redact/TextPlace.h"
 
 namespace kvstation {
@@ -20,7 +22,7 @@ namespace kvstation {
 class StandIns {
   public:
     // Words that stay wherever they stand but in a text that is secret as a whole: the module asks for them.
-    explicit StandIns(std::set<std::string> vocabulary) : m_vocabulary(std::move(vocabulary)) {}
+    explicit StandIns(std::set<PageText> vocabulary) : m_vocabulary(std::move(vocabulary)) {}
 
     // From now on inside() replaces every word that isTelling too.
     void leaveNothing() { m_leavesNothing = true; }
@@ -40,7 +42,11 @@ class StandIns {
     std::string whole(std::string_view text);
     // The text with the secrets in it replaced: whole words, long ones inside longer words too, in any letter case.
     // Where the form shows a name, all its words that learn() met, the short and the common ones too.
-    std::string inside(std::string_view text, TextPlace place = TextPlace::Anywhere);
+    std::string inside(std::string_view text, TextPlace place = TextPlace::Anywhere) {
+        return replaced(text, place, m_leavesNothing);
+    }
+    // The same, but that what nobody knows to be a secret stays after leaveNothing() too.
+    std::string insideKnown(std::string_view text, TextPlace place) { return replaced(text, place, false); }
 
     std::string address(std::string_view dotted) { return m_addresses.standIn(dotted); }
     // An IPv6 address' bytes.
@@ -53,35 +59,39 @@ class StandIns {
 
   private:
     struct Word {
-        std::string standIn;
+        PageText standIn;
         bool standsAlone;  // looked for by itself, not only within what it is joined to
     };
-    std::string make(std::string_view word);
+    PageText make(PageTextView word);
     std::string makePhysical(std::string_view bytes);
-    const std::string& standInFor(const std::string& lowerWord);
-    void lookFor(const std::string& lowerWord);
-    void addJoined(std::string_view joined);
-    bool isUsable(const std::string& secret, TextPlace place) const;
-    std::string knownWords(std::string_view text) const;
-    std::size_t joinedAt(std::string_view text, std::string_view lowerText, std::size_t place) const;
-    std::string replaceText(std::string_view text, TextPlace place);
-    std::string replaceWord(std::string_view word, bool isShortName, TextPlace place) const;
-    std::string replaceInside(std::string_view word, const std::string& lowerWord, TextPlace place) const;
-    std::string shortNameOf(const std::string& lowerWord, TextPlace place) const;
-    std::string replaceOther(std::string_view word);
-    std::string makeFree(const std::string& lowerWord);
-    std::string replacePhysical(std::string_view text) const;
+    const PageText& standInFor(const PageText& lowerWord);
+    void lookFor(const PageText& lowerWord);
+    void addNames(PageTextView text);
+    void addJoined(PageTextView joined);
+    bool isUsable(const PageText& secret, TextPlace place) const;
+    PageText knownWords(PageTextView text) const;
+    std::size_t joinedAt(PageTextView text, PageTextView lowerText, std::size_t place) const;
+    std::string replaced(std::string_view text, TextPlace place, bool othersToo);
+    PageText replacePart(const NamedPart& part, TextPlace place, bool othersToo);
+    PageText replaceText(PageTextView text, TextPlace place, bool othersToo);
+    PageText replaceWord(PageTextView word, bool isShortName, TextPlace place) const;
+    PageText replaceInside(PageTextView word, const PageText& lowerWord, TextPlace place) const;
+    PageText shortNameOf(const PageText& lowerWord, TextPlace place) const;
+    PageText replaceOther(PageTextView word);
+    PageText makeFree(const PageText& lowerWord);
+    PageText replacePhysical(PageTextView text) const;
+    std::string replaceAddress(const std::string& dotted, TextPlace place);
 
-    std::set<std::string> m_vocabulary;
-    std::map<std::string, Word> m_words;          // in lower case
-    std::map<std::string, std::string> m_others;  // in lower case: what could tell something
+    std::set<PageText> m_vocabulary;
+    std::map<PageText, Word> m_words;       // in lower case
+    std::map<PageText, PageText> m_others;  // in lower case: what could tell something
     bool m_leavesNothing = false;
-    std::set<std::string> m_made;  // the stand-ins of words
-    Beginnings m_joined;           // in lower case
+    std::set<PageText> m_made;           // the stand-ins of words
+    BasicBeginnings<PageText> m_joined;  // in lower case
     // Those of the words that are looked for inside longer ones, and the longest by how its short name begins, apart
     // for words with a letter and for numbers.
-    Beginnings m_inside;
-    std::array<std::map<std::string, std::string>, 2> m_longest;
+    BasicBeginnings<PageText> m_inside;
+    std::array<std::map<PageText, PageText>, 2> m_longest;
     Chance m_chance;
     AddressStandIns m_addresses{m_chance};
     LongAddressStandIns m_longAddresses{m_chance};
@@ -91,6 +101,6 @@ class StandIns {
 };
 
 // The words of a text, in lower case: runs of letters and digits.
-std::set<std::string> wordsOf(std::string_view text);
+std::set<PageText> wordsOf(PageTextView text);
 
 }  // namespace kvstation

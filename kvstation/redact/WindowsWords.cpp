@@ -4,14 +4,12 @@
 #include <vector>
 
 #include "kvstation/cause/OtherTexts.h"
-#include "kvstation/redact/NamedParts.h"
 #include "kvstation/redact/StandIns.h"
-#include "simwin/CodePage.h"
 
 namespace kvstation {
 namespace {
 
-constexpr std::size_t kShortestTelling = 3;
+constexpr std::size_t kShortestTelling = 3;  // by weightOf
 constexpr std::size_t kShortestTellingNumber = 5;
 
 // Words of Windows and of the product that the module or a program asks for; a name made of them stays in paths.
@@ -157,56 +155,54 @@ constexpr std::string_view kCounted =
     "controlset oem eisa x86 ip ts tpvm winspool ps pcl5 atapi mouse ndis vol dr serial parallel kbdclass pointerport "
     "keyboardport keyboardclass os win mmx vga sp pnp oem ";
 
-const std::set<std::string>& windowsWords() {
-    static const std::set<std::string> words = [] {
-        std::set<std::string> all = askedWords();
-        all.merge(wordsOf(kFurther));
+const std::set<PageText>& windowsWords() {
+    static const std::set<PageText> words = [] {
+        std::set<PageText> all = askedWords();
+        all.merge(wordsOf(pageText(kFurther)));
         return all;
     }();
     return words;
 }
 
-char at(std::string_view text, std::size_t place) {
-    return place < text.size() ? text[place] : '\0';
+char32_t at(PageTextView text, std::size_t place) {
+    return place < text.size() ? text[place] : U'\0';
 }
 
 // One of several numbers with dots between them, as versions and addresses are.
-bool isInVersion(std::string_view text, std::size_t start, std::string_view word) {
+bool isInVersion(PageTextView text, std::size_t start, PageTextView word) {
     const std::size_t end = start + word.size();
-    return (start > 1 && text[start - 1] == '.' && isDigit(text[start - 2])) ||
-           (at(text, end) == '.' && isDigit(at(text, end + 1)));
+    return (start > 1 && text[start - 1] == U'.' && isDigit(text[start - 2])) ||
+           (at(text, end) == U'.' && isDigit(at(text, end + 1)));
 }
 
 // A number that was drawn by chance once, such as {4d36e96e-e325-11ce-bfc1-08002be10318}.
-bool isInGuid(std::string_view text, std::size_t start) {
-    constexpr std::string_view kForm = "{xxxxxxxx-xxxx-xxxx-xxxx-xxxxxxxxxxxx}";
-    const std::size_t open = text.substr(0, start + 1).rfind('{');
-    if (open == std::string_view::npos || open + kForm.size() <= start || text.size() - open < kForm.size())
+bool isInGuid(PageTextView text, std::size_t start) {
+    constexpr PageTextView kForm = U"{xxxxxxxx-xxxx-xxxx-xxxx-xxxxxxxxxxxx}";
+    const std::size_t open = text.substr(0, start + 1).rfind(U'{');
+    if (open == PageTextView::npos || open + kForm.size() <= start || text.size() - open < kForm.size())
         return false;
     for (std::size_t i = 0; i < kForm.size(); ++i) {
-        const bool isHex = std::string_view("0123456789abcdefABCDEF").find(text[open + i]) != std::string_view::npos;
-        if (kForm[i] == 'x' ? !isHex : text[open + i] != kForm[i])
+        if (kForm[i] == U'x' ? !isHexDigit(text[open + i]) : text[open + i] != kForm[i])
             return false;
     }
     return true;
 }
 
 // A part of the name that Windows makes for a device, as in VEN_10EC&DEV_8168 and 4&1f5d7e2a&0&UID50528768.
-bool isOfDevice(std::string_view text, std::size_t start, std::string_view word) {
+bool isOfDevice(PageTextView text, std::size_t start, PageTextView word) {
     if (std::ranges::none_of(word, isDigit))
         return false;
-    constexpr std::string_view kMarks[] = {"VEN_", "DEV_", "SUBSYS_", "REV_", "CC_", "VID_", "PID_"};
-    const std::string_view before = text.substr(0, start);
-    return before.ends_with('&') || at(text, start + word.size()) == '&' ||
-           std::ranges::any_of(kMarks, [&](std::string_view mark) { return before.ends_with(mark); });
+    constexpr PageTextView kMarks[] = {U"VEN_", U"DEV_", U"SUBSYS_", U"REV_", U"CC_", U"VID_", U"PID_"};
+    const PageTextView before = text.substr(0, start);
+    return before.ends_with(U'&') || at(text, start + word.size()) == U'&' ||
+           std::ranges::any_of(kMarks, [&](PageTextView mark) { return before.ends_with(mark); });
 }
 
 // "DisplayName" is two words; a capital behind a small letter begins the second.
-std::vector<std::string_view> humpsOf(std::string_view word) {
-    std::vector<std::string_view> humps;
+std::vector<PageTextView> humpsOf(PageTextView word) {
+    std::vector<PageTextView> humps;
     for (std::size_t begin = 0, i = 1; i <= word.size(); ++i) {
-        const bool isEnd = i == word.size() || (isLetter(word[i]) && simwin::toLower(word[i]) != word[i] &&
-                                                simwin::toLower(word[i - 1]) == word[i - 1]);
+        const bool isEnd = i == word.size() || (isUpper(word[i]) && !isUpper(word[i - 1]));
         if (isEnd) {
             humps.push_back(word.substr(begin, i - begin));
             begin = i;
@@ -215,32 +211,32 @@ std::vector<std::string_view> humpsOf(std::string_view word) {
     return humps;
 }
 
-bool isListed(std::string_view word) {
-    static const std::set<std::string> counted = wordsOf(kCounted);
-    const std::string lower = simwin::lowerCase(word);
+bool isListed(PageTextView word) {
+    static const std::set<PageText> counted = wordsOf(pageText(kCounted));
+    const PageText lower = lowerCase(word);
     return windowsWords().contains(lower) ||
-           counted.contains(lower.substr(0, lower.find_last_not_of("0123456789") + 1));
+           counted.contains(lower.substr(0, lower.find_last_not_of(U"0123456789") + 1));
 }
 
 }  // namespace
 
-std::set<std::string> askedWords() {
-    std::set<std::string> words = wordsOf(kAsked);
+std::set<PageText> askedWords() {
+    std::set<PageText> words = wordsOf(pageText(kAsked));
     for (const std::string_view word : moduleWords())
-        words.merge(wordsOf(word));
+        words.merge(wordsOf(pageText(word)));
     for (const std::string_view name : moduleNames())
-        words.merge(wordsOf(name));
+        words.merge(wordsOf(pageText(name)));
     return words;
 }
 
-bool isWindowsWord(std::string_view word) {
+bool isWindowsWord(PageTextView word) {
     return isListed(word) || std::ranges::all_of(humpsOf(word), isListed);
 }
 
-bool isTelling(std::string_view text, std::string_view word, TextPlace place) {
+bool isTelling(PageTextView text, PageTextView word, TextPlace place) {
     const bool isNumber = std::ranges::all_of(word, isDigit);
-    const bool isLong = word.size() >= (isNumber ? kShortestTellingNumber : kShortestTelling);
-    const bool isOneLetter = word.find_first_not_of(word.front()) == std::string_view::npos;  // FFFF in binary data
+    const bool isLong = isNumber ? word.size() >= kShortestTellingNumber : weightOf(word) >= kShortestTelling;
+    const bool isOneLetter = word.find_first_not_of(word.front()) == PageTextView::npos;  // FFFF in binary data
     const auto start = static_cast<std::size_t>(word.data() - text.data());
     if (!isLong || isOneLetter || isInGuid(text, start) || isOfDevice(text, start, word))
         return false;

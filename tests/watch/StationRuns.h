@@ -20,16 +20,6 @@ inline simwin::Station stationNamed(const std::string& name) {
     return kvstation::readStationFolder(stationFolder(name));
 }
 
-// Those whose characters take one byte each.
-inline std::vector<std::string> redactableStationNames() {
-    std::vector<std::string> names = stationNames();
-    std::erase_if(names, [](const std::string& name) {
-        const unsigned page = stationNamed(name).codePages.ansi;
-        return page == 932 || page == 936 || page == 949 || page == 950 || page == 65001;
-    });
-    return names;
-}
-
 // What gives and decides one field.
 inline kvstation::FieldCauses causesOn(const simwin::Station& station, std::string_view name) {
     const std::size_t field = kvstation::findField(name);
