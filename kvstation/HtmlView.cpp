@@ -73,7 +73,7 @@ std::string causesOfField(const Report& report, std::size_t index, const std::st
     for (const std::string& one : causes.unknown)
         items += "<li><b>unknown</b> <small>" + escapeHtml(one) + "</small></li>";
     return "<details><summary>" + summary + "</summary><ul>" +
-           (items.empty() ? "<li>nothing that was asked changes it</li>" : items) + "</ul></details>";
+           (items.empty() ? "<li>" + withoutCauses(causes) + "</li>" : items) + "</ul></details>";
 }
 
 std::string fieldRow(const Report& report, std::size_t index) {

@@ -79,6 +79,7 @@ ordered_json causesJson(const FieldCauses& causes) {
                       {"cut", nullptr},
                       {"causes", causesList(causes.causes)},
                       {"unknown", causes.unknown},
+                      {"open", causes.isOpen},
                       {"next", ordered_json::array()}};
     if (causes.cut)
         json["cut"] = causes.cut->text + (causes.cut->goesOn ? "..." : "");

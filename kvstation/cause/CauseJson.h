@@ -9,7 +9,7 @@
 
 namespace kvstation {
 
-// {"field", "value", "cut", "causes", "unknown", "next"}, a number as a number.
+// {"field", "value", "cut", "causes", "unknown", "open", "next"}, a number as a number.
 nlohmann::ordered_json causesJson(const FieldCauses& causes);
 
 // Where the answer stands: {"file": "registry.reg", "key", "value"}, the value null for a key; {"file": "station.json",

@@ -178,6 +178,12 @@ std::vector<CauseLine> causeLines(const std::vector<Cause>& causes) {
     return lines;
 }
 
+std::string withoutCauses(const FieldCauses& causes) {
+    return causes.isOpen
+               ? "no answer changes it by itself; what is unknown on this station may, several things together"
+               : "nothing that the module asked changes it";
+}
+
 std::string causesText(const FieldCauses& causes, bool colours) {
     const Field& field = fields()[causes.field];
     std::string text = bold(std::string(field.name) + " = " + shownValue(causes.field, causes.value), colours) + "\n" +
@@ -191,7 +197,7 @@ std::string causesText(const FieldCauses& causes, bool colours) {
     if (!causes.unknown.empty())
         text += "\n  Its source is unknown on this station: what it holds says nothing of the machine.\n";
     else if (causes.causes.empty())
-        text += "  nothing that the module asked changes it\n";
+        text += "  " + withoutCauses(causes) + "\n";
     else if (std::ranges::none_of(causes.causes, [](const Cause& cause) { return cause.role != Role::Decides; }))
         text += "\n  The value itself is the module's own; it stands in no answer.\n";
     if (!causes.next.empty())

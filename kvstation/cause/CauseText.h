@@ -12,6 +12,9 @@ namespace kvstation {
 // The field with its meaning, what gives and decides it, and what would come next.
 std::string causesText(const FieldCauses& causes, bool colours);
 
+// What is to be said where nothing was found that changes the field.
+std::string withoutCauses(const FieldCauses& causes);
+
 // One line: the value, who gives it and what decides it, by their short names.
 std::string causesLine(const FieldCauses& causes, bool colours);
 

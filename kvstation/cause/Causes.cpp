@@ -158,8 +158,10 @@ void addUnknownSources(const simwin::Station& station, const Collector& collecto
             numbers.push_back(one.field);
         }
     const auto sources = unknownSources(station, collector, numbers);
-    for (std::size_t i = 0; i < causeless.size(); ++i)
+    for (std::size_t i = 0; i < causeless.size(); ++i) {
         std::ranges::transform(sources[i], std::back_inserter(causeless[i]->unknown), simwin::toUtf8);
+        causeless[i]->isOpen = sources[i].empty() && !station.unknown.empty();
+    }
 }
 
 std::vector<FieldCauses> allCauses(const simwin::Station& station) {

@@ -36,13 +36,16 @@ struct FieldCauses {
     std::optional<WholeText> cut;  // the whole text, of which the field holds the beginning
     std::vector<Cause> causes;     // givers first, in the order in which they stand in the value, then what decides
     std::vector<std::string> unknown{};  // of no causes: what nobody knows and would be one, in UTF-8
-    std::vector<NextValue> next{};       // what comes in its place when what gives it fails, and so on
+    // Of no causes, on a station of which things are unknown: no answer changes the field by itself, but nobody can
+    // tell what several of them would do together.
+    bool isOpen = false;
+    std::vector<NextValue> next{};  // what comes in its place when what gives it fails, and so on
 };
 
 // What the experiments found of one field, without what would come next.
 FieldCauses causesOf(World& world, const Collector& collector, const Experiments& experiments, std::size_t field);
 
-// Says of those without causes what is unknown.
+// Says of those without causes what is unknown, and whether that may be all.
 void addUnknownSources(const simwin::Station& station, const Collector& collector, std::vector<FieldCauses>& all);
 
 // Of every field, with a sign of life on a terminal.

@@ -91,6 +91,13 @@ TEST(Causes, ThatNobodyKnowsAreFoundBySupposingThem) {
         kvstation::causesText(all.front(), false),
         testing::AllOf(testing::HasSubstr("unknown  not written down in this station  HKEY_LOCAL_MACHINE\\HARDWARE\n"),
                        testing::Not(testing::HasSubstr("nothing that the module asked"))));
+    // What several of them would do together nobody tried.
+    EXPECT_TRUE(all.back().isOpen);
+    EXPECT_FALSE(all.front().isOpen);
+    EXPECT_THAT(kvstation::causesText(all.back(), false),
+                testing::HasSubstr("  no answer changes it by itself; what is unknown on this station may, several "
+                                   "things together\n"));
+    all.back().isOpen = false;
     EXPECT_THAT(kvstation::causesText(all.back(), false),
                 testing::HasSubstr("nothing that the module asked changes it"));
 }

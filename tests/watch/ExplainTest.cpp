@@ -227,7 +227,7 @@ TEST(Explain, GivesCausesAsJson) {
     std::vector<std::string> members;
     for (const auto& [name, content] : json.items())
         members.push_back(name);
-    EXPECT_THAT(members, ElementsAre("field", "value", "cut", "causes", "unknown", "next"));
+    EXPECT_THAT(members, ElementsAre("field", "value", "cut", "causes", "unknown", "open", "next"));
     EXPECT_EQ(json["field"], "szIPAddress");
     EXPECT_EQ(json["value"], "192.168.31.44");
     EXPECT_TRUE(json["cut"].is_null());
