@@ -4,8 +4,8 @@
 
 #include "framework/Windows.h"
 #include "kvstation/OwnConsole.h"
-#include "kvstation/Utf16.h"
-#include "simwin/CodePage.h"
+#include "kvstation/platform/Utf16.h"
+#include "simwin/text/CodePage.h"
 
 extern "C" int wmain(int count, wchar_t** words) {
     if (simwin::isKnownCodePage(GetACP()))  // else texts are shown as those of 1252, and nothing is captured

@@ -4,9 +4,9 @@
 #include <string>
 
 #include "framework/Windows.h"
-#include "kvstation/Errors.h"
 #include "kvstation/Tool.h"
-#include "kvstation/Utf16.h"
+#include "kvstation/platform/Errors.h"
+#include "kvstation/platform/Utf16.h"
 
 #include <shellapi.h>
 

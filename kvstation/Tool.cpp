@@ -5,11 +5,11 @@
 #include <CLI/Formatter.hpp>
 #include <algorithm>
 
-#include "kvstation/Errors.h"
-#include "kvstation/Output.h"
-#include "kvstation/Verb.h"
-#include "kvstation/VerbName.h"
-#include "kvstation/WrongOption.h"
+#include "kvstation/commandline/VerbName.h"
+#include "kvstation/commandline/WrongOption.h"
+#include "kvstation/platform/Errors.h"
+#include "kvstation/platform/Output.h"
+#include "kvstation/verbs/Verb.h"
 
 namespace kvstation {
 namespace {

@@ -2,9 +2,9 @@
 #include <cstring>
 #include <memory>
 
-#include "kvcstat/StringIds.h"
 #include "kvcstat/common/Handles.h"
 #include "kvcstat/common/StatGlobal.h"
+#include "kvcstat/common/StringIds.h"
 #include "kvcstat/hardware/HardwareInformation.h"
 #include "kvcstat/hardware/NameTable.h"
 

@@ -1,7 +1,7 @@
 // The monitor.
-#include "kvcstat/StringIds.h"
 #include "kvcstat/common/Handles.h"
 #include "kvcstat/common/StatGlobal.h"
+#include "kvcstat/common/StringIds.h"
 #include "kvcstat/hardware/VideoInformation.h"
 
 namespace {

@@ -1,7 +1,7 @@
 // Whom Windows is registered to, and who uses the station.
-#include "kvcstat/StringIds.h"
 #include "kvcstat/common/Handles.h"
 #include "kvcstat/common/StatGlobal.h"
+#include "kvcstat/common/StringIds.h"
 #include "kvcstat/hardware/HardwareInformation.h"
 
 namespace {

@@ -2,9 +2,9 @@
 #include <memory>
 
 #include "framework/WinApp.h"
-#include "kvcstat/StringIds.h"
 #include "kvcstat/common/Handles.h"
 #include "kvcstat/common/StatGlobal.h"
+#include "kvcstat/common/StringIds.h"
 #include "kvcstat/hardware/HardwareInformation.h"
 #include "kvcstat/hardware/PrinterInformation.h"
 #include "kvcstat/os/OSInformation.h"

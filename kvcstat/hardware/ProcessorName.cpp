@@ -1,5 +1,5 @@
 // The processor's name by its numbers, for systems whose registry does not tell it.
-#include "kvcstat/StringIds.h"
+#include "kvcstat/common/StringIds.h"
 #include "kvcstat/hardware/HardwareInformation.h"
 #include "kvcstat/hardware/NameTable.h"
 #include "kvcstat/hardware/RevisionSuffix.h"

@@ -1,8 +1,8 @@
 // The default browser and the installed ones with their versions.
 #include "framework/CRuntime.h"
-#include "kvcstat/StringIds.h"
 #include "kvcstat/common/Handles.h"
 #include "kvcstat/common/StatGlobal.h"
+#include "kvcstat/common/StringIds.h"
 #include "kvcstat/network/NetworkInformation.h"
 
 namespace {

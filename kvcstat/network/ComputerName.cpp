@@ -1,9 +1,9 @@
 // The name that identifies the station: the client device's in a session, the computer's elsewhere.
 #include "companions/kvtswrp/KVTSWRP.h"
 #include "framework/CRuntime.h"
-#include "kvcstat/Trace.h"
 #include "kvcstat/common/Handles.h"
 #include "kvcstat/common/StatGlobal.h"
+#include "kvcstat/common/Trace.h"
 #include "kvcstat/network/NetworkInformation.h"
 
 namespace {

@@ -1,8 +1,8 @@
 // The station's addresses and names: those of the client device in a remote session, whose server is kept apart.
 #include "companions/kvtswrp/KVTSWRP.h"
 #include "framework/WindowsSockets.h"
-#include "kvcstat/StringIds.h"
 #include "kvcstat/common/StatGlobal.h"
+#include "kvcstat/common/StringIds.h"
 #include "kvcstat/network/NetworkInformation.h"
 
 namespace {

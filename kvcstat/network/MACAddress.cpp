@@ -4,7 +4,7 @@
 #include <cstring>
 
 #include "framework/WindowsSockets.h"
-#include "kvcstat/StringIds.h"
+#include "kvcstat/common/StringIds.h"
 #include "kvcstat/network/NetworkInformation.h"
 
 // The sockets first: these headers need their types.

@@ -1,9 +1,9 @@
 // The terminal-server product that serves the session.
 #include <cstdlib>
 
-#include "kvcstat/StringIds.h"
 #include "kvcstat/common/Handles.h"
 #include "kvcstat/common/StatGlobal.h"
+#include "kvcstat/common/StringIds.h"
 #include "kvcstat/network/NetworkInformation.h"
 
 namespace {

@@ -2,9 +2,9 @@
 
 #include <cstdlib>
 
-#include "kvcstat/StringIds.h"
 #include "kvcstat/common/Handles.h"
 #include "kvcstat/common/StatGlobal.h"
+#include "kvcstat/common/StringIds.h"
 #include "kvcstat/network/NetworkInformation.h"
 
 namespace {

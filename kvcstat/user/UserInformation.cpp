@@ -4,10 +4,10 @@
 
 #include "companions/kvnetapi/kvnetapi.h"
 #include "framework/Windows.h"
-#include "kvcstat/StringIds.h"
-#include "kvcstat/Trace.h"
 #include "kvcstat/common/Handles.h"
 #include "kvcstat/common/StatGlobal.h"
+#include "kvcstat/common/StringIds.h"
+#include "kvcstat/common/Trace.h"
 
 #ifndef SECURITY_WIN32
 #define SECURITY_WIN32  // security.h: declarations for programs, not for drivers

@@ -5,8 +5,8 @@
 #include <set>
 #include <utility>
 
-#include "kvstation/cause/World.h"
-#include "simwin/CodePage.h"
+#include "kvstation/experiments/World.h"
+#include "simwin/text/CodePage.h"
 
 namespace kvstation {
 namespace {

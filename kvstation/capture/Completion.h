@@ -1,10 +1,10 @@
 // A captured station made whole: what the other branches of a collection would ask is written down too.
 #pragma once
 
-#include "kvstation/Stage.h"
 #include "kvstation/capture/LocalState.h"
-#include "kvstation/cause/Branches.h"
-#include "simwin/Station.h"
+#include "kvstation/collect/Stage.h"
+#include "kvstation/experiments/Branches.h"
+#include "simwin/station/Station.h"
 
 namespace kvstation {
 

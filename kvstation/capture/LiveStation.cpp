@@ -1,10 +1,10 @@
 #include "kvstation/capture/LiveStation.h"
 
-#include "kvstation/CollectedNow.h"
-#include "kvstation/Stage.h"
-#include "kvstation/StationCapture.h"
 #include "kvstation/capture/Completion.h"
 #include "kvstation/capture/RunningState.h"
+#include "kvstation/capture/StationCapture.h"
+#include "kvstation/collect/CollectedNow.h"
+#include "kvstation/collect/Stage.h"
 
 namespace kvstation {
 namespace {

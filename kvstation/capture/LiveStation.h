@@ -1,9 +1,9 @@
 // This computer as a described station.
 #pragma once
 
-#include "kvstation/Record.h"
-#include "simwin/CallObserver.h"
-#include "simwin/Station.h"
+#include "kvstation/record/Record.h"
+#include "simwin/machine/CallObserver.h"
+#include "simwin/station/Station.h"
 
 namespace kvstation {
 

@@ -4,8 +4,8 @@
 #include <optional>
 #include <string>
 
-#include "kvstation/cause/Place.h"
-#include "simwin/Station.h"
+#include "kvstation/questions/Place.h"
+#include "simwin/station/Station.h"
 
 namespace kvstation {
 

@@ -1,5 +1,5 @@
-#include "kvstation/Errors.h"
 #include "kvstation/capture/RunningState.h"
+#include "kvstation/platform/Errors.h"
 
 namespace kvstation {
 

@@ -2,10 +2,10 @@
 #include <vector>
 
 #include "framework/Windows.h"
-#include "kvstation/Errors.h"
-#include "kvstation/Handles.h"
 #include "kvstation/capture/RunningState.h"
-#include "simwin/CodePage.h"
+#include "kvstation/platform/Errors.h"
+#include "kvstation/platform/Handles.h"
+#include "simwin/text/CodePage.h"
 
 namespace kvstation {
 namespace {

@@ -2,9 +2,9 @@
 
 #include <nlohmann/json.hpp>
 
-#include "kvstation/FieldTable.h"
 #include "kvstation/cause/CauseText.h"
-#include "simwin/CodePage.h"
+#include "kvstation/record/FieldTable.h"
+#include "simwin/text/CodePage.h"
 
 namespace kvstation {
 namespace {

@@ -2,10 +2,10 @@
 
 #include <algorithm>
 
-#include "kvstation/FieldTable.h"
-#include "kvstation/VisibleText.h"
-#include "simwin/CodePage.h"
-#include "simwin/RegistryTree.h"
+#include "kvstation/platform/VisibleText.h"
+#include "kvstation/record/FieldTable.h"
+#include "simwin/station/RegistryTree.h"
+#include "simwin/text/CodePage.h"
 
 namespace kvstation {
 namespace {
@@ -40,7 +40,7 @@ std::string answerText(const Cause& cause) {
         return cause.error ? "failed, error " + shown(*cause.error) : isVariable(cause) ? "not set" : "nothing";
     std::string text = shown(*cause.answer);
     if (columns(text) > kLongestAnswer) {
-        text.resize(bytesOf(text, kLongestAnswer));
+        text.resize(bytesWithin(text, kLongestAnswer));
         text += "...";
     }
     return text;

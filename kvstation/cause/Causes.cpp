@@ -2,12 +2,12 @@
 
 #include <algorithm>
 
-#include "kvstation/Progress.h"
-#include "kvstation/cause/MovedText.h"
 #include "kvstation/cause/UnansweredText.h"
 #include "kvstation/cause/UnknownSources.h"
 #include "kvstation/cause/WholeText.h"
-#include "simwin/CodePage.h"
+#include "kvstation/experiments/MovedText.h"
+#include "kvstation/platform/Progress.h"
+#include "simwin/text/CodePage.h"
 
 namespace kvstation {
 namespace {

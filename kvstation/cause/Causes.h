@@ -5,10 +5,10 @@
 #include <string>
 #include <vector>
 
-#include "kvstation/cause/Answer.h"
-#include "kvstation/cause/Experiments.h"
-#include "kvstation/cause/Place.h"
 #include "kvstation/cause/WholeText.h"
+#include "kvstation/experiments/Answer.h"
+#include "kvstation/experiments/Experiments.h"
+#include "kvstation/questions/Place.h"
 
 namespace kvstation {
 

@@ -2,8 +2,8 @@
 
 #include <set>
 
-#include "kvstation/Stage.h"
 #include "kvstation/cause/CauseText.h"
+#include "kvstation/collect/Stage.h"
 
 namespace kvstation {
 namespace {

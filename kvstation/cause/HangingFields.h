@@ -7,8 +7,8 @@
 #include <utility>
 #include <vector>
 
-#include "kvstation/cause/Experiments.h"
-#include "simwin/CallObserver.h"
+#include "kvstation/experiments/Experiments.h"
+#include "simwin/machine/CallObserver.h"
 
 namespace kvstation {
 

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "kvstation/VisibleText.h"
-#include "kvstation/cause/Questions.h"
+#include "kvstation/experiments/Questions.h"
+#include "kvstation/platform/VisibleText.h"
 
 namespace kvstation {
 namespace {

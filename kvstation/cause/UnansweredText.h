@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "kvstation/cause/ModuleRun.h"
-#include "kvstation/cause/World.h"
+#include "kvstation/experiments/ModuleRun.h"
+#include "kvstation/experiments/World.h"
 
 namespace kvstation {
 

@@ -7,12 +7,12 @@
 #include <set>
 #include <utility>
 
-#include "kvstation/cause/Branches.h"
-#include "kvstation/cause/QuestionTable.h"
 #include "kvstation/cause/UnansweredText.h"
-#include "kvstation/cause/Words.h"
-#include "kvstation/cause/World.h"
-#include "simwin/CodePage.h"
+#include "kvstation/experiments/Branches.h"
+#include "kvstation/experiments/Words.h"
+#include "kvstation/experiments/World.h"
+#include "kvstation/questions/QuestionTable.h"
+#include "simwin/text/CodePage.h"
 
 namespace kvstation {
 namespace {

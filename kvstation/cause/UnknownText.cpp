@@ -1,7 +1,7 @@
 #include "kvstation/cause/UnknownText.h"
 
-#include "kvstation/VisibleText.h"
-#include "simwin/CodePage.h"
+#include "kvstation/platform/VisibleText.h"
+#include "simwin/text/CodePage.h"
 
 namespace kvstation {
 

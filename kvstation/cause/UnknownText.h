@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "simwin/Station.h"
+#include "simwin/station/Station.h"
 
 namespace kvstation {
 

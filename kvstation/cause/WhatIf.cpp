@@ -5,12 +5,12 @@
 #include <charconv>
 #include <optional>
 
-#include "kvstation/Errors.h"
-#include "kvstation/Similar.h"
-#include "kvstation/cause/ModuleRun.h"
-#include "kvstation/cause/QuestionTable.h"
-#include "simwin/CallTable.h"
-#include "simwin/CodePage.h"
+#include "kvstation/experiments/ModuleRun.h"
+#include "kvstation/platform/Errors.h"
+#include "kvstation/platform/Similar.h"
+#include "kvstation/questions/QuestionTable.h"
+#include "simwin/calls/CallTable.h"
+#include "simwin/text/CodePage.h"
 
 namespace kvstation {
 namespace {

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "simwin/Station.h"
+#include "simwin/station/Station.h"
 
 namespace CLI {
 class App;

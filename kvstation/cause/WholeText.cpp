@@ -2,11 +2,11 @@
 
 #include <algorithm>
 
-#include "kvstation/VisibleText.h"
 #include "kvstation/cause/Causes.h"
-#include "kvstation/cause/MovedText.h"
-#include "kvstation/cause/Words.h"
-#include "simwin/CodePage.h"
+#include "kvstation/experiments/MovedText.h"
+#include "kvstation/experiments/Words.h"
+#include "kvstation/platform/VisibleText.h"
+#include "simwin/text/CodePage.h"
 
 namespace kvstation {
 namespace {

@@ -4,8 +4,8 @@
 #include <optional>
 #include <string>
 
-#include "kvstation/Stage.h"
-#include "simwin/Station.h"
+#include "kvstation/collect/Stage.h"
+#include "simwin/station/Station.h"
 
 namespace kvstation {
 

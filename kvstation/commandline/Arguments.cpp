@@ -4,10 +4,10 @@
 #include <array>
 #include <sstream>
 
-#include "kvstation/FieldTable.h"
-#include "kvstation/cause/QuestionTable.h"
 #include "kvstation/commandline/Shells.h"
-#include "simwin/CodePage.h"
+#include "kvstation/questions/QuestionTable.h"
+#include "kvstation/record/FieldTable.h"
+#include "simwin/text/CodePage.h"
 
 namespace kvstation {
 namespace {

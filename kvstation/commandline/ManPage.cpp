@@ -4,8 +4,8 @@
 #include <cctype>
 #include <sstream>
 
-#include "kvstation/FieldTable.h"
 #include "kvstation/commandline/ShellText.h"
+#include "kvstation/record/FieldTable.h"
 
 namespace kvstation {
 namespace {

@@ -1,6 +1,6 @@
 #include "kvstation/commandline/Offers.h"
 
-#include "kvstation/JoinWords.h"
+#include "kvstation/platform/JoinWords.h"
 
 namespace kvstation {
 

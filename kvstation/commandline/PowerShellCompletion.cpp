@@ -1,8 +1,8 @@
 // Completion for PowerShell: tables, and a block that looks into them.
-#include "kvstation/JoinWords.h"
 #include "kvstation/commandline/Offers.h"
 #include "kvstation/commandline/ShellText.h"
 #include "kvstation/commandline/Shells.h"
+#include "kvstation/platform/JoinWords.h"
 
 namespace kvstation {
 namespace {

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <string>
 
-#include "kvstation/Errors.h"
-#include "kvstation/Files.h"
-#include "simwin/CodePage.h"
+#include "kvstation/platform/Errors.h"
+#include "kvstation/platform/Files.h"
+#include "simwin/text/CodePage.h"
 
 namespace kvstation {
 

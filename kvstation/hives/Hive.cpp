@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "simwin/CodePage.h"
+#include "simwin/text/CodePage.h"
 
 namespace kvstation {
 namespace {

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "simwin/RegistryTree.h"
+#include "simwin/station/RegistryTree.h"
 
 namespace kvstation {
 

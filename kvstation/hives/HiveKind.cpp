@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <initializer_list>
 
-#include "simwin/CodePage.h"
+#include "simwin/text/CodePage.h"
 
 namespace kvstation {
 namespace {

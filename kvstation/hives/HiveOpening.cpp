@@ -3,14 +3,14 @@
 #include <filesystem>
 #include <utility>
 
-#include "kvstation/Errors.h"
-#include "kvstation/Files.h"
-#include "kvstation/JoinWords.h"
 #include "kvstation/hives/BaseBlock.h"
 #include "kvstation/hives/FolderEntries.h"
 #include "kvstation/hives/HiveLog.h"
 #include "kvstation/hives/NtHive.h"
 #include "kvstation/hives/OldHive.h"
+#include "kvstation/platform/Errors.h"
+#include "kvstation/platform/Files.h"
+#include "kvstation/platform/JoinWords.h"
 
 namespace kvstation {
 namespace {

@@ -57,7 +57,7 @@ std::optional<Entry> entryAt(std::string_view log, std::size_t place) {
 }
 
 // Behind those that follow each other stand older ones that were not written over yet.
-std::vector<Entry> entriesOf(const LogFile& log) {
+std::vector<Entry> logEntriesOf(const LogFile& log) {
     std::vector<Entry> entries;
     std::uint32_t expected = BaseBlock(log.bytes).firstSequence();
     for (std::size_t place = kSector; const std::optional<Entry> entry = entryAt(log.bytes, place);
@@ -100,7 +100,7 @@ std::vector<std::string> applyLogEntries(std::string& hive, const std::vector<co
     std::vector<Log> logs;
     for (const LogFile* file : files)
         if (BaseBlock(file->bytes).fileType() == kLogOfEntries)
-            logs.push_back({file, entriesOf(*file)});
+            logs.push_back({file, logEntriesOf(*file)});
     std::erase_if(logs, [](const Log& log) { return log.entries.empty(); });
     std::ranges::stable_sort(logs, {}, [](const Log& log) { return log.entries.front().sequence(); });
     if (logs.empty())

@@ -5,7 +5,7 @@
 
 #include <cerrno>
 
-#include "kvstation/Errors.h"
+#include "kvstation/platform/Errors.h"
 
 namespace kvstation {
 namespace {

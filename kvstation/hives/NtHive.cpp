@@ -9,10 +9,10 @@
 #include <optional>
 #include <utility>
 
-#include "kvstation/Errors.h"
 #include "kvstation/hives/BaseBlock.h"
 #include "kvstation/hives/LittleEndian.h"
-#include "simwin/CodePage.h"
+#include "kvstation/platform/Errors.h"
+#include "simwin/text/CodePage.h"
 
 namespace kvstation {
 namespace {

@@ -4,7 +4,7 @@
 #include <optional>
 #include <utility>
 
-#include "kvstation/Errors.h"
+#include "kvstation/platform/Errors.h"
 
 namespace kvstation {
 namespace {

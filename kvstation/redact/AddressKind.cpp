@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "simwin/Address.h"
+#include "simwin/text/Address.h"
 
 namespace kvstation {
 namespace {

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "simwin/CodePage.h"
-#include "simwin/Utf8.h"
+#include "simwin/text/CodePage.h"
+#include "simwin/text/Utf8.h"
 
 namespace kvstation {
 namespace {

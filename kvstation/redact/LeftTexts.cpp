@@ -6,13 +6,13 @@
 #include <map>
 #include <nlohmann/json.hpp>
 
-#include "kvstation/VisibleText.h"
+#include "kvstation/platform/VisibleText.h"
 #include "kvstation/redact/BinaryTexts.h"
 #include "kvstation/redact/NamedParts.h"
 #include "kvstation/redact/WindowsWords.h"
-#include "simwin/CodePage.h"
-#include "simwin/MemberReaders.h"
-#include "simwin/StationWriter.h"
+#include "simwin/station/MemberReaders.h"
+#include "simwin/station/StationWriter.h"
+#include "simwin/text/CodePage.h"
 
 namespace kvstation {
 namespace {

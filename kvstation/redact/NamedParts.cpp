@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "kvstation/redact/LongAddress.h"
-#include "simwin/Address.h"
+#include "simwin/text/Address.h"
 
 namespace kvstation {
 namespace {

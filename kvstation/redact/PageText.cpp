@@ -7,8 +7,8 @@
 #include <span>
 #include <unordered_map>
 
-#include "simwin/CodePage.h"
-#include "simwin/Utf8.h"
+#include "simwin/text/CodePage.h"
+#include "simwin/text/Utf8.h"
 
 namespace kvstation {
 namespace {

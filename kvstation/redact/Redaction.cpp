@@ -8,8 +8,8 @@
 #include "kvstation/redact/StandIns.h"
 #include "kvstation/redact/TextPlace.h"
 #include "kvstation/redact/WindowsWords.h"
-#include "simwin/Address.h"
-#include "simwin/CodePage.h"
+#include "simwin/text/Address.h"
+#include "simwin/text/CodePage.h"
 
 namespace kvstation {
 namespace {

@@ -1,7 +1,7 @@
 // A station without what tells whose it is.
 #pragma once
 
-#include "simwin/Station.h"
+#include "simwin/station/Station.h"
 
 namespace kvstation {
 

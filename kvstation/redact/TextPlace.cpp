@@ -1,6 +1,6 @@
 #include "kvstation/redact/TextPlace.h"
 
-#include "simwin/CodePage.h"
+#include "simwin/text/CodePage.h"
 
 namespace kvstation {
 

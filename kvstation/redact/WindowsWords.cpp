@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <vector>
 
-#include "kvstation/cause/OtherTexts.h"
+#include "kvstation/experiments/OtherTexts.h"
 #include "kvstation/redact/StandIns.h"
 
 namespace kvstation {

@@ -4,7 +4,7 @@
 
 #include <filesystem>
 
-#include "kvstation/Errors.h"
+#include "kvstation/platform/Errors.h"
 
 namespace kvstation {
 

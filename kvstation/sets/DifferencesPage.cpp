@@ -1,8 +1,8 @@
 // The differences of two sets as a page.
 #include <nlohmann/json.hpp>
 
-#include "kvstation/HtmlPage.h"
-#include "kvstation/HtmlText.h"
+#include "kvstation/report/HtmlPage.h"
+#include "kvstation/report/HtmlText.h"
 #include "kvstation/sets/SetDifferences.h"
 
 namespace kvstation {

@@ -7,12 +7,12 @@
 #include <memory>
 #include <utility>
 
-#include "kvstation/Errors.h"
-#include "kvstation/Output.h"
-#include "kvstation/Progress.h"
-#include "kvstation/StreamAside.h"
-#include "kvstation/sets/Frames.h"
-#include "kvstation/sets/PartProcess.h"
+#include "kvstation/platform/Errors.h"
+#include "kvstation/platform/Output.h"
+#include "kvstation/platform/PartProcess.h"
+#include "kvstation/platform/Progress.h"
+#include "kvstation/platform/StreamAside.h"
+#include "kvstation/rows/Frames.h"
 #include "kvstation/sets/ResultBuffer.h"
 #include "kvstation/sets/StandardInput.h"
 

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "kvstation/Files.h"
-#include "simwin/Utf8.h"
+#include "kvstation/platform/Files.h"
+#include "simwin/text/Utf8.h"
 
 namespace kvstation {
 namespace {

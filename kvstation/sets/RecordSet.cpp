@@ -1,7 +1,7 @@
 #include "kvstation/sets/RecordSet.h"
 
-#include "kvstation/Errors.h"
-#include "kvstation/Files.h"
+#include "kvstation/platform/Errors.h"
+#include "kvstation/platform/Files.h"
 #include "kvstation/sets/FolderSet.h"
 #include "kvstation/sets/RowFileSet.h"
 #ifndef _WIN32

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "kvstation/Record.h"
+#include "kvstation/record/Record.h"
 #include "kvstation/sets/Sources.h"
 
 namespace kvstation {

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "kvstation/Output.h"
+#include "kvstation/platform/Output.h"
 
 namespace kvstation {
 

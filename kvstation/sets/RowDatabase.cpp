@@ -3,12 +3,12 @@
 #include <fstream>
 #include <nlohmann/json.hpp>
 
-#include "kvstation/Errors.h"
-#include "kvstation/Files.h"
-#include "kvstation/JsonView.h"
+#include "kvstation/platform/Errors.h"
+#include "kvstation/platform/Files.h"
+#include "kvstation/report/JsonView.h"
 #include "kvstation/sets/Database.h"
-#include "simwin/CodePage.h"
-#include "simwin/HexText.h"
+#include "simwin/text/CodePage.h"
+#include "simwin/text/HexText.h"
 
 namespace kvstation {
 namespace {

@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
-#include "kvstation/sets/Cells.h"
+#include "kvstation/rows/Cells.h"
+#include "kvstation/rows/StationRow.h"
 #include "kvstation/sets/RecordSet.h"
-#include "kvstation/sets/StationRow.h"
 
 namespace kvstation {
 

@@ -2,11 +2,11 @@
 
 #include <cerrno>
 
-#include "kvstation/Errors.h"
-#include "kvstation/Files.h"
-#include "kvstation/RecordFile.h"
-#include "kvstation/sets/RowJson.h"
-#include "simwin/ReadFile.h"
+#include "kvstation/platform/Errors.h"
+#include "kvstation/platform/Files.h"
+#include "kvstation/report/RecordFile.h"
+#include "kvstation/rows/RowJson.h"
+#include "simwin/text/ReadFile.h"
 
 namespace kvstation {
 namespace {

@@ -4,8 +4,8 @@
 #include <functional>
 #include <nlohmann/json.hpp>
 
-#include "kvstation/JsonView.h"
-#include "kvstation/VisibleText.h"
+#include "kvstation/platform/VisibleText.h"
+#include "kvstation/report/JsonView.h"
 
 namespace kvstation {
 namespace {

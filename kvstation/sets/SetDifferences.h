@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "kvstation/Record.h"
+#include "kvstation/record/Record.h"
 
 namespace kvstation {
 

@@ -5,9 +5,9 @@
 #include <string_view>
 #include <unordered_map>
 
-#include "kvstation/Errors.h"
-#include "kvstation/Files.h"
-#include "kvstation/RecordFile.h"
+#include "kvstation/platform/Errors.h"
+#include "kvstation/platform/Files.h"
+#include "kvstation/report/RecordFile.h"
 #include "kvstation/sets/Pattern.h"
 #include "kvstation/sets/StandardInput.h"
 

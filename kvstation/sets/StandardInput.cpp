@@ -8,8 +8,8 @@
 #include <unistd.h>
 #endif
 
-#include "kvstation/Errors.h"
-#include "simwin/ReadFile.h"
+#include "kvstation/platform/Errors.h"
+#include "simwin/text/ReadFile.h"
 
 namespace kvstation {
 namespace {

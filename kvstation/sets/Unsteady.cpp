@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "kvstation/FixedDrives.h"
+#include "kvstation/record/FixedDrives.h"
 
 namespace kvstation {
 namespace {

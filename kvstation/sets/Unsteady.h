@@ -4,7 +4,7 @@
 
 #include <cstddef>
 
-#include "kvstation/Record.h"
+#include "kvstation/record/Record.h"
 
 namespace kvstation {
 

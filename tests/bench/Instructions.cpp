@@ -7,9 +7,9 @@
 #include <vector>
 
 #include "include/kvcstat.h"
-#include "simwin/Machine.h"
-#include "simwin/Recording.h"
-#include "simwin/StationReader.h"
+#include "simwin/machine/Machine.h"
+#include "simwin/machine/Recording.h"
+#include "simwin/station/StationReader.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "kvstation/cause/Answer.h"
+#include "kvstation/experiments/Answer.h"
 
 #include <gmock/gmock.h>
 

@@ -1,6 +1,6 @@
 // What the module would ask a station that is described with little more than its Windows.
-#include "kvstation/cause/AlikePlaces.h"
-#include "kvstation/cause/Branches.h"
+#include "kvstation/experiments/AlikePlaces.h"
+#include "kvstation/experiments/Branches.h"
 
 #include <gmock/gmock.h>
 

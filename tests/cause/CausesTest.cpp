@@ -3,8 +3,8 @@
 
 #include <gmock/gmock.h>
 
-#include "kvstation/FieldTable.h"
 #include "kvstation/cause/CauseText.h"
+#include "kvstation/record/FieldTable.h"
 #include "tests/watch/StationRuns.h"
 
 namespace kvtest {

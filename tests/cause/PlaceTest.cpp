@@ -1,4 +1,4 @@
-#include "kvstation/cause/Place.h"
+#include "kvstation/questions/Place.h"
 
 #include <gtest/gtest.h>
 

@@ -4,12 +4,12 @@
 #include <map>
 #include <set>
 
-#include "kvstation/FieldTable.h"
-#include "kvstation/VisibleText.h"
-#include "kvstation/cause/Experiments.h"
-#include "kvstation/cause/OtherTexts.h"
-#include "kvstation/cause/Words.h"
-#include "simwin/CodePage.h"
+#include "kvstation/experiments/Experiments.h"
+#include "kvstation/experiments/OtherTexts.h"
+#include "kvstation/experiments/Words.h"
+#include "kvstation/platform/VisibleText.h"
+#include "kvstation/record/FieldTable.h"
+#include "simwin/text/CodePage.h"
 #include "tests/cause/OwnWork.h"
 #include "tests/cause/StationEdits.h"
 #include "tests/cause/StationRun.h"

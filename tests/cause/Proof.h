@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "kvstation/Stage.h"
-#include "simwin/Station.h"
+#include "kvstation/collect/Stage.h"
+#include "simwin/station/Station.h"
 
 namespace kvtest {
 

@@ -7,7 +7,7 @@
 #include <cstdlib>
 #include <optional>
 
-#include "simwin/ReadError.h"
+#include "simwin/text/ReadError.h"
 #include "tests/cause/Proof.h"
 #include "tests/cause/Random.h"
 #include "tests/cause/StationEdits.h"

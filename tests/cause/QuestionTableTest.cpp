@@ -1,5 +1,5 @@
 // The table of questions against what the module calls.
-#include "kvstation/cause/QuestionTable.h"
+#include "kvstation/questions/QuestionTable.h"
 
 #include <gmock/gmock.h>
 
@@ -7,9 +7,9 @@
 #include <memory>
 #include <set>
 
-#include "kvstation/cause/Answer.h"
-#include "simwin/CallTable.h"
-#include "simwin/Machine.h"
+#include "kvstation/experiments/Answer.h"
+#include "simwin/calls/CallTable.h"
+#include "simwin/machine/Machine.h"
 #include "tests/cause/OwnWork.h"
 #include "tests/cause/StationRun.h"
 #include "tests/watch/StationRuns.h"

@@ -6,11 +6,11 @@
 #include <nlohmann/json.hpp>
 #include <set>
 
-#include "simwin/CodePage.h"
-#include "simwin/RegistryReader.h"
-#include "simwin/RegistryWriter.h"
-#include "simwin/StationReader.h"
-#include "simwin/StationWriter.h"
+#include "simwin/station/RegistryReader.h"
+#include "simwin/station/RegistryWriter.h"
+#include "simwin/station/StationReader.h"
+#include "simwin/station/StationWriter.h"
+#include "simwin/text/CodePage.h"
 
 namespace kvtest {
 namespace {

@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "simwin/CallObserver.h"
-#include "simwin/Station.h"
+#include "simwin/machine/CallObserver.h"
+#include "simwin/station/Station.h"
 #include "tests/cause/Random.h"
 
 namespace kvtest {

@@ -3,8 +3,8 @@
 #include <cstring>
 #include <unordered_map>
 
-#include "kvstation/FieldTable.h"
-#include "simwin/Machine.h"
+#include "kvstation/record/FieldTable.h"
+#include "simwin/machine/Machine.h"
 
 namespace kvtest {
 namespace {

@@ -8,10 +8,10 @@
 #include <string>
 #include <vector>
 
-#include "kvstation/Record.h"
-#include "kvstation/Stage.h"
-#include "simwin/CallObserver.h"
-#include "simwin/Station.h"
+#include "kvstation/collect/Stage.h"
+#include "kvstation/record/Record.h"
+#include "simwin/machine/CallObserver.h"
+#include "simwin/station/Station.h"
 
 namespace kvtest {
 

@@ -3,10 +3,10 @@
 
 #include <algorithm>
 
-#include "kvstation/cause/MovedText.h"
-#include "kvstation/cause/OtherTexts.h"
+#include "kvstation/experiments/MovedText.h"
+#include "kvstation/experiments/OtherTexts.h"
 
-#include "simwin/CodePage.h"
+#include "simwin/text/CodePage.h"
 
 namespace kvtest {
 namespace {

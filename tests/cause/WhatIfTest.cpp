@@ -2,10 +2,10 @@
 
 #include <gmock/gmock.h>
 
-#include "kvstation/Errors.h"
-#include "simwin/CodePage.h"
-#include "simwin/RegistryWriter.h"
-#include "simwin/StationWriter.h"
+#include "kvstation/platform/Errors.h"
+#include "simwin/station/RegistryWriter.h"
+#include "simwin/station/StationWriter.h"
+#include "simwin/text/CodePage.h"
 #include "tests/watch/StationRuns.h"
 
 namespace kvtest {

@@ -4,7 +4,7 @@
 #include <gmock/gmock.h>
 
 #include "kvstation/cause/Causes.h"
-#include "simwin/CodePage.h"
+#include "simwin/text/CodePage.h"
 #include "tests/watch/StationRuns.h"
 
 namespace kvtest {

@@ -1,10 +1,10 @@
-#include "kvstation/cause/World.h"
+#include "kvstation/experiments/World.h"
 
 #include <gtest/gtest.h>
 
-#include "kvstation/cause/Experiments.h"
-#include "simwin/RegistryWriter.h"
-#include "simwin/StationWriter.h"
+#include "kvstation/experiments/Experiments.h"
+#include "simwin/station/RegistryWriter.h"
+#include "simwin/station/StationWriter.h"
 #include "tests/cause/StationRun.h"
 #include "tests/watch/StationRuns.h"
 

@@ -3,7 +3,7 @@
 #include <cstdio>
 #include <string>
 
-#include "simwin/CodePage.h"
+#include "simwin/text/CodePage.h"
 
 namespace {
 

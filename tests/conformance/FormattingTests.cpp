@@ -82,7 +82,7 @@ struct Entry {
 
 constexpr Entry kEntries[] = {
 #define KV_STRING(id, text) {id, text},
-#include "kvcstat/StringTable.inc"
+#include "kvcstat/common/StringTable.inc"
 };
 
 void testStrings(Suite& suite) {

@@ -63,7 +63,7 @@ void printCounts(const Report& report) {
 constexpr const char* kAnswered[] = {
 #define SIMWIN_CALL(library, name) #name,
 #define SIMWIN_LOOKUP(library, name) #name,
-#include "simwin/Calls.inc"
+#include "simwin/calls/Calls.inc"
 };
 
 bool isTested(const Report& report, std::string_view function) {

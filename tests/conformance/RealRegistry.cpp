@@ -8,7 +8,7 @@
 
 #include <winternl.h>
 
-#include "simwin/CodePage.h"
+#include "simwin/text/CodePage.h"
 #include "tests/conformance/NativeKeys.h"
 
 extern "C" NTSYSAPI NTSTATUS NTAPI NtQueryKey(HANDLE key, int kind, void* buffer, ULONG size, PULONG needed);

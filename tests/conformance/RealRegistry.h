@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "redirect/Redirection.h"
-#include "simwin/Station.h"
+#include "simwin/station/Station.h"
 
 namespace conformance {
 

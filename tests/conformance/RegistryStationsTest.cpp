@@ -8,8 +8,8 @@
 #include <random>
 #include <sstream>
 
-#include "simwin/RegistryReader.h"
-#include "simwin/StationReader.h"
+#include "simwin/station/RegistryReader.h"
+#include "simwin/station/StationReader.h"
 #include "tests/conformance/RealRegistry.h"
 #include "tests/fuzz/FuzzedStation.h"
 #include "tests/stations/QuietOutput.h"

@@ -2,8 +2,8 @@
 #include <algorithm>
 #include <optional>
 
-#include "simwin/CodePage.h"
-#include "simwin/Machine.h"
+#include "simwin/machine/Machine.h"
+#include "simwin/text/CodePage.h"
 #include "tests/conformance/Arrangement.h"
 #include "tests/conformance/World.h"
 

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "simwin/RegistryTree.h"
+#include "simwin/station/RegistryTree.h"
 
 namespace kvtest {
 

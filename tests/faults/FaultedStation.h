@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "simwin/Machine.h"
+#include "simwin/machine/Machine.h"
 
 namespace kvtest {
 

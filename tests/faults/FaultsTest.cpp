@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "simwin/StationReader.h"
+#include "simwin/station/StationReader.h"
 #include "tests/stations/QuietOutput.h"
 
 namespace kvtest {

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "simwin/CodePage.h"
+#include "simwin/text/CodePage.h"
 #include "tests/faults/FaultedStation.h"
 #include "tests/stations/ExpectedStation.h"
 

@@ -3,7 +3,7 @@
 
 #include <gmock/gmock.h>
 
-#include "simwin/StationReader.h"
+#include "simwin/station/StationReader.h"
 
 namespace kvtest {
 namespace {

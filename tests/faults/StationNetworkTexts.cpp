@@ -1,7 +1,7 @@
 // What the registry tells of the network, of programs and of terminal servers.
 #include <algorithm>
 
-#include "simwin/CodePage.h"
+#include "simwin/text/CodePage.h"
 #include "tests/faults/StationTexts.h"
 
 namespace kvtest {

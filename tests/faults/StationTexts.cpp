@@ -3,8 +3,8 @@
 
 #include <algorithm>
 
-#include "simwin/Address.h"
-#include "simwin/CodePage.h"
+#include "simwin/text/Address.h"
+#include "simwin/text/CodePage.h"
 
 namespace kvtest {
 namespace {

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "simwin/Station.h"
+#include "simwin/station/Station.h"
 #include "tests/faults/DescribedRegistry.h"
 #include "tests/faults/TextLists.h"
 

@@ -1,7 +1,7 @@
 // Registry keys and values out of the fuzzer's bytes, at the places that the module reads.
 #pragma once
 
-#include "simwin/RegistryTree.h"
+#include "simwin/station/RegistryTree.h"
 #include "tests/fuzz/InputReader.h"
 
 namespace kvfuzz {

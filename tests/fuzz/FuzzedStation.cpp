@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "simwin/CallTable.h"
+#include "simwin/calls/CallTable.h"
 #include "tests/fuzz/FuzzedRegistry.h"
 #include "tests/fuzz/FuzzedText.h"
 

@@ -3,7 +3,7 @@
 
 #include <optional>
 
-#include "simwin/Station.h"
+#include "simwin/station/Station.h"
 #include "tests/fuzz/InputReader.h"
 
 namespace kvfuzz {

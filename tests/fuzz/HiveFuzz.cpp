@@ -3,8 +3,8 @@
 #include <cstdint>
 #include <string_view>
 
-#include "kvstation/Errors.h"
 #include "kvstation/hives/HiveOpening.h"
+#include "kvstation/platform/Errors.h"
 #include "tests/fuzz/Check.h"
 
 namespace {

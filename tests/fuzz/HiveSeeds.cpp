@@ -4,8 +4,8 @@
 #include <filesystem>
 #include <string>
 
-#include "kvstation/Files.h"
 #include "kvstation/hives/BaseBlock.h"
+#include "kvstation/platform/Files.h"
 #include "tests/kvstation/hives/HiveWriter.h"
 #include "tests/kvstation/hives/LogWriter.h"
 #include "tests/kvstation/hives/OldHiveWriter.h"

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "simwin/ReadError.h"
+#include "simwin/text/ReadError.h"
 #include "tests/fuzz/Check.h"
 
 namespace kvfuzz {

@@ -3,12 +3,12 @@
 #include <span>
 #include <string_view>
 
-#include "kvstation/Errors.h"
-#include "kvstation/HtmlView.h"
-#include "kvstation/JsonView.h"
-#include "kvstation/RecordFile.h"
-#include "kvstation/TextView.h"
-#include "simwin/CodePage.h"
+#include "kvstation/platform/Errors.h"
+#include "kvstation/report/HtmlView.h"
+#include "kvstation/report/JsonView.h"
+#include "kvstation/report/RecordFile.h"
+#include "kvstation/report/TextView.h"
+#include "simwin/text/CodePage.h"
 #include "tests/fuzz/Check.h"
 
 namespace {

@@ -5,11 +5,11 @@
 
 #include "kvstation/redact/LeftTexts.h"
 #include "kvstation/redact/Redaction.h"
-#include "simwin/CodePage.h"
-#include "simwin/RegistryReader.h"
-#include "simwin/RegistryWriter.h"
-#include "simwin/StationReader.h"
-#include "simwin/StationWriter.h"
+#include "simwin/station/RegistryReader.h"
+#include "simwin/station/RegistryWriter.h"
+#include "simwin/station/StationReader.h"
+#include "simwin/station/StationWriter.h"
+#include "simwin/text/CodePage.h"
 #include "tests/fuzz/ReadOrTell.h"
 
 namespace {

@@ -3,9 +3,9 @@
 #include <span>
 #include <string_view>
 
-#include "simwin/CodePage.h"
-#include "simwin/RegistryReader.h"
-#include "simwin/RegistryWriter.h"
+#include "simwin/station/RegistryReader.h"
+#include "simwin/station/RegistryWriter.h"
+#include "simwin/text/CodePage.h"
 #include "tests/fuzz/ReadOrTell.h"
 
 namespace {

@@ -2,8 +2,8 @@
 #include <cstdint>
 #include <string_view>
 
-#include "simwin/StationReader.h"
-#include "simwin/StationWriter.h"
+#include "simwin/station/StationReader.h"
+#include "simwin/station/StationWriter.h"
 #include "tests/fuzz/ReadOrTell.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {

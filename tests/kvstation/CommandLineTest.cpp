@@ -4,8 +4,8 @@
 
 #include <cstdio>
 
-#include "kvstation/FieldTable.h"
 #include "kvstation/Tool.h"
+#include "kvstation/record/FieldTable.h"
 
 namespace kvstation {
 namespace {

@@ -9,9 +9,9 @@
 
 #include "RunningProgram.h"
 #include "TemporaryFolder.h"
-#include "kvstation/FieldTable.h"
-#include "kvstation/Files.h"
 #include "kvstation/commandline/Arguments.h"
+#include "kvstation/platform/Files.h"
+#include "kvstation/record/FieldTable.h"
 
 namespace kvstation {
 namespace {

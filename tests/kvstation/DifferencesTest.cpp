@@ -1,4 +1,4 @@
-#include "kvstation/Differences.h"
+#include "kvstation/report/Differences.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "kvstation/FixedDrives.h"
+#include "kvstation/record/FixedDrives.h"
 
 #include <gtest/gtest.h>
 

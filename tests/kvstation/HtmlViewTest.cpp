@@ -1,10 +1,10 @@
-#include "kvstation/HtmlView.h"
+#include "kvstation/report/HtmlView.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "Samples.h"
-#include "kvstation/HtmlText.h"
+#include "kvstation/report/HtmlText.h"
 
 namespace kvstation {
 namespace {

@@ -1,4 +1,4 @@
-#include "kvstation/JsonView.h"
+#include "kvstation/report/JsonView.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -6,8 +6,8 @@
 #include <nlohmann/json.hpp>
 
 #include "Samples.h"
-#include "kvstation/Errors.h"
-#include "simwin/CodePage.h"
+#include "kvstation/platform/Errors.h"
+#include "simwin/text/CodePage.h"
 
 namespace kvstation {
 namespace {

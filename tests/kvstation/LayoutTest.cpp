@@ -1,4 +1,4 @@
-#include "kvstation/LayoutTable.h"
+#include "kvstation/report/LayoutTable.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -7,9 +7,9 @@
 #include <nlohmann/json.hpp>
 #include <sstream>
 
-#include "kvstation/FieldTable.h"
-#include "kvstation/Files.h"
-#include "kvstation/sets/RowSchema.h"
+#include "kvstation/platform/Files.h"
+#include "kvstation/record/FieldTable.h"
+#include "kvstation/rows/RowSchema.h"
 
 namespace kvstation {
 namespace {

@@ -8,8 +8,8 @@
 #include "RunningProgram.h"
 #include "Samples.h"
 #include "TemporaryFolder.h"
-#include "kvstation/Files.h"
-#include "kvstation/HtmlView.h"
+#include "kvstation/platform/Files.h"
+#include "kvstation/report/HtmlView.h"
 
 namespace kvstation {
 namespace {

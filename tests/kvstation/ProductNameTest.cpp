@@ -1,4 +1,4 @@
-#include "kvstation/ProductName.h"
+#include "kvstation/record/ProductName.h"
 
 #include <gtest/gtest.h>
 

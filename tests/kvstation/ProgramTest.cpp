@@ -9,8 +9,8 @@
 #include "RunningProgram.h"
 #include "Samples.h"
 #include "TemporaryFolder.h"
-#include "kvstation/Files.h"
-#include "kvstation/JsonView.h"
+#include "kvstation/platform/Files.h"
+#include "kvstation/report/JsonView.h"
 
 namespace kvstation {
 namespace {

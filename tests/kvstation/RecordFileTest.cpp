@@ -1,12 +1,12 @@
-#include "kvstation/RecordFile.h"
+#include "kvstation/report/RecordFile.h"
 
 #include <gtest/gtest.h>
 
 #include <utility>
 
 #include "Samples.h"
-#include "kvstation/Errors.h"
-#include "kvstation/JsonView.h"
+#include "kvstation/platform/Errors.h"
+#include "kvstation/report/JsonView.h"
 
 namespace kvstation {
 namespace {

@@ -1,4 +1,4 @@
-#include "kvstation/Record.h"
+#include "kvstation/record/Record.h"
 
 #include <gtest/gtest.h>
 

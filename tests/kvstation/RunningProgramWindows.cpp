@@ -4,7 +4,7 @@
 #include <stdexcept>
 
 #include "RunningProgram.h"
-#include "kvstation/Handles.h"
+#include "kvstation/platform/Handles.h"
 
 namespace kvstation {
 namespace {

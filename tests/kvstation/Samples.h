@@ -4,7 +4,7 @@
 #include <cstring>
 #include <string_view>
 
-#include "kvstation/JsonView.h"
+#include "kvstation/report/JsonView.h"
 
 namespace kvstation {
 

@@ -10,7 +10,7 @@
 
 #include "RunningProgram.h"
 #include "framework/Windows.h"
-#include "kvstation/Handles.h"
+#include "kvstation/platform/Handles.h"
 
 #include <tlhelp32.h>
 

@@ -1,9 +1,9 @@
-#include "kvstation/Similar.h"
+#include "kvstation/platform/Similar.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "kvstation/FieldTable.h"
+#include "kvstation/record/FieldTable.h"
 
 namespace kvstation {
 namespace {

@@ -1,10 +1,10 @@
-#include "kvstation/TextView.h"
+#include "kvstation/report/TextView.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "Samples.h"
-#include "kvstation/VisibleText.h"
+#include "kvstation/platform/VisibleText.h"
 
 namespace kvstation {
 namespace {

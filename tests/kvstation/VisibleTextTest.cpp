@@ -1,4 +1,4 @@
-#include "kvstation/VisibleText.h"
+#include "kvstation/platform/VisibleText.h"
 
 #include <gtest/gtest.h>
 
@@ -36,16 +36,16 @@ TEST(VisibleText, CountsCharacters) {
 }
 
 TEST(VisibleText, AWideCharacterThatHasNoRoomIsLeftOut) {
-    EXPECT_EQ(bytesOf("a\xE5\xB1\xB1", 2), 1u);
-    EXPECT_EQ(bytesOf("a\xE5\xB1\xB1", 3), 4u);
+    EXPECT_EQ(bytesWithin("a\xE5\xB1\xB1", 2), 1u);
+    EXPECT_EQ(bytesWithin("a\xE5\xB1\xB1", 3), 4u);
 }
 
 TEST(VisibleText, BytesOfCharactersNeverCutOne) {
-    EXPECT_EQ(bytesOf("M\xC3\xBC\xE2\x82\xAC", 0), 0u);
-    EXPECT_EQ(bytesOf("M\xC3\xBC\xE2\x82\xAC", 1), 1u);
-    EXPECT_EQ(bytesOf("M\xC3\xBC\xE2\x82\xAC", 2), 3u);
-    EXPECT_EQ(bytesOf("M\xC3\xBC\xE2\x82\xAC", 3), 6u);
-    EXPECT_EQ(bytesOf("M\xC3\xBC\xE2\x82\xAC", 9), 6u);
+    EXPECT_EQ(bytesWithin("M\xC3\xBC\xE2\x82\xAC", 0), 0u);
+    EXPECT_EQ(bytesWithin("M\xC3\xBC\xE2\x82\xAC", 1), 1u);
+    EXPECT_EQ(bytesWithin("M\xC3\xBC\xE2\x82\xAC", 2), 3u);
+    EXPECT_EQ(bytesWithin("M\xC3\xBC\xE2\x82\xAC", 3), 6u);
+    EXPECT_EQ(bytesWithin("M\xC3\xBC\xE2\x82\xAC", 9), 6u);
 }
 
 }  // namespace

@@ -1,7 +1,7 @@
 // Expected bytes are those of the code pages' published tables.
 #include <gtest/gtest.h>
 
-#include "simwin/CodePage.h"
+#include "simwin/text/CodePage.h"
 
 namespace simwin {
 namespace {

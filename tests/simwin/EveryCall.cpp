@@ -3,7 +3,7 @@
 #include <array>
 
 #include "framework/String.h"
-#include "simwin/Calls.h"
+#include "simwin/calls/Calls.h"
 
 namespace simwin {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "simwin/Station.h"
+#include "simwin/station/Station.h"
 
 namespace simwin {
 

@@ -3,8 +3,8 @@
 
 #include <cstring>
 
-#include "simwin/CallTable.h"
-#include "simwin/Calls.h"
+#include "simwin/calls/CallTable.h"
+#include "simwin/calls/Calls.h"
 #include "tests/simwin/Running.h"
 
 namespace {

@@ -4,8 +4,8 @@
 #include <array>
 #include <functional>
 
-#include "simwin/CallTable.h"
-#include "simwin/Calls.h"
+#include "simwin/calls/CallTable.h"
+#include "simwin/calls/Calls.h"
 #include "tests/simwin/EveryCall.h"
 #include "tests/simwin/Running.h"
 

@@ -4,7 +4,7 @@
 #include <array>
 #include <functional>
 
-#include "simwin/Calls.h"
+#include "simwin/calls/Calls.h"
 #include "tests/simwin/EveryCall.h"
 #include "tests/simwin/Running.h"
 

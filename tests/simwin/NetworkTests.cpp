@@ -4,8 +4,8 @@
 #include <array>
 #include <cstring>
 
-#include "simwin/Address.h"
-#include "simwin/Calls.h"
+#include "simwin/calls/Calls.h"
+#include "simwin/text/Address.h"
 #include "tests/simwin/Running.h"
 
 namespace {

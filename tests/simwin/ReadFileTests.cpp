@@ -1,4 +1,4 @@
-#include "simwin/ReadFile.h"
+#include "simwin/text/ReadFile.h"
 
 #include <gtest/gtest.h>
 #include <sys/socket.h>

@@ -1,9 +1,9 @@
-#include "simwin/Recording.h"
+#include "simwin/machine/Recording.h"
 
 #include <gmock/gmock.h>
 
 #include "framework/Windows.h"
-#include "simwin/Machine.h"
+#include "simwin/machine/Machine.h"
 #include "tests/simwin/EveryCall.h"
 
 namespace {

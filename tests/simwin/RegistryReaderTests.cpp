@@ -1,4 +1,4 @@
-#include "simwin/RegistryReader.h"
+#include "simwin/station/RegistryReader.h"
 
 #include <gmock/gmock.h>
 
@@ -6,8 +6,8 @@
 #include <fstream>
 #include <sstream>
 
-#include "simwin/CodePage.h"
-#include "simwin/RegistryWriter.h"
+#include "simwin/station/RegistryWriter.h"
+#include "simwin/text/CodePage.h"
 
 namespace {
 

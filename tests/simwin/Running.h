@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "simwin/Machine.h"
+#include "simwin/machine/Machine.h"
 
 namespace simwin {
 

@@ -1,4 +1,4 @@
-#include "simwin/StationReader.h"
+#include "simwin/station/StationReader.h"
 
 #include <gmock/gmock.h>
 

@@ -4,7 +4,7 @@
 #include <array>
 #include <cstring>
 
-#include "simwin/Calls.h"
+#include "simwin/calls/Calls.h"
 #include "tests/simwin/Running.h"
 
 namespace {

@@ -3,8 +3,8 @@
 
 #include <array>
 
-#include "simwin/Calls.h"
-#include "simwin/CodePage.h"
+#include "simwin/calls/Calls.h"
+#include "simwin/text/CodePage.h"
 #include "tests/simwin/Running.h"
 
 namespace {

@@ -8,10 +8,10 @@
 #include <stdexcept>
 
 #include "include/kvcstat.h"
-#include "simwin/CodePage.h"
-#include "simwin/HexText.h"
-#include "simwin/MemberReaders.h"
-#include "simwin/StationReader.h"
+#include "simwin/station/MemberReaders.h"
+#include "simwin/station/StationReader.h"
+#include "simwin/text/CodePage.h"
+#include "simwin/text/HexText.h"
 
 namespace kvtest {
 namespace {

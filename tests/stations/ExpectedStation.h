@@ -8,8 +8,8 @@
 #include <variant>
 #include <vector>
 
-#include "simwin/CodePage.h"
-#include "simwin/Machine.h"
+#include "simwin/machine/Machine.h"
+#include "simwin/text/CodePage.h"
 
 namespace kvtest {
 

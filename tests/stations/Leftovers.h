@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "simwin/Machine.h"
+#include "simwin/machine/Machine.h"
 
 namespace kvtest {
 

@@ -6,8 +6,8 @@
 
 #include "framework/String.h"
 #include "framework/StringData.h"
-#include "simwin/CodePage.h"
-#include "simwin/Machine.h"
+#include "simwin/machine/Machine.h"
+#include "simwin/text/CodePage.h"
 
 namespace {
 

@@ -15,7 +15,7 @@
 
 #include "framework/String.h"
 #include "include/kvcstat.h"
-#include "simwin/Machine.h"
+#include "simwin/machine/Machine.h"
 
 namespace kvtest {
 

@@ -5,7 +5,7 @@
 #include <map>
 
 #include "MachineTest.h"
-#include "simwin/StationReader.h"
+#include "simwin/station/StationReader.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 // The module's fixed texts.
 #include "MachineTest.h"
-#include "kvcstat/StringIds.h"
+#include "kvcstat/common/StringIds.h"
 
 namespace {
 

@@ -4,10 +4,10 @@
 #include <algorithm>
 #include <set>
 
-#include "kvstation/Files.h"
-#include "kvstation/LayoutTable.h"
 #include "kvstation/cause/FieldSources.h"
-#include "kvstation/cause/QuestionTable.h"
+#include "kvstation/platform/Files.h"
+#include "kvstation/questions/QuestionTable.h"
+#include "kvstation/report/LayoutTable.h"
 #include "tests/watch/StationRuns.h"
 
 namespace kvtest {

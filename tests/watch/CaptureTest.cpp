@@ -5,14 +5,14 @@
 #include <algorithm>
 #include <filesystem>
 
-#include "kvstation/StationCapture.h"
-#include "kvstation/StationFolder.h"
-#include "simwin/Machine.h"
-#include "simwin/RegistryReader.h"
-#include "simwin/RegistryWriter.h"
-#include "simwin/Relay.h"
-#include "simwin/StationReader.h"
-#include "simwin/StationWriter.h"
+#include "kvstation/capture/StationCapture.h"
+#include "kvstation/capture/StationFolder.h"
+#include "simwin/machine/Machine.h"
+#include "simwin/machine/Relay.h"
+#include "simwin/station/RegistryReader.h"
+#include "simwin/station/RegistryWriter.h"
+#include "simwin/station/StationReader.h"
+#include "simwin/station/StationWriter.h"
 #include "tests/watch/StationRuns.h"
 
 namespace kvtest {

@@ -11,7 +11,7 @@
 
 #include "kvstation/cause/CauseText.h"
 #include "kvstation/cause/Causes.h"
-#include "simwin/CodePage.h"
+#include "simwin/text/CodePage.h"
 #include "tests/cause/StationRun.h"
 #include "tests/watch/PlaceEdits.h"
 #include "tests/watch/StationRuns.h"

@@ -5,8 +5,8 @@
 #include <string>
 
 #include "kvstation/capture/LocalState.h"
-#include "simwin/CodePage.h"
-#include "simwin/Station.h"
+#include "simwin/station/Station.h"
+#include "simwin/text/CodePage.h"
 
 namespace kvtest {
 

@@ -8,9 +8,9 @@
 
 #include "kvstation/cause/CauseJson.h"
 #include "kvstation/cause/CauseText.h"
-#include "kvstation/cause/Experiments.h"
 #include "kvstation/cause/WhatIf.h"
-#include "simwin/CodePage.h"
+#include "kvstation/experiments/Experiments.h"
+#include "simwin/text/CodePage.h"
 #include "tests/watch/StationRuns.h"
 
 namespace kvtest {

@@ -5,11 +5,11 @@
 
 #include <algorithm>
 
-#include "kvstation/CallLog.h"
-#include "kvstation/Stage.h"
+#include "kvstation/collect/CallLog.h"
+#include "kvstation/collect/Stage.h"
 #include "kvstation/redact/Redaction.h"
 #include "kvstation/redact/WindowsWords.h"
-#include "simwin/StationReader.h"
+#include "simwin/station/StationReader.h"
 #include "tests/watch/StationRuns.h"
 
 namespace kvtest {

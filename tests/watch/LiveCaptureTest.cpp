@@ -3,15 +3,15 @@
 
 #include <set>
 
-#include "kvstation/Stage.h"
-#include "kvstation/StationCapture.h"
-#include "kvstation/TracedStation.h"
 #include "kvstation/capture/LiveStation.h"
-#include "simwin/Machine.h"
-#include "simwin/RegistryReader.h"
-#include "simwin/RegistryWriter.h"
-#include "simwin/StationReader.h"
-#include "simwin/StationWriter.h"
+#include "kvstation/capture/StationCapture.h"
+#include "kvstation/capture/TracedStation.h"
+#include "kvstation/collect/Stage.h"
+#include "simwin/machine/Machine.h"
+#include "simwin/station/RegistryReader.h"
+#include "simwin/station/RegistryWriter.h"
+#include "simwin/station/StationReader.h"
+#include "simwin/station/StationWriter.h"
 #include "tests/watch/StationRuns.h"
 
 namespace kvtest {

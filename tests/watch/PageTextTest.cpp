@@ -5,7 +5,7 @@
 #include <random>
 #include <set>
 
-#include "simwin/CodePage.h"
+#include "simwin/text/CodePage.h"
 
 namespace kvtest {
 namespace {

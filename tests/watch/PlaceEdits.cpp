@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <optional>
 
-#include "kvstation/Files.h"
-#include "kvstation/cause/OtherTexts.h"
-#include "simwin/CodePage.h"
-#include "simwin/RegistryReader.h"
-#include "simwin/StationReader.h"
+#include "kvstation/experiments/OtherTexts.h"
+#include "kvstation/platform/Files.h"
+#include "simwin/station/RegistryReader.h"
+#include "simwin/station/StationReader.h"
+#include "simwin/text/CodePage.h"
 #include "tests/cause/Random.h"
 
 namespace kvtest {

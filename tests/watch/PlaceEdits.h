@@ -6,8 +6,8 @@
 #include <nlohmann/json.hpp>
 #include <string>
 
-#include "kvstation/cause/Place.h"
-#include "simwin/Station.h"
+#include "kvstation/questions/Place.h"
+#include "simwin/station/Station.h"
 
 namespace kvtest {
 

@@ -6,17 +6,17 @@
 #include <set>
 #include <sstream>
 
-#include "kvstation/CallLog.h"
-#include "kvstation/Errors.h"
-#include "kvstation/Record.h"
+#include "kvstation/collect/CallLog.h"
+#include "kvstation/platform/Errors.h"
+#include "kvstation/record/Record.h"
 #include "kvstation/redact/Beginnings.h"
 #include "kvstation/redact/NamedParts.h"
 #include "kvstation/redact/PageText.h"
 #include "kvstation/redact/Redaction.h"
 #include "kvstation/redact/StandIns.h"
-#include "simwin/CodePage.h"
-#include "simwin/RegistryWriter.h"
-#include "simwin/StationWriter.h"
+#include "simwin/station/RegistryWriter.h"
+#include "simwin/station/StationWriter.h"
+#include "simwin/text/CodePage.h"
 #include "tests/watch/StationRuns.h"
 
 namespace kvtest {

@@ -5,9 +5,9 @@
 #include <utility>
 #include <vector>
 
-#include "kvstation/FieldTable.h"
-#include "kvstation/Stage.h"
 #include "kvstation/cause/Causes.h"
+#include "kvstation/collect/Stage.h"
+#include "kvstation/record/FieldTable.h"
 #include "tests/stations/ExpectedStation.h"
 
 namespace kvtest {

@@ -1,4 +1,4 @@
-#include "kvstation/CallTimes.h"
+#include "kvstation/report/CallTimes.h"
 
 #include <gmock/gmock.h>
 

@@ -1,11 +1,11 @@
-#include "kvstation/TraceView.h"
+#include "kvstation/report/TraceView.h"
 
 #include <gmock/gmock.h>
 
 #include <nlohmann/json.hpp>
 
-#include "kvstation/TracedStation.h"
-#include "simwin/CodePage.h"
+#include "kvstation/capture/TracedStation.h"
+#include "simwin/text/CodePage.h"
 #include "tests/watch/StationRuns.h"
 
 namespace kvtest {

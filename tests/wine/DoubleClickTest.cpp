@@ -8,7 +8,7 @@
 #include <string>
 
 #include "framework/Windows.h"
-#include "kvstation/Handles.h"
+#include "kvstation/platform/Handles.h"
 #include "tests/wine/WineTools.h"
 
 namespace {

@@ -7,7 +7,7 @@
 #include <string>
 
 #include "kvcstat/hardware/HardwareInformation.h"
-#include "simwin/StationReader.h"
+#include "simwin/station/StationReader.h"
 #include "tests/faults/FieldRules.h"
 #include "tests/stations/Leftovers.h"
 #include "tests/stations/QuietOutput.h"

@@ -2,7 +2,7 @@
 
 #include <cstdio>
 
-#include "simwin/CallTable.h"
+#include "simwin/calls/CallTable.h"
 
 namespace kvtest {
 namespace {

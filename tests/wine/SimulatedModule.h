@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "redirect/Redirection.h"
-#include "simwin/Machine.h"
+#include "simwin/machine/Machine.h"
 #include "tests/stations/ExpectedStation.h"
 #include "tests/wine/StationModule.h"
 

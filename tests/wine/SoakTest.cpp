@@ -12,7 +12,7 @@
 #include <string>
 #include <vector>
 
-#include "simwin/StationReader.h"
+#include "simwin/station/StationReader.h"
 #include "tests/stations/QuietOutput.h"
 #include "tests/wine/CrashReport.h"
 #include "tests/wine/NetworkAdapters.h"

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <string>
 
-#include "simwin/StationReader.h"
+#include "simwin/station/StationReader.h"
 #include "tests/stations/Leftovers.h"
 #include "tests/wine/CrashReport.h"
 #include "tests/wine/ProcessUsage.h"

@@ -11,10 +11,10 @@
 #include "framework/Windows.h"
 #include "include/kvcstat.h"
 #include "redirect/Redirection.h"
-#include "simwin/CallTable.h"
-#include "simwin/Machine.h"
-#include "simwin/Recording.h"
-#include "simwin/Relay.h"
+#include "simwin/calls/CallTable.h"
+#include "simwin/machine/Machine.h"
+#include "simwin/machine/Recording.h"
+#include "simwin/machine/Relay.h"
 #include "tests/bench/windows/Timing.h"
 
 namespace {

@@ -9,9 +9,9 @@
 
 #include "../RunningProgram.h"
 #include "../TemporaryFolder.h"
-#include "kvstation/FieldTable.h"
-#include "kvstation/Files.h"
-#include "kvstation/hives/HiveImport.h"
+#include "kvstation/import/HiveImport.h"
+#include "kvstation/platform/Files.h"
+#include "kvstation/record/FieldTable.h"
 
 namespace kvstation {
 namespace {

@@ -6,9 +6,9 @@
 
 #include "HiveWriter.h"
 #include "TemporaryFolder.h"
-#include "kvstation/Errors.h"
-#include "kvstation/Files.h"
-#include "kvstation/hives/HiveImport.h"
+#include "kvstation/import/HiveImport.h"
+#include "kvstation/platform/Errors.h"
+#include "kvstation/platform/Files.h"
 
 namespace kvstation {
 namespace {

@@ -1,13 +1,13 @@
 // Where the hive files are found.
-#include "kvstation/hives/HiveFolder.h"
+#include "kvstation/import/HiveFolder.h"
 
 #include <gmock/gmock.h>
 
 #include <filesystem>
 
 #include "TemporaryFolder.h"
-#include "kvstation/Errors.h"
-#include "kvstation/Files.h"
+#include "kvstation/platform/Errors.h"
+#include "kvstation/platform/Files.h"
 
 namespace kvstation {
 namespace {

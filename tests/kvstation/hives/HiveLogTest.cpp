@@ -7,12 +7,12 @@
 #include "../TemporaryFolder.h"
 #include "HiveWriter.h"
 #include "LogWriter.h"
-#include "kvstation/Errors.h"
-#include "kvstation/Files.h"
 #include "kvstation/hives/BaseBlock.h"
-#include "kvstation/hives/HiveRegistry.h"
 #include "kvstation/hives/LittleEndian.h"
 #include "kvstation/hives/MarvinHash.h"
+#include "kvstation/import/HiveRegistry.h"
+#include "kvstation/platform/Errors.h"
+#include "kvstation/platform/Files.h"
 
 namespace kvstation {
 namespace {

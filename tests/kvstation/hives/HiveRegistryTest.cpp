@@ -1,12 +1,12 @@
 // What the hives hold, as the running Windows would tell it.
-#include "kvstation/hives/HiveRegistry.h"
+#include "kvstation/import/HiveRegistry.h"
 
 #include <gmock/gmock.h>
 
 #include "HiveWriter.h"
 #include "TemporaryFolder.h"
-#include "kvstation/Errors.h"
-#include "kvstation/hives/HiveFacts.h"
+#include "kvstation/import/HiveFacts.h"
+#include "kvstation/platform/Errors.h"
 
 namespace kvstation {
 namespace {

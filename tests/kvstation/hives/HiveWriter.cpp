@@ -10,8 +10,8 @@
 #include <system_error>
 #include <vector>
 
-#include "kvstation/Files.h"
-#include "simwin/CodePage.h"
+#include "kvstation/platform/Files.h"
+#include "simwin/text/CodePage.h"
 
 namespace kvstation {
 namespace {

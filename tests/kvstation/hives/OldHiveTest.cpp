@@ -5,10 +5,10 @@
 
 #include "../TemporaryFolder.h"
 #include "OldHiveWriter.h"
-#include "kvstation/Errors.h"
-#include "kvstation/Files.h"
-#include "kvstation/hives/HiveFacts.h"
-#include "kvstation/hives/HiveImport.h"
+#include "kvstation/import/HiveFacts.h"
+#include "kvstation/import/HiveImport.h"
+#include "kvstation/platform/Errors.h"
+#include "kvstation/platform/Files.h"
 
 namespace kvstation {
 namespace {

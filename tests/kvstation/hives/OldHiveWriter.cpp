@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "kvstation/Files.h"
+#include "kvstation/platform/Files.h"
 
 namespace kvstation {
 namespace {

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "simwin/RegistryTree.h"
+#include "simwin/station/RegistryTree.h"
 
 namespace kvstation {
 

@@ -7,7 +7,7 @@
 #include "../Samples.h"
 #include "../TemporaryFolder.h"
 #include "../ToolRun.h"
-#include "kvstation/Files.h"
+#include "kvstation/platform/Files.h"
 #include "kvstation/sets/Database.h"
 #include "kvstation/sets/Unsteady.h"
 

@@ -4,10 +4,10 @@
 
 #include <cstdlib>
 
-#include "kvstation/Errors.h"
-#include "kvstation/Progress.h"
+#include "kvstation/platform/Errors.h"
+#include "kvstation/platform/PartProcess.h"
+#include "kvstation/platform/Progress.h"
 #include "kvstation/sets/Jobs.h"
-#include "kvstation/sets/PartProcess.h"
 
 namespace kvstation {
 namespace {

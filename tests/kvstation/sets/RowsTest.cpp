@@ -7,11 +7,11 @@
 #include "../Samples.h"
 #include "../TemporaryFolder.h"
 #include "../ToolRun.h"
-#include "kvstation/Files.h"
+#include "kvstation/platform/Files.h"
+#include "kvstation/rows/RowCsv.h"
+#include "kvstation/rows/RowJson.h"
+#include "kvstation/rows/RowTable.h"
 #include "kvstation/sets/Database.h"
-#include "kvstation/sets/RowCsv.h"
-#include "kvstation/sets/RowJson.h"
-#include "kvstation/sets/RowTable.h"
 
 namespace kvstation {
 namespace {

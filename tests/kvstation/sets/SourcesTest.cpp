@@ -3,8 +3,8 @@
 #include <gtest/gtest.h>
 
 #include "../TemporaryFolder.h"
-#include "kvstation/Errors.h"
-#include "kvstation/Files.h"
+#include "kvstation/platform/Errors.h"
+#include "kvstation/platform/Files.h"
 #include "kvstation/sets/Pattern.h"
 #include "kvstation/sets/Sources.h"
 

@@ -6,7 +6,7 @@
 
 #include "../TemporaryFolder.h"
 #include "../ToolRun.h"
-#include "kvstation/Files.h"
+#include "kvstation/platform/Files.h"
 #include "kvstation/sets/Collisions.h"
 
 namespace kvstation {

@@ -1,0 +1,14 @@
+// A described station as a folder.
+#pragma once
+
+#include <string>
+
+#include "simwin/station/Station.h"
+
+namespace kvstation {
+
+// Writes registry.reg and station.json into the folder, which is made when it is not there. Throws Failure, and writes
+// nothing, when one of the two files is there already.
+void writeStationFolder(const simwin::Station& station, const std::string& folder);
+
+}  // namespace kvstation

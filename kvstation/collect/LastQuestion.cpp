@@ -1,0 +1,26 @@
+#include "kvstation/collect/LastQuestion.h"
+
+#include "kvstation/platform/VisibleText.h"
+#include "kvstation/questions/QuestionTable.h"
+
+namespace kvstation {
+namespace {
+
+constexpr std::size_t kLongestQuestion = 120;  // in characters
+
+}  // namespace
+
+std::string describeQuestion(const simwin::ObservedCall& call) {
+    const std::string question = call.name + "(" + shortened(visible(call.arguments), kLongestQuestion) + ")";
+    const CallRow* row = findCallRow(call.name);
+    return row != nullptr ? question + " for " + std::string(row->words) : question;
+}
+
+void LastQuestion::note(bool isQuestion, std::string_view text) {
+    Doing& doing = m_last == &m_notes[0] ? m_notes[1] : m_notes[0];
+    doing.isQuestion = isQuestion;
+    doing.text[text.copy(doing.text.data(), Doing::kLongest)] = '\0';
+    m_last = &doing;
+}
+
+}  // namespace kvstation

@@ -1,0 +1,111 @@
+#include <algorithm>
+#include <string>
+
+#include "framework/Windows.h"
+#include "kvstation/platform/Errors.h"
+#include "kvstation/platform/Output.h"
+#include "kvstation/platform/Utf16.h"
+
+namespace kvstation {
+namespace {
+
+// Consoles refuse very long writes.
+constexpr std::size_t kConsoleChunk = 8000;
+
+HANDLE outputHandle() {
+    return GetStdHandle(STD_OUTPUT_HANDLE);
+}
+
+bool isConsole(HANDLE handle) {
+    DWORD mode = 0;
+    return GetConsoleMode(handle, &mode) != FALSE;
+}
+
+bool isSet(const wchar_t* variable, std::wstring_view unlike) {
+    wchar_t value[16] = {};
+    const DWORD length = GetEnvironmentVariableW(variable, value, sizeof value / sizeof *value);
+    return length != 0 && std::wstring_view(value) != unlike;
+}
+
+bool wantsColours() {
+    wchar_t term[16] = {};
+    GetEnvironmentVariableW(L"TERM", term, sizeof term / sizeof *term);
+    return !isSet(L"NO_COLOR", L"") && std::wstring_view(term) != L"dumb";
+}
+
+void writeConsoleText(HANDLE console, std::wstring_view text) {
+    while (!text.empty()) {
+        std::size_t count = std::min(text.size(), kConsoleChunk);
+        if (count < text.size() && IS_HIGH_SURROGATE(text[count - 1]))
+            --count;
+        DWORD written = 0;
+        if (!WriteConsoleW(console, text.data(), static_cast<DWORD>(count), &written, nullptr) || written == 0)
+            throw Failure(describeSystemError("WriteConsoleW", "standard output", GetLastError()));
+        text.remove_prefix(written);
+    }
+}
+
+// The console's own attributes for the colour sequences: consoles before Windows 10 know no sequences.
+WORD attributesOf(std::wstring_view sequence, WORD normal) {
+    const auto background = static_cast<WORD>(normal & 0xFFF0);
+    if (sequence == L"1")
+        return static_cast<WORD>(normal | FOREGROUND_INTENSITY);
+    if (sequence == L"2")
+        return static_cast<WORD>(background | FOREGROUND_INTENSITY);
+    if (sequence == L"36")
+        return static_cast<WORD>(background | FOREGROUND_GREEN | FOREGROUND_BLUE);
+    return normal;
+}
+
+void writeColoured(HANDLE console, std::wstring_view text, WORD normal) {
+    while (!text.empty()) {
+        const std::size_t escape = text.find(L"\x1b[");
+        writeConsoleText(console, text.substr(0, escape));
+        if (escape == std::wstring_view::npos)
+            return;
+        const std::size_t end = text.find(L'm', escape);
+        if (end == std::wstring_view::npos)
+            return;
+        SetConsoleTextAttribute(console, attributesOf(text.substr(escape + 2, end - escape - 2), normal));
+        text.remove_prefix(end + 1);
+    }
+}
+
+void writeToConsole(HANDLE console, std::string_view text) {
+    CONSOLE_SCREEN_BUFFER_INFO info{};
+    GetConsoleScreenBufferInfo(console, &info);
+    writeColoured(console, toWide(text), info.wAttributes);
+}
+
+void writeToFile(HANDLE file, std::string_view text) {
+    while (!text.empty()) {
+        DWORD written = 0;
+        if (!WriteFile(file, text.data(), static_cast<DWORD>(text.size()), &written, nullptr))
+            throw Failure(describeSystemError("WriteFile", "standard output", GetLastError()));
+        text.remove_prefix(written);
+    }
+}
+
+}  // namespace
+
+Terminal standardOutput() {
+    const HANDLE handle = outputHandle();
+    if (!isConsole(handle))
+        return {};
+    CONSOLE_SCREEN_BUFFER_INFO info{};
+    GetConsoleScreenBufferInfo(handle, &info);
+    const int width = info.srWindow.Right - info.srWindow.Left + 1;
+    // A line that fills the last column would break twice.
+    return {
+        .isTerminal = true, .hasColours = wantsColours(), .width = static_cast<std::size_t>(std::max(width - 1, 0))};
+}
+
+void writeResult(std::string_view text) {
+    const HANDLE handle = outputHandle();
+    if (isConsole(handle))
+        writeToConsole(handle, text);
+    else
+        writeToFile(handle, text);
+}
+
+}  // namespace kvstation

@@ -1,0 +1,81 @@
+#include "kvstation/record/FieldTable.h"
+
+#include <algorithm>
+#include <cstdio>
+
+#include "kvstation/platform/Errors.h"
+#include "kvstation/platform/Similar.h"
+#include "simwin/text/CodePage.h"
+
+namespace kvstation {
+namespace {
+
+constexpr std::size_t kNumberWidth = 4;
+
+constexpr Field kFields[] = {
+#define KV_TEXT(name, offset, width, limit, group, meaning) \
+    {#name, offset, width, limit, FieldType::Text, group, meaning},
+#define KV_NUMBER(name, offset, group, meaning) {#name, offset, kNumberWidth, 0, FieldType::Number, group, meaning},
+#define KV_UNSIGNED(name, offset, group, meaning) {#name, offset, kNumberWidth, 0, FieldType::Unsigned, group, meaning},
+#include "include/kvcstat_fields.inc"
+};
+
+constexpr std::string_view kGroups[] = {"Station", "User",     "System", "Session",
+                                        "Network", "Software", "Drives", "Hardware"};
+
+constexpr std::string_view kLists[] = {"szDiskDevices",    "szCDRomDevices", "szTapeDevices",     "szOtherDevices",
+                                       "szPrinters",       "szCDRomDrives",  "szRemovableDrives", "szFixedDrives",
+                                       "szDefaultGateway", "szSubnetMask",   "szProtocols",       "szNetworkDrivers",
+                                       "szMailClient",     "szProviders",    "szBrowser",         "szNetworkAdapters",
+                                       "szProcessorName",  "szVideoAdapter"};
+static_assert(std::ranges::all_of(kLists, [](std::string_view name) {
+    const auto field = std::ranges::find(kFields, name, &Field::name);
+    return field != std::end(kFields) && field->type == FieldType::Text;
+}));
+
+}  // namespace
+
+std::span<const Field> fields() {
+    return kFields;
+}
+
+std::span<const std::string_view> groups() {
+    return kGroups;
+}
+
+std::size_t findField(std::string_view name) {
+    const auto found = std::ranges::find(kFields, name, &Field::name);
+    return static_cast<std::size_t>(found - std::begin(kFields));
+}
+
+bool isList(const Field& field) {
+    return std::ranges::find(kLists, field.name) != std::end(kLists);
+}
+
+std::size_t findTypedField(std::string_view name) {
+    const auto isMeant = [&](const Field& field) { return simwin::equalNoCaseInUtf8(field.name, name); };
+    return static_cast<std::size_t>(std::ranges::find_if(kFields, isMeant) - std::begin(kFields));
+}
+
+std::size_t requireTypedField(std::string_view name) {
+    const std::size_t field = findTypedField(name);
+    if (field == fields().size())
+        throw WrongUse("the record has no field '" + std::string(name) + "'" + describeSimilar(similarFields(name)) +
+                       "; 'kvstation layout' lists them");
+    return field;
+}
+
+std::string hexOffset(std::size_t offset) {
+    char text[16];
+    std::snprintf(text, sizeof text, "0x%04zX", offset);
+    return text;
+}
+
+std::vector<std::string_view> similarFields(std::string_view name) {
+    std::vector<std::string_view> names;
+    for (const Field& field : kFields)
+        names.push_back(field.name);
+    return similarWords(name, names);
+}
+
+}  // namespace kvstation

@@ -1,0 +1,70 @@
+// The verb "capture": this computer as a described station.
+#include <CLI/App.hpp>
+#include <memory>
+
+#include "kvstation/capture/LiveStation.h"
+#include "kvstation/collect/CollectionGuard.h"
+#include "kvstation/collect/RunningSystem.h"
+#include "kvstation/collect/Stage.h"
+#include "kvstation/platform/Errors.h"
+#include "kvstation/platform/Output.h"
+#include "kvstation/record/ProductName.h"
+#include "kvstation/record/Record.h"
+#include "kvstation/report/Differences.h"
+#include "kvstation/verbs/RedactOption.h"
+#include "kvstation/verbs/TimeLimit.h"
+#include "kvstation/verbs/Verb.h"
+
+namespace kvstation {
+namespace {
+
+struct CaptureOptions {
+    std::string station;
+    RedactOption redact;
+    TimeLimit limit;
+};
+
+// The folder as it was written answers the same, or somebody would look for a fault where there is none.
+void checkReplay(const std::string& folder, const RecordBytes& wanted) {
+    simwin::Machine machine(readStationFolder(folder));
+    const RecordBytes found = collectOn(machine);
+    if (found == wanted)
+        return;
+    std::string names;
+    const Record left(wanted);
+    const Record right(found);
+    for (std::size_t i = 0; i < fields().size(); ++i)
+        if (left.textOf(i) != right.textOf(i))
+            names += (names.empty() ? "" : ", ") + std::string(fields()[i].name);
+    throw Failure(folder + " was written, but it gives another record (" + names +
+                  "): this computer answered one question in two ways");
+}
+
+int capture(const CaptureOptions& options) {
+    const CollectionGuard guard(options.limit.duration());
+    simwin::CallObserver nobody;
+    LiveStation live = captureHere(nobody);
+    simwin::Station& station = live.station;
+    station.description = "captured from " + productName(runningSystem());
+    writeStationAs(station, options.station, options.redact);
+    if (!options.redact.isGiven())
+        checkReplay(options.station, live.record);
+    writeResult(options.station + "\n");
+    return kExitSuccess;
+}
+
+}  // namespace
+
+Verb addCapture(CLI::App& tool) {
+    const auto options = std::make_shared<CaptureOptions>();
+    CLI::App* command = tool.add_subcommand("capture", "Write this computer down as a described station (Windows)");
+    command->add_option("STATION", options->station, "The folder to write registry.reg and station.json into")
+        ->type_name("")
+        ->required();
+    addRedactOption(*command, options->redact);
+    addTimeLimit(*command, options->limit);
+    return {command, "kvstation capture station     # then: kvstation simulate station",
+            [options] { return capture(*options); }};
+}
+
+}  // namespace kvstation

@@ -1,0 +1,194 @@
+#include "kvstation/verbs/RowForm.h"
+
+#include <CLI/App.hpp>
+
+#include "kvstation/platform/Errors.h"
+#include "kvstation/platform/Files.h"
+#include "kvstation/platform/Output.h"
+#include "kvstation/platform/PartProcess.h"
+#include "kvstation/platform/VisibleText.h"
+#include "kvstation/report/TextView.h"
+#include "kvstation/rows/Frames.h"
+#include "kvstation/rows/RowCsv.h"
+#include "kvstation/rows/RowJson.h"
+#include "kvstation/rows/RowTable.h"
+#include "kvstation/sets/ResultBuffer.h"
+#ifndef _WIN32
+#include "kvstation/sets/RowDatabase.h"
+#endif
+
+namespace kvstation {
+namespace {
+
+// Rows that are text when they are encoded.
+class TextForm : public RowForm {
+  public:
+    void take(std::string_view encoded) override { m_output.add(encoded); }
+    void finish() override { m_output.flush(); }
+
+  protected:
+    ResultBuffer m_output;
+};
+
+// Each record as it is shown by itself, below its name.
+class ViewForm : public TextForm {
+  public:
+    explicit ViewForm(bool all) : m_all(all) {}
+
+    std::string encode(const StationRow& row) override {
+        return visible(row.name) + ":\n" + textView(row.report, {.all = m_all}) + "\n";
+    }
+
+  private:
+    bool m_all;
+};
+
+class JsonForm : public TextForm {
+  public:
+    explicit JsonForm(FieldList fields) : m_writer(std::move(fields)) {}
+
+    std::string encode(const StationRow& row) override { return m_writer.line(row); }
+
+  private:
+    RowJsonWriter m_writer;
+};
+
+class CsvForm : public TextForm {
+  public:
+    explicit CsvForm(FieldList fields) : m_fields(std::move(fields)) {}
+
+    std::string encode(const StationRow& row) override { return csvLine(row, m_fields); }
+    void begin() override { m_output.add(csvHeader(m_fields)); }
+
+  private:
+    FieldList m_fields;
+};
+
+class TableForm : public TextForm {
+  public:
+    explicit TableForm(FieldList fields) : m_fields(std::move(fields)), m_table(m_fields) {}
+
+    std::string encode(const StationRow& row) override {
+        std::string bytes;
+        for (const std::string& cell : tableCells(row, m_fields))
+            appendFrame(bytes, cell);
+        return bytes;
+    }
+    void take(std::string_view encoded) override {
+        std::vector<std::string> cells;
+        for (const std::string_view cell : framesIn(encoded))
+            cells.emplace_back(cell);
+        m_output.add(m_table.add(std::move(cells)));
+    }
+    void finish() override {
+        m_output.add(m_table.finish());
+        m_output.flush();
+    }
+
+  private:
+    FieldList m_fields;
+    TableWriter m_table;
+};
+
+#ifndef _WIN32
+class DatabaseForm : public RowForm {
+  public:
+    explicit DatabaseForm(const std::string& file) : m_file(file) {}
+
+    std::string encode(const StationRow& row) override { return cellBytes(databaseCells(row)); }
+    void begin() override { m_writer = std::make_unique<DatabaseWriter>(m_file); }
+    void take(std::string_view encoded) override { m_writer->put(cellsFrom(encoded)); }
+    void finish() override { m_writer->finish(); }
+
+  private:
+    std::string m_file;
+    std::unique_ptr<DatabaseWriter> m_writer;
+};
+#endif
+
+// Debian has no SQLite for Windows.
+std::string checkDatabase(const std::string& file) {
+#ifdef _WIN32
+    (void)file;
+    return "needs the native (Linux) tool; it reads what --ndjson prints here";
+#else
+    return file == kStandardOutputName ? "an SQLite file cannot go to standard output" : checkFileName(file);
+#endif
+}
+
+void refuseWishesOfOne(const ResultOptions& result) {
+    if (result.json)
+        throw WrongUse("--json prints one record; --ndjson prints one a line");
+    for (const auto& [option, file] : {std::pair{"--html", &result.html}, std::pair{"--raw", &result.raw}})
+        if (!file->empty())
+            throw WrongUse(std::string(option) + " writes one record");
+}
+
+}  // namespace
+
+void addRowOptions(CLI::App& command, RowOptions& options) {
+    CLI::Option* all = command.get_option("--all");
+    CLI::Option* json = command.get_option("--json");
+    CLI::Option* ndjson = command.add_flag("--ndjson", options.ndjson, "Print a JSON object a line for each record");
+    CLI::Option* csv = command.add_flag("--csv", options.csv, "Print a table as comma-separated values, with a header");
+    CLI::Option* database =
+        command.add_option("--sqlite", options.database,
+                           "Write the records into the table \"stations\" of the SQLite file FILE, in the place of "
+                           "those of the same names (native tool)");
+    database->type_name("FILE")->check(checkDatabase)->excludes(command.get_option("--field"));
+    for (CLI::Option* option : {ndjson, csv, database})
+        option->excludes(all)->excludes(json);
+    ndjson->excludes(csv)->excludes(database);
+    csv->excludes(database);
+}
+
+void addSetOptions(CLI::App& command, SetOptions& options) {
+    addPlaces(command, options.places);
+    addJobs(command, options.jobs);
+    addRowOptions(command, options.rows);
+}
+
+std::unique_ptr<RowForm> rowForm(const RowOptions& rows, const ResultOptions& result) {
+    refuseWishesOfOne(result);
+    const FieldList asked = askedFields(result);
+#ifndef _WIN32
+    if (!rows.database.empty())
+        return std::make_unique<DatabaseForm>(rows.database);
+#endif
+    if (rows.ndjson)
+        return std::make_unique<JsonForm>(asked.empty() ? allFields() : asked);
+    if (rows.csv)
+        return std::make_unique<CsvForm>(asked.empty() ? allFields() : asked);
+    if (!asked.empty())
+        return std::make_unique<TableForm>(asked);
+    return std::make_unique<ViewForm>(result.all);
+}
+
+void giveOutRow(const StationRow& row, const RowOptions& rows, const ResultOptions& result) {
+    const std::unique_ptr<RowForm> form = rowForm(rows, result);
+    form->begin();
+    form->take(form->encode(row));
+    form->finish();
+}
+
+int giveOutRows(const SetOptions& set, const ResultOptions& result, SourceKind kind, const std::string& what,
+                const std::function<StationRow(const Source&)>& rowOf) {
+    const std::unique_ptr<RowForm> form = rowForm(set.rows, result);
+    const Perform perform = [&](const Source& source) { return form->encode(rowOf(source)); };
+    if (isPart())
+        return servePart(perform);
+    std::vector<Source> sources = sourcesOf(set.places, kind);
+    if (!set.rows.database.empty())
+        refuseDoubles(sources);
+    form->begin();
+    const Tally tally = performAll(sources,
+                                   {.what = what,
+                                    .perform = perform,
+                                    .take = [&](const Source&, std::string_view row) { form->take(row); },
+                                    .prints = set.rows.database.empty()},
+                                   set.jobs);
+    form->finish();
+    return statusOf(tally);
+}
+
+}  // namespace kvstation

@@ -1,0 +1,107 @@
+#include <memory>
+
+#include "simwin/calls/Calls.h"
+#include "simwin/machine/Call.h"
+#include "simwin/machine/Heap.h"
+#include "simwin/machine/MachineState.h"
+
+using namespace simwin;
+
+namespace {
+
+HGLOBAL failAllocation(Machine& machine) {
+    machine.setLastError(ERROR_NOT_ENOUGH_MEMORY);
+    return nullptr;
+}
+
+HGLOBAL allocateGlobal(Machine& machine, UINT flags, SIZE_T size) {
+    if (size > kLargestBlock)
+        return failAllocation(machine);
+    MachineState& state = machine.state();
+    if ((flags & GMEM_MOVEABLE) == 0)
+        return state.fixedBlocks.open(size);
+    // Windows counts a moveable block of no bytes as one whose memory was taken away.
+    GlobalBlock block{size != 0 ? std::make_unique<char[]>(size) : nullptr};
+    return asPointer<HGLOBAL>(state.globalBlocks.open(std::move(block)));
+}
+
+LPVOID lockGlobal(Machine& machine, HGLOBAL handle) {
+    if (GlobalBlock* block = machine.state().globalBlocks.find(asNumber(handle))) {
+        if (block->memory == nullptr)
+            machine.setLastError(ERROR_DISCARDED);
+        else
+            ++block->locks;
+        return block->memory.get();
+    }
+    if (machine.state().fixedBlocks.isOpen(handle))
+        return handle;
+    if (handle != nullptr)
+        machine.reportMisuse("GlobalLock", asNumber(handle), "is no open block");
+    machine.setLastError(ERROR_INVALID_HANDLE);
+    return nullptr;
+}
+
+BOOL unlockGlobal(Machine& machine, HGLOBAL handle) {
+    if (GlobalBlock* block = machine.state().globalBlocks.find(asNumber(handle))) {
+        if (block->locks == 0) {
+            machine.reportMisuse("GlobalUnlock", asNumber(handle), "is not locked");
+            machine.setLastError(ERROR_NOT_LOCKED);
+            return FALSE;
+        }
+        machine.setLastError(NO_ERROR);
+        return --block->locks > 0 ? TRUE : FALSE;
+    }
+    if (machine.state().fixedBlocks.isOpen(handle))
+        return TRUE;
+    if (handle != nullptr)
+        machine.reportMisuse("GlobalUnlock", asNumber(handle), "is no open block");
+    machine.setLastError(ERROR_INVALID_HANDLE);
+    return FALSE;
+}
+
+// Null tells success, as Windows has it; freeing null does nothing.
+HGLOBAL freeBlock(Machine& machine, const char* call, HGLOBAL handle) {
+    if (handle == nullptr || machine.state().globalBlocks.close(asNumber(handle)) ||
+        machine.state().fixedBlocks.close(handle))
+        return nullptr;
+    machine.reportMisuse(call, asNumber(handle), "is no open block");
+    machine.setLastError(ERROR_INVALID_HANDLE);
+    return handle;
+}
+
+}  // namespace
+
+HLOCAL WINAPI sim_LocalAlloc(UINT flags, SIZE_T size) {
+    return makeCall<sim_LocalAlloc>(
+        "LocalAlloc", failsWithZero(ERROR_NOT_ENOUGH_MEMORY),
+        [&](Machine& machine) { return allocateGlobal(machine, flags, size); }, Value{flags}, Value{size});
+}
+
+HLOCAL WINAPI sim_LocalFree(HLOCAL block) {
+    return makeCall<sim_LocalFree>(
+        "LocalFree", kNeverFails, [&](Machine& machine) { return freeBlock(machine, "LocalFree", block); },
+        Handle{block});
+}
+
+HGLOBAL WINAPI sim_GlobalAlloc(UINT flags, SIZE_T size) {
+    return makeCall<sim_GlobalAlloc>(
+        "GlobalAlloc", failsWithZero(ERROR_NOT_ENOUGH_MEMORY),
+        [&](Machine& machine) { return allocateGlobal(machine, flags, size); }, Value{flags}, Value{size});
+}
+
+LPVOID WINAPI sim_GlobalLock(HGLOBAL block) {
+    return makeCall<sim_GlobalLock>(
+        "GlobalLock", failsWithZero(ERROR_NOT_ENOUGH_MEMORY),
+        [&](Machine& machine) { return lockGlobal(machine, block); }, Handle{block});
+}
+
+BOOL WINAPI sim_GlobalUnlock(HGLOBAL block) {
+    return makeCall<sim_GlobalUnlock>(
+        "GlobalUnlock", kNeverFails, [&](Machine& machine) { return unlockGlobal(machine, block); }, Handle{block});
+}
+
+HGLOBAL WINAPI sim_GlobalFree(HGLOBAL block) {
+    return makeCall<sim_GlobalFree>(
+        "GlobalFree", kNeverFails, [&](Machine& machine) { return freeBlock(machine, "GlobalFree", block); },
+        Handle{block});
+}

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+
+#include "framework/Windows.h"
+#include "simwin/station/RegistryTree.h"
+
+namespace simwin {
+
+class Machine;
+
+// That of a predefined handle.
+std::optional<Hive> hiveOf(std::uintptr_t handle);
+
+// The key behind a predefined or open handle.
+std::optional<KeyId> findKey(Machine& machine, std::uintptr_t handle);
+
+// The same for a call that uses it: a handle that is none is reported as misused, but for null, which is what a program
+// passes on when an open failed.
+std::optional<KeyId> useKey(Machine& machine, const char* call, HKEY handle);
+
+}  // namespace simwin

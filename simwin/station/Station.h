@@ -1,0 +1,207 @@
+// A described station: what a whole machine would tell, as plain values.
+//
+// Everything is optional; what is not described fails or is absent, as Windows would answer on such a machine.
+// Texts are bytes of its ANSI code page. The members' meaning is told in docs/stations.md.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "simwin/station/RegistryTree.h"
+#include "simwin/text/CodePage.h"
+
+namespace simwin {
+
+using OptionalText = std::optional<std::string>;
+
+// The names that lead to a member of station.json, such as "environment", "KVUser"; in UTF-8.
+using MemberPath = std::vector<std::string>;
+
+struct CodePages {
+    unsigned ansi = kDefaultCodePage;
+    unsigned oem = 437;
+};
+
+struct WindowsVersion {
+    std::uint32_t platformId = 2;  // 0 Win32s, 1 Windows 9x, 2 Windows NT
+    std::uint32_t major = 0;
+    std::uint32_t minor = 0;
+    std::uint32_t build = 0;
+    std::string servicePack;
+    bool terminalServices = false;  // VerifyVersionInfoA's answer about VER_SUITE_TERMINAL
+};
+
+struct Keyboard {
+    int type = 0;
+    int subType = 0;
+};
+
+struct User {
+    OptionalText name;           // GetUserNameA
+    OptionalText samCompatible;  // GetUserNameExA's format 2
+    OptionalText displayName;    // format 3
+    OptionalText principal;      // format 8
+    OptionalText network;        // KVGetUserName
+    OptionalText directory;      // KVNDSWhoAmI
+};
+
+struct Variable {
+    std::string name;
+    std::string value;
+};
+
+struct Process {
+    std::uint32_t id = 0;
+    std::optional<std::uint32_t> sessionId;
+};
+
+struct Processors {
+    std::uint16_t architecture = 0;
+    std::uint32_t count = 0;
+    std::uint32_t type = 0;
+    std::uint16_t level = 0;
+    std::uint16_t revision = 0;
+    // CallNtPowerInformation's answer, one entry per processor; empty: the call fails.
+    std::vector<std::uint32_t> currentMhz;
+};
+
+struct Memory {
+    std::uint64_t physical = 0;  // bytes
+    std::uint64_t virtualSize = 0;
+};
+
+struct Clusters {
+    std::uint32_t sectorsPerCluster = 0;
+    std::uint32_t bytesPerSector = 0;
+    std::uint32_t free = 0;
+    std::uint32_t total = 0;
+};
+
+struct Space {
+    std::uint64_t total = 0;      // bytes
+    std::uint64_t free = 0;       // available to the caller
+    std::uint64_t totalFree = 0;  // free in all, which a quota can make more
+};
+
+struct Drive {
+    std::uint32_t type = 0;  // GetDriveTypeA's answer
+    OptionalText label;
+    OptionalText fileSystem;
+    std::uint32_t serial = 0;
+    std::optional<Space> space;
+    std::optional<Clusters> clusters;  // GetDiskFreeSpaceA's answer; without it `space` in clusters of 4096 bytes
+};
+
+using FileVersion = std::array<std::uint16_t, 4>;
+
+struct File {
+    std::string path;  // such as C:\WINDOWS\system32\mstscax.dll, in its real letter case
+    std::optional<FileVersion> version;
+    OptionalText resource;  // a raw version resource, in place of the one made from `version`
+};
+
+struct Host {
+    std::string hostName;  // asked for, without regard to case
+    std::string name;      // the official name in the answer
+    int addressType = 2;
+    std::vector<std::string> addresses;  // raw bytes in network order; the first one's size is the answer's h_length
+
+    // How an answer breaks what a resolver promises.
+    bool nullName = false;            // h_name is null
+    bool nullAddresses = false;       // h_addr_list is null
+    std::optional<int> lengthSaid{};  // h_length, whatever the addresses are
+};
+
+struct ReverseEntry {
+    std::string address;  // dotted
+    std::string name;
+};
+
+struct ArpEntry {
+    std::string address;   // dotted
+    std::string physical;  // raw bytes, at most 16
+};
+
+struct Lana {
+    std::uint8_t number = 0;
+    OptionalText address;  // 6 raw bytes; absent: the adapter's status query fails
+};
+
+struct StationNetwork {
+    OptionalText hostName;
+    std::vector<Host> hosts;
+    std::vector<ReverseEntry> addresses;
+    std::vector<ArpEntry> arp;
+    std::vector<Lana> netbios;
+    OptionalText lanGroup;
+    OptionalText domain;
+};
+
+// A text that a companion's call fills into a buffer.
+struct CompanionText {
+    std::string text;
+    int result = 1;
+    bool terminated = true;  // false: the text's bytes alone are written, as a library that forgets the NUL would
+};
+
+struct Session {
+    std::optional<CompanionText> clientName;
+    std::optional<CompanionText> clientAddress;
+    std::optional<CompanionText> domain;
+    int id = 0;
+};
+
+struct Citrix {
+    std::optional<CompanionText> clientName;  // absent: the query fails
+};
+
+struct ProfileEntry {
+    std::string section;
+    std::string entry;
+    std::string value;
+};
+
+// Of a station that was captured. Texts in UTF-8; one that is not known is empty.
+struct Collected {
+    std::string at;       // in UTC, to the second: "2026-11-22T12:00:00Z"
+    std::string library;  // the version of the kvcstat64.dll that collected, "1.2.0.0"
+    std::string tool;     // the version of kvstation
+
+    bool operator==(const Collected&) const = default;
+};
+
+struct Station {
+    std::string description;
+    std::optional<Collected> collected;
+    CodePages codePages;
+    std::optional<WindowsVersion> version;
+    std::optional<Keyboard> keyboard;
+    OptionalText computerName;
+    User user;
+    std::vector<Variable> environment;
+    std::optional<Process> process;
+    std::optional<Processors> processors;
+    std::optional<Memory> memory;
+    std::map<char, Drive> drives;  // by upper-case letter
+    std::vector<File> files;
+    StationNetwork network;
+    Session session;
+    std::optional<Citrix> citrix;   // present: wfapi64.dll loads
+    std::optional<int> vcdVersion;  // present: KVVCD32.dll loads
+    std::vector<ProfileEntry> profile;
+    std::vector<std::string> missing;                         // "library" or "library!function"
+    std::map<std::string, std::uint32_t, std::less<>> fails;  // call -> error that it always gives; 0: its own
+    std::vector<std::string> deniedKeys;                      // full paths
+    // What nobody knows of the machine: members of station.json ("network.arp") and keys by full path. What lies below
+    // one and is not described is not "not there" but "not written down", for people; the answers do not heed it.
+    std::vector<std::string> unknown;
+    // Members that were asked for and are known not to be there, by their path: null in station.json.
+    std::vector<MemberPath> absent;
+    RegistryTree registry;
+};
+
+}  // namespace simwin
