@@ -18,10 +18,14 @@ extern "C" {
 /*
  * The station record. The caller owns it, clears ALL of it and passes its address.
  *
- * Text is in the process's ANSI code page. A text field of width N receives at most N-1 characters and no
- * terminator: the terminator is the zero that the caller put there, and an empty result leaves the field as it was.
- * Numbers are 32-bit little-endian; flags are 0 or 1. The reserved areas are never written, but where the zeros reach
- * them with which the two CD-ROM fields are padded to a BIOS date that is longer than they are.
+ * Text is in the process's ANSI code page. A text field of width N receives at most N-1 bytes of text and no
+ * terminator: the terminator is the zero that the caller put there, and an empty text leaves the field as it was.
+ * Three fields differ. szVCDVersion is always terminated, also when it is empty. szCDRomDevices and szCDRomDrives are
+ * cut, or padded with zeros, to the length of the BIOS date, also when they are empty; one that is longer than its
+ * field is cut like any other text.
+ *
+ * Numbers are 32-bit little-endian, flags 0 or 1; all but dwSessionId are always written, an unknown one as 0. The
+ * reserved areas are never written, unless the padding to a long BIOS date reaches them.
  *
  * The structure is 4936 bytes long because a 32-bit member rounds its size; the module writes only the first 4934.
  */
@@ -54,12 +58,12 @@ typedef struct STATIONDATA {
     char szProtocols[251];          /* network protocols joined with ";" */
     char szNetworkDrivers[256];     /* network drivers (Windows 9x) joined with ";" */
     char szServerIPAddress[16];     /* in a remote session: the server's own IP address */
-    char szServerMACAddress[13];    /* in a remote session: the server's own MAC address, 12 hex digits */
+    char szServerMACAddress[13];    /* in a remote session: the server's own MAC address, as szMACAddress */
     char szTSClientName[51];        /* in a remote session: the client device's name */
     char szMailClient[101];         /* registered mail clients joined with ";" */
     char szProviders[251];          /* network providers in provider order, joined with ";" */
     char szBrowser[201];            /* installed browsers with versions, joined with ";" */
-    char szDefaultBrowser[51];      /* name of the default browser */
+    char szDefaultBrowser[51];      /* name of the default browser, or the command line that starts it */
     char szIPAddress[16];           /* the station's (or remote client's) IP address */
     char szNetworkAdapters[251];    /* network adapters joined with ";" */
     int32_t bOutlook;               /* 1: szMailClient's source names "Outlook" */
@@ -78,7 +82,7 @@ typedef struct STATIONDATA {
     int32_t dwWinFrame;             /* 1: WinFrame client session */
     int32_t dwMetaFrame;            /* 1: MetaFrame client session */
     int32_t dwTSClientSession;      /* 1: Terminal Services client session */
-    char szMACAddress[13];          /* the station's (or remote client's) MAC address, 12 hex digits */
+    char szMACAddress[13];          /* the station's (or remote client's) MAC address: 12 hex digits, or "unknown" */
     char szDefaultPrinter[101];     /* default printer */
     char szDefaultDomainName[51];   /* default logon domain (in a session) */
     char szBiosDate[11];            /* BIOS date */
@@ -86,16 +90,17 @@ typedef struct STATIONDATA {
     char szWinUser[256];            /* Windows account name, upper case */
     uint32_t dwSessionId;           /* Windows session of the process; written only when it could be read */
     int32_t dwNumberOfProcessors;   /* number of logical processors */
-    int32_t dwCurrentMhz;           /* current clock of the first processor in MHz, 0 when unknown */
+    int32_t dwCurrentMhz;           /* current clock in MHz; 0 when unknown, as it is with several processors */
     char szICAClient[21];           /* file version of the installed ICA client */
     char szRDPClient[21];           /* file version of the installed RDP client */
     char szVCDVersion[12];          /* version of the VCD module as decimal text, terminated */
 } STATIONDATA;
 
 /*
- * Fills the record at `record` (at least KVCSTAT_RECORD_SIZE bytes, cleared by the caller). No result: what could not
- * be found stays as the caller left it. The pointer is not checked. One call at a time per process; each call leaves
- * one process handle, at most one token handle and one internal object allocated.
+ * Fills the record at `record` (at least KVCSTAT_RECORD_SIZE bytes, cleared by the caller). Nothing is reported, and
+ * the pointer is not checked. One call at a time per process. Each call leaves open one process handle and at most one
+ * token handle, and allocated one internal object and, on a virtual desktop (the registry value KVVDIClient) whose
+ * client's name only the Citrix interface knows, the buffer of that answer.
  */
 #if defined(_WIN32)
 #if !defined(KVCSTAT_BUILD)

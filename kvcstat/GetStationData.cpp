@@ -134,7 +134,7 @@ void PutTexts(const RecordWriter& record, const Collectors& collectors, const CH
     record.PutText(KV_FIELD_AND_LIMIT(szWinUser), collectors.user.m_cWinUser);
 }
 
-// Process and token handle stay open, as the product has always left them: one of each for each call.
+// Process and token handle stay open, as the product has always left them: one of each, at most, for each call.
 bool ReadSessionId(DWORD& sessionId) {
     HANDLE token = nullptr;
     DWORD size = 0;

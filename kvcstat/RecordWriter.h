@@ -14,7 +14,8 @@ class RecordWriter {
     void PutText(std::size_t offset, std::size_t limit, const CString& text) const;
 
     // A CD-ROM list takes its count from the BIOS date: a list that fits is cut, or padded with zeros, to the date's
-    // length, and the padding of a long date runs on into the fields behind. Registered stations depend on it.
+    // length, and the padding of a long date runs on into the fields behind. One that does not fit is cut to `limit`.
+    // Registered stations depend on it.
     void PutTextCountedBy(std::size_t offset, std::size_t limit, const CString& text, const CString& biosDate) const;
 
     // The whole text with its terminator.

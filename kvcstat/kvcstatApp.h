@@ -2,7 +2,8 @@
 
 #include "framework/WinApp.h"
 
-// The module's life: the terminal-services wrapper and Windows Sockets run from load to unload.
+// The module's life: the terminal-services wrapper runs from load to unload, and Windows Sockets are started at the
+// load.
 class CkvcstatApp : public CWinApp {
   public:
     CkvcstatApp() noexcept : CWinApp("kvcstat64.ini") {}

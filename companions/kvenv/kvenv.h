@@ -12,8 +12,8 @@ extern "C" {
 int KVSetEnv(char* name, char* value);
 
 // Fills buffer, size bytes long, with the value of name (GetEnvironmentVariableA): non-zero when the variable exists,
-// also with an empty value, zero when it does not. A value of size bytes or more arrives cut to size - 1. The buffer
-// always ends terminated, and empty when the variable does not exist. A null buffer or a size below 1 only asks whether
-// the variable exists.
+// also with an empty value, zero when it does not. A value of size bytes or more arrives cut to size - 1; without
+// memory for a copy of it the answer is zero. The buffer always ends terminated, and empty where the answer is zero. A
+// null buffer or a size below 1 only asks whether the variable exists.
 int KVGetEnv(const char* name, char* buffer, int size);
 }

@@ -3,8 +3,9 @@
 // ZRtrc64.dll: the product's trace lines.
 //
 // A line goes to the debugger, when the process runs under one, and to the file that the environment variable
-// KVTraceFile names, when its level is at most the number in KVTraceLevel; without that variable every level goes. Both
-// variables are read at each call, so that tracing can begin and end while the process runs.
+// KVTraceFile names, when its level is at most the number in KVTraceLevel; without a number there every level goes.
+// Both variables are read at each call, so that tracing can begin and end while the process runs. A path of more than
+// 259 characters counts as unset, and so does a text of more than 15 for the level.
 
 // The text is formatted by Microsoft's C runtime (_vsnprintf of msvcrt.dll), whose formats GCC calls ms_printf: %ld is
 // a 32-bit number and there is no %zu.

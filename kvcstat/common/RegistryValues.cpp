@@ -1,4 +1,4 @@
-// Registry: reading values. Each is asked twice, first for type and size, then for the data.
+// Registry: reading values. Each is asked twice, first for type and size, then for the data; by the strict rule once.
 #include <algorithm>
 #include <memory>
 

@@ -8,8 +8,8 @@
 // the negative or empty answer.
 class CStatGlobal : public CObject {
   public:
-    // Zero bytes behind the data of every value that is read: registry data need not be terminated, as text, as a
-    // list (two zeros) or as UTF-16 of odd size (three).
+    // Zero bytes behind data that is walked as text, as a list (which ends with two zeros) or as UTF-16 of odd size
+    // (three): registry data need not be terminated.
     static constexpr DWORD kRegDataPadding = 4;
 
     ~CStatGlobal() override = default;
@@ -32,12 +32,13 @@ class CStatGlobal : public CObject {
     int GetRegDWORD(HKEY hive, const char* subKey, const char* valueName, DWORD& out) const;
     int GetRegDWORD(HKEY key, const char* valueName, DWORD& out) const;
     // Bytes of a REG_BINARY, REG_MULTI_SZ or REG_SZ value, with zeros behind them, which the caller frees with
-    // delete[]; null on failure.
+    // delete[]. On failure `out` is null, but untouched when the key cannot be opened.
     int GetRegBinary(HKEY hive, const char* subKey, const char* valueName, BYTE*& out) const;
     int GetRegBinary(HKEY key, const char* valueName, BYTE*& out) const;
     // A text by the strict rule: `buffer` (of `size` bytes) receives the text of a terminated REG_SZ or
-    // REG_EXPAND_SZ value, or the first item of a doubly terminated REG_MULTI_SZ value. ERROR_SUCCESS, the error of
-    // RegOpenKeyExA or RegQueryValueExA, or ERROR_INVALID_DATA with an empty buffer.
+    // REG_EXPAND_SZ value, or the first item of a doubly terminated REG_MULTI_SZ value; one of no bytes at all is an
+    // empty text. ERROR_SUCCESS; ERROR_INVALID_DATA, with an empty buffer, for another type or a missing terminator;
+    // else the error of RegQueryValueExA, such as ERROR_MORE_DATA, and what is in the buffer does not count.
     LONG GetRegStringStrict(HKEY key, const char* valueName, char* buffer, DWORD size) const;
 
     // --- Registry: data as text. Pure functions of the bytes.
@@ -52,7 +53,7 @@ class CStatGlobal : public CObject {
     int MapNativeRegPath(HKEY& hive, CString& path) const;
 
     // --- Platform.
-    DWORD GetPlatformId() const;  // 1 Windows 9x, 2 Windows NT (GetVersionExA); 0 when it cannot be read
+    DWORD GetPlatformId() const;  // GetVersionExA's: 0 Win32s, 1 Windows 9x, 2 Windows NT; 0 when it fails, too
     bool IsWindowsNT5() const;    // NT with major version 5 exactly: Windows 2000, XP, Server 2003
     bool IsTerminalServer() const;
     bool IsProductSuite(const char* suite) const;

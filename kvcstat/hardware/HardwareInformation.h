@@ -22,7 +22,7 @@ class CHardwareInformation : public CObject {
     // The second step of the product's hardware run; it has nothing to do. Always 0.
     int CollectSecond() { return 0; }
 
-    // The steps of the collection, a source file or two for each. A status is that of the last read, 0 or -1.
+    // The steps of the collection, a source file or two for each. The statuses are 0 or -1, and nobody acts on them.
 
     // --- Processors; the step goes on with BIOS, memory and owner, and its status is the owner step's.
     int GetProcessor();
@@ -31,12 +31,12 @@ class CHardwareInformation : public CObject {
     void GetProcessorNameFallback();
 
     // --- Machine and owner
-    int GetBios();
+    int GetBios();    // on Windows NT that of its last read, on 9x -1 when the devices' key cannot be opened, else 0
     int GetMemory();  // always 0
-    int GetOwner();
+    int GetOwner();   // that of its last read; 0 on any other platform than Windows 9x and NT
 
     // --- Devices and keyboard
-    int EnumerateDevices();  // -1 when the platform's device tree cannot be opened
+    int EnumerateDevices();  // -1 when the platform's device tree cannot be opened, else 0
     int ClassifyDevices();   // always 0
     int GetKeyboard();       // always 0
 

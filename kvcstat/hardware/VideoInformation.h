@@ -10,7 +10,7 @@ class CVideoInformation : public CObject {
 
     // Status of GetVideoAdapter.
     int GetVideoInformation();
-    int GetMonitor();
+    int GetMonitor();  // on Windows 9x 0 when the description was read, else -1; -1 on NT; 0 elsewhere
     void GetMonitorNT();
     // 0 when its last read succeeded, else -1.
     int GetVideoAdapter();

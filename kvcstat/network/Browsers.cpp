@@ -85,7 +85,7 @@ int CNetworkInformation::GetDefaultBrowser() {
     return m_cDefaultBrowser.IsEmpty() ? -1 : 0;
 }
 
-// The only item that is assigned, and the only one that ends in a blank.
+// The only item that is assigned, and the only one that always ends in a blank.
 void CNetworkInformation::AddInternetExplorer() {
     const CStatGlobal global;
     CString version;

@@ -7,7 +7,8 @@
 
 namespace {
 
-// In a session the client's MAC is asked for only when the product says so; elsewhere always.
+// Where a client's name is set, in a session or not, the MAC is asked for only when the product says so; elsewhere
+// always.
 bool IsMACWanted() {
     const CStatGlobal global;
     CString wanted = "1";

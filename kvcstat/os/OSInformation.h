@@ -10,9 +10,10 @@ class COSInformation : public CObject {
 
     // Reads the version (GetVersionExA) and builds the description. 0, or -1 with every member unchanged.
     int ReadVersion();
-    // 1 Windows 9x, 2 Windows NT; reads the version first when that has not succeeded yet.
+    // 0 Win32s, 1 Windows 9x, 2 Windows NT; reads the version first when that has not succeeded yet, and is 0xFFFFFFFF
+    // while it does not.
     DWORD GetPlatformId();
-    int BuildDescription();
+    int BuildDescription();  // always 0
     // Sets "KVOS" and, for a service pack of Windows NT, "KVOSServicePack". 0 when "KVOS" was taken or the platform
     // is unknown, else -1.
     int PublishOSName();

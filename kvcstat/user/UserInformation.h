@@ -7,9 +7,9 @@ class CUserInformation : public CObject {
   public:
     ~CUserInformation() override = default;
 
-    // Chooses the user's name, fills all members and hands the name out. "KVUser" dictates the name; without it
-    // "KVUserType" says which source is asked first. There is always a name, at worst "UNKNOWN". The result, always 0,
-    // says nothing.
+    // Chooses the user's name, fills the members and hands the name out. "KVUser" dictates the name; without it
+    // "KVUserType" says which source is asked first. The name is "UNKNOWN" when every source fails, and empty when one
+    // succeeds with an empty name. The result, always 0, says nothing.
     int Collect(CString& cUserName);
     // 0 when m_cWinUser was filled, else -1.
     int ReadWinUser();
