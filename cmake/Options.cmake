@@ -58,6 +58,8 @@ else()
     add_link_options(-fuse-ld=lld)
   endif()
   if(KV_COVERAGE)
+    # The tests too: which copy of an inline function is linked is the linker's choice.
+    add_compile_options(-O0 -fprofile-instr-generate -fcoverage-mapping -fcoverage-mcdc)
     add_link_options(-fprofile-instr-generate)
   endif()
   if(KV_FUZZ)
