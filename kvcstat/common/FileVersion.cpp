@@ -1,17 +1,23 @@
 // Versions of program files, from their version resources.
+#include <cstddef>
+#include <cstring>
+
 #include "kvcstat/common/Handles.h"
 #include "kvcstat/common/StatGlobal.h"
 
 namespace {
 
-// The fixed information of the file's version resource, copied to `info`; false when there is none.
+// Up to the file version: a resource may hold no more of the fixed information.
+constexpr std::size_t kUsedSize = offsetof(VS_FIXEDFILEINFO, dwProductVersionMS);
+
+// What is used of the fixed information of the file's version resource, copied to `info`; false when it is not there.
 bool ReadFixedInfo(const char* file, void* block, DWORD size, VS_FIXEDFILEINFO& info) {
     void* found = nullptr;
     UINT length = 0;
     GetFileVersionInfoA(file, 0, size, block);
-    if (VerQueryValueA(block, "\\", &found, &length) == FALSE || length < sizeof info)
+    if (VerQueryValueA(block, "\\", &found, &length) == FALSE || length < kUsedSize)
         return false;
-    info = *static_cast<const VS_FIXEDFILEINFO*>(found);
+    std::memcpy(&info, found, kUsedSize);
     return true;
 }
 
@@ -26,7 +32,7 @@ CString CStatGlobal::GetFileVersion(CString file) const {
     void* data = block != nullptr ? GlobalLock(block.get()) : nullptr;
     if (data == nullptr)
         return {};
-    VS_FIXEDFILEINFO info;
+    VS_FIXEDFILEINFO info = {};
     char version[4 * sizeof "65535"] = {};
     if (ReadFixedInfo(file, data, size, info))
         wsprintfA(version, "%d.%d.%d.%d", HIWORD(info.dwFileVersionMS), LOWORD(info.dwFileVersionMS),

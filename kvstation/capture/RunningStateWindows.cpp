@@ -1,4 +1,5 @@
 #include <array>
+#include <cstddef>
 #include <vector>
 
 #include "framework/Windows.h"
@@ -105,7 +106,8 @@ class RunningState : public LocalState {
         void* found = nullptr;
         UINT length = 0;
         if (size == 0 || GetFileVersionInfoA(path.c_str(), 0, size, block.data()) == FALSE ||
-            VerQueryValueA(block.data(), "\\", &found, &length) == FALSE || length < sizeof(VS_FIXEDFILEINFO))
+            VerQueryValueA(block.data(), "\\", &found, &length) == FALSE ||
+            length < offsetof(VS_FIXEDFILEINFO, dwProductVersionMS))
             return std::nullopt;
         const auto* info = static_cast<const VS_FIXEDFILEINFO*>(found);
         return simwin::FileVersion{HIWORD(info->dwFileVersionMS), LOWORD(info->dwFileVersionMS),

@@ -57,12 +57,22 @@ TEST_F(SharedHelpersTest, VersionResourceWithoutFixedInformationGivesTheEmptyTex
     ExpectEverythingClosed();
 }
 
-TEST_F(SharedHelpersTest, VersionResourceWhoseFixedInformationIsShortGivesTheEmptyText) {
-    std::string resource = simwin::makeVersionResource({6, 0, 2900, 2180});
-    resource[2] = 51;  // one byte less than the structure has
-    station.files.push_back({"C:\\short.exe", {}, resource});
+TEST_F(SharedHelpersTest, FixedInformationCountsFromTheEndOfTheFileVersionOn) {
+    // Signature, structure's version and the two halves of the file version: 16 bytes, at the offset 40.
+    const std::string resource = simwin::makeVersionResource({6, 0, 2900, 2180});
+    const auto describe = [&](const char* path, std::size_t length) {
+        std::string cut = resource.substr(0, 40 + length);
+        cut[0] = static_cast<char>(cut.size());
+        cut[2] = static_cast<char>(length);
+        station.files.push_back({path, {}, cut});
+    };
+    describe("C:\\15.exe", 15);
+    describe("C:\\16.exe", 16);
+    describe("C:\\51.exe", 51);
     Start();
-    EXPECT_STREQ(global.GetFileVersion("C:\\short.exe"), "");
+    EXPECT_STREQ(global.GetFileVersion("C:\\15.exe"), "");
+    EXPECT_STREQ(global.GetFileVersion("C:\\16.exe"), "6.0.2900.2180");
+    EXPECT_STREQ(global.GetFileVersion("C:\\51.exe"), "6.0.2900.2180");
     ExpectEverythingClosed();
 }
 
