@@ -124,5 +124,5 @@ class CNetworkInformation : public CObject {
 
     void ReadTSVersion();
 
-    CStringList m_lstProtocols{10};  // descriptions that some provider has already put into m_cProtocols
+    CStringList m_lstProtocols{10};  // descriptions that a provider of this walk has already put into m_cProtocols
 };

@@ -45,6 +45,7 @@ int ReadDeviceDescription(const char* service, CString& description) {
 int CNetworkInformation::GetNetworkProviders() {
     const CStatGlobal global;
     m_lstProviders.RemoveAll();
+    m_lstProtocols.RemoveAll();
     switch (global.GetPlatformId()) {
         case VER_PLATFORM_WIN32_WINDOWS:
             return GetProviderOrder9x();

@@ -150,13 +150,17 @@ TEST_F(ProvidersTest, WithoutAnOrderThereAreNoProviders) {
     ExpectProviders(-1, {}, "");
 }
 
-TEST_F(ProvidersTest, SecondCollectionEmptiesTheListAndRepeatsTheNames) {
+TEST_F(ProvidersTest, SecondCollectionEmptiesTheListsAndRepeatsTheNames) {
     DescribeOrder("LanmanWorkstation");
     DescribeProvider("LanmanWorkstation", "Microsoft Windows Network");
+    DescribeBindings("LanmanWorkstation", {"\\Device\\NetBT_", "\\Device\\Nbf_"});
+    DescribeDevice("NetBT", "NetBios over Tcpip");
+    DescribeDevice("Nbf", "NetBEUI Protocol");
     Make().GetNetworkProviders();
     network->GetNetworkProviders();
     EXPECT_THAT(Providers(), ::testing::ElementsAre("Microsoft Windows Network"));
     EXPECT_STREQ(network->m_cProviders, "Microsoft Windows Network;Microsoft Windows Network");
+    EXPECT_STREQ(network->m_cProtocols, "NetBios over Tcpip;NetBEUI Protocol;NetBios over Tcpip;NetBEUI Protocol");
 }
 
 TEST_F(ProvidersTest, ProvidersOfWindows9xAreTheValueNamesOfTheirOrder) {
