@@ -2,14 +2,15 @@
 #include "framework/ModuleState.h"
 #include "framework/WinApp.h"
 
+// Puts no state in force: a thread may come or go while another one is in a call of the library.
 extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, LPVOID) {
-    const CModuleStateScope scope(GetStaticModuleState());
+    CModuleState& state = GetStaticModuleState();
     switch (reason) {
         case DLL_PROCESS_ATTACH:
-            GetStaticModuleState().m_hInstance = instance;
-            return GetApp()->InitInstance() ? TRUE : FALSE;
+            state.m_hInstance = instance;
+            return state.m_pApp->InitInstance() ? TRUE : FALSE;
         case DLL_PROCESS_DETACH:
-            GetApp()->ExitInstance();
+            state.m_pApp->ExitInstance();
             return TRUE;
         default:
             return TRUE;
