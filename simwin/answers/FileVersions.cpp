@@ -49,15 +49,25 @@ BOOL readVersion(Machine& machine, const char* path, DWORD size, void* data) {
     return TRUE;
 }
 
-// Only the root can be asked for: the resources hold no texts. A block that did not come from readVersion has no
-// known size and therefore no value.
+// What the block holds that is asked: what readVersion put there, or what was in the memory before. One that came from
+// elsewhere has no known size and therefore holds nothing.
+std::string_view heldBy(const MachineState& state, const void* data) {
+    const auto* memory = static_cast<const char*>(data);
+    if (const auto found = state.versionBlocks.find(data); found != state.versionBlocks.end())
+        return {memory, found->second};
+    for (const auto& [handle, block] : state.globalBlocks.entries())
+        if (block.memory != nullptr && block.memory.get() == memory)
+            return {memory, block.size};
+    return {};
+}
+
+// Only the root can be asked for: the resources hold no texts.
 BOOL queryValue(Machine& machine, const void* data, const char* subBlock, void** value, UINT* length) {
-    const auto block = machine.state().versionBlocks.find(data);
-    if (block == machine.state().versionBlocks.end() || value == nullptr || length == nullptr)
+    const std::string_view block = heldBy(machine.state(), data);
+    if (block.empty() || value == nullptr || length == nullptr)
         return fail(machine, ERROR_INVALID_DATA);
     const bool isRoot = subBlock != nullptr && (*subBlock == '\0' || std::strcmp(subBlock, "\\") == 0);
-    const std::optional<VersionValue> found =
-        isRoot ? findRootValue({static_cast<const char*>(data), block->second}) : std::nullopt;
+    const std::optional<VersionValue> found = isRoot ? findRootValue(block) : std::nullopt;
     if (!found) {
         *length = 0;
         return fail(machine, ERROR_RESOURCE_TYPE_NOT_FOUND);

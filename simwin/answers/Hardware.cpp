@@ -106,8 +106,10 @@ LONG WINAPI sim_CallNtPowerInformation(POWER_INFORMATION_LEVEL level, PVOID inpu
     return makeCall<sim_CallNtPowerInformation>(
         "CallNtPowerInformation", failsWithCode(static_cast<std::uint32_t>(kAccessDenied)),
         [&](Machine& machine) {
-            return static_cast<int>(level) == kProcessorInformation ? processorPower(machine, output, outputSize)
-                                                                    : kInvalidParameter;
+            const bool isRightInput = input == nullptr && inputSize == 0;
+            return static_cast<int>(level) == kProcessorInformation && isRightInput
+                       ? processorPower(machine, output, outputSize)
+                       : kInvalidParameter;
         },
         Value{level}, Bytes{input, inputSize}, Value{inputSize}, ByteBuffer<PVOID>{output, outputSize},
         Value{outputSize});

@@ -1,3 +1,4 @@
+#include <cstring>
 #include <memory>
 
 #include "simwin/calls/Calls.h"
@@ -14,14 +15,27 @@ HGLOBAL failAllocation(Machine& machine) {
     return nullptr;
 }
 
+// A block that is not to be zeroed begins with what the last one held; the rest is no zeros either.
+void soil(const MachineState& state, char* memory, std::size_t size) {
+    std::memset(memory, kDirt, size);
+    state.lastGlobalBlock.copy(memory, size);
+}
+
 HGLOBAL allocateGlobal(Machine& machine, UINT flags, SIZE_T size) {
     if (size > kLargestBlock)
         return failAllocation(machine);
     MachineState& state = machine.state();
-    if ((flags & GMEM_MOVEABLE) == 0)
-        return state.fixedBlocks.open(size);
+    const bool isDirty = (flags & GMEM_ZEROINIT) == 0;
+    if ((flags & GMEM_MOVEABLE) == 0) {
+        void* block = state.fixedBlocks.open(size);
+        if (isDirty)
+            soil(state, static_cast<char*>(block), size);
+        return block;
+    }
     // Windows counts a moveable block of no bytes as one whose memory was taken away.
-    GlobalBlock block{size != 0 ? std::make_unique<char[]>(size) : nullptr};
+    GlobalBlock block{size != 0 ? std::make_unique<char[]>(size) : nullptr, size};
+    if (isDirty && block.memory != nullptr)
+        soil(state, block.memory.get(), size);
     return asPointer<HGLOBAL>(state.globalBlocks.open(std::move(block)));
 }
 
@@ -59,10 +73,16 @@ BOOL unlockGlobal(Machine& machine, HGLOBAL handle) {
     return FALSE;
 }
 
+bool closeGlobal(MachineState& state, HGLOBAL handle) {
+    const GlobalBlock* block = state.globalBlocks.find(asNumber(handle));
+    if (block != nullptr && block->memory != nullptr)
+        state.lastGlobalBlock.assign(block->memory.get(), block->size);
+    return state.globalBlocks.close(asNumber(handle));
+}
+
 // Null tells success, as Windows has it; freeing null does nothing.
 HGLOBAL freeBlock(Machine& machine, const char* call, HGLOBAL handle) {
-    if (handle == nullptr || machine.state().globalBlocks.close(asNumber(handle)) ||
-        machine.state().fixedBlocks.close(handle))
+    if (handle == nullptr || closeGlobal(machine.state(), handle) || machine.state().fixedBlocks.close(handle))
         return nullptr;
     machine.reportMisuse(call, asNumber(handle), "is no open block");
     machine.setLastError(ERROR_INVALID_HANDLE);

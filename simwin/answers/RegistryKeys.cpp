@@ -104,8 +104,9 @@ LSTATUS WINAPI sim_RegOpenKeyExA(HKEY key, LPCSTR subKey, DWORD options, REGSAM 
 }
 
 LSTATUS WINAPI sim_RegEnumKeyA(HKEY key, DWORD index, LPSTR name, DWORD size) {
+    const auto spoil = [&] { spoilName(name, size); };
     return makeCall<sim_RegEnumKeyA>(
-        "RegEnumKeyA", failsWithCode(ERROR_ACCESS_DENIED),
+        "RegEnumKeyA", FailureWith{failsWithCode(ERROR_ACCESS_DENIED), spoil},
         [&](Machine& machine) { return enumKey(machine, key, index, name, size); }, Handle{key}, Value{index},
         TextBuffer{name, size}, Value{size});
 }

@@ -98,8 +98,9 @@ LSTATUS WINAPI sim_RegQueryValueExA(HKEY key, LPCSTR name, LPDWORD reserved, LPD
 
 LSTATUS WINAPI sim_RegEnumValueA(HKEY key, DWORD index, LPSTR name, LPDWORD nameSize, LPDWORD reserved, LPDWORD type,
                                  LPBYTE data, LPDWORD dataSize) {
+    const auto spoil = [&] { spoilName(name, nameSize != nullptr ? *nameSize : 0); };
     return makeCall<sim_RegEnumValueA>(
-        "RegEnumValueA", failsWithCode(ERROR_ACCESS_DENIED),
+        "RegEnumValueA", FailureWith{failsWithCode(ERROR_ACCESS_DENIED), spoil},
         [&](Machine& machine) -> LSTATUS {
             return reserved == nullptr ? enumValue(machine, key, index, {name, nameSize, type, data, dataSize})
                                        : ERROR_INVALID_PARAMETER;

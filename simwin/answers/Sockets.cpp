@@ -34,8 +34,13 @@ int hostName(Machine& machine, char* buffer, int size) {
     const OptionalText& name = machine.station().network.hostName;
     if (!name)
         return socketError(machine, WSAENETDOWN);
-    if (buffer == nullptr || size < 0 || static_cast<std::size_t>(size) <= name->size())
+    const bool fits = size >= 0 && static_cast<std::size_t>(size) > name->size();
+    if (buffer == nullptr || size < 0 || (!fits && machine.station().network.hostNameEnds))
         return socketError(machine, WSAEFAULT);
+    if (!fits) {
+        name->copy(buffer, static_cast<std::size_t>(size));
+        return 0;
+    }
     std::memcpy(buffer, name->c_str(), name->size() + 1);
     return 0;
 }

@@ -1,6 +1,7 @@
 #include "simwin/machine/Heap.h"
 
 #include <cstdlib>
+#include <cstring>
 #include <new>
 #include <unordered_map>
 
@@ -67,9 +68,10 @@ LPVOID WINAPI sim_HeapAlloc(HANDLE heap, DWORD flags, SIZE_T size) {
     if (machine.countAllocation() || size > kLargestBlock)
         return nullptr;
     const SIZE_T room = size != 0 ? size : 1;
-    void* block = (flags & HEAP_ZERO_MEMORY) != 0 ? std::calloc(1, room) : std::malloc(room);
+    void* block = std::malloc(room);
     if (block == nullptr)
         return nullptr;
+    std::memset(block, (flags & HEAP_ZERO_MEMORY) != 0 ? 0 : kDirt, room);
     try {
         heapBlocks().emplace(block, &machine);
     } catch (const std::bad_alloc&) {

@@ -106,7 +106,9 @@ const void* procAddress(Machine& machine, HMODULE module, const char* name) {
     const CallEntry* found = isThere ? findFunction(machine, libraries()[*library].name, name) : nullptr;
     if (found != nullptr)
         return found->address;
-    // Null is the program itself, which exports nothing.
+    // Null is the program itself, which exports nothing here; another one may have a function of the name.
+    if (module == nullptr)
+        machine.reportMisuse("GetProcAddress", 0, "is no library");
     machine.setLastError(isThere || module == nullptr ? ERROR_PROC_NOT_FOUND : ERROR_MOD_NOT_FOUND);
     return nullptr;
 }

@@ -27,6 +27,7 @@ class BlockTable {
 
 struct GlobalBlock {
     std::unique_ptr<char[]> memory;  // null: of no bytes
+    std::size_t size = 0;
     int locks = 0;
 };
 
@@ -42,7 +43,8 @@ struct MachineState {
     HandleTable<std::uint32_t> tokens{HandleKind::Token};       // their processes' ids
     HandleTable<std::string> finds{HandleKind::Find};           // the path asked for
     HandleTable<GlobalBlock> globalBlocks{HandleKind::GlobalBlock};
-    BlockTable fixedBlocks;  // LocalAlloc's
+    std::string lastGlobalBlock;  // what the one that was freed last held
+    BlockTable fixedBlocks;       // LocalAlloc's
     BlockTable netBuffers;
     BlockTable citrixBuffers;
 

@@ -1,5 +1,7 @@
 #include "simwin/machine/Registry.h"
 
+#include <cstring>
+
 #include "simwin/machine/Machine.h"
 #include "simwin/machine/MachineState.h"
 
@@ -40,6 +42,11 @@ std::optional<KeyId> useKey(Machine& machine, const char* call, HKEY handle) {
     if (!key && handle != nullptr)
         machine.reportMisuse(call, asNumber(handle), "is no open key");
     return key;
+}
+
+void spoilName(char* name, DWORD size) {
+    if (name != nullptr && size > 1)
+        std::memcpy(name, "?", 2);
 }
 
 }  // namespace simwin

@@ -20,4 +20,7 @@ std::optional<KeyId> findKey(Machine& machine, std::uintptr_t handle);
 // passes on when an open failed.
 std::optional<KeyId> useKey(Machine& machine, const char* call, HKEY handle);
 
+// What an enumeration that fails leaves in the room for the name.
+void spoilName(char* name, DWORD size);
+
 }  // namespace simwin

@@ -139,6 +139,8 @@ struct StationNetwork {
     std::vector<Lana> netbios;
     OptionalText lanGroup;
     OptionalText domain;
+
+    bool hostNameEnds = true;  // false: of a host name that does not fit gethostname copies what does, without a NUL
 };
 
 // A text that a companion's call fills into a buffer.

@@ -179,11 +179,13 @@ void makeTextAndLibraryCalls() {
     LocalFree(LocalAlloc(LPTR, 4));
     GetModuleHandleA("ntdll.dll");
     const HMODULE library = LoadLibraryA("KVVCD32.dll");
-    GetProcAddress(library, "KVGetVCDVersion");
     sim_KVGetVCDVersion();
-    GetProcAddress(GetModuleHandleA("kvenv64.dll"), reinterpret_cast<const char*>(std::uintptr_t{3}));
-    if (library != nullptr)
+    if (const HMODULE environment = GetModuleHandleA("kvenv64.dll"))
+        GetProcAddress(environment, reinterpret_cast<const char*>(std::uintptr_t{3}));
+    if (library != nullptr) {
+        GetProcAddress(library, "KVGetVCDVersion");
         FreeLibrary(library);
+    }
 }
 
 }  // namespace

@@ -132,6 +132,24 @@ TEST_F(FileVersionTest, IsNotFoundInABlockThatCameFromElsewhere) {
     EXPECT_FALSE(VerQueryValueA(nullptr, "\\", &value, &length));
 }
 
+TEST_F(FileVersionTest, IsFoundInABlockThatHasHeldOneWhenTheNextCouldNotBeRead) {
+    const std::string resource = makeVersionResource({1, 2, 3, 4});
+    const auto allocate = [&](UINT flags) { return GlobalAlloc(flags, resource.size()); };
+    const HGLOBAL first = allocate(GMEM_MOVEABLE);
+    resource.copy(static_cast<char*>(GlobalLock(first)), resource.size());
+    GlobalFree(first);
+    for (const UINT flags : {UINT{GHND}, UINT{GMEM_MOVEABLE}}) {
+        const HGLOBAL block = allocate(flags);
+        void* memory = GlobalLock(block);
+        EXPECT_FALSE(GetFileVersionInfoA("C:\\none.exe", 0, static_cast<DWORD>(resource.size()), memory));
+        void* value = nullptr;
+        UINT length = 0;
+        EXPECT_EQ(VerQueryValueA(memory, "\\", &value, &length) != FALSE, flags == GMEM_MOVEABLE);
+        std::memcpy(memory, resource.data(), resource.size());
+        GlobalFree(block);
+    }
+}
+
 TEST(VersionResource, IsReadWithinItsBounds) {
     const std::string whole = makeVersionResource({1, 2, 3, 4});
     ASSERT_EQ(whole.size(), 92u);

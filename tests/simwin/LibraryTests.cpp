@@ -79,15 +79,17 @@ TEST(FreeLibrary, FreesEachLoadOnce) {
 TEST(GetProcAddress, HeedsTheLetterCaseOfAFunctionAndTheListOfWhatIsMissing) {
     Station station;
     station.missing = {"netapi32.dll!NetWkstaGetInfo"};
-    const Running running(station);
+    Running running(station);
     const HMODULE library = LoadLibraryA("netapi32.dll");
     EXPECT_EQ(GetProcAddress(library, "NetWkstaGetInfo"), nullptr);
     EXPECT_EQ(GetLastError(), DWORD{ERROR_PROC_NOT_FOUND});
     EXPECT_NE(GetProcAddress(library, "NetApiBufferFree"), nullptr);
     EXPECT_EQ(GetProcAddress(library, "netapibufferfree"), nullptr);
     EXPECT_EQ(GetProcAddress(library, "gethostname"), nullptr);
+    EXPECT_THAT(running.machine.misuses(), IsEmpty());
     EXPECT_EQ(GetProcAddress(nullptr, "NetApiBufferFree"), nullptr);
     EXPECT_EQ(GetLastError(), DWORD{ERROR_PROC_NOT_FOUND});
+    EXPECT_THAT(running.machine.misuses(), SizeIs(1)) << "the program itself may have a function of the name";
     const HMODULE unloaded = LoadLibraryA("powrprof.dll");
     FreeLibrary(unloaded);
     EXPECT_EQ(GetProcAddress(unloaded, "CallNtPowerInformation"), nullptr);
@@ -132,6 +134,27 @@ TEST(LocalAlloc, GivesZeroedMemoryThatIsFreedOnce) {
     EXPECT_THAT(running.machine.misuses(), SizeIs(1));
 }
 
+// What a block holds that was just allocated.
+std::string freshGlobal(UINT flags, SIZE_T size, char fill) {
+    const HGLOBAL block = GlobalAlloc(flags, size);
+    auto* memory = static_cast<char*>(GlobalLock(block));
+    std::string held(memory, size);
+    std::memset(memory, fill, size);
+    GlobalUnlock(block);
+    GlobalFree(block);
+    return held;
+}
+
+TEST(GlobalAlloc, GivesNoZerosThatItIsNotAskedForButWhatTheLastBlockHeld) {
+    const Running running;
+    EXPECT_EQ(freshGlobal(GMEM_MOVEABLE, 2, 'a'), "\xA5\xA5");
+    EXPECT_EQ(freshGlobal(GMEM_MOVEABLE, 3, 'b'), "aa\xA5");
+    EXPECT_EQ(freshGlobal(GHND, 3, 'c'), std::string(3, '\0'));
+    EXPECT_EQ(freshGlobal(GMEM_MOVEABLE, 2, 'd'), "cc");
+    EXPECT_EQ(freshGlobal(GMEM_FIXED, 4, 'e'), "dd\xA5\xA5");
+    EXPECT_EQ(freshGlobal(GPTR, 3, 'f'), std::string(3, '\0'));
+}
+
 TEST(GlobalAlloc, GivesMovableMemoryBehindAHandle) {
     Running running;
     const HGLOBAL handle = GlobalAlloc(GMEM_MOVEABLE, 8);
@@ -159,6 +182,16 @@ TEST(GlobalAlloc, RefusesWhatNoMachineHas) {
     EXPECT_EQ(GetLastError(), DWORD{ERROR_NOT_ENOUGH_MEMORY});
     EXPECT_EQ(LocalAlloc(LPTR, size), nullptr);
     EXPECT_EQ(HeapAlloc(GetProcessHeap(), 0, size), nullptr);
+}
+
+TEST(HeapAlloc, GivesZerosWhereItIsAskedForThem) {
+    const Running running;
+    for (const DWORD flags : {DWORD{0}, DWORD{HEAP_ZERO_MEMORY}}) {
+        auto* block = static_cast<char*>(HeapAlloc(GetProcessHeap(), flags, 3));
+        ASSERT_NE(block, nullptr);
+        EXPECT_EQ(std::string(block, 3), std::string(3, flags != 0 ? '\0' : '\xA5'));
+        HeapFree(GetProcessHeap(), 0, block);
+    }
 }
 
 TEST(HeapAlloc, CountsBlocksAndNoticesAStrangeOne) {

@@ -160,6 +160,21 @@ TEST_F(ResolverTest, TellsTheHostsOwnName) {
     EXPECT_EQ(GetLastError(), DWORD{WSAENETDOWN});
 }
 
+TEST(GetHostName, WritesWhatFitsAndNoEndWhereTheStationSaysSo) {
+    Station station;
+    station.network.hostName = "pc-lab3";
+    station.network.hostNameEnds = false;
+    const Running running(station);
+    std::array<char, 9> name{};
+    name.fill('x');
+    EXPECT_EQ(sim_gethostname(name.data(), 7), 0);
+    EXPECT_EQ(std::string(name.data(), name.size()), "pc-lab3xx");
+    EXPECT_EQ(sim_gethostname(name.data(), 8), 0);
+    EXPECT_STREQ(name.data(), "pc-lab3");
+    EXPECT_EQ(sim_gethostname(nullptr, 8), -1);
+    EXPECT_EQ(sim_gethostname(name.data(), -1), -1);
+}
+
 TEST_F(ResolverTest, FindsAHostByNameWithAllItsAddresses) {
     for (const char* name : {"PC-LAB3", "", static_cast<const char*>(nullptr)}) {
         const winsock::HostEntry* host = sim_gethostbyname(name);

@@ -233,6 +233,27 @@ TEST_F(RegEnumKeyATest, NeedsRoomForTheTerminatorToo) {
     EXPECT_EQ(RegEnumKeyA(open(), 0, nullptr, 6), ERROR_MORE_DATA);
 }
 
+TEST(RegEnumAnyATest, LeavesMoreThanItsErrorWhenItFailsOnPurpose) {
+    Station station = described();
+    station.fails = {{"RegEnumKeyA", 5}, {"RegEnumValueA", 5}};
+    const Running running(station);
+    std::array<char, 8> name{};
+    EXPECT_EQ(RegEnumKeyA(HKEY_LOCAL_MACHINE, 0, name.data(), name.size()), ERROR_ACCESS_DENIED);
+    EXPECT_STREQ(name.data(), "?");
+    name.fill('x');
+    DWORD size = 1;
+    EXPECT_EQ(RegEnumValueA(HKEY_LOCAL_MACHINE, 0, name.data(), &size, nullptr, nullptr, nullptr, nullptr),
+              ERROR_ACCESS_DENIED);
+    EXPECT_EQ(name[0], 'x');
+    size = name.size();
+    EXPECT_EQ(RegEnumValueA(HKEY_LOCAL_MACHINE, 0, name.data(), &size, nullptr, nullptr, nullptr, nullptr),
+              ERROR_ACCESS_DENIED);
+    EXPECT_STREQ(name.data(), "?");
+    EXPECT_EQ(RegEnumKeyA(HKEY_LOCAL_MACHINE, 0, nullptr, 8), ERROR_ACCESS_DENIED);
+    EXPECT_EQ(RegEnumValueA(HKEY_LOCAL_MACHINE, 0, name.data(), nullptr, nullptr, nullptr, nullptr, nullptr),
+              ERROR_ACCESS_DENIED);
+}
+
 TEST_F(RegEnumValueATest, TellsANamesLengthWithoutItsTerminator) {
     const HKEY key = open();
     std::array<char, 255> name{};

@@ -180,6 +180,20 @@ TEST(CallNtPowerInformation, NeedsRoomForEveryProcessor) {
     EXPECT_EQ(askForPower(nullptr, 48), static_cast<LONG>(0xC000000D));
 }
 
+TEST(CallNtPowerInformation, RefusesAnInputWhereNoneBelongs) {
+    Station station;
+    station.processors.emplace().currentMhz = {2400};
+    const Running running(station);
+    std::array<ULONG, 6> record{};
+    ULONG input = 0;
+    const auto level = static_cast<POWER_INFORMATION_LEVEL>(11);
+    EXPECT_EQ(sim_CallNtPowerInformation(level, nullptr, 1, record.data(), sizeof record),
+              static_cast<LONG>(0xC000000D));
+    EXPECT_EQ(sim_CallNtPowerInformation(level, &input, 0, record.data(), sizeof record),
+              static_cast<LONG>(0xC000000D));
+    EXPECT_EQ(record[2], 0u);
+}
+
 TEST(CallNtPowerInformation, FailsWhenNoClockIsDescribed) {
     Station station;
     station.processors.emplace().count = 1;
