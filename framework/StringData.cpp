@@ -22,7 +22,7 @@ class ProcessHeapManager final : public IStringManager {
         if (block == nullptr)
             return nullptr;
         auto* data = new (block) StringData{this, 0, capacity, 1};
-        data->Text()[0] = '\0';
+        std::fill_n(data->Text(), characterSize, '\0');
         return data;
     }
 

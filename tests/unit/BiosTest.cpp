@@ -120,8 +120,16 @@ TEST_F(BiosTest, Windows9xWithoutRootDevicesHasNoBios) {
     SetText(kSystem, "SystemBiosVersion", "Windows NT only");
     Start();
     Hardware hardware;
-    hardware->GetBios();
+    EXPECT_EQ(hardware->GetBios(), -1);
     EXPECT_STREQ(hardware->m_cBiosVersion, "");
+}
+
+TEST_F(BiosTest, StatusOnWindows9xSaysWhetherThereAreRootDevices) {
+    DescribeWindows98();
+    CreateKey("Enum\\Root");
+    Start();
+    Hardware hardware;
+    EXPECT_EQ(hardware->GetBios(), 0);
 }
 
 TEST_F(BiosTest, OtherPlatformsReadNothing) {

@@ -173,6 +173,20 @@ TEST_F(BrowsersTest, LaterNetscapesProgramIsAskedForItsVersionWhichIsNotListed) 
     ExpectEverythingClosed();
 }
 
+TEST_F(BrowsersTest, LaterNetscapeWhoseKeyDoesNotOpenIsPassedOver) {
+    DescribeText(kNetscape + "Netscape 6\\6.2 (en)\\Main"s, "PathToExe", "C:\\Netscape 6\\netscp6.exe");
+    DescribeText(kNetscape + "Netscape 7\\7.1 (en)\\Main"s, "PathToExe", "C:\\Netscape 7\\netscp.exe");
+    // What the walk of a key that is not open would come to.
+    DescribeText(kNetscape + "Netscape 6\\\\Main"s, "PathToExe", "C:\\Netscape 6\\netscp6.exe");
+    station.deniedKeys = {kNetscape + "Netscape 6"s};
+    Make();
+    machine->keepLog(true);
+    network->GetBrowsers();
+    EXPECT_THAT(Asked("GetFileVersionInfoSizeA"), ::testing::ElementsAre(R"("C:\\Netscape 7\\netscp.exe")"));
+    EXPECT_THAT(Asked("RegOpenKeyA"), ::testing::Not(::testing::Contains(::testing::HasSubstr("Netscape 6\\\\\\"))));
+    ExpectEverythingClosed();
+}
+
 TEST_F(BrowsersTest, FirefoxWithAnEmptyVersionIsListedWithoutOne) {
     DescribeText(kFirefox, "CurrentVersion", "");
     EXPECT_EQ(Browsers(), "Mozilla Firefox ");

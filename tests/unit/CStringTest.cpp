@@ -77,6 +77,16 @@ TEST(CString, FormatsTextsOfAnyLength) {
     EXPECT_EQ(Str(text), "<" + longText + ">");
 }
 
+TEST(CString, FormatsTextsOfTheLengthsAroundThoseOfItsFirstRoom) {
+    for (const std::size_t length : {254u, 255u, 256u, 257u}) {
+        const std::string longText(length, 'q');
+        CString text;
+        text.Format("%s", longText.c_str());
+        EXPECT_EQ(Str(text), longText);
+        EXPECT_EQ(text.GetLength(), static_cast<int>(length));
+    }
+}
+
 TEST(CString, FindsCharactersAndParts) {
     const CString text("10.0.0.5;10.0.0.6");
     EXPECT_EQ(text.Find(';'), 8);
@@ -220,6 +230,54 @@ TEST(CString, CanBeFilledAndEmptiedByALibraryThatKnowsItsDataAlone) {
 TEST(StringManager, AnswersNullToSizesThatAreNone) {
     EXPECT_EQ(GetStringManager().Allocate(-1, 1), nullptr);
     EXPECT_EQ(GetStringManager().Allocate(1, 0), nullptr);
+}
+
+TEST(StringManager, GivesABlockWithoutCharactersForCharactersOfEitherSize) {
+    for (const int size : {1, 2}) {
+        StringData* data = GetStringManager().Allocate(8, size);
+        ASSERT_NE(data, nullptr);
+        EXPECT_EQ(data->manager, &GetStringManager());
+        EXPECT_EQ(data->length, 0);
+        EXPECT_EQ(data->capacity, 8);
+        EXPECT_EQ(data->references, 1);
+        EXPECT_EQ(std::string(data->Text(), static_cast<std::size_t>(size)),
+                  std::string(static_cast<std::size_t>(size), '\0'));
+        GetStringManager().Free(data);
+    }
+}
+
+TEST(StringManager, KeepsTheTextInABlockOfAnotherCapacity) {
+    simwin::Machine machine{simwin::Station()};
+    const simwin::Machine::Scope scope(machine);
+    struct {
+        int size;
+        int capacity;
+        int length;
+        std::string bytes;  // with the terminator, where there is room for it
+    } const rows[] = {
+        {1, 300, 3, std::string("LAB", 4)},
+        {1, 3, 3, std::string("LAB", 4)},
+        {1, 2, 2, "LA"},
+        {2, 300, 3, std::string("L\0A\0B\0\0", 8)},
+    };
+    for (const auto& row : rows) {
+        StringData* data = GetStringManager().Allocate(3, row.size);
+        ASSERT_NE(data, nullptr);
+        const std::string text = row.size == 1 ? std::string("LAB", 4) : std::string("L\0A\0B\0\0", 8);
+        text.copy(data->Text(), text.size());
+        data->length = 3;
+        data = GetStringManager().Reallocate(data, row.capacity, row.size);
+        ASSERT_NE(data, nullptr);
+        EXPECT_EQ(data->capacity, row.capacity);
+        EXPECT_EQ(data->length, row.length);
+        EXPECT_EQ(data->references, 1);
+        EXPECT_EQ(std::string(data->Text(), row.bytes.size()), row.bytes);
+        EXPECT_EQ(machine.openHeapBlocks(), 1u) << "the old block is gone";
+        // The whole room that was asked for is there.
+        std::memset(data->Text(), 'x', static_cast<std::size_t>((row.capacity + 1) * row.size));
+        GetStringManager().Free(data);
+    }
+    EXPECT_EQ(machine.openHeapBlocks(), 0u);
 }
 
 TEST(StringManager, KeepsTheSharedEmptyTextWhenItIsReleased) {

@@ -2,6 +2,8 @@
 #include <algorithm>
 
 #include "MachineTest.h"
+#include "framework/ModuleState.h"
+#include "framework/WinApp.h"
 #include "framework/Windows.h"
 
 extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, LPVOID reserved);
@@ -56,10 +58,10 @@ TEST_F(CollectionRunTest, LoadStartsTheWrapperAndThenWindowsSocketsAndUnloadStop
     EXPECT_TRUE(DllMain(nullptr, DLL_THREAD_ATTACH, nullptr));
     EXPECT_TRUE(DllMain(nullptr, DLL_THREAD_DETACH, nullptr));
     EXPECT_TRUE(DllMain(nullptr, DLL_PROCESS_DETACH, nullptr));
-    std::vector<std::string> names;
+    std::vector<std::string> calls;
     for (const simwin::LoggedCall& call : machine->log())
-        names.push_back(call.name);
-    EXPECT_THAT(names, ElementsAre("ZRTSWRPInit", "WSAStartup", "ZRTSWRPFree"));
+        calls.push_back(call.name + "(" + call.arguments + ")");
+    EXPECT_THAT(calls, ElementsAre("ZRTSWRPInit()", "WSAStartup(257)", "ZRTSWRPFree()")) << "0x0101: version 1.1";
 }
 
 TEST_F(CollectionRunTest, LoadSucceedsWhateverTheWrapperAndSocketsAnswer) {
@@ -68,6 +70,52 @@ TEST_F(CollectionRunTest, LoadSucceedsWhateverTheWrapperAndSocketsAnswer) {
     Start();
     EXPECT_TRUE(DllMain(nullptr, DLL_PROCESS_ATTACH, nullptr));
     EXPECT_TRUE(DllMain(nullptr, DLL_PROCESS_DETACH, nullptr));
+}
+
+// Brings the module's own application object back.
+struct OwnApp {
+    OwnApp() = default;
+    OwnApp(const OwnApp&) = delete;
+    OwnApp& operator=(const OwnApp&) = delete;
+    ~OwnApp() { GetStaticModuleState().m_pApp = app; }
+
+    CWinApp* app = GetStaticModuleState().m_pApp;
+};
+
+// An application object, which takes the own one's place when it is constructed.
+class OtherApp : private OwnApp, public CWinApp {
+  public:
+    explicit OtherApp(bool starts) : CWinApp("other.ini"), m_starts(starts) {}
+
+    bool InitInstance() override { return m_starts && CWinApp::InitInstance(); }
+
+  private:
+    bool m_starts;
+};
+
+TEST_F(CollectionRunTest, LoadFailsWhenTheApplicationDoesNotStart) {
+    Start();
+    {
+        const OtherApp app(false);
+        EXPECT_FALSE(DllMain(nullptr, DLL_PROCESS_ATTACH, nullptr));
+    }
+    OtherApp app(true);
+    EXPECT_TRUE(DllMain(nullptr, DLL_PROCESS_ATTACH, nullptr));
+    EXPECT_EQ(app.ExitInstance(), 0);
+}
+
+TEST_F(CollectionRunTest, AnotherModulesStateIsInForceAgainBehindTheCall) {
+    station.version->platformId = 0;
+    station.profile = {{"windows", "device", "Deskjet,winspool,LPT1:"}};
+    const OwnApp own;
+    CWinApp otherApp("other.ini");
+    GetStaticModuleState().m_pApp = own.app;
+    CModuleState other{nullptr, &otherApp};
+    const CModuleStateScope scope(other);
+    Collect();
+    EXPECT_EQ(record.Text(offsetof(STATIONDATA, szDefaultPrinter), sizeof(STATIONDATA::szDefaultPrinter)), "Deskjet")
+        << "during the call the module's own is: its application object reads its own profile";
+    EXPECT_EQ(&GetModuleState(), &other);
 }
 
 TEST_F(CollectionRunTest, FirstTraceLineSaysThatTheStationIsRead) {

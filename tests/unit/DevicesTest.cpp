@@ -71,6 +71,29 @@ TEST_F(DevicesTest, ThreeUnitsOfOneIdentifierUnderDifferentTargetsGiveOneEntry) 
     EXPECT_STREQ(hardware->m_cDiskDevices, "3 SEAGATE ST34520W");
 }
 
+class CountedDevice : public CDeviceInformation {
+  public:
+    CountedDevice(const char* description, int& deleted) : m_deleted(deleted) { m_cDescription = description; }
+    ~CountedDevice() override { ++m_deleted; }
+
+  private:
+    int& m_deleted;
+};
+
+TEST_F(DevicesTest, MapDeletesWhatItHoldsAtItsEndAndASecondDeviceOfADescriptionAtOnce) {
+    Start();
+    int deleted = 0;
+    {
+        CDeviceMap map;
+        map.Add(std::make_unique<CountedDevice>("disk", deleted));
+        map.Add(std::make_unique<CountedDevice>("tape", deleted));
+        EXPECT_EQ(deleted, 0);
+        map.Add(std::make_unique<CountedDevice>("disk", deleted));
+        EXPECT_EQ(deleted, 1);
+    }
+    EXPECT_EQ(deleted, 3);
+}
+
 TEST_F(DevicesTest, ClassesAreComparedWholeAndWithoutRegardToCase) {
     DescribeWindowsNT();
     const struct {

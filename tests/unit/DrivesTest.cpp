@@ -307,6 +307,8 @@ TEST_F(DrivesTest, LabelAndFileSystemOf258CharactersFit) {
 
     DescribeVolume('C', kFixed, (label + "l").c_str(), "NTFS", 10, 5);
     EXPECT_EQ(FixedDrives(), "C:(:10 MB 50% free) ") << "the query fails for want of room";
+    DescribeVolume('C', kFixed, "SYSTEM", (fileSystem + "f").c_str(), 10, 5);
+    EXPECT_EQ(FixedDrives(), "C:(:10 MB 50% free) ");
 }
 
 TEST_F(DrivesTest, LabelWithFormatCharactersIsPrintedAsItIs) {

@@ -132,6 +132,18 @@ TEST_F(HardwareCollectionTest, StepsRunInTheirOrder) {
     EXPECT_STREQ(hardware->m_cDiskDevices, "2 disk") << "the classification";
 }
 
+TEST_F(HardwareCollectionTest, NumbersAreZeroBeforeTheCollection) {
+    Hardware hardware;
+    for (const DWORD number :
+         {DWORD{hardware->m_wProcessorArchitecture}, hardware->m_dwNumberOfProcessors, hardware->m_dwProcessorType,
+          hardware->m_dwProcessorLevel, DWORD{hardware->m_wProcessorRevision}, hardware->m_nTotalMemoryMB,
+          hardware->m_nVirtualMemoryMB, hardware->m_nRemovableDrives, hardware->m_nFixedDrives,
+          hardware->m_nRemoteDrives, hardware->m_nCDRomDrives, hardware->m_nRamDisks, hardware->m_nOEMCodePage,
+          static_cast<DWORD>(hardware->m_nKeyboardType), static_cast<DWORD>(hardware->m_nKeyboardSubType),
+          hardware->m_nCurrentMhz, CDeviceInformation().m_nCount})
+        EXPECT_EQ(number, 0u);
+}
+
 TEST_F(HardwareCollectionTest, StatusIsTheClassificationsWhateverTheOthersAnswer) {
     Start();
     Hardware hardware;

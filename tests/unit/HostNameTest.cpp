@@ -72,6 +72,24 @@ TEST_F(HostNameTest, StationWithoutAHostNameHasNeither) {
     EXPECT_EQ(HostAddress(kIPv4), "");
 }
 
+TEST_F(HostNameTest, StationWithoutAHostNameKeepsTheDnsNameThatItHas) {
+    station.network.hostName.reset();
+    Make().m_cDnsName = "before";
+    EXPECT_EQ(network->ResolveHostName(), -1);
+    EXPECT_STREQ(network->m_cDnsName, "before");
+}
+
+TEST_F(HostNameTest, HostNameThatFillsTheWholeRoomIsEndedWithIt) {
+    station.network.hostName = std::string(200, 'h');
+    station.network.hostNameEnds = false;
+    Answer().hostName = std::string(127, 'h');
+    ExpectResolved(0, "10.0.0.5", "pc-lab3.lab.example");
+    ExpectResolvedByWsock32(0, "10.0.0.5", "pc-lab3.lab.example");
+    EXPECT_EQ(HostAddress(kIPv4), "10.0.0.5");
+    station.network.hosts.clear();
+    ExpectResolved(-1, "", std::string(127, 'h'));
+}
+
 TEST_F(HostNameTest, MissingHostNameFunctionCountsAsItsFailure) {
     station.missing = {"ws2_32.dll!gethostname", "wsock32.dll!gethostname"};
     ExpectResolved(-1, "", "");

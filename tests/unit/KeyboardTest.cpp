@@ -159,6 +159,24 @@ TEST_F(KeyboardTest, Windows9xFindsTheFirstKeyboardAmongTheFirstInstancesOfTheRo
     EXPECT_EQ(Keyboard(), "Standard 101/102-Key or Microsoft Natural Keyboard");
 }
 
+TEST_F(KeyboardTest, Windows9xDoesNotLookAmongTheComponentsOfNTThatAreThereToo) {
+    DescribeWindows98();
+    DescribeComponents({"A"});
+    DescribeComponent("A", "Keyboard", "of Windows NT");
+    EXPECT_EQ(Keyboard(), "");
+    DescribeRootDevice("A\\0000", "Keyboard", "of Windows 9x");
+    EXPECT_EQ(Keyboard(), "of Windows 9x");
+}
+
+TEST_F(KeyboardTest, TypeWithoutANameAsksTheStringTableForNone) {
+    station.keyboard = simwin::Keyboard{8, 0};
+    Start();
+    machine->keepLog(true);
+    Hardware hardware;
+    hardware->GetKeyboard();
+    EXPECT_EQ(CountCalls("LoadStringA"), 0u);
+}
+
 TEST_F(KeyboardTest, KeysThatDoNotOpenOnWindows9xArePassedOver) {
     DescribeWindows98();
     DescribeRootDevice("A\\0000", "Keyboard", "denied");

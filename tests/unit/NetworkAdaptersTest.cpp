@@ -103,6 +103,13 @@ TEST_F(NetworkAdaptersTest, KeysThatCannotBeOpenedEndTheirWalkQuietly) {
     ExpectListed("", "");
 }
 
+TEST_F(NetworkAdaptersTest, Windows9xDoesNotListTheCardsOfNTThatAreThereToo) {
+    DescribeVersion(1, 4, 10);
+    DescribeDevice(kRoot + "NET\\0000"s, "Net", "Dial-Up Adapter");
+    DescribeText(kCards + "8"s, "Description", "AMD PCNET PCI Ethernet Adapter");
+    ExpectListed("Dial-Up Adapter", "Dial-Up Adapter");
+}
+
 TEST_F(NetworkAdaptersTest, OtherPlatformsListNothing) {
     DescribeText(kCards + "8"s, "Description", "AMD PCNET PCI Ethernet Adapter");
     DescribeVersion(0, 3, 10);

@@ -56,6 +56,16 @@ TEST_F(OSDescriptionTest, ServicePackIsPublishedOnWindowsNTOnly) {
     EXPECT_EQ(VariableSet("KVOSServicePack"), std::nullopt);
 }
 
+TEST_F(OSDescriptionTest, LongestServicePackIsTakenWhole) {
+    Describe(2, 5, 1, 2600, std::string(127, 's'));
+    Start();
+    COSInformation os;
+    os.ReadVersion();
+    os.PublishOSName();
+    EXPECT_EQ(VariableSet("KVOSServicePack"), std::string(127, 's'));
+    EXPECT_EQ(kvtest::Str(os.m_cOSDescription), "Windows NT 5.1 (Build 2600) " + std::string(127, 's'));
+}
+
 TEST_F(OSDescriptionTest, SystemWithoutServicePackLeavesTheVariableUntouched) {
     Describe(2, 5, 0, 2195, "");
     station.environment = {{"KVOSServicePack", "from outside"}};

@@ -159,6 +159,19 @@ TEST_F(PlatformTest, ProductSuiteOfAnotherTypeOrWithoutBytesOrTerminatorsIsReadS
     EXPECT_FALSE(global.IsProductSuite("Terminal Server"));
 }
 
+TEST_F(PlatformTest, ProductSuiteThatIsNotThereOrEmptyIsNotReadASecondTime) {
+    for (const bool described : {false, true}) {
+        station.registry.create(kProductOptions);
+        if (described)
+            station.registry.set(kProductOptions,
+                                 {"ProductSuite", static_cast<std::uint32_t>(simwin::RegistryType::MultiText), ""});
+        Start();
+        machine->keepLog(true);
+        EXPECT_FALSE(global.IsProductSuite("Terminal Server"));
+        EXPECT_THAT(machine->log(), ::testing::SizeIs(3)) << "open, query, close";
+    }
+}
+
 TEST_F(PlatformTest, SinceWindows2000TheInstalledSuitesAnswerForTerminalServices) {
     DescribeVersion(2, 5, 0, true);
     Start();

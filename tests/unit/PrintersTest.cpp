@@ -232,6 +232,14 @@ TEST_F(PrintersTest, DefaultPrinterOfOtherPlatformsIsTheNameInTheProfile) {
     EXPECT_EQ(DefaultPrinter(-1), "");
 }
 
+TEST_F(PrintersTest, EntryOfTheProfileIsReadUpTo4095Characters) {
+    DescribePlatform(3);
+    for (const std::size_t length : {4095u, 4096u}) {
+        station.profile = {{"windows", "device", std::string(length, 'p')}};
+        EXPECT_EQ(DefaultPrinter(0), std::string(4095, 'p'));
+    }
+}
+
 TEST_F(PrintersTest, MissingOrEmptyDefaultPrinterEmptiesTheMember) {
     for (const std::uint32_t platformId : {1u, 2u, 3u}) {
         DescribePlatform(platformId);

@@ -82,6 +82,12 @@ TEST_F(RecordWriterTest, CDRomListLongerThanItsLimitIsCutToTheLimitWhateverTheBi
     EXPECT_EQ(At(1729, 16), Untouched(16));
 }
 
+TEST_F(RecordWriterTest, CDRomListOfExactlyItsLimitStillFitsAndIsCutToTheDatesLength) {
+    writer.PutTextCountedBy(1629, 100, std::string(100, 'D').c_str(), "01/02/03");
+    EXPECT_EQ(At(1629, 8), std::string(8, 'D'));
+    EXPECT_EQ(At(1637, 100), Untouched(100));
+}
+
 TEST_F(RecordWriterTest, BiosDateLongerThanTheFieldPadsOnIntoTheFieldsBehind) {
     writer.PutTextCountedBy(1629, 100, "D:\\", std::string(150, '9').c_str());
     EXPECT_EQ(At(1629, 150), "D:\\" + std::string(147, '\0'));

@@ -94,6 +94,17 @@ TEST_F(RegistryAccessTest, EntryWithoutAHiveKeepsNoSubKeyAndOpensNothing) {
     EXPECT_EQ(machine->calls(), 0u);
 }
 
+TEST_F(RegistryAccessTest, EnumerationThatFailsHasNoNameWhateverItHasWritten) {
+    station.registry.create("HKEY_LOCAL_MACHINE\\SOFTWARE\\Lab\\SubKey");
+    Describe(simwin::textValue("Value", ""));
+    station.fails = {{"RegEnumKeyA", 5}, {"RegEnumValueA", 5}};
+    Start();
+    const HKEY key = global.OpenRegKey(HKEY_LOCAL_MACHINE, kKey);
+    EXPECT_STREQ(global.EnumRegKey(key, 0), "");
+    EXPECT_STREQ(global.EnumRegValue(key, 0), "");
+    global.CloseRegKey(key);
+}
+
 TEST_F(RegistryAccessTest, NullKeyOrNullNameIsAskedForNothing) {
     Describe(simwin::dwordValue("there", 7));
     Start();

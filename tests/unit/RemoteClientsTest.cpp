@@ -161,6 +161,7 @@ TEST_F(RemoteClientsTest, LongPathIsEmptyWhenAComponentIsMissing) {
     ExpectLongPath("c:\\program files\\citrix\\ica client\\missing.exe", "");
     ExpectLongPath("d:\\program files\\citrix", "");
     ExpectLongPath("\\\\server\\share\\wfica32.exe", "");
+    ExpectLongPath("c:\\missing\\", "");
 }
 
 TEST_F(RemoteClientsTest, LongPathOfVeryManyComponentsEndsAtTheFirstMissingOne) {

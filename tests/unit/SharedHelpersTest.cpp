@@ -76,6 +76,17 @@ TEST_F(SharedHelpersTest, FixedInformationCountsFromTheEndOfTheFileVersionOn) {
     ExpectEverythingClosed();
 }
 
+TEST_F(SharedHelpersTest, VersionResourceThatCannotBeReadHasNotTheVersionOfTheFileBefore) {
+    station.files.push_back({"C:\\first.exe", simwin::FileVersion{1, 2, 3, 4}, {}});
+    station.files.push_back({"C:\\second.exe", simwin::FileVersion{5, 6, 7, 8}, {}});
+    Start();
+    EXPECT_STREQ(global.GetFileVersion("C:\\first.exe"), "1.2.3.4");
+    machine->failCall(machine->faultableCalls() + 4);  // behind the size, the block and its lock
+    EXPECT_STREQ(global.GetFileVersion("C:\\second.exe"), "");
+    EXPECT_EQ(machine->failedCall(), "GetFileVersionInfoA");
+    ExpectEverythingClosed();
+}
+
 TEST_F(SharedHelpersTest, FileVersionTextsAreSwitchedOff) {
     station.files.push_back({"C:\\a.exe", simwin::FileVersion{1, 2, 3, 4}, {}});
     Start();

@@ -162,6 +162,13 @@ TEST_F(StationTypeTest, SessionFlagsSayWhatThePlatformTestsSay) {
     EXPECT_EQ(stat->m_bTSClientSession, 1);
 }
 
+TEST_F(StationTypeTest, SessionFlagsAreZeroBeforeAnybodyAsks) {
+    const CStatInformation fresh;
+    EXPECT_EQ(fresh.m_bWinFrame, 0);
+    EXPECT_EQ(fresh.m_bMetaFrame, 0);
+    EXPECT_EQ(fresh.m_bTSClientSession, 0);
+}
+
 TEST_F(StationTypeTest, NumberedRemoteSessionIsMarkedWithOneWhateverItsNumberIs) {
     DescribeMetaFrameSession();
     for (const int session : {1, 3, 65536, -1}) {

@@ -101,6 +101,18 @@ TEST_F(TerminalServerTest, CitrixKeepsTheLetterCaseOfTheClientNameAndTheMicrosof
     EXPECT_STREQ(network->m_cTSClientName, "THIN07");
 }
 
+TEST_F(TerminalServerTest, MicrosoftProductReadsTheClientNameBeforeTheKeyAndBehindIt) {
+    Make();
+    machine->keepLog(true);
+    network->GetTSProduct();
+    std::vector<std::string> calls;
+    for (const simwin::LoggedCall& call : machine->log()) {
+        if (call.name == "KVGetEnv" || call.name == "RegOpenKeyExA")
+            calls.push_back(call.name);
+    }
+    EXPECT_THAT(calls, ::testing::ElementsAre("KVGetEnv", "RegOpenKeyExA", "KVGetEnv"));
+}
+
 TEST_F(TerminalServerTest, MicrosoftProductAsksTheWrapperWhetherOrNotItsKeyOpened) {
     DescribeWrapper();
     Make().GetTSProduct();
