@@ -15,11 +15,11 @@ class List {
     ~List() { RemoveAll(); }
 
     POSITION AddTail(const Value& value) {
-        if (m_pLastBlock == nullptr || m_nUsed == m_nBlockSize)
+        const int used = m_nCount % m_nBlockSize;
+        if (used == 0)
             AddBlock();
-        Entry* entry = &m_pLastBlock->entries[m_nUsed];
+        Entry* entry = &m_pLastBlock->entries[used];
         entry->value = value;
-        ++m_nUsed;
         if (m_pTail != nullptr)
             m_pTail->next = entry;
         else
@@ -50,7 +50,7 @@ class List {
         }
         m_pLastBlock = nullptr;
         m_pHead = m_pTail = nullptr;
-        m_nUsed = m_nCount = 0;
+        m_nCount = 0;
     }
 
   private:
@@ -77,11 +77,9 @@ class List {
         else
             m_pFirstBlock = block;
         m_pLastBlock = block;
-        m_nUsed = 0;
     }
 
     int m_nBlockSize;
-    int m_nUsed = 0;
     int m_nCount = 0;
     Block* m_pFirstBlock = nullptr;
     Block* m_pLastBlock = nullptr;

@@ -25,7 +25,7 @@ CWinApp* GetApp() noexcept {
     return GetModuleState().m_pApp;
 }
 
-bool StartSockets() {
+void StartSockets() {
     winsock::StartupData data;
-    return winsock::Startup(MAKEWORD(1, 1), data) == 0;
+    winsock::Startup(MAKEWORD(1, 1), data);
 }

@@ -26,6 +26,7 @@ class CWinApp : public CObject {
 // The application object of the module state in force.
 CWinApp* GetApp() noexcept;
 
-// Starts Windows Sockets (WSAStartup, version 1.1) for the process; true when it started. There is no counterpart:
-// the count stays raised at unload, because Windows Sockets must not be stopped from a library's entry point.
-bool StartSockets();
+// Starts Windows Sockets (WSAStartup, version 1.1) for the process; where it does not start, its calls fail. There is
+// no counterpart: the count stays raised at unload, because Windows Sockets must not be stopped from a library's entry
+// point.
+void StartSockets();

@@ -8,10 +8,6 @@ namespace {
 
 constexpr double kBytesPerMB = 1048576.0;
 
-bool IsDrive(DWORD type) {
-    return type >= DRIVE_REMOVABLE && type <= DRIVE_RAMDISK;
-}
-
 // In 32 bits: what a volume of 4096 TB and more has above them is lost.
 DWORD MegabytesOf(const ULARGE_INTEGER& bytes) {
     return static_cast<DWORD>(bytes.QuadPart >> 20);
@@ -33,11 +29,8 @@ int PercentFree(DWORD freeMB, DWORD totalMB) {
 }  // namespace
 
 int CDiskInformation::Refresh() {
-    int status = -1;
-    if (m_nDriveType == DRIVE_UNKNOWN) {
+    if (m_nDriveType == DRIVE_UNKNOWN)
         m_nDriveType = GetDriveTypeA(DriveRoot(m_cDriveLetter));
-        status = IsDrive(m_nDriveType) ? 0 : -1;
-    }
     switch (m_nDriveType) {
         case DRIVE_REMOVABLE:
         case DRIVE_REMOTE:
@@ -48,7 +41,7 @@ int CDiskInformation::Refresh() {
             QuerySpace();
             return QueryVolume();
         default:
-            return status;
+            return -1;
     }
 }
 
@@ -105,19 +98,17 @@ int CDiskInformation::QueryVolume() {
 CString CDiskInformation::Describe() {
     CString description;
     switch (m_nDriveType) {
-        case DRIVE_REMOVABLE:
-        case DRIVE_REMOTE:
-        case DRIVE_CDROM:
-            description.Format("%c: ", m_cDriveLetter);
-            return description;
         case DRIVE_FIXED:
             return DescribeFixed();
         case DRIVE_RAMDISK:
             description.Format("%c:(%d MB) ", m_cDriveLetter, static_cast<int>(m_nTotalMB));
-            return description;
-        default:
-            return description;
+            break;
+        case DRIVE_REMOVABLE:
+        case DRIVE_REMOTE:
+        case DRIVE_CDROM:
+            description.Format("%c: ", m_cDriveLetter);
     }
+    return description;
 }
 
 CString CDiskInformation::DescribeFixed() {
