@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <cstddef>
+#include <cstdint>
 #include <cstring>
 #include <string>
 
@@ -299,10 +300,23 @@ TEST(StringManager, KeepsTheOldBlockWhenThereIsNoMemoryForAnother) {
 }
 
 TEST(CString, ThrowsWhenATextIsLongerThanALengthCanSay) {
+    simwin::Machine machine{simwin::Station()};
+    const simwin::Machine::Scope scope(machine);
     CString text("LAB");
-    // Whoever needs room asks in one place. A formatted text of this length would be written character by character.
-    EXPECT_THROW(text = CString("LAB", 0x7FFFFFF0), std::bad_alloc);
-    EXPECT_STREQ(text, "LAB");
+    // With its data of 24 bytes and its terminator the first takes 0x7FFFFFFF bytes, for which the heap is asked.
+    const struct {
+        int length;
+        std::uint64_t allocations;
+    } rows[] = {{0x7FFFFFE6, 1}, {0x7FFFFFE7, 0}, {0x7FFFFFFF, 0}};
+    for (const auto& row : rows) {
+        const std::uint64_t before = machine.allocations();
+        machine.failAllocation(before + 1);
+        // Whoever needs room asks in one place. A formatted text of this length would be written character by
+        // character.
+        EXPECT_THROW(text = CString("LAB", row.length), std::bad_alloc);
+        EXPECT_EQ(machine.allocations() - before, row.allocations) << row.length;
+        EXPECT_STREQ(text, "LAB");
+    }
 }
 
 // A Windows whose characters have one byte or two, of which the second can be a backslash, a bar or a bracket.
