@@ -4,6 +4,7 @@
 
 #include "simwin/machine/Machine.h"
 #include "simwin/machine/MachineState.h"
+#include "simwin/machine/Roles.h"
 
 namespace simwin {
 
