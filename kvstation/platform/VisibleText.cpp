@@ -3,20 +3,16 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "kvstation/platform/CharacterRange.h"
 #include "simwin/text/Utf8.h"
 
 namespace kvstation {
 namespace {
 
-struct Range {
-    char32_t first;
-    char32_t last;
-};
-
 // East Asian characters that a terminal gives two columns: Hangul, kana, ideographs and the full-width forms.
-constexpr Range kWide[] = {{0x1100, 0x115F},   {0x2E80, 0x303E},  {0x3041, 0xA4CF}, {0xAC00, 0xD7A3},
-                           {0xF900, 0xFAFF},   {0xFE30, 0xFE6F},  {0xFF00, 0xFF60}, {0xFFE0, 0xFFE6},
-                           {0x1F300, 0x1FAFF}, {0x20000, 0x3FFFD}};
+constexpr CharacterRange kWide[] = {{0x1100, 0x115F},   {0x2E80, 0x303E},  {0x3041, 0xA4CF}, {0xAC00, 0xD7A3},
+                                    {0xF900, 0xFAFF},   {0xFE30, 0xFE6F},  {0xFF00, 0xFF60}, {0xFFE0, 0xFFE6},
+                                    {0x1F300, 0x1FAFF}, {0x20000, 0x3FFFD}};
 
 struct Shown {
     std::size_t bytes;
@@ -26,9 +22,7 @@ struct Shown {
 // The first character of a text that is not empty; a byte that is none counts as one.
 Shown firstOf(std::string_view utf8) {
     const simwin::Utf8Character one = simwin::decodeUtf8(utf8);
-    const bool isWide = std::ranges::any_of(
-        kWide, [&](Range range) { return one.character >= range.first && one.character <= range.last; });
-    return {std::max<std::size_t>(one.length, 1), isWide ? 2u : 1u};
+    return {std::max<std::size_t>(one.length, 1), rangeOf(kWide, one.character) != nullptr ? 2u : 1u};
 }
 
 void appendSpelledOut(std::string& text, unsigned code) {

@@ -57,9 +57,7 @@ bool holdsLeftWordOf(PageTextView before, PageTextView after, TextPlace place) {
             ++i;
             continue;
         }
-        const auto end =
-            std::find_if_not(before.begin() + static_cast<std::ptrdiff_t>(i), before.end(), isWordCharacter);
-        const PageTextView word = before.substr(i, static_cast<std::size_t>(end - before.begin()) - i);
+        const PageTextView word = runOf(before.substr(i), isWordCharacter);
         if (i < after.size() && after.substr(i, word.size()) == word && isTelling(before, word, place))
             return true;
         i += word.size();

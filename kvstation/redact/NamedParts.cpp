@@ -25,11 +25,6 @@ bool isDotted(char32_t character) {
     return isDigit(character) || character == U'.';
 }
 
-PageTextView runOf(PageTextView text, bool (*belongs)(char32_t)) {
-    const auto end = std::ranges::find_if_not(text, belongs);
-    return text.substr(0, static_cast<std::size_t>(end - text.begin()));
-}
-
 PageTextView withoutDotsBehind(PageTextView text) {
     while (text.ends_with(U'.'))
         text.remove_suffix(1);

@@ -4,9 +4,9 @@
 #include <compare>
 #include <map>
 #include <optional>
-#include <span>
 #include <unordered_map>
 
+#include "kvstation/platform/CharacterRange.h"
 #include "simwin/text/CodePage.h"
 #include "simwin/text/Utf8.h"
 
@@ -17,13 +17,8 @@ constexpr char32_t kFirstBeyondAscii = 0x80;
 constexpr char32_t kFirstEastAsian = 0x2E80;  // of Unicode: radicals, kana, ideographs, syllables
 constexpr std::size_t kEastAsianWeight = 3;   // a name of two ideographs is as rare as one of six letters
 
-struct Range {
-    char32_t first;
-    char32_t last;
-};
-
 // What stands between words in Unicode beyond ASCII.
-constexpr Range kBetweenWords[] = {
+constexpr CharacterRange kBetweenWords[] = {
     {0x80, 0xA9},     {0xAB, 0xB4},     {0xB6, 0xB9},     {0xBB, 0xBF},     {0xD7, 0xD7},     {0xF7, 0xF7},
     {0x2C2, 0x2DF},   {0x2000, 0x2BFF}, {0x2E00, 0x2E7F}, {0x3000, 0x3004}, {0x3008, 0x3020}, {0x3030, 0x3030},
     {0x303D, 0x303F}, {0x30FB, 0x30FB}, {0x3200, 0x33FF}, {0xFE10, 0xFE6F}, {0xFF00, 0xFF0F}, {0xFF1A, 0xFF20},
@@ -31,20 +26,12 @@ constexpr Range kBetweenWords[] = {
 };
 
 // The letters that stand-ins are made of, by scripts: known to every Unicode, and each by itself.
-constexpr Range kScripts[] = {
+constexpr CharacterRange kScripts[] = {
     {0xC0, 0x24F},    {0x386, 0x3CE},   {0x400, 0x45F},   {0x5D0, 0x5EA},     {0x620, 0x64A},
     {0xE01, 0xE2E},   {0x1E00, 0x1EFF}, {0x3041, 0x3094}, {0x30A1, 0x30F4},   {0x4E00, 0x9FA5},
     {0xAC00, 0xD7A3}, {0xFF41, 0xFF5A}, {0xFF66, 0xFF9D}, {0x20000, 0x2A6D6},
 };
 constexpr std::size_t kEnough = 16;  // letters, for one of them not to be guessed
-
-// The range that holds a character, or null.
-const Range* rangeOf(std::span<const Range> ranges, char32_t unicode) {
-    for (const Range& one : ranges)
-        if (unicode >= one.first && unicode <= one.last)
-            return &one;
-    return nullptr;
-}
 
 // 0 for what is no character of the page.
 char32_t unicodeOf(std::string_view character) {
@@ -55,8 +42,8 @@ char32_t unicodeOf(std::string_view character) {
 // other such.
 struct Form {
     std::size_t size;
-    char32_t asciiByte;   // the second one, or 0
-    const Range* script;  // null: of any
+    char32_t asciiByte;            // the second one, or 0
+    const CharacterRange* script;  // null: of any
 
     auto operator<=>(const Form&) const = default;
 };
@@ -115,7 +102,7 @@ class Page {
             findStandIns();
         const Known& small = known(letter.lower);
         PageTextView most(&small.self, 1);
-        for (const Range* script : {small.form.script, static_cast<const Range*>(nullptr)}) {
+        for (const CharacterRange* script : {small.form.script, static_cast<const CharacterRange*>(nullptr)}) {
             const Letters& letters = m_standIns[{small.form.size, small.form.asciiByte, script}];
             for (const bool isCased : {letter.isCased(), !letter.isCased()})
                 if (const PageText& all = isCased ? letters.cased : letters.caseless;
@@ -127,7 +114,7 @@ class Page {
 
   private:
     void findStandIns() {
-        for (const Range& script : kScripts)
+        for (const CharacterRange& script : kScripts)
             for (char32_t unicode = script.first; unicode <= script.last; ++unicode)
                 addStandIn(unicode);
     }
@@ -224,6 +211,11 @@ char32_t toLower(char32_t character) {
     if (character < kFirstBeyondAscii)
         return isCapitalAscii(character) ? character - U'A' + U'a' : character;
     return pageInForce().known(character).lower;
+}
+
+PageTextView runOf(PageTextView text, bool (*belongs)(char32_t)) {
+    const auto end = std::ranges::find_if_not(text, belongs);
+    return text.substr(0, static_cast<std::size_t>(end - text.begin()));
 }
 
 PageText lowerCase(PageTextView text) {

@@ -32,6 +32,9 @@ char32_t toUpper(char32_t character);
 char32_t toLower(char32_t character);
 PageText lowerCase(PageTextView text);
 
+// The characters of a text, from its first one on, up to one that does not belong to them.
+PageTextView runOf(PageTextView text, bool (*belongs)(char32_t));
+
 // How much a text tells of whose it is, counted in letters of an alphabet: an ideograph or a syllable tells more.
 std::size_t weightOf(PageTextView text);
 

@@ -157,7 +157,7 @@ PageText StandIns::replaceOther(PageTextView word) {
     const auto [place, isNew] = m_others.try_emplace(lowerCase(word));
     if (isNew) {
         const PageText& key = place->first;
-        const std::size_t kept = isNumber(word) ? 1 : std::min(key.find_first_not_of(U"0123456789"), key.size());
+        const std::size_t kept = isNumber(word) ? 1 : runOf(key, isDigit).size();
         place->second = key.substr(0, kept) + makeFree(key.substr(kept));
     }
     return inCaseOf(word, place->second);
@@ -302,9 +302,8 @@ PageText StandIns::replaceText(PageTextView text, TextPlace place, bool othersTo
             i += joined;
             continue;
         }
-        const auto end = std::find_if_not(text.begin() + static_cast<std::ptrdiff_t>(i), text.end(), isWordCharacter);
-        const PageTextView word = text.substr(i, static_cast<std::size_t>(end - text.begin()) - i);
-        PageText made = replaceWord(word, end != text.end() && *end == U'~', place);
+        const PageTextView word = runOf(text.substr(i), isWordCharacter);
+        PageText made = replaceWord(word, text.substr(i + word.size()).starts_with(U'~'), place);
         result += othersToo && made == word && isTelling(text, word, place) ? replaceOther(word) : std::move(made);
         i += word.size();
     }
