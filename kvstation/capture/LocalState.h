@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-#include "kvstation/questions/Place.h"
+#include "kvstation/calls/Place.h"
 #include "simwin/station/Station.h"
 
 namespace kvstation {

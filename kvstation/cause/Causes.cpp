@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "kvstation/calls/CallRows.h"
 #include "kvstation/cause/UnansweredText.h"
 #include "kvstation/cause/UnknownSources.h"
 #include "kvstation/cause/WholeText.h"
@@ -19,7 +20,7 @@ Cause causeOf(const World& world, const Question& question, Role role) {
     Cause cause{.role = role,
                 .call = call.name,
                 .question = call.name + "(" + call.arguments + ")",
-                .words = std::string(question.row->words),
+                .words = std::string(question.row->asks.words),
                 .answer = {},
                 .error = errorOf(call),
                 .place = question.place,

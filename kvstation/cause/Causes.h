@@ -5,10 +5,11 @@
 #include <string>
 #include <vector>
 
+#include "kvstation/calls/Answer.h"
+#include "kvstation/calls/CallError.h"
+#include "kvstation/calls/Place.h"
 #include "kvstation/cause/WholeText.h"
-#include "kvstation/experiments/Answer.h"
 #include "kvstation/experiments/Experiments.h"
-#include "kvstation/questions/Place.h"
 
 namespace kvstation {
 

@@ -45,7 +45,7 @@ std::string unansweredText(const World& world, const std::vector<AskedCall>& cal
     std::string lines;
     for (const Question& question : questionsOf(calls, world))
         if (isUnknown(world, question.place))
-            lines += "  " + std::string(question.row->words) + ": " + visible(nameOf(question.place)) + "\n";
+            lines += "  " + std::string(question.row->asks.words) + ": " + visible(nameOf(question.place)) + "\n";
     return lines.empty() ? "" : "\nAsked then, but not written down in this station:\n" + lines;
 }
 

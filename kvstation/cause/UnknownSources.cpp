@@ -7,11 +7,11 @@
 #include <set>
 #include <utility>
 
+#include "kvstation/calls/CallRows.h"
 #include "kvstation/cause/UnansweredText.h"
 #include "kvstation/experiments/Branches.h"
 #include "kvstation/experiments/Words.h"
 #include "kvstation/experiments/World.h"
-#include "kvstation/questions/QuestionTable.h"
 #include "simwin/text/CodePage.h"
 
 namespace kvstation {
@@ -41,8 +41,8 @@ Run runWith(const std::shared_ptr<const Station>& station, const Collector& coll
     machine.noteQuestions(&questions);
     Run run{.record = runOn(collector, machine).record, .asked = {}};
     for (const simwin::ObservedCall& call : questions.takeNew()) {
-        const CallRow* row = findCallRow(call.name);
-        run.asked.push_back({row->place(call), row->samples});
+        const CallRow* row = findQuestion(call.name);
+        run.asked.push_back({row->asks.place(call), row->asks.samples});
     }
     return run;
 }

@@ -5,10 +5,10 @@
 #include <charconv>
 #include <optional>
 
+#include "kvstation/calls/CallRows.h"
 #include "kvstation/experiments/ModuleRun.h"
 #include "kvstation/platform/Errors.h"
 #include "kvstation/platform/Similar.h"
-#include "kvstation/questions/QuestionTable.h"
 #include "simwin/calls/CallTable.h"
 #include "simwin/text/CodePage.h"
 
@@ -143,8 +143,8 @@ void applyValue(Station& station, const std::string& given) {
 
 void applyFail(Station& station, const std::string& given) {
     std::vector<std::string_view> names;
-    for (const CallRow& row : callRows())
-        names.push_back(row.call);
+    for (const CallRow* row : questions())
+        names.push_back(row->call);
     const auto found =
         std::ranges::find_if(names, [&](std::string_view name) { return simwin::equalNoCase(name, given); });
     if (found == names.end())

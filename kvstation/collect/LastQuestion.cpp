@@ -1,7 +1,7 @@
 #include "kvstation/collect/LastQuestion.h"
 
+#include "kvstation/calls/CallRows.h"
 #include "kvstation/platform/VisibleText.h"
-#include "kvstation/questions/QuestionTable.h"
 
 namespace kvstation {
 namespace {
@@ -12,8 +12,8 @@ constexpr std::size_t kLongestQuestion = 120;  // in characters
 
 std::string describeQuestion(const simwin::ObservedCall& call) {
     const std::string question = call.name + "(" + shortened(visible(call.arguments), kLongestQuestion) + ")";
-    const CallRow* row = findCallRow(call.name);
-    return row != nullptr ? question + " for " + std::string(row->words) : question;
+    const CallRow* row = findQuestion(call.name);
+    return row != nullptr ? question + " for " + std::string(row->asks.words) : question;
 }
 
 void LastQuestion::note(bool isQuestion, std::string_view text) {

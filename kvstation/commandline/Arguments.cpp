@@ -4,8 +4,8 @@
 #include <array>
 #include <sstream>
 
+#include "kvstation/calls/CallRows.h"
 #include "kvstation/commandline/Shells.h"
-#include "kvstation/questions/QuestionTable.h"
 #include "kvstation/record/FieldTable.h"
 #include "simwin/text/CodePage.h"
 
@@ -27,8 +27,8 @@ Names fieldNames() {
 
 Names callNames() {
     Names names;
-    for (const CallRow& row : callRows())
-        names.emplace_back(row.call);
+    for (const CallRow* row : questions())
+        names.emplace_back(row->call);
     return names;
 }
 

@@ -7,7 +7,7 @@
 #include <set>
 #include <string>
 
-#include "kvstation/questions/Place.h"
+#include "kvstation/calls/Place.h"
 
 namespace kvstation {
 

@@ -15,7 +15,7 @@ void eachVersion(const simwin::Station& station, Visit visit) {
     World world(station);
     visit(world.station());
     for (Alternative& alternative :
-         alternativesAt(world, memberPlace({"version"}), findCallRow("GetVersionExA")->samples)) {
+         alternativesAt(world, memberPlace({"version"}), findQuestion("GetVersionExA")->asks.samples)) {
         world.make(alternative.changes);
         visit(world.station());
         world.unmake(alternative.changes);
@@ -59,11 +59,11 @@ std::uint64_t identityOf(const simwin::ObservedCall& call) {
 std::optional<Place> AskedPlaces::add(const simwin::ObservedCall& call) {
     if (!m_calls.insert(identityOf(call)).second)
         return std::nullopt;
-    const CallRow* row = findCallRow(call.name);
+    const CallRow* row = findQuestion(call.name);
     if (row == nullptr)
         return std::nullopt;
-    Place place = row->place(call);
-    if (place.kind == Place::Kind::None || !m_places.try_emplace(place.id(), Asked{place, row->words}).second)
+    Place place = row->asks.place(call);
+    if (place.kind == Place::Kind::None || !m_places.try_emplace(place.id(), Asked{place, row->asks.words}).second)
         return std::nullopt;
     return place;
 }

@@ -11,8 +11,8 @@
 #include <unordered_set>
 #include <vector>
 
+#include "kvstation/calls/Place.h"
 #include "kvstation/experiments/ModuleRun.h"
-#include "kvstation/questions/Place.h"
 #include "simwin/station/Station.h"
 
 namespace kvstation {

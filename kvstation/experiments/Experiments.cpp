@@ -5,8 +5,8 @@
 #include <set>
 #include <unordered_map>
 
+#include "kvstation/calls/CallRows.h"
 #include "kvstation/experiments/AlikePlaces.h"
-#include "kvstation/experiments/Answer.h"
 #include "kvstation/experiments/MovedText.h"
 #include "kvstation/experiments/Words.h"
 
@@ -187,14 +187,14 @@ void Experiments::tryPlace(const PlaceQuestions& place) {
     std::vector<Effect> effects;
     std::vector<Outcome> series;
     int lastSeries = 0;
-    std::vector<Alternative> alternatives = alternativesAt(m_world, first.place, first.row->samples);
+    std::vector<Alternative> alternatives = alternativesAt(m_world, first.place, first.row->asks.samples);
     for (std::size_t i = 0; i < alternatives.size(); ++i) {
         Alternative& alternative = alternatives[i];
         if (m_options.giversOnly && !alternative.replacement)
             continue;
         // What stands at the place itself was asked for, so that there are as many alternatives to it as before.
         Outcome outcome = run(alternative, [&] {
-            std::vector<Alternative> anew = alternativesAt(m_world, first.place, first.row->samples);
+            std::vector<Alternative> anew = alternativesAt(m_world, first.place, first.row->asks.samples);
             if (anew.size() != alternatives.size())
                 return;
             std::move(anew.begin() + static_cast<std::ptrdiff_t>(i), anew.end(),
@@ -298,7 +298,7 @@ void Experiments::tryWords() {
     std::vector<std::size_t> others;
     for (std::size_t i = 0; i < m_places.size(); ++i) {
         const Question& first = m_questions[m_places[i].questions.front()];
-        if (m_longLists.contains(i) || m_left.contains(i) || !takesWord(m_world, first.place, first.row->samples))
+        if (m_longLists.contains(i) || m_left.contains(i) || !takesWord(m_world, first.place, first.row->asks.samples))
             continue;
         (isEnd(i) ? ends : first.place.kind == Place::Kind::Key ? keys : others).push_back(i);
     }

@@ -15,7 +15,7 @@ namespace {
 Place placeOf(const CallRow& row, const simwin::ObservedCall& call, const World& world) {
     if (!call.succeeded && world.find({"fails", call.name}) != nullptr)
         return memberPlace({"fails", call.name});
-    Place place = row.place(call);
+    Place place = row.asks.place(call);
     if (place.kind == Place::Kind::Key && !call.succeeded)
         for (const std::string& key : world.station()->deniedKeys)
             if (simwin::equalNoCase(simwin::withClassesInPlace(key), place.key))
@@ -48,7 +48,7 @@ std::vector<Question> questionsOf(const std::vector<AskedCall>& calls, const Wor
     std::unordered_map<std::string, std::size_t> known;
     for (std::size_t i = 0; i < calls.size(); ++i) {
         const simwin::ObservedCall& call = calls[i].call;
-        const CallRow* row = findCallRow(call.name);
+        const CallRow* row = findQuestion(call.name);
         if (row == nullptr)
             continue;
         Place where = placeOf(*row, call, world);

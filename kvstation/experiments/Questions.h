@@ -7,9 +7,9 @@
 #include <map>
 #include <vector>
 
+#include "kvstation/calls/CallRows.h"
 #include "kvstation/experiments/ModuleRun.h"
 #include "kvstation/experiments/World.h"
-#include "kvstation/questions/QuestionTable.h"
 
 namespace kvstation {
 

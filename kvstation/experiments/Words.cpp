@@ -4,8 +4,8 @@
 #include <map>
 #include <set>
 
+#include "kvstation/calls/CallRows.h"
 #include "kvstation/experiments/OtherTexts.h"
-#include "kvstation/questions/QuestionTable.h"
 #include "simwin/text/CodePage.h"
 
 namespace kvstation {
@@ -121,7 +121,7 @@ void addTexts(AskedNames& names, const simwin::ObservedCall& call) {
 // What the module compares an answer with is no name that it asks for.
 void addNames(AskedNames& names, const std::vector<AskedCall>& calls) {
     for (const AskedCall& one : calls)
-        if (findCallRow(one.call.name) != nullptr)
+        if (findQuestion(one.call.name) != nullptr)
             addTexts(names, one.call);
 }
 

@@ -10,7 +10,7 @@
 #include <variant>
 #include <vector>
 
-#include "kvstation/questions/Place.h"
+#include "kvstation/calls/Place.h"
 #include "simwin/station/Station.h"
 
 namespace kvstation {

@@ -5,9 +5,9 @@
 #include <nlohmann/json.hpp>
 #include <string_view>
 
-#include "kvstation/experiments/Answer.h"
+#include "kvstation/calls/CallError.h"
+#include "kvstation/calls/CallRows.h"
 #include "kvstation/platform/VisibleText.h"
-#include "kvstation/questions/QuestionTable.h"
 #include "kvstation/report/TerminalColours.h"
 #include "simwin/text/CodePage.h"
 
@@ -17,11 +17,11 @@ namespace {
 using simwin::ObservedCall;
 
 constexpr std::string_view kTraceCall = "ZRTrace";
-constexpr std::string_view kPublish = "KVSetEnv";
 
 // Questions, and what the module tells on its way.
 bool isOfInterest(const ObservedCall& call) {
-    return call.name == kTraceCall || call.name == kPublish || findCallRow(call.name) != nullptr;
+    const CallRow* row = findCallRow(call.name);
+    return row != nullptr && (row->asks.purpose == Purpose::Question || row->asks.purpose == Purpose::Telling);
 }
 
 // Nothing but a value's size was asked for, and the value itself by the next call.
@@ -62,7 +62,7 @@ std::string answerText(const ObservedCall& call) {
     const Answer answer = answerOf(call);
     if (!answer.items.empty() || answer.isText)
         return shown(answer);
-    return findCallRow(call.name) != nullptr ? "there" : visible(call.answer);
+    return findQuestion(call.name) != nullptr ? "there" : visible(call.answer);
 }
 
 std::string callLine(const TracedCall& one, const TraceOptions& options) {

@@ -1,6 +1,9 @@
-#include "kvstation/experiments/Answer.h"
+#include "kvstation/calls/Answer.h"
 
 #include <gmock/gmock.h>
+
+#include "kvstation/calls/CallError.h"
+#include "kvstation/calls/CallRows.h"
 
 namespace kvtest {
 namespace {

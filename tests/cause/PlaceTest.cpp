@@ -1,4 +1,4 @@
-#include "kvstation/questions/Place.h"
+#include "kvstation/calls/Place.h"
 
 #include <gtest/gtest.h>
 

@@ -180,7 +180,8 @@ class Proof {
                 differingFields(m_base, run(m_station, m_base.failable[one.call])).contains(field))
                 return true;
         std::vector<std::vector<kvstation::Change>> others;
-        for (kvstation::Alternative& one : kvstation::alternativesAt(m_world, question.place, question.row->samples))
+        for (kvstation::Alternative& one :
+             kvstation::alternativesAt(m_world, question.place, question.row->asks.samples))
             others.push_back(std::move(one.changes));
         if (isChangedByOneOf(others, question, field))
             return true;

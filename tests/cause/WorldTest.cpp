@@ -32,7 +32,7 @@ TEST(World, IsTheSameToTheByteOnceEachChangeIsUnmade) {
         kvstation::runOn(collector, machine, calls);
         for (const kvstation::Question& question : kvstation::questionsOf(calls, world)) {
             std::vector<kvstation::Alternative> all =
-                kvstation::alternativesAt(world, question.place, question.row->samples);
+                kvstation::alternativesAt(world, question.place, question.row->asks.samples);
             if (all.empty() || ++count % 4 != 0)
                 continue;
             kvstation::Alternative& one = all[count % all.size()];

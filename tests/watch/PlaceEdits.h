@@ -6,7 +6,7 @@
 #include <nlohmann/json.hpp>
 #include <string>
 
-#include "kvstation/questions/Place.h"
+#include "kvstation/calls/Place.h"
 #include "simwin/station/Station.h"
 
 namespace kvtest {

@@ -1,8 +1,9 @@
-#include "kvstation/capture/CapturedRegistry.h"
+#include "kvstation/calls/CapturedRegistry.h"
 
 #include <algorithm>
 
 #include "framework/Windows.h"
+#include "kvstation/calls/CallFacts.h"
 #include "simwin/text/CodePage.h"
 
 namespace kvstation {
@@ -10,7 +11,6 @@ namespace {
 
 using simwin::numberOf;
 using simwin::ObservedCall;
-using simwin::textOf;
 
 constexpr std::size_t kLongestValue = 1 << 20;
 
@@ -41,21 +41,18 @@ std::vector<Place> inTreeOrder(std::vector<Place> places) {
 
 }  // namespace
 
-void CapturedRegistry::take(const ObservedCall& call) {
-    if (call.subject.empty())
-        return;
-    if (call.name == "RegOpenKeyA" || call.name == "RegOpenKeyExA")
-        takeOpen(call);
-    else if (call.name == "RegQueryValueExA")
-        takeValue(call);
-    else if (call.name == "RegEnumKeyA" && call.succeeded)
-        m_subKeys.push_back({call.subject, numberOf(call.parameters[1]), std::string(textOf(call.parameters[2])), 0});
-    else if (call.name == "RegEnumValueA" && call.succeeded)
-        m_valueNames.push_back({call.subject, numberOf(call.parameters[1]), std::string(textOf(call.parameters[2])),
-                                static_cast<std::uint32_t>(numberOf(call.parameters[5]))});
+void CapturedRegistry::takeSubKey(const ObservedCall& call) {
+    if (call.succeeded)
+        m_subKeys.push_back({call.subject, numberAt(call, 1), textAt(call, 2), 0});
 }
 
-void CapturedRegistry::takeOpen(const ObservedCall& call) {
+void CapturedRegistry::takeValueName(const ObservedCall& call) {
+    if (call.succeeded)
+        m_valueNames.push_back(
+            {call.subject, numberAt(call, 1), textAt(call, 2), static_cast<std::uint32_t>(numberAt(call, 5))});
+}
+
+void CapturedRegistry::takeOpening(const ObservedCall& call) {
     const std::string key = openedKey(call);
     if (call.succeeded)
         addOnce(m_keys, key);
@@ -68,10 +65,10 @@ void CapturedRegistry::takeValue(const ObservedCall& call) {
     if (!call.succeeded && !isTooLong)
         return;
     const bool isRead = call.succeeded && call.parameters[4].index() != 0;
-    NamedValue told{call.subject,
-                    {std::string(textOf(call.parameters[1])), static_cast<std::uint32_t>(numberOf(call.parameters[3])),
-                     isRead ? std::string(textOf(call.parameters[4]))
-                            : std::string(std::min<std::size_t>(numberOf(call.parameters[5]), kLongestValue), '\0')}};
+    NamedValue told{
+        call.subject,
+        {textAt(call, 1), static_cast<std::uint32_t>(numberAt(call, 3)),
+         isRead ? textAt(call, 4) : std::string(std::min<std::size_t>(numberAt(call, 5), kLongestValue), '\0')}};
     const auto same = [&](const NamedValue& other) {
         return simwin::equalNoCase(other.key, told.key) && simwin::equalNoCase(other.value.name, told.value.name);
     };

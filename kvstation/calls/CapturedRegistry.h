@@ -13,8 +13,11 @@ namespace kvstation {
 
 class CapturedRegistry {
   public:
-    // Takes what a registry call told; other calls are none of its business.
-    void take(const simwin::ObservedCall& call);
+    // Each takes what a call on a key of a known path told, or that it failed.
+    void takeOpening(const simwin::ObservedCall& call);
+    void takeValue(const simwin::ObservedCall& call);
+    void takeSubKey(const simwin::ObservedCall& call);
+    void takeValueName(const simwin::ObservedCall& call);
 
     void describe(simwin::Station& station) const;
 
@@ -29,9 +32,6 @@ class CapturedRegistry {
         std::string key;
         simwin::RegistryValue value;  // as many NULs where only type and size were told
     };
-
-    void takeOpen(const simwin::ObservedCall& call);
-    void takeValue(const simwin::ObservedCall& call);
 
     std::vector<std::string> m_keys;  // opened
     std::vector<std::string> m_denied;

@@ -1,5 +1,5 @@
-// The table of questions against what the module calls.
-#include "kvstation/questions/QuestionTable.h"
+// What the rows of the calls say, against what the module calls.
+#include "kvstation/calls/CallRows.h"
 
 #include <gmock/gmock.h>
 
@@ -7,7 +7,7 @@
 #include <memory>
 #include <set>
 
-#include "kvstation/experiments/Answer.h"
+#include "kvstation/calls/Answer.h"
 #include "simwin/calls/CallTable.h"
 #include "simwin/machine/Machine.h"
 #include "tests/cause/OwnWork.h"
@@ -18,28 +18,10 @@ namespace kvtest {
 namespace {
 
 using kvstation::CallRow;
-using kvstation::callRows;
-using kvstation::findCallRow;
+using kvstation::findQuestion;
+using kvstation::questions;
 using simwin::ObservedCall;
 using testing::IsEmpty;
-
-// Calls that ask a station for nothing.
-constexpr std::string_view kAskNothing[] = {
-    // what the module opened goes again
-    "FindClose", "FreeLibrary", "GlobalFree", "GlobalUnlock", "HeapFree", "LocalFree", "NetApiBufferFree",
-    "RegCloseKey", "ZRTSWRPFree",
-    // memory and texts of its own, and parts of what it was told
-    "GetLastError", "GetProcessHeap", "GlobalAlloc", "GlobalLock", "HeapAlloc", "LoadStringA", "LocalAlloc",
-    "VerQueryValueA", "VerSetConditionMask", "WideCharToMultiByte", "_mbschr", "_mbscmp", "_mbslwr", "_mbsrchr",
-    "_mbsstr", "_mbsupr", "_strupr", "inet_addr", "wsprintfA",
-    // it gets ready
-    "WSAStartup", "ZRTSWRPInit",
-    // it tells others
-    "KVSetEnv", "ZRTrace"};
-
-bool asksNothing(std::string_view call) {
-    return std::ranges::find(kAskNothing, call) != std::end(kAskNothing);
-}
 
 // The product's ini file is asked there alone.
 simwin::Station win32s() {
@@ -49,32 +31,19 @@ simwin::Station win32s() {
     return station;
 }
 
-TEST(QuestionTable, HasARowForEachCallThatAsksSomething) {
-    for (const simwin::CallEntry& call : simwin::callTable())
-        EXPECT_NE(findCallRow(call.name) != nullptr, asksNothing(call.name)) << call.name;
+TEST(CallRows, SaysInWordsWhatIsAskedFor) {
+    for (const CallRow* row : questions())
+        EXPECT_THAT(std::string(row->asks.words), testing::MatchesRegex("(a|an|the|whether) [^.]+")) << row->call;
 }
 
-TEST(QuestionTable, HasNoRowTwiceAndNoneOfACallThatIsNotMade) {
-    std::set<std::string_view> made;
-    for (const simwin::CallEntry& call : simwin::callTable())
-        made.insert(call.name);
-    for (const CallRow& row : callRows())
-        EXPECT_EQ(made.erase(row.call), 1u) << row.call;
-}
-
-TEST(QuestionTable, SaysInWordsWhatIsAskedFor) {
-    for (const CallRow& row : callRows())
-        EXPECT_THAT(std::string(row.words), testing::MatchesRegex("(a|an|the|whether) [^.]+")) << row.call;
-}
-
-TEST(QuestionTable, HasNoRowThatNoStationIsAskedBy) {
+TEST(CallRows, HasNoRowThatNoStationIsAskedBy) {
     std::vector<simwin::Station> stations;
     for (const std::string& name : stationNames())
         stations.push_back(stationNamed(name));
     stations.push_back(win32s());
     std::set<std::string> unasked;
-    for (const CallRow& row : callRows())
-        unasked.emplace(row.call);
+    for (const CallRow* row : questions())
+        unasked.emplace(row->call);
     {
         const kvstation::Collector collector;
         for (const simwin::Station& station : stations)
@@ -85,7 +54,7 @@ TEST(QuestionTable, HasNoRowThatNoStationIsAskedBy) {
     EXPECT_THAT(unasked, IsEmpty());
 }
 
-TEST(QuestionTable, NamesTheIniFilesEntryThatGivesThePrinterOnWin32s) {
+TEST(CallRows, NamesTheIniFilesEntryThatGivesThePrinterOnWin32s) {
     const kvstation::FieldCauses causes = causesOn(win32s(), "szDefaultPrinter");
     EXPECT_EQ(causes.value, "Laser");
     ASSERT_FALSE(causes.causes.empty());
@@ -95,7 +64,7 @@ TEST(QuestionTable, NamesTheIniFilesEntryThatGivesThePrinterOnWin32s) {
 }
 
 // What no row names must decide nothing.
-TEST(QuestionTable, LeavesOutNoCallWhoseFailureAFieldHangsOn) {
+TEST(CallRows, LeavesOutNoCallWhoseFailureAFieldHangsOn) {
     std::set<std::string> failed;
     std::vector<std::string> complaints;
     {
@@ -106,7 +75,7 @@ TEST(QuestionTable, LeavesOutNoCallWhoseFailureAFieldHangsOn) {
             std::set<std::string> here;
             for (std::size_t i = 0; i < base.calls.size(); ++i) {
                 const std::string& call = base.calls[i].name;
-                if (base.failable[i] == 0 || findCallRow(call) != nullptr || isOwnWork(call) ||
+                if (base.failable[i] == 0 || findQuestion(call) != nullptr || isOwnWork(call) ||
                     !here.insert(call).second)
                     continue;
                 failed.insert(call);
@@ -120,7 +89,7 @@ TEST(QuestionTable, LeavesOutNoCallWhoseFailureAFieldHangsOn) {
 }
 
 // Each question that can fail, on the described stations, with the error that Windows has for it.
-TEST(QuestionTable, HasANameForTheErrorOfEachQuestionThatFails) {
+TEST(CallRows, HasANameForTheErrorOfEachQuestionThatFails) {
     std::set<std::string> failed;
     std::vector<std::string> nameless;
     {
@@ -130,7 +99,7 @@ TEST(QuestionTable, HasANameForTheErrorOfEachQuestionThatFails) {
             const StationRun base = runStation(collector, station);
             for (std::size_t i = 0; i < base.calls.size(); ++i) {
                 const std::string& call = base.calls[i].name;
-                if (base.failable[i] == 0 || findCallRow(call) == nullptr || !failed.insert(call).second)
+                if (base.failable[i] == 0 || findQuestion(call) == nullptr || !failed.insert(call).second)
                     continue;
                 const StationRun other = runStation(collector, station, {.toFail = base.failable[i]});
                 const std::optional<kvstation::CallError> error = kvstation::errorOf(other.calls[i]);
