@@ -1,6 +1,4 @@
 // Drives.
-#include <array>
-
 #include "framework/Windows.h"
 #include "kvstation/calls/CallFacts.h"
 #include "kvstation/calls/CallRow.h"
