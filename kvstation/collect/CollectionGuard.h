@@ -1,4 +1,4 @@
-// The time that a collection on this computer gets.
+// On what terms this computer is collected from.
 #pragma once
 
 #include <chrono>
@@ -6,24 +6,31 @@
 
 namespace kvstation {
 
-// A verb holds one while it collects: a collection on this computer (Stage.h) that takes longer ends the tool, with one
-// line that names its last question. Where a described station answers, it is held to no purpose and no harm.
-class CollectionGuard {
-  public:
+struct CollectionTerms {
     static constexpr std::chrono::seconds kUsualLimit{60};
 
-    explicit CollectionGuard(std::chrono::seconds limit) : m_before(std::exchange(s_limit, limit)) {}
+    // A collection that takes longer ends the tool, with one line that names its last question.
+    std::chrono::seconds limit = kUsualLimit;
+    // The module is told the version of Windows that a program without a manifest is told.
+    bool asCaller = false;
+};
+
+// A verb holds one while it collects on this computer (Stage.h). Where a described station answers, it is held to no
+// purpose and no harm.
+class CollectionGuard {
+  public:
+    explicit CollectionGuard(const CollectionTerms& terms) : m_before(std::exchange(s_terms, terms)) {}
     CollectionGuard(const CollectionGuard&) = delete;
     CollectionGuard& operator=(const CollectionGuard&) = delete;
-    ~CollectionGuard() { s_limit = m_before; }
+    ~CollectionGuard() { s_terms = m_before; }
 
-    // Of the guard that is held; without one the usual limit.
-    static std::chrono::seconds limit() { return s_limit; }
+    // Of the guard that is held; without one the usual ones.
+    static const CollectionTerms& terms() { return s_terms; }
 
   private:
-    static inline std::chrono::seconds s_limit = kUsualLimit;
+    static inline CollectionTerms s_terms;
 
-    std::chrono::seconds m_before;
+    CollectionTerms m_before;
 };
 
 }  // namespace kvstation

@@ -1,5 +1,7 @@
 #include "kvstation/collect/RunningSystem.h"
 
+#include <tuple>
+
 #ifdef _WIN32
 #include "framework/Windows.h"
 #endif
@@ -29,5 +31,9 @@ SystemVersion runningSystem() {
 }
 
 #endif
+
+bool hidesItsVersion(const SystemVersion& system) {
+    return system.platform == 2 && std::tie(system.major, system.minor) >= std::tuple(6U, 3U);
+}
 
 }  // namespace kvstation

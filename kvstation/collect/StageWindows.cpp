@@ -5,6 +5,7 @@
 #include "kvstation/collect/Library.h"
 #include "kvstation/collect/LiveCollection.h"
 #include "kvstation/collect/Stage.h"
+#include "kvstation/collect/VersionOfCaller.h"
 #include "kvstation/platform/StreamAside.h"
 #include "redirect/Redirection.h"
 #include "simwin/calls/CallTable.h"
@@ -40,6 +41,8 @@ RecordBytes collect(const Library& library, simwin::Machine& machine) {
 RecordBytes collectObserved(const Library& library, simwin::CallObserver& observer) {
     simwin::Relay relay;
     addFunctions(relay, library.handle());
+    if (CollectionGuard::terms().asCaller)
+        answerAsCaller(relay);
     simwin::Station watched;
     watched.codePages.ansi = simwin::codePageInForce();
     simwin::Machine machine(std::move(watched));
@@ -73,7 +76,7 @@ std::string libraryVersion() {
 }
 
 RecordBytes collectHereObserved(simwin::CallObserver& observer) {
-    LiveCollection live(CollectionGuard::limit(), observer);
+    LiveCollection live(CollectionGuard::terms().limit, observer);
     live.works("loading kvcstat64.dll");
     const Library library;
     const EndingCalls endings(library);

@@ -47,6 +47,10 @@ std::string productName(const SystemVersion& version) {
     return {};
 }
 
+std::string productNameOfTold(const SystemVersion& told) {
+    return productName(told) + (told == kToldWithoutManifest ? " or later" : "");
+}
+
 std::optional<SystemVersion> versionFromDescription(std::string_view szOS) {
     SystemVersion version;
     const std::string text(szOS);

@@ -63,7 +63,7 @@ Report recordFromFileBytes(std::string_view bytes, const std::string& name) {
         throw Failure(name + " is no station record: it is no JSON object and has " + std::to_string(bytes.size()) +
                       " bytes, where a raw record has " + std::to_string(KVCSTAT_RECORD_SIZE));
     if (const auto version = versionFromDescription(report.record.at("szOS").text))
-        report.product = productName(*version);
+        report.product = productNameOfTold(*version);
     report.origin = name;
     return report;
 }

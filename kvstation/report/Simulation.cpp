@@ -16,11 +16,11 @@ std::vector<std::string> unknownOf(const simwin::Station& station) {
 std::string productOf(const simwin::Station& station) {
     if (!station.version)
         return {};
-    return productName({.platform = station.version->platformId,
-                        .major = station.version->major,
-                        .minor = station.version->minor,
-                        .build = station.version->build & 0xFFFF,
-                        .isServer = false});
+    return productNameOfTold({.platform = station.version->platformId,
+                              .major = station.version->major,
+                              .minor = station.version->minor,
+                              .build = station.version->build & 0xFFFF,
+                              .isServer = false});
 }
 
 }  // namespace

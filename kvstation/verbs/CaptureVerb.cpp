@@ -11,8 +11,8 @@
 #include "kvstation/record/ProductName.h"
 #include "kvstation/record/Record.h"
 #include "kvstation/report/Differences.h"
+#include "kvstation/verbs/LiveOptions.h"
 #include "kvstation/verbs/RedactOption.h"
-#include "kvstation/verbs/TimeLimit.h"
 #include "kvstation/verbs/Verb.h"
 
 namespace kvstation {
@@ -21,7 +21,7 @@ namespace {
 struct CaptureOptions {
     std::string station;
     RedactOption redact;
-    TimeLimit limit;
+    LiveOptions live;
 };
 
 // The folder as it was written answers the same, or somebody would look for a fault where there is none.
@@ -41,11 +41,12 @@ void checkReplay(const std::string& folder, const RecordBytes& wanted) {
 }
 
 int capture(const CaptureOptions& options) {
-    const CollectionGuard guard(options.limit.duration());
+    const CollectionGuard guard(options.live.terms());
     simwin::CallObserver nobody;
     LiveStation live = captureHere(nobody);
     simwin::Station& station = live.station;
-    station.description = "captured from " + productName(runningSystem());
+    station.description = "captured from " + productName(runningSystem()) +
+                          (options.live.asCaller ? " as a caller without a manifest sees it" : "");
     writeStationAs(station, options.station, options.redact);
     if (!options.redact.isGiven())
         checkReplay(options.station, live.record);
@@ -62,7 +63,7 @@ Verb addCapture(CLI::App& tool) {
         ->type_name("")
         ->required();
     addRedactOption(*command, options->redact);
-    addTimeLimit(*command, options->limit);
+    addLiveOptions(*command, options->live);
     return {command, "kvstation capture station     # then: kvstation simulate station",
             [options] { return capture(*options); }};
 }

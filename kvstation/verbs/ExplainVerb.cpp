@@ -17,7 +17,7 @@
 #include "kvstation/record/FieldTable.h"
 #include "kvstation/report/JsonView.h"
 #include "kvstation/sets/Jobs.h"
-#include "kvstation/verbs/TimeLimit.h"
+#include "kvstation/verbs/LiveOptions.h"
 #include "kvstation/verbs/Verb.h"
 
 namespace kvstation {
@@ -30,7 +30,7 @@ struct ExplainOptions {
     WhatIf whatIf;
     bool json = false;
     bool ndjson = false;
-    TimeLimit limit;
+    LiveOptions live;
 };
 
 // The field that is asked for; none is every field, as in "explain STATION...".
@@ -102,7 +102,9 @@ int explainSet(const ExplainOptions& options, std::optional<std::size_t> field) 
 
 int explain(ExplainOptions options) {
     const std::optional<std::size_t> field = takeField(options);
-    const CollectionGuard guard(options.limit.duration());
+    if (!options.places.isEmpty())
+        refuseForDescribed(options.live);
+    const CollectionGuard guard(options.live.terms());
     const bool isOneStation = options.places.isEmpty() || isOne(options.places);
     return isOneStation && !options.ndjson ? explainOne(options, field) : explainSet(options, field);
 }
@@ -121,7 +123,7 @@ Verb addExplain(CLI::App& tool) {
     command->add_flag("--ndjson", options->ndjson, "Print the causes as a JSON object a line for each station")
         ->excludes(json);
     addWhatIf(*command, options->whatIf);
-    addTimeLimit(*command, options->limit);
+    addLiveOptions(*command, options->live);
     return {command, "kvstation explain szMACAddress stations/metaframe-session",
             [options] { return explain(*options); }};
 }

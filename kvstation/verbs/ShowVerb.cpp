@@ -11,9 +11,9 @@
 #include "kvstation/platform/Output.h"
 #include "kvstation/record/ProductName.h"
 #include "kvstation/report/CallTimes.h"
+#include "kvstation/verbs/LiveOptions.h"
 #include "kvstation/verbs/ResultOptions.h"
 #include "kvstation/verbs/RowForm.h"
-#include "kvstation/verbs/TimeLimit.h"
 #include "kvstation/verbs/Verb.h"
 #include "simwin/text/CodePage.h"
 
@@ -23,7 +23,7 @@ namespace {
 struct ShowOptions {
     ResultOptions result;
     RowOptions rows;
-    TimeLimit limit;
+    LiveOptions live;
     bool times = false;
 };
 
@@ -60,7 +60,7 @@ int showWithCauses(const ShowOptions& options) {
 }
 
 int show(const ShowOptions& options) {
-    const CollectionGuard guard(options.limit.duration());
+    const CollectionGuard guard(options.live.terms());
     return options.times || !options.result.html.empty() ? showWithCauses(options) : showQuickly(options);
 }
 
@@ -76,7 +76,7 @@ Verb addShow(CLI::App& tool) {
         ->excludes(command->get_option("--ndjson"))
         ->excludes(command->get_option("--csv"))
         ->excludes(command->get_option("--field"));
-    addTimeLimit(*command, options->limit);
+    addLiveOptions(*command, options->live);
     return {command, "kvstation show --field szIPAddress     # 10.0.0.5", [options] { return show(*options); }};
 }
 

@@ -9,7 +9,7 @@
 #include "kvstation/platform/Output.h"
 #include "kvstation/record/FieldTable.h"
 #include "kvstation/report/TraceView.h"
-#include "kvstation/verbs/TimeLimit.h"
+#include "kvstation/verbs/LiveOptions.h"
 #include "kvstation/verbs/Verb.h"
 
 namespace kvstation {
@@ -21,12 +21,14 @@ struct TraceVerbOptions {
     std::string field;
     bool all = false;
     bool json = false;
-    TimeLimit limit;
+    LiveOptions live;
 };
 
 int trace(const TraceVerbOptions& options) {
     const std::string field = options.field.empty() ? "" : std::string(fields()[requireTypedField(options.field)].name);
-    const CollectionGuard guard(options.limit.duration());
+    if (!options.station.empty())
+        refuseForDescribed(options.live);
+    const CollectionGuard guard(options.live.terms());
     const bool isHere = options.station.empty() && options.whatIf.isEmpty();
     const TracedStation traced = isHere ? traceHere() : traceStation(stationFrom(options.station, options.whatIf));
     std::vector<TracedCall> calls;
@@ -51,7 +53,7 @@ Verb addTrace(CLI::App& tool) {
     command->add_flag("--all", options->all, "The module's own work too: memory, texts, closing what it opened");
     command->add_flag("--json", options->json, "Print a JSON list");
     addWhatIf(*command, options->whatIf);
-    addTimeLimit(*command, options->limit);
+    addLiveOptions(*command, options->live);
     return {command, "kvstation trace stations/metaframe-session --field szStation",
             [options] { return trace(*options); }};
 }

@@ -17,7 +17,7 @@
 #include "kvstation/sets/Collisions.h"
 #include "kvstation/sets/Jobs.h"
 #include "kvstation/sets/ResultBuffer.h"
-#include "kvstation/verbs/TimeLimit.h"
+#include "kvstation/verbs/LiveOptions.h"
 #include "kvstation/verbs/Verb.h"
 #include "simwin/text/CodePage.h"
 
@@ -28,7 +28,7 @@ struct WhatIfOptions {
     Places places;
     JobOptions jobs;
     WhatIf whatIf;
-    TimeLimit limit;
+    LiveOptions live;
     bool ndjson = false;
 };
 
@@ -198,7 +198,9 @@ int whatIfSet(const WhatIfOptions& options) {
 int whatIf(const WhatIfOptions& options) {
     if (options.whatIf.isEmpty())
         throw WrongUse("what is to be different? --set, --unset, --value, --fail or --version says it");
-    const CollectionGuard guard(options.limit.duration());
+    if (!options.places.isEmpty())
+        refuseForDescribed(options.live);
+    const CollectionGuard guard(options.live.terms());
     const bool isOneStation = options.places.isEmpty() || isOne(options.places);
     return isOneStation && !options.ndjson ? whatIfOne(options) : whatIfSet(options);
 }
@@ -215,7 +217,7 @@ Verb addWhatIfVerb(CLI::App& tool) {
         "--ndjson", options->ndjson,
         "Print the changes as a JSON object a line for each station, then one for each szStation of several");
     addWhatIf(*command, options->whatIf);
-    addTimeLimit(*command, options->limit);
+    addLiveOptions(*command, options->live);
     return {command, "kvstation whatif stations/metaframe-session --set KVStationType=1",
             [options] { return whatIf(*options); }};
 }

@@ -52,6 +52,13 @@ TEST(ProductName, UnknownVersionsHaveNone) {
     EXPECT_EQ(productName({}), "");
 }
 
+TEST(ProductName, ThatOfWindows8MayHaveBeenToldByALaterOne) {
+    EXPECT_EQ(productNameOfTold({.platform = 2, .major = 6, .minor = 2, .build = 9200}), "Windows 8 or later");
+    EXPECT_EQ(productNameOfTold({.platform = 2, .major = 6, .minor = 2, .build = 9199}), "Windows 8");
+    EXPECT_EQ(productNameOfTold({.platform = 2, .major = 6, .minor = 3, .build = 9600}), "Windows 8.1");
+    EXPECT_EQ(workstation(6, 2, 9200), "Windows 8");
+}
+
 TEST(ProductName, TheRecordsTextTellsTheVersion) {
     const auto version = versionFromDescription("Windows NT 5.1 (Build 2600) Service Pack 3");
     ASSERT_TRUE(version.has_value());

@@ -104,6 +104,17 @@ TEST_F(Program, LookingAtThisComputerNeedsWindows) {
     expectRefusal(run({"capture", folder / "station"}), 1, line);
 }
 
+TEST_F(Program, OnlyThisComputerIsSeenAsByACaller) {
+    const std::string station = KV_STATIONS "/windows-7-workstation";
+    const std::string line = "--as-caller is for this computer; a described station tells everyone the same version";
+    expectRefusal(run({"trace", station, "--as-caller"}), 2, line);
+    expectRefusal(run({"explain", "szOS", station, "--as-caller"}), 2, line);
+    expectRefusal(run({"whatif", station, "--as-caller", "--unset", "CLIENTNAME"}), 2, line);
+    expectRefusal(run({"simulate", station, "--as-caller"}), 2,
+                  "'--as-caller' is no option of simulate, but of show, trace, explain, whatif, capture; 'kvstation "
+                  "simulate --help' tells more");
+}
+
 TEST_F(Program, DecodesRawBytesAndJsonAlike) {
     const ProgramRun fromRaw = run({"decode", raw});
     EXPECT_EQ(fromRaw.status, 0);
