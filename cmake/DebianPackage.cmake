@@ -1,6 +1,7 @@
 # The Debian package of the native tool (./kv package): program, manual page, completions, documents.
 install(TARGETS kvstation RUNTIME DESTINATION bin)
-install(FILES docs/tool.md docs/stations.md docs/record.md DESTINATION share/doc/kvstation)
+install(FILES ${KV_USER_DOCUMENTS} DESTINATION share/doc/kvstation/doc)
+install(FILES ${KV_HEADERS} DESTINATION share/doc/kvstation/include)
 install(CODE "execute_process(COMMAND ${PROJECT_SOURCE_DIR}/cmake/package/debian-files
   \$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/.. ${PROJECT_VERSION} ${CMAKE_BINARY_DIR} COMMAND_ERROR_IS_FATAL ANY)")
 

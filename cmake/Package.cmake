@@ -25,10 +25,8 @@ endif()
 install(FILES ${KV_LIB} DESTINATION lib)
 install(FILES ${CMAKE_BINARY_DIR}/kvcstatConfig.cmake ${CMAKE_BINARY_DIR}/kvcstatConfigVersion.cmake
   DESTINATION ${KV_CMAKE_PACKAGE})
-install(FILES include/kvcstat.h include/kvcstat_fields.inc DESTINATION include)
-install(FILES docs/calling.md docs/record.md docs/administration.md docs/companions.md docs/stations.md docs/tool.md
-  DESTINATION doc)
-install(FILES docs/fleet.md docs/station-row.schema.json DESTINATION doc)
+install(FILES ${KV_HEADERS} DESTINATION include)
+install(FILES ${KV_USER_DOCUMENTS} DESTINATION doc)
 install(DIRECTORY tests/consumer/example/ DESTINATION example)
 install(FILES ${CMAKE_BINARY_DIR}/package/README.md DESTINATION .)
 
