@@ -94,6 +94,7 @@ int CHardwareInformation::GetDefaultPrinter() {
             m_cDefaultPrinter = text;
             break;
         default:
+            // Name, driver and port; an entry that begins with the comma is a printer without a name, and found.
             text = GetApp()->GetProfileString("windows", "device");
             m_cDefaultPrinter = text.IsEmpty() ? CString() : PrinterText(PartBeforeComma(text));
             break;

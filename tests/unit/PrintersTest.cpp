@@ -218,6 +218,8 @@ TEST_F(PrintersTest, DefaultPrinterOfOtherPlatformsIsTheNameInTheProfile) {
         {"HP LaserJet,winspool,LPT1:", "HP LaserJet", 0},
         {"HP LaserJet", "HP LaserJet", 0},
         {"HP,", "HP", 0},
+        {",winspool,LPT1:", "", 0},
+        {",", "", 0},
         {"%s%d,winspool", "%s%d", 0},
         {"", "", -1},
     };
