@@ -27,7 +27,8 @@ extern "C" {
  * Numbers are 32-bit little-endian, flags 0 or 1; all but dwSessionId are always written, an unknown one as 0. The
  * reserved areas are never written, unless the padding to a long BIOS date reaches them.
  *
- * The structure is 4936 bytes long because a 32-bit member rounds its size; the module writes only the first 4934.
+ * The structure is two bytes longer than KVCSTAT_RECORD_SIZE because a 32-bit member rounds its size; the module
+ * never writes these two.
  */
 typedef struct STATIONDATA {
     char szStation[51];             /* name under which the station registers, upper case */

@@ -21,6 +21,9 @@ constexpr std::size_t rowCount() {
     return (KVCSTAT_RECORD_SIZE + kBytesInRow - 1) / kBytesInRow;
 }
 
+constexpr std::size_t kWidth = kMargin + kBytesInRow;
+constexpr double kHeight = static_cast<double>(rowCount()) * kRowHeight;
+
 std::string number(double value) {
     char text[32];
     std::snprintf(text, sizeof text, "%g", value);
@@ -78,6 +81,12 @@ void drawOffsets(std::string& svg) {
     svg += '\n';
 }
 
+// What the page's style needs of the picture's measures: a narrow page leaves out the margin.
+std::string measures() {
+    return "--shape: " + std::to_string(kWidth) + " / " + number(kHeight) +
+           "; --margin: " + number(100.0 * kMargin / kBytesInRow) + "%";
+}
+
 }  // namespace
 
 std::string groupClass(std::string_view group) {
@@ -94,9 +103,8 @@ std::string placeOf(const Field& field, const Value& value) {
 }
 
 std::string mapOfBytes(const Record& record) {
-    const std::string size =
-        std::to_string(kMargin + kBytesInRow) + " " + number(static_cast<double>(rowCount()) * kRowHeight);
-    std::string svg = "<svg class=\"map\" viewBox=\"0 0 " + size +
+    std::string svg = "<svg class=\"map\" style=\"" + measures() + "\" viewBox=\"0 0 " + std::to_string(kWidth) + " " +
+                      number(kHeight) +
                       "\" preserveAspectRatio=\"none\" role=\"group\" aria-label=\"Map of the record's bytes\">\n";
     drawOffsets(svg);
     drawBytes(svg, "reserved", 0, KVCSTAT_RECORD_SIZE);

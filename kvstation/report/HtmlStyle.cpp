@@ -72,7 +72,7 @@ details b { font-weight: 600; color: var(--text) }
 .bar { height: .7rem; border-radius: .35rem; background: hsl(var(--hue) var(--empty)); overflow: hidden }
 .bar b { display: block; height: 100%; background: hsl(var(--hue) var(--mark)) }
 .bar, .bar b, .map { print-color-adjust: exact; -webkit-print-color-adjust: exact }
-.map { display: block; width: 100%; aspect-ratio: 137 / 101.4 }
+.map { display: block; width: 100%; aspect-ratio: var(--shape) }
 .map text { font-size: 1.3px; fill: hsl(var(--hue) var(--ink)); pointer-events: none }
 .map .offset { fill: var(--quiet) }
 .map .empty { fill: hsl(var(--hue) var(--empty)) }
@@ -94,7 +94,7 @@ footer { color: var(--quiet); font-size: .8rem; overflow-wrap: anywhere }
   section { margin: .75rem 0 }
   .glance { gap: .75rem; grid-template-columns: minmax(0, 1fr) }
   .fields div { grid-template-columns: minmax(0, 1fr) }
-  .map { aspect-ratio: auto; height: 27rem; width: 107.03%; margin-left: -7.03% }
+  .map { aspect-ratio: auto; height: 27rem; width: calc(100% + var(--margin)); margin-left: calc(0% - var(--margin)) }
   .map a text { display: none }
   .map .offset { font-size: 0 }
 }

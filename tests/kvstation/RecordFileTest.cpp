@@ -84,7 +84,7 @@ TEST(RecordFile, ReadsSurrogatesInPairsAndReplacesHalves) {
 }
 
 TEST(RecordFile, RefusesUtf16ThatIsNoJson) {
-    const std::string end = " bytes, where a raw record has 4934";
+    const std::string end = " bytes, where a raw record has " + std::to_string(KVCSTAT_RECORD_SIZE);
     EXPECT_EQ(errorOf("\xFF\xFE"), "a.bin is no station record: it is no JSON object and has 2" + end);
     EXPECT_EQ(errorOf("\xFE\xFF{"), "a.bin is no station record: it is no JSON object and has 3" + end);
     EXPECT_EQ(errorOf(asUtf16(u"\xFEFF{", false)), "a.bin: byte 2: this is no JSON");
@@ -93,21 +93,22 @@ TEST(RecordFile, RefusesUtf16ThatIsNoJson) {
 TEST(RecordFile, ARawRecordMayBeginLikeUtf16) {
     for (const char* mark : {"\xFF\xFE{", "\xFE\xFF"}) {
         RecordBytes bytes{};
-        put(bytes, 0, mark);
+        put(bytes, &STATIONDATA::szStation, mark);
         EXPECT_EQ(recordFromFileBytes(asText(bytes), "a.bin").bytes, bytes);
     }
 }
 
 TEST(RecordFile, ARawRecordMayBeginLikeJson) {
     RecordBytes bytes = sampleBytes();
-    put(bytes, 0, "{\"PC\"}");
+    put(bytes, &STATIONDATA::szStation, "{\"PC\"}");
     EXPECT_EQ(recordFromFileBytes(asText(bytes), "a.bin").record.at("szStation").text, "{\"PC\"}3");
 }
 
 TEST(RecordFile, RefusesEveryOtherSize) {
-    const std::string end = " bytes, where a raw record has 4934";
+    constexpr std::size_t kSize = KVCSTAT_RECORD_SIZE;
+    const std::string end = " bytes, where a raw record has " + std::to_string(KVCSTAT_RECORD_SIZE);
     EXPECT_EQ(errorOf(""), "a.bin is no station record: it is no JSON object and has 0" + end);
-    for (const std::size_t size : {1u, 4933u, 4935u, 4937u, 9868u})
+    for (const std::size_t size : {std::size_t{1}, kSize - 1, kSize + 1, sizeof(STATIONDATA) + 1, 2 * kSize})
         EXPECT_EQ(errorOf(std::string(size, '\0')),
                   "a.bin is no station record: it is no JSON object and has " + std::to_string(size) + end);
 }
@@ -116,7 +117,7 @@ TEST(RecordFile, AnyBytesOfTheRightSizeAreARecord) {
     for (int byte = 0; byte < 256; ++byte) {
         if (byte == '{')
             continue;
-        EXPECT_EQ(errorOf(std::string(4934, static_cast<char>(byte))), "no error") << byte;
+        EXPECT_EQ(errorOf(std::string(KVCSTAT_RECORD_SIZE, static_cast<char>(byte))), "no error") << byte;
     }
 }
 

@@ -11,7 +11,7 @@ namespace {
 
 TEST(Record, TextsEndAtTheirFirstZero) {
     RecordBytes bytes{};
-    put(bytes, 0, std::string_view("PC\0LAB", 6));
+    put(bytes, &STATIONDATA::szStation, std::string_view("PC\0LAB", 6));
     EXPECT_EQ(Record(bytes).at("szStation").text, "PC");
 }
 
@@ -25,8 +25,8 @@ TEST(Record, TextWithoutZeroEndsWithItsField) {
 
 TEST(Record, NumbersAreLittleEndianAndSigned) {
     RecordBytes bytes{};
-    put(bytes, 360, {"\x04\x03\x02\x01", 4});
-    put(bytes, 520, {"\xFF\xFF\xFF\xFF", 4});
+    put(bytes, &STATIONDATA::dwKeyboardType, {"\x04\x03\x02\x01", 4});
+    put(bytes, &STATIONDATA::dwTotalMemoryMB, {"\xFF\xFF\xFF\xFF", 4});
     const Record record(bytes);
     EXPECT_EQ(record.at("dwKeyboardType").number, 0x01020304);
     EXPECT_EQ(record.at("dwTotalMemoryMB").number, -1);
@@ -34,7 +34,7 @@ TEST(Record, NumbersAreLittleEndianAndSigned) {
 
 TEST(Record, SessionIdIsUnsigned) {
     RecordBytes bytes{};
-    put(bytes, 4868, {"\xFF\xFF\xFF\xFF", 4});
+    put(bytes, &STATIONDATA::dwSessionId, {"\xFF\xFF\xFF\xFF", 4});
     EXPECT_EQ(Record(bytes).at("dwSessionId").number, 4294967295);
 }
 

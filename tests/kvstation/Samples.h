@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "kvstation/report/JsonView.h"
+#include "tests/stations/RecordPlace.h"
 
 namespace kvstation {
 
@@ -12,16 +13,21 @@ inline void put(RecordBytes& bytes, std::size_t offset, std::string_view text) {
     std::memcpy(bytes.data() + offset, text.data(), text.size());
 }
 
-// Offsets are written out here, independent of the table.
+// Into a member of the header, independent of the table.
+template <class Member>
+void put(RecordBytes& bytes, Member STATIONDATA::*member, std::string_view text) {
+    put(bytes, kvtest::RecordPlace(member).offset, text);
+}
+
 inline RecordBytes sampleBytes() {
     RecordBytes bytes{};
-    put(bytes, 0, "PC-LAB3");
-    put(bytes, 51, "jdoe");
-    put(bytes, 364, {"\x52\x03\x00\x00", 4});
-    put(bytes, 1831, "C(SYSTEM):(NTFS:152625 MB 41% free) ;E:(FAT32:4094 MB 12% free) ");
-    put(bytes, 3325, "10.0.0.5");
-    put(bytes, 3600, "Windows NT 10.0 (Build 22621)");
-    put(bytes, 4868, {"\xFE\xFF\xFF\xFF", 4});
+    put(bytes, &STATIONDATA::szStation, "PC-LAB3");
+    put(bytes, &STATIONDATA::szUserName, "jdoe");
+    put(bytes, &STATIONDATA::dwOEMCodePage, {"\x52\x03\x00\x00", 4});
+    put(bytes, &STATIONDATA::szFixedDrives, "C(SYSTEM):(NTFS:152625 MB 41% free) ;E:(FAT32:4094 MB 12% free) ");
+    put(bytes, &STATIONDATA::szIPAddress, "10.0.0.5");
+    put(bytes, &STATIONDATA::szOS, "Windows NT 10.0 (Build 22621)");
+    put(bytes, &STATIONDATA::dwSessionId, {"\xFE\xFF\xFF\xFF", 4});
     return bytes;
 }
 

@@ -85,13 +85,13 @@ TEST(TextView, ColoursOnlyWhenAskedFor) {
 
 TEST(TextView, ValuesCannotSteerTheTerminal) {
     RecordBytes bytes{};
-    put(bytes, 0, "A\x1b[31m\nB\x9b");
+    put(bytes, &STATIONDATA::szStation, "A\x1b[31m\nB\x9b");
     EXPECT_THAT(textView({Record(bytes), bytes, "", ""}, {}), HasSubstr("A\\x1b[31m\\x0aB\xE2\x80\xBA"));
 }
 
 TEST(TextView, LinesKeepToTheTerminalsWidth) {
     RecordBytes bytes = sampleBytes();
-    put(bytes, 1378, std::string(250, '\xFC'));
+    put(bytes, &STATIONDATA::szPrinters, std::string(sizeof(STATIONDATA::szPrinters) - 1, '\xFC'));
     for (const std::size_t width : {46u, 60u, 80u, 200u})
         for (const std::string& line : linesOf(textView({Record(bytes), bytes, "", ""}, {.width = width})))
             EXPECT_LE(columns(line), width) << line;

@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "MachineTest.h"
+#include "PatternedRecord.h"
 #include "framework/ModuleState.h"
 #include "framework/WinApp.h"
 #include "framework/Windows.h"
@@ -19,12 +20,6 @@ constexpr char kSystem[] = "HKEY_LOCAL_MACHINE\\HARDWARE\\DESCRIPTION\\System";
 constexpr char kExplorer[] = "HKEY_LOCAL_MACHINE\\Software\\Microsoft\\Internet Explorer";
 constexpr char kFirefox[] = "HKEY_LOCAL_MACHINE\\Software\\Mozilla\\Mozilla Firefox";
 constexpr char kMail[] = "HKEY_LOCAL_MACHINE\\SOFTWARE\\Clients\\Mail\\";
-
-struct Area {
-    std::size_t offset;
-    std::size_t width;
-};
-constexpr Area kReserved[] = {{358, 2}, {1983, 9}, {3681, 27}, {4608, 4}};
 
 class CollectionRunTest : public kvtest::MachineTest {
   protected:
@@ -113,7 +108,7 @@ TEST_F(CollectionRunTest, AnotherModulesStateIsInForceAgainBehindTheCall) {
     CModuleState other{nullptr, &otherApp};
     const CModuleStateScope scope(other);
     Collect();
-    EXPECT_EQ(record.Text(offsetof(STATIONDATA, szDefaultPrinter), sizeof(STATIONDATA::szDefaultPrinter)), "Deskjet")
+    EXPECT_EQ(record.Text(&STATIONDATA::szDefaultPrinter), "Deskjet")
         << "during the call the module's own is: its application object reads its own profile";
     EXPECT_EQ(&GetModuleState(), &other);
 }
@@ -130,11 +125,11 @@ TEST_F(CollectionRunTest, FirstTraceLineSaysThatTheStationIsRead) {
 TEST_F(CollectionRunTest, EmptyMachineLeavesEveryTextFieldAndTheReservedAreasAsTheCallerHadThem) {
     station.version.reset();
     CollectOverPattern();
-    for (const Area& area : kReserved)
-        EXPECT_TRUE(record.IsUntouched(area.offset, area.width)) << area.offset;
-    EXPECT_TRUE(record.IsUntouched(3600, 81)) << "szOS";
-    EXPECT_TRUE(record.IsUntouched(775, 251)) << "szCDRomDevices";
-    EXPECT_TRUE(record.IsUntouched(4868, 4)) << "dwSessionId";
+    for (const kvtest::RecordPlace& area : kvtest::RecordPlace::reserved())
+        EXPECT_TRUE(record.IsUntouched(area)) << area.offset;
+    EXPECT_TRUE(record.IsUntouched(&STATIONDATA::szOS));
+    EXPECT_TRUE(record.IsUntouched(&STATIONDATA::szCDRomDevices));
+    EXPECT_TRUE(record.IsUntouched(&STATIONDATA::dwSessionId));
     EXPECT_TRUE(record.IsUntouchedBehindTheRecord());
     EXPECT_THAT(machine->misuses(), SizeIs(0));
 }
@@ -142,44 +137,46 @@ TEST_F(CollectionRunTest, EmptyMachineLeavesEveryTextFieldAndTheReservedAreasAsT
 TEST_F(CollectionRunTest, TextsArriveWithoutTerminatorAndTheBytesBehindThemStay) {
     CollectOverPattern();
     const std::string description = "Windows NT 5.1 (Build 2600) Service Pack 3";
-    EXPECT_EQ(record.At(3600, description.size()), description);
-    EXPECT_TRUE(record.IsUntouched(3600 + description.size(), 81 - description.size()));
-    for (const Area& area : kReserved)
-        EXPECT_TRUE(record.IsUntouched(area.offset, area.width)) << area.offset;
+    EXPECT_EQ(record.At(&STATIONDATA::szOS),
+              description + kvtest::PatternedRecord::Pattern(sizeof(STATIONDATA::szOS) - description.size()));
+    for (const kvtest::RecordPlace& area : kvtest::RecordPlace::reserved())
+        EXPECT_TRUE(record.IsUntouched(area)) << area.offset;
     EXPECT_TRUE(record.IsUntouchedBehindTheRecord());
 }
 
-TEST_F(CollectionRunTest, DescriptionLongerThanItsFieldIsCutTo80Characters) {
+TEST_F(CollectionRunTest, DescriptionLongerThanItsFieldIsCut) {
     station.version->servicePack = std::string(127, 'x');
     CollectOverPattern();
-    EXPECT_EQ(record.At(3600, 80), "Windows NT 5.1 (Build 2600) " + std::string(52, 'x'));
-    EXPECT_TRUE(record.IsUntouched(3680, 1));
+    const std::string description = "Windows NT 5.1 (Build 2600) " + station.version->servicePack;
+    EXPECT_EQ(record.At(&STATIONDATA::szOS),
+              description.substr(0, sizeof(STATIONDATA::szOS) - 1) + kvtest::PatternedRecord::Pattern(1));
 }
 
 TEST_F(CollectionRunTest, WithoutTheVCDModuleOneZeroByteEndsTheRecord) {
     CollectOverPattern();
-    EXPECT_EQ(record.At(4922, 1), std::string(1, '\0'));
-    EXPECT_TRUE(record.IsUntouched(4923, 64));
+    EXPECT_EQ(record.At(&STATIONDATA::szVCDVersion),
+              '\0' + kvtest::PatternedRecord::Pattern(sizeof(STATIONDATA::szVCDVersion) - 1));
+    EXPECT_TRUE(record.IsUntouchedBehindTheRecord());
 }
 
 TEST_F(CollectionRunTest, LongestVCDVersionEndsAtTheRecordsLastByte) {
     station.vcdVersion = -2147483647 - 1;
     CollectOverPattern();
-    EXPECT_EQ(record.At(4922, 12), std::string("-2147483648") + '\0');
+    EXPECT_EQ(record.At(&STATIONDATA::szVCDVersion), std::string("-2147483648") + '\0');
     EXPECT_TRUE(record.IsUntouchedBehindTheRecord());
 }
 
 TEST_F(CollectionRunTest, SessionIdIsTheTokensAndStaysTheCallersWhenItCannotBeRead) {
     station.process = simwin::Process{1234, 3};
     CollectOverPattern();
-    EXPECT_EQ(record.Number(4868), 3u);
+    EXPECT_EQ(record.Number(&STATIONDATA::dwSessionId), 3u);
 
     for (const char* call : {"OpenProcess", "OpenProcessToken", "GetTokenInformation"}) {
         station.fails = {{call, 5}};
         kvtest::PatternedRecord untouched;
         Start();
         GetStationData(untouched.data());
-        EXPECT_TRUE(untouched.IsUntouched(4868, 4)) << call;
+        EXPECT_TRUE(untouched.IsUntouched(&STATIONDATA::dwSessionId)) << call;
     }
 }
 
@@ -201,11 +198,12 @@ TEST_F(CollectionRunTest, DefaultServerSessionsIsTheLeadingNumberOfItsVariable) 
     for (const auto& row : rows) {
         station.environment = {{"KVTSDefaultSrvSessions", row.text}};
         Collect();
-        EXPECT_EQ(static_cast<std::int32_t>(record.Number(4416)), row.number) << row.text;
+        EXPECT_EQ(static_cast<std::int32_t>(record.Number(&STATIONDATA::dwTSDefaultSrvSessions)), row.number)
+            << row.text;
     }
     station.environment.clear();
     CollectOverPattern();
-    EXPECT_EQ(record.Number(4416), 0u);
+    EXPECT_EQ(record.Number(&STATIONDATA::dwTSDefaultSrvSessions), 0u);
 }
 
 TEST_F(CollectionRunTest, SessionsProtocolBuildAndProductFollowTheRemovableDrivesBehindABar) {
@@ -214,14 +212,14 @@ TEST_F(CollectionRunTest, SessionsProtocolBuildAndProductFollowTheRemovableDrive
                                {{"KVTSProtocol", "ICA"}, {"KVTSBuildNo", "2600"}, {"KVTSProductID", "1"}});
     DescribeDrive('A', 2);
     Collect();
-    EXPECT_EQ(record.Text(1730, 101), "A:\\|ICA 2600 1");
+    EXPECT_EQ(record.Text(&STATIONDATA::szRemovableDrives), "A:\\|ICA 2600 1");
 }
 
 TEST_F(CollectionRunTest, SessionSuffixOfAStationWithoutRemovableDrivesBeginsWithTheBar) {
     DescribeMetaFrameSession();
     station.environment.push_back({"KVTSProtocol", "RDP"});
     Collect();
-    EXPECT_EQ(record.Text(1730, 101), "|RDP  ");
+    EXPECT_EQ(record.Text(&STATIONDATA::szRemovableDrives), "|RDP  ");
 }
 
 TEST_F(CollectionRunTest, WithoutASessionProtocolTheRemovableDrivesStayAsTheyAre) {
@@ -229,34 +227,34 @@ TEST_F(CollectionRunTest, WithoutASessionProtocolTheRemovableDrivesStayAsTheyAre
     station.environment.insert(station.environment.end(), {{"KVTSBuildNo", "2600"}, {"KVTSProductID", "1"}});
     DescribeDrive('A', 2);
     Collect();
-    EXPECT_EQ(record.Text(1730, 101), "A:\\");
+    EXPECT_EQ(record.Text(&STATIONDATA::szRemovableDrives), "A:\\");
 }
 
 TEST_F(CollectionRunTest, BrowserFlagsSayWhichWordsTheBrowserTextHolds) {
     station.registry.set(kFirefox, simwin::textValue("CurrentVersion", "3.6.13 (en-US)"));
     CollectOverPattern();
-    EXPECT_EQ(record.Number(1992), 0u);
-    EXPECT_EQ(record.Number(1996), 0u);
+    EXPECT_EQ(record.Number(&STATIONDATA::bInternetExplorer), 0u);
+    EXPECT_EQ(record.Number(&STATIONDATA::bNetscape), 0u);
 
     station.registry.set(kExplorer, simwin::textValue("Version", "6.0.2900.2180"));
     station.registry.create("HKEY_LOCAL_MACHINE\\Software\\Netscape\\Netscape\\4.79");
     CollectOverPattern();
-    EXPECT_EQ(record.Number(1992), 1u);
-    EXPECT_EQ(record.Number(1996), 1u);
+    EXPECT_EQ(record.Number(&STATIONDATA::bInternetExplorer), 1u);
+    EXPECT_EQ(record.Number(&STATIONDATA::bNetscape), 1u);
 }
 
 TEST_F(CollectionRunTest, MailFlagsSayWhichWordsTheMailTextHolds) {
     station.registry.create(std::string(kMail) + "Microsoft Outlook");
     CollectOverPattern();
-    EXPECT_EQ(record.Number(3592), 1u);
-    EXPECT_EQ(record.Number(3596), 0u);
+    EXPECT_EQ(record.Number(&STATIONDATA::bOutlook), 1u);
+    EXPECT_EQ(record.Number(&STATIONDATA::bExchange), 0u);
 
     station.registry = {};
     station.registry.create(std::string(kMail) + "Microsoft Exchange");
     station.registry.create(std::string(kMail) + "outlook");
     CollectOverPattern();
-    EXPECT_EQ(record.Number(3592), 0u);
-    EXPECT_EQ(record.Number(3596), 1u);
+    EXPECT_EQ(record.Number(&STATIONDATA::bOutlook), 0u);
+    EXPECT_EQ(record.Number(&STATIONDATA::bExchange), 1u);
 }
 
 TEST_F(CollectionRunTest, BiosDateOfAnyLengthCountsTheCDRomDrivesAndWritesNothingBehindTheRecord) {
@@ -264,21 +262,21 @@ TEST_F(CollectionRunTest, BiosDateOfAnyLengthCountsTheCDRomDrivesAndWritesNothin
     DescribeDrive('E', 5);
     station.registry.set(kSystem, simwin::textValue("SystemBiosDate", "12/3"));
     Collect();
-    EXPECT_EQ(record.Text(1629, 101), "D:\\;");
-    EXPECT_EQ(record.Text(4597, 11), "12/3");
+    EXPECT_EQ(record.Text(&STATIONDATA::szCDRomDrives), "D:\\;");
+    EXPECT_EQ(record.Text(&STATIONDATA::szBiosDate), "12/3");
 
-    // 2000 zeros from offset 1629 on; what is copied later stands again.
+    // 2000 zeros from the drives on, into the operating system; what is copied later stands again.
     station.registry.set(kSystem, simwin::textValue("SystemBiosDate", std::string(2000, '9')));
     CollectOverPattern();
-    EXPECT_EQ(record.Text(1629, 101), "D:\\;E:\\");
-    EXPECT_EQ(record.At(1983, 9), std::string(9, '\0'));
-    EXPECT_EQ(record.At(3600, 42), "Windows NT 5.1 (Build 2600) Service Pack 3");
-    EXPECT_EQ(record.At(4597, 10), "9999999999");
-    EXPECT_TRUE(record.IsUntouched(4608, 4));
+    EXPECT_EQ(record.Text(&STATIONDATA::szCDRomDrives), "D:\\;E:\\");
+    EXPECT_EQ(record.At(&STATIONDATA::reserved1983), std::string(sizeof(STATIONDATA::reserved1983), '\0'));
+    EXPECT_EQ(record.Text(&STATIONDATA::szOS).substr(0, 42), "Windows NT 5.1 (Build 2600) Service Pack 3");
+    EXPECT_EQ(record.Text(&STATIONDATA::szBiosDate).substr(0, 10), "9999999999");
+    EXPECT_TRUE(record.IsUntouched(&STATIONDATA::reserved4608));
 
     station.registry.set(kSystem, simwin::textValue("SystemBiosDate", std::string(65536, '9')));
     CollectOverPattern();
-    EXPECT_EQ(record.At(4608, 4), std::string(4, '\0'));
+    EXPECT_EQ(record.At(&STATIONDATA::reserved4608), std::string(sizeof(STATIONDATA::reserved4608), '\0'));
     EXPECT_TRUE(record.IsUntouchedBehindTheRecord());
 }
 
@@ -287,13 +285,13 @@ TEST_F(CollectionRunTest, FieldsCopiedBeforeTheCDRomListsAreLostToALongPadding) 
                          simwin::textValue("Description", "AMD PCNET PCI Ethernet Adapter"));
     station.registry.set(kSystem, simwin::textValue("SystemBiosDate", "12/03/02"));
     Collect();
-    EXPECT_EQ(record.Text(3341, 251), "AMD PCNET PCI Ethernet Adapter");
+    EXPECT_EQ(record.Text(&STATIONDATA::szNetworkAdapters), "AMD PCNET PCI Ethernet Adapter");
 
-    // The adapters are copied before the padding that starts at offset 775, the operating system after it.
+    // The adapters are copied before the padding that starts at the CD-ROM devices, the operating system after it.
     station.registry.set(kSystem, simwin::textValue("SystemBiosDate", std::string(3000, '9')));
     Collect();
-    EXPECT_EQ(record.Text(3341, 251), "");
-    EXPECT_EQ(record.Text(3600, 81), "Windows NT 5.1 (Build 2600) Service Pack 3");
+    EXPECT_EQ(record.Text(&STATIONDATA::szNetworkAdapters), "");
+    EXPECT_EQ(record.Text(&STATIONDATA::szOS), "Windows NT 5.1 (Build 2600) Service Pack 3");
 }
 
 TEST_F(CollectionRunTest, EnvironmentIsPublishedOnAnEmptyMachineToo) {

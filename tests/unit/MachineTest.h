@@ -4,8 +4,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cstdint>
-#include <cstring>
 #include <memory>
 #include <optional>
 #include <string>
@@ -56,36 +54,6 @@ class MachineTest : public ::testing::Test {
     std::vector<std::unique_ptr<simwin::Machine>> earlier;
     std::unique_ptr<simwin::Machine> machine;
     std::unique_ptr<simwin::Machine::Scope> scope;
-};
-
-// A record with a pattern in every byte, and room behind it that must keep the pattern.
-class PatternedRecord {
-  public:
-    static constexpr char kPattern = '\xA5';
-
-    char* data() { return bytes.data(); }
-    void Clear() { std::memset(bytes.data(), 0, KVCSTAT_RECORD_SIZE); }
-
-    std::string At(std::size_t offset, std::size_t count) const { return {bytes.data() + offset, count}; }
-    bool IsUntouched(std::size_t offset, std::size_t count) const {
-        return At(offset, count) == std::string(count, kPattern);
-    }
-    bool IsUntouchedBehindTheRecord() const {
-        return IsUntouched(KVCSTAT_RECORD_SIZE, bytes.size() - KVCSTAT_RECORD_SIZE);
-    }
-    // Text of a field up to its first zero.
-    std::string Text(std::size_t offset, std::size_t width) const {
-        const std::string field = At(offset, width);
-        return field.substr(0, field.find('\0'));
-    }
-    std::uint32_t Number(std::size_t offset) const {
-        std::uint32_t number = 0;
-        std::memcpy(&number, bytes.data() + offset, sizeof number);
-        return number;
-    }
-
-  private:
-    std::vector<char> bytes = std::vector<char>(KVCSTAT_RECORD_SIZE + 1024, kPattern);
 };
 
 }  // namespace kvtest

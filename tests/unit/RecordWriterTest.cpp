@@ -4,122 +4,130 @@
 #include <gtest/gtest.h>
 
 #include <string>
-#include <vector>
 
-#include "include/kvcstat.h"
+#include "PatternedRecord.h"
 
 namespace {
 
-constexpr char kPattern = '\xA5';
+using kvtest::RecordPlace;
+
+const RecordPlace kAddress = &STATIONDATA::szIPAddress;
+const RecordPlace kDevices = &STATIONDATA::szCDRomDevices;
+const RecordPlace kDrives = &STATIONDATA::szCDRomDrives;
+const RecordPlace kLast = &STATIONDATA::szVCDVersion;
+const RecordPlace kNumber = &STATIONDATA::dwSessionId;
 
 class RecordWriterTest : public ::testing::Test {
   protected:
-    // What the record holds from `offset` on, over `count` bytes.
-    std::string At(std::size_t offset, std::size_t count) const { return {bytes.data() + offset, count}; }
-    static std::string Untouched(std::size_t count) { return std::string(count, kPattern); }
+    static std::string Untouched(std::size_t count) { return kvtest::PatternedRecord::Pattern(count); }
 
-    std::vector<char> bytes = std::vector<char>(KVCSTAT_RECORD_SIZE + 4096, kPattern);
-    RecordWriter writer{bytes.data()};
+    // What a text does to an address that was cleared before.
+    std::string AddressOf(const std::string& text) {
+        record.Clear();
+        writer.PutText(kAddress.offset, kAddress.width - 1, text.c_str());
+        return record.At(kAddress);
+    }
+
+    kvtest::PatternedRecord record;
+    RecordWriter writer{record.data()};
 };
 
 TEST_F(RecordWriterTest, TextIsCopiedUpToItsLimitWithoutATerminatorForEveryLengthUpToTwiceTheWidth) {
-    constexpr std::size_t kOffset = 3325;
-    constexpr std::size_t kWidth = 16;
-    for (std::size_t length = 0; length <= 2 * kWidth; ++length) {
-        std::fill(bytes.begin(), bytes.end(), kPattern);
+    for (std::size_t length = 0; length <= 2 * kAddress.width; ++length) {
+        record = {};
         const std::string text(length, 'x');
-        writer.PutText(kOffset, kWidth - 1, text.c_str());
-        const std::size_t written = length < kWidth ? length : kWidth - 1;
-        EXPECT_EQ(At(kOffset - 8, 8), Untouched(8)) << length;
-        EXPECT_EQ(At(kOffset, written), std::string(written, 'x')) << length;
-        EXPECT_EQ(At(kOffset + written, 32), Untouched(32)) << length;
+        writer.PutText(kAddress.offset, kAddress.width - 1, text.c_str());
+        const std::size_t written = length < kAddress.width ? length : kAddress.width - 1;
+        EXPECT_EQ(record.At(kAddress.offset - 8, 8), Untouched(8)) << length;
+        EXPECT_EQ(record.At(kAddress.offset, written), std::string(written, 'x')) << length;
+        EXPECT_EQ(record.At(kAddress.offset + written, 32), Untouched(32)) << length;
     }
 }
 
 TEST_F(RecordWriterTest, SourceOfExactlyTheLimitFillsTheFieldUpToItsLastByteButOne) {
-    std::fill(bytes.begin(), bytes.end(), '\0');
-    writer.PutText(0, 50, std::string(50, 'S').c_str());
-    EXPECT_EQ(At(0, 51), std::string(50, 'S') + '\0');
+    const std::string longest(kAddress.width - 1, 'S');
+    EXPECT_EQ(AddressOf(longest), longest + '\0');
 }
 
 TEST_F(RecordWriterTest, SourceOneLongerThanTheLimitIsCutAndTheLastByteStaysZero) {
-    std::fill(bytes.begin(), bytes.end(), '\0');
-    writer.PutText(0, 50, std::string(51, 'S').c_str());
-    EXPECT_EQ(At(0, 51), std::string(50, 'S') + '\0');
+    const std::string longest(kAddress.width - 1, 'S');
+    EXPECT_EQ(AddressOf(longest + 'S'), longest + '\0');
 }
 
 TEST_F(RecordWriterTest, EmptySourceWritesNothing) {
-    writer.PutText(0, 50, "");
-    EXPECT_EQ(At(0, 51), Untouched(51));
+    writer.PutText(kAddress.offset, kAddress.width - 1, "");
+    EXPECT_TRUE(record.IsUntouched(kAddress));
 }
 
 TEST_F(RecordWriterTest, CDRomListLongerThanTheBiosDateIsCutToTheDatesLength) {
-    writer.PutTextCountedBy(775, 250, "0123456789", "01/02/03");
-    EXPECT_EQ(At(775, 8), "01234567");
-    EXPECT_EQ(At(783, 16), Untouched(16));
+    writer.PutTextCountedBy(kDevices.offset, kDevices.width - 1, "0123456789", "01/02/03");
+    EXPECT_EQ(record.At(kDevices.offset, 8), "01234567");
+    EXPECT_EQ(record.At(kDevices.offset + 8, 16), Untouched(16));
 }
 
 TEST_F(RecordWriterTest, CDRomListShorterThanTheBiosDateIsPaddedWithZerosToTheDatesLength) {
-    writer.PutTextCountedBy(775, 250, "0123456789", "01234567890123456789");
-    EXPECT_EQ(At(775, 20), "0123456789" + std::string(10, '\0'));
-    EXPECT_EQ(At(795, 16), Untouched(16));
+    writer.PutTextCountedBy(kDevices.offset, kDevices.width - 1, "0123456789", "01234567890123456789");
+    EXPECT_EQ(record.At(kDevices.offset, 20), "0123456789" + std::string(10, '\0'));
+    EXPECT_EQ(record.At(kDevices.offset + 20, 16), Untouched(16));
 }
 
 TEST_F(RecordWriterTest, EmptyBiosDateWritesNothingWhileTheCDRomListFits) {
-    writer.PutTextCountedBy(775, 250, "0123456789", "");
-    EXPECT_EQ(At(775, 251), Untouched(251));
+    writer.PutTextCountedBy(kDevices.offset, kDevices.width - 1, "0123456789", "");
+    EXPECT_TRUE(record.IsUntouched(kDevices));
 }
 
 TEST_F(RecordWriterTest, EmptyCDRomListIsZeroedToTheBiosDatesLength) {
-    writer.PutTextCountedBy(775, 250, "", "01/02/03");
-    EXPECT_EQ(At(775, 8), std::string(8, '\0'));
-    EXPECT_EQ(At(783, 16), Untouched(16));
+    writer.PutTextCountedBy(kDevices.offset, kDevices.width - 1, "", "01/02/03");
+    EXPECT_EQ(record.At(kDevices.offset, 8), std::string(8, '\0'));
+    EXPECT_EQ(record.At(kDevices.offset + 8, 16), Untouched(16));
 }
 
 TEST_F(RecordWriterTest, CDRomListLongerThanItsLimitIsCutToTheLimitWhateverTheBiosDate) {
-    writer.PutTextCountedBy(1629, 100, std::string(101, 'D').c_str(), "01/02/03");
-    EXPECT_EQ(At(1629, 100), std::string(100, 'D'));
-    EXPECT_EQ(At(1729, 16), Untouched(16));
+    writer.PutTextCountedBy(kDrives.offset, kDrives.width - 1, std::string(kDrives.width, 'D').c_str(), "01/02/03");
+    EXPECT_EQ(record.At(kDrives), std::string(kDrives.width - 1, 'D') + Untouched(1));
+    EXPECT_EQ(record.At(kDrives.behind(), 16), Untouched(16));
 }
 
 TEST_F(RecordWriterTest, CDRomListOfExactlyItsLimitStillFitsAndIsCutToTheDatesLength) {
-    writer.PutTextCountedBy(1629, 100, std::string(100, 'D').c_str(), "01/02/03");
-    EXPECT_EQ(At(1629, 8), std::string(8, 'D'));
-    EXPECT_EQ(At(1637, 100), Untouched(100));
+    writer.PutTextCountedBy(kDrives.offset, kDrives.width - 1, std::string(kDrives.width - 1, 'D').c_str(), "01/02/03");
+    EXPECT_EQ(record.At(kDrives.offset, 8), std::string(8, 'D'));
+    EXPECT_EQ(record.At(kDrives.offset + 8, kDrives.width), Untouched(kDrives.width));
 }
 
 TEST_F(RecordWriterTest, BiosDateLongerThanTheFieldPadsOnIntoTheFieldsBehind) {
-    writer.PutTextCountedBy(1629, 100, "D:\\", std::string(150, '9').c_str());
-    EXPECT_EQ(At(1629, 150), "D:\\" + std::string(147, '\0'));
-    EXPECT_EQ(At(1779, 16), Untouched(16));
+    const std::size_t date = kDrives.width + 50;
+    writer.PutTextCountedBy(kDrives.offset, kDrives.width - 1, "D:\\", std::string(date, '9').c_str());
+    EXPECT_EQ(record.At(kDrives.offset, date), "D:\\" + std::string(date - 3, '\0'));
+    EXPECT_EQ(record.At(kDrives.offset + date, 16), Untouched(16));
 }
 
 TEST_F(RecordWriterTest, PaddingEndsWithTheRecordHoweverLongTheBiosDate) {
-    writer.PutTextCountedBy(775, 250, "CD", std::string(70000, '9').c_str());
-    EXPECT_EQ(At(775, KVCSTAT_RECORD_SIZE - 775), "CD" + std::string(KVCSTAT_RECORD_SIZE - 777, '\0'));
-    EXPECT_EQ(At(KVCSTAT_RECORD_SIZE, 4096), Untouched(4096));
+    writer.PutTextCountedBy(kDevices.offset, kDevices.width - 1, "CD", std::string(70000, '9').c_str());
+    const std::size_t left = KVCSTAT_RECORD_SIZE - kDevices.offset;
+    EXPECT_EQ(record.At(kDevices.offset, left), "CD" + std::string(left - 2, '\0'));
+    EXPECT_TRUE(record.IsUntouchedBehindTheRecord());
 }
 
 TEST_F(RecordWriterTest, OpenTextIsCopiedWithItsTerminator) {
-    writer.PutOpenText(4922, "-2147483648");
-    EXPECT_EQ(At(4922, 12), std::string("-2147483648") + '\0');
-    EXPECT_EQ(At(KVCSTAT_RECORD_SIZE, 64), Untouched(64));
+    writer.PutOpenText(kLast.offset, "-2147483648");
+    EXPECT_EQ(record.At(kLast), std::string("-2147483648") + '\0');
+    EXPECT_TRUE(record.IsUntouchedBehindTheRecord());
 }
 
 TEST_F(RecordWriterTest, EmptyOpenTextWritesOneZeroByte) {
-    writer.PutOpenText(4922, "");
-    EXPECT_EQ(At(4922, 12), '\0' + Untouched(11));
+    writer.PutOpenText(kLast.offset, "");
+    EXPECT_EQ(record.At(kLast), '\0' + Untouched(kLast.width - 1));
 }
 
 TEST_F(RecordWriterTest, OpenTextNeverPassesTheEndOfTheRecord) {
-    writer.PutOpenText(4922, std::string(40, '1').c_str());
-    EXPECT_EQ(At(4922, 12), std::string(12, '1'));
-    EXPECT_EQ(At(KVCSTAT_RECORD_SIZE, 64), Untouched(64));
+    writer.PutOpenText(kLast.offset, std::string(40, '1').c_str());
+    EXPECT_EQ(record.At(kLast), std::string(kLast.width, '1'));
+    EXPECT_TRUE(record.IsUntouchedBehindTheRecord());
 }
 
 TEST_F(RecordWriterTest, NumbersAreLittleEndian) {
-    writer.PutNumber(4868, 0x01020304);
-    EXPECT_EQ(At(4868, 4), "\x04\x03\x02\x01");
+    writer.PutNumber(kNumber.offset, 0x01020304);
+    EXPECT_EQ(record.At(kNumber), "\x04\x03\x02\x01");
 }
 
 }  // namespace

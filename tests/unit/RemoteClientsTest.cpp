@@ -1,4 +1,6 @@
 // Versions of the installed ICA and RDP clients.
+#include <cstring>
+
 #include "NetworkTest.h"
 
 namespace {

@@ -61,7 +61,7 @@ TEST(ExhaustionTest, ThrowsToTheCallerAndTheNextCallWorks) {
         EXPECT_TRUE(Throws(module, record));
     }
     module.Collect(record.data());
-    EXPECT_NE(KV_TEXT_OF(record, szOS), "");
+    EXPECT_NE(record.Text(&STATIONDATA::szOS), "");
 }
 
 TEST(ExhaustionTest, ThrowsOnEveryThreadThatCalls) {

@@ -15,10 +15,6 @@ using kvtest::StationModule;
 
 constexpr char kPattern = '\xA5';
 
-bool IsPattern(GuardedRecord& record, std::size_t offset, std::size_t width) {
-    return std::string(record.data() + offset, width) == std::string(width, kPattern);
-}
-
 class ModuleTest : public ::testing::Test {
   protected:
     void SetUp() override { ASSERT_TRUE(module.IsLoaded()) << "error " << GetLastError(); }
@@ -37,25 +33,23 @@ TEST_F(ModuleTest, FillsARecordOfThisStation) {
     const std::string os = "Windows NT " + std::to_string(version.dwMajorVersion) + "." +
                            std::to_string(version.dwMinorVersion) + " (Build " + std::to_string(version.dwBuildNumber) +
                            ")";
-    EXPECT_EQ(KV_TEXT_OF(record, szOS).substr(0, os.size()), os);
+    EXPECT_EQ(record.Text(&STATIONDATA::szOS).substr(0, os.size()), os);
 
     DWORD session = 0;
     ProcessIdToSessionId(GetCurrentProcessId(), &session);
-    EXPECT_EQ(KV_NUMBER_OF(record, dwSessionId), session);
-    EXPECT_EQ(KV_NUMBER_OF(record, dwTSClientSession), 0u);
-    EXPECT_EQ(KV_TEXT_OF(record, szVCDVersion), "");
+    EXPECT_EQ(record.Number(&STATIONDATA::dwSessionId), session);
+    EXPECT_EQ(record.Number(&STATIONDATA::dwTSClientSession), 0u);
+    EXPECT_EQ(record.Text(&STATIONDATA::szVCDVersion), "");
 }
 
 TEST_F(ModuleTest, LeavesTheReservedAreasAndTheBytesBehindItsTextsUntouched) {
     record.Fill(kPattern);
     module.Collect(record.data());
-    EXPECT_TRUE(IsPattern(record, 358, 2));
-    EXPECT_TRUE(IsPattern(record, 1983, 9));
-    EXPECT_TRUE(IsPattern(record, 3681, 27));
-    EXPECT_TRUE(IsPattern(record, 4608, 4));
-    EXPECT_EQ(record.data()[3600 + 80], kPattern) << "szOS";
-    EXPECT_EQ(record.data()[4922], '\0');
-    EXPECT_TRUE(IsPattern(record, 4923, 11));
+    for (const kvtest::RecordPlace& area : kvtest::RecordPlace::reserved())
+        EXPECT_EQ(record.At(area), std::string(area.width, kPattern)) << area.offset;
+    EXPECT_EQ(record.At(&STATIONDATA::szOS).back(), kPattern);
+    EXPECT_EQ(record.At(&STATIONDATA::szVCDVersion),
+              '\0' + std::string(sizeof(STATIONDATA::szVCDVersion) - 1, kPattern));
 }
 
 TEST_F(ModuleTest, TwoCallsLeaveTwoProcessAndTwoTokenHandlesAndNothingElse) {
@@ -74,7 +68,7 @@ TEST_F(ModuleTest, DefaultServerSessionsFollowTheirVariable) {
     record.Fill('\0');
     module.Collect(record.data());
     SetEnvironmentVariableA("KVTSDefaultSrvSessions", nullptr);
-    EXPECT_EQ(KV_NUMBER_OF(record, dwTSDefaultSrvSessions), 12u);
+    EXPECT_EQ(record.Number(&STATIONDATA::dwTSDefaultSrvSessions), 12u);
 }
 
 TEST_F(ModuleTest, PublishesTheOperatingSystemsNameToTheProcess) {

@@ -71,13 +71,13 @@ std::string VersionOf(const std::string& path) {
 
 TEST_F(SoftwareTest, VersionsOfTheSampleProgramsReachTheRecord) {
     Collect();
-    EXPECT_EQ(KV_TEXT_OF(record, szICAClient), "10.200.2650.41");
-    const std::string browsers = KV_TEXT_OF(record, szBrowser);
+    EXPECT_EQ(record.Text(&STATIONDATA::szICAClient), "10.200.2650.41");
+    const std::string browsers = record.Text(&STATIONDATA::szBrowser);
     const std::string others = "Mozilla Firefox 3.6.13 (en-US);Opera 10.200.2650.41";
     ASSERT_GE(browsers.size(), others.size());
     EXPECT_EQ(browsers.substr(browsers.size() - others.size()), others);
-    EXPECT_NE(KV_TEXT_OF(record, szMailClient).find("Microsoft Outlook"), std::string::npos);
-    EXPECT_EQ(KV_NUMBER_OF(record, bOutlook), 1u);
+    EXPECT_NE(record.Text(&STATIONDATA::szMailClient).find("Microsoft Outlook"), std::string::npos);
+    EXPECT_EQ(record.Number(&STATIONDATA::bOutlook), 1u);
 }
 
 // A Wine without the control gets the sample program in its place for this test.
@@ -94,7 +94,7 @@ TEST_F(SoftwareTest, RdpClientHasTheVersionOfItsControl) {
     if (isMissing)
         DeleteFileA(control.c_str());
     EXPECT_NE(version, "");
-    EXPECT_EQ(KV_TEXT_OF(record, szRDPClient), version);
+    EXPECT_EQ(record.Text(&STATIONDATA::szRDPClient), version);
 }
 
 }  // namespace

@@ -40,24 +40,24 @@ class StationFactsTest : public ::testing::Test {
 
 TEST_F(StationFactsTest, NamesAreThoseOfHostnameAndTheRegistry) {
     Collect();
-    EXPECT_EQ(KV_TEXT_OF(record, szClientName), upperCase(trimmed(outputOf("hostname"))));
-    EXPECT_EQ(KV_TEXT_OF(record, szStation), KV_TEXT_OF(record, szClientName));
+    EXPECT_EQ(record.Text(&STATIONDATA::szClientName), upperCase(trimmed(outputOf("hostname"))));
+    EXPECT_EQ(record.Text(&STATIONDATA::szStation), record.Text(&STATIONDATA::szClientName));
     const std::string query =
         outputOf("reg query HKLM\\System\\CurrentControlSet\\Control\\ComputerName\\ComputerName /v ComputerName");
-    EXPECT_NE(query.find(KV_TEXT_OF(record, szClientName)), std::string::npos) << query;
+    EXPECT_NE(query.find(record.Text(&STATIONDATA::szClientName)), std::string::npos) << query;
 }
 
 TEST_F(StationFactsTest, UserIsThePrefixesUser) {
     Collect();
     const std::string account = upperCase(trimmed(outputOf("whoami")));
-    EXPECT_EQ(KV_TEXT_OF(record, szWinUser), account);
-    EXPECT_EQ(KV_TEXT_OF(record, szUserName), account.substr(account.find('\\') + 1));
-    EXPECT_EQ(upperCase(KV_TEXT_OF(record, szCurrentUser)), KV_TEXT_OF(record, szUserName));
+    EXPECT_EQ(record.Text(&STATIONDATA::szWinUser), account);
+    EXPECT_EQ(record.Text(&STATIONDATA::szUserName), account.substr(account.find('\\') + 1));
+    EXPECT_EQ(upperCase(record.Text(&STATIONDATA::szCurrentUser)), record.Text(&STATIONDATA::szUserName));
 }
 
 TEST_F(StationFactsTest, AddressIsOneOfIpconfigs) {
     Collect();
-    const std::string address = KV_TEXT_OF(record, szIPAddress);
+    const std::string address = record.Text(&STATIONDATA::szIPAddress);
     if (address.empty())
         GTEST_SKIP() << "this station's host name resolves to no address";
     const std::string ipconfig = outputOf("ipconfig /all");
@@ -66,7 +66,7 @@ TEST_F(StationFactsTest, AddressIsOneOfIpconfigs) {
 
 TEST_F(StationFactsTest, DnsNameIsTheReverseNameOfTheAddress) {
     Collect();
-    const std::string address = KV_TEXT_OF(record, szIPAddress);
+    const std::string address = record.Text(&STATIONDATA::szIPAddress);
     if (address.empty())
         GTEST_SKIP() << "this station's host name resolves to no address";
     sockaddr_in target = {};
@@ -74,24 +74,24 @@ TEST_F(StationFactsTest, DnsNameIsTheReverseNameOfTheAddress) {
     target.sin_addr.s_addr = inet_addr(address.c_str());
     char name[256] = {};
     ASSERT_EQ(getnameinfo(reinterpret_cast<sockaddr*>(&target), sizeof target, name, sizeof name, nullptr, 0, 0), 0);
-    EXPECT_EQ(KV_TEXT_OF(record, szDnsName), std::string(name).substr(0, 50));
+    EXPECT_EQ(record.Text(&STATIONDATA::szDnsName), std::string(name).substr(0, 50));
 }
 
 TEST_F(StationFactsTest, MacAddressIsIpconfigsPhysicalAddressOrUnknown) {
     Collect();
-    const std::string address = KV_TEXT_OF(record, szIPAddress);
+    const std::string address = record.Text(&STATIONDATA::szIPAddress);
     ULONG bytes[2] = {};
     ULONG length = 6;
     const DWORD error = SendARP(inet_addr(address.c_str()), 0, bytes, &length);
     if (error != NO_ERROR || length == 0) {
         // Wine 8 does not answer SendARP for the station's own address (Windows does); once it does, this test holds
         // the record against ipconfig.
-        EXPECT_EQ(KV_TEXT_OF(record, szMACAddress), "unknown");
+        EXPECT_EQ(record.Text(&STATIONDATA::szMACAddress), "unknown");
         return;
     }
     std::string physical = kvtest::adapterLine(outputOf("ipconfig /all"), address, "Physical address");
     physical.erase(std::remove(physical.begin(), physical.end(), '-'), physical.end());
-    EXPECT_EQ(KV_TEXT_OF(record, szMACAddress), physical);
+    EXPECT_EQ(record.Text(&STATIONDATA::szMACAddress), physical);
 }
 
 TEST_F(StationFactsTest, WorkgroupIsTheWorkstationsLanGroup) {
@@ -102,8 +102,8 @@ TEST_F(StationFactsTest, WorkgroupIsTheWorkstationsLanGroup) {
     WideCharToMultiByte(CP_ACP, 0, reinterpret_cast<const wchar_t*>(info->wki101_langroup), -1, group, sizeof group,
                         nullptr, nullptr);
     NetApiBufferFree(info);
-    EXPECT_EQ(KV_TEXT_OF(record, szWorkgroup), std::string(group).substr(0, 50));
-    EXPECT_EQ(KV_TEXT_OF(record, szDefaultDomainName), "") << "a console has none";
+    EXPECT_EQ(record.Text(&STATIONDATA::szWorkgroup), std::string(group).substr(0, 50));
+    EXPECT_EQ(record.Text(&STATIONDATA::szDefaultDomainName), "") << "a console has none";
 }
 
 TEST_F(StationFactsTest, VariablesOfTheAdministratorChangeWhatTheyMust) {
@@ -111,38 +111,38 @@ TEST_F(StationFactsTest, VariablesOfTheAdministratorChangeWhatTheyMust) {
     const ScopedVariable address("KVIP", "10.1.2.3");
     const ScopedVariable stationType("KVStationType", "2");
     Collect();
-    EXPECT_EQ(KV_TEXT_OF(record, szUserName), "Mixed Case");
-    EXPECT_EQ(KV_TEXT_OF(record, szIPAddress), "10.1.2.3");
-    EXPECT_EQ(KV_TEXT_OF(record, szStation), "10.1.2.3");
-    EXPECT_EQ(KV_TEXT_OF(record, szClientName), upperCase(trimmed(outputOf("hostname"))));
+    EXPECT_EQ(record.Text(&STATIONDATA::szUserName), "Mixed Case");
+    EXPECT_EQ(record.Text(&STATIONDATA::szIPAddress), "10.1.2.3");
+    EXPECT_EQ(record.Text(&STATIONDATA::szStation), "10.1.2.3");
+    EXPECT_EQ(record.Text(&STATIONDATA::szClientName), upperCase(trimmed(outputOf("hostname"))));
 }
 
 TEST_F(StationFactsTest, ClientNameMakesASessionWhereACitrixProductIsInstalled) {
     const ScopedVariable client("CLIENTNAME", "Thin07");
     Collect();
-    EXPECT_EQ(KV_NUMBER_OF(record, dwMetaFrame), 0u);
-    EXPECT_EQ(KV_TEXT_OF(record, szMACAddress), "unknown") << "the MAC switch is off";
+    EXPECT_EQ(record.Number(&STATIONDATA::dwMetaFrame), 0u);
+    EXPECT_EQ(record.Text(&STATIONDATA::szMACAddress), "unknown") << "the MAC switch is off";
 
     kvtest::importRegistry(
         "REGEDIT4\n\n[HKEY_LOCAL_MACHINE\\SYSTEM\\CurrentControlSet\\Control\\Citrix]\n"
         "\"ProductName\"=\"Citrix MetaFrame XP\"\n\"ProductVersion\"=\"1.0\"\n");
     Collect();
     kvtest::importRegistry("REGEDIT4\n\n[-HKEY_LOCAL_MACHINE\\SYSTEM\\CurrentControlSet\\Control\\Citrix]\n");
-    EXPECT_EQ(KV_NUMBER_OF(record, dwMetaFrame), 1u);
-    EXPECT_EQ(KV_TEXT_OF(record, szClientName), "Thin07");
-    EXPECT_EQ(KV_TEXT_OF(record, szTSClientName), "Thin07");
-    EXPECT_EQ(KV_TEXT_OF(record, szTSProduct), "Citrix MetaFrame XP 1.0");
-    EXPECT_EQ(KV_TEXT_OF(record, szServerName), upperCase(trimmed(outputOf("hostname"))));
-    EXPECT_EQ(KV_TEXT_OF(record, szStation).substr(0, 6), "THIN07");
+    EXPECT_EQ(record.Number(&STATIONDATA::dwMetaFrame), 1u);
+    EXPECT_EQ(record.Text(&STATIONDATA::szClientName), "Thin07");
+    EXPECT_EQ(record.Text(&STATIONDATA::szTSClientName), "Thin07");
+    EXPECT_EQ(record.Text(&STATIONDATA::szTSProduct), "Citrix MetaFrame XP 1.0");
+    EXPECT_EQ(record.Text(&STATIONDATA::szServerName), upperCase(trimmed(outputOf("hostname"))));
+    EXPECT_EQ(record.Text(&STATIONDATA::szStation).substr(0, 6), "THIN07");
 }
 
 TEST_F(StationFactsTest, ProcessorsAreLinuxsProcessors) {
     Collect();
-    EXPECT_EQ(std::to_string(KV_NUMBER_OF(record, dwNumberOfProcessors)),
+    EXPECT_EQ(std::to_string(record.Number(&STATIONDATA::dwNumberOfProcessors)),
               kvtest::linuxOutputOf("getconf _NPROCESSORS_ONLN"));
     const std::string model = kvtest::linuxOutputOf("grep -m1 '^model name' /proc/cpuinfo | cut -d: -f2-");
     ASSERT_NE(model, "");
-    EXPECT_EQ(KV_TEXT_OF(record, szProcessorName).substr(0, model.size()), model);
+    EXPECT_EQ(record.Text(&STATIONDATA::szProcessorName).substr(0, model.size()), model);
 }
 
 TEST_F(StationFactsTest, MemoryIsLinuxsWithinTwoMegabytes) {
@@ -150,7 +150,7 @@ TEST_F(StationFactsTest, MemoryIsLinuxsWithinTwoMegabytes) {
     const std::string kilobytes = kvtest::linuxOutputOf("grep '^MemTotal' /proc/meminfo | tr -dc 0-9");
     ASSERT_FALSE(kilobytes.empty());
     const double expected = std::stod(kilobytes) / 1024;
-    const std::uint32_t found = KV_NUMBER_OF(record, dwTotalMemoryMB);
+    const std::uint32_t found = record.Number(&STATIONDATA::dwTotalMemoryMB);
     EXPECT_NEAR(found, expected, 2);
     EXPECT_EQ(found % 2, 0u);
 }
@@ -163,7 +163,7 @@ TEST_F(StationFactsTest, SystemDriveHasTheFileSystemOfVolAndTheSizeOfDf) {
     const std::string megabytes =
         kvtest::linuxOutputOf("df -P -B1048576 '" + prefix + "' | tail -n 1 | tr -s ' ' | cut -d' ' -f2");
     ASSERT_NE(megabytes, "");
-    const std::string drives = KV_TEXT_OF(record, szFixedDrives);
+    const std::string drives = record.Text(&STATIONDATA::szFixedDrives);
     // df rounds up where the drive's size is cut.
     const std::string rounded = ":(" + std::string(fileSystem) + ":" + megabytes + " MB ";
     const std::string cut = ":(" + std::string(fileSystem) + ":" + std::to_string(std::stol(megabytes) - 1) + " MB ";
@@ -174,9 +174,9 @@ TEST_F(StationFactsTest, SystemDriveHasTheFileSystemOfVolAndTheSizeOfDf) {
 
 TEST_F(StationFactsTest, KeyboardAndCodePageAreWindowsOwn) {
     Collect();
-    EXPECT_EQ(KV_NUMBER_OF(record, dwKeyboardType), static_cast<std::uint32_t>(GetKeyboardType(0)));
+    EXPECT_EQ(record.Number(&STATIONDATA::dwKeyboardType), static_cast<std::uint32_t>(GetKeyboardType(0)));
     const std::string codePage = outputOf("reg query HKLM\\System\\CurrentControlSet\\Control\\Nls\\CodePage /v OEMCP");
-    EXPECT_NE(codePage.find(std::to_string(KV_NUMBER_OF(record, dwOEMCodePage))), std::string::npos) << codePage;
+    EXPECT_NE(codePage.find(std::to_string(record.Number(&STATIONDATA::dwOEMCodePage))), std::string::npos) << codePage;
 }
 
 }  // namespace

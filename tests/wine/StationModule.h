@@ -10,6 +10,7 @@
 
 #include "framework/Windows.h"
 #include "include/kvcstat.h"
+#include "tests/stations/RecordPlace.h"
 
 namespace kvtest {
 
@@ -44,7 +45,7 @@ class StationModule {
     decltype(&GetStationData) m_collect = nullptr;
 };
 
-// A record whose end is the end of accessible memory: a byte written at offset 4934 is a crash.
+// A record whose end is the end of accessible memory: a byte written behind it is a crash.
 class GuardedRecord {
   public:
     GuardedRecord() : m_pages(static_cast<char*>(VirtualAlloc(nullptr, 3 * kPage, MEM_COMMIT, PAGE_READWRITE))) {
@@ -59,13 +60,15 @@ class GuardedRecord {
     char* data() { return m_pages + 2 * kPage - KVCSTAT_RECORD_SIZE; }
     void Fill(char byte) { std::memset(data(), byte, KVCSTAT_RECORD_SIZE); }
 
-    std::string Text(std::size_t offset, std::size_t width) {
-        const std::string field(data() + offset, width);
+    // All bytes of a member.
+    std::string At(RecordPlace place) { return {data() + place.offset, place.width}; }
+    std::string Text(RecordPlace place) {
+        const std::string field = At(place);
         return field.substr(0, field.find('\0'));
     }
-    std::uint32_t Number(std::size_t offset) {
+    std::uint32_t Number(RecordPlace place) {
         std::uint32_t number = 0;
-        std::memcpy(&number, data() + offset, sizeof number);
+        std::memcpy(&number, data() + place.offset, sizeof number);
         return number;
     }
 
@@ -73,8 +76,5 @@ class GuardedRecord {
     static constexpr std::size_t kPage = 4096;
     char* m_pages;
 };
-
-#define KV_TEXT_OF(record, field) (record).Text(offsetof(STATIONDATA, field), sizeof(STATIONDATA::field))
-#define KV_NUMBER_OF(record, field) (record).Number(offsetof(STATIONDATA, field))
 
 }  // namespace kvtest

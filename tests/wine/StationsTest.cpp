@@ -141,15 +141,15 @@ TEST(RedirectionTest, EndsWithTheLibraryAsItWas) {
     EXPECT_EQ(addresses(), before);
 }
 
-TEST(GuardedRecordTest, TakesAByteAt4933AndCrashesOnOneAt4934) {
+TEST(GuardedRecordTest, TakesItsLastByteAndCrashesOnOneBehindIt) {
     kvtest::GuardedRecord record;
     volatile char* bytes = record.data();
-    bytes[4933] = 'x';
-    EXPECT_EQ(bytes[4933], 'x');
+    bytes[KVCSTAT_RECORD_SIZE - 1] = 'x';
+    EXPECT_EQ(bytes[KVCSTAT_RECORD_SIZE - 1], 'x');
     EXPECT_DEATH(
         {
             kvtest::NameStationInCrashes("a-guarded-record");
-            bytes[4934] = 'x';
+            bytes[KVCSTAT_RECORD_SIZE] = 'x';
         },
         "a-guarded-record: exception 0xC0000005 at simulated_test\\.exe\\+0x\\w+, access to 0x\\w+000\n");
 }

@@ -55,11 +55,11 @@ class DiffOfSets : public testing::Test {
         for (const char* name : {"old/pc1", "old/pc2", "old/pc3", "new/pc4"})
             write(name, sampleBytes());
         RecordBytes moment = sampleBytes();
-        put(moment, 1831, "C(SYSTEM):(NTFS:152625 MB 40% free) ;E:(FAT32:4094 MB 12% free) ");
-        put(moment, 4876, {"\x10\x0E", 2});
+        put(moment, &STATIONDATA::szFixedDrives, "C(SYSTEM):(NTFS:152625 MB 40% free) ;E:(FAT32:4094 MB 12% free) ");
+        put(moment, &STATIONDATA::dwCurrentMhz, {"\x10\x0E", 2});
         write("new/pc1", moment);
         RecordBytes moved = moment;
-        put(moved, 3325, "10.0.0.6");
+        put(moved, &STATIONDATA::szIPAddress, "10.0.0.6");
         write("new/pc2", moved);
     }
 
@@ -135,7 +135,7 @@ TEST_F(DiffOfSets, PairsFoldersRowsAndSqliteFiles) {
 
 TEST_F(DiffOfSets, HalfACharacterIsTheSameInEachForm) {
     RecordBytes bytes = sampleBytes();
-    put(bytes, 0, "A\x83");
+    put(bytes, &STATIONDATA::szStation, "A\x83");
     write("old/pc1", bytes);
     const std::string rows = folder / "old.ndjson";
     writeFile(rows, run({"decode", old, "--ndjson", "--code-page", "932"}).output);

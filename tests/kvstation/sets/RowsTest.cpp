@@ -61,7 +61,7 @@ TEST(RowJson, NothingOfOneLineStaysInTheNext) {
 
 TEST(RowCsv, CellsWithCommasQuotesAndEndsOfLinesStandInQuotes) {
     RecordBytes bytes = sampleBytes();
-    put(bytes, 0, "A,\"B\"\r\nC");
+    put(bytes, &STATIONDATA::szStation, "A,\"B\"\r\nC");
     StationRow row = sampleRow();
     row.report.record = Record(bytes);
     EXPECT_EQ(csvLine(row, kTwo), "branch/pc1,records/branch/pc1.bin,1252," + std::string(rowTool()) +
@@ -152,7 +152,8 @@ TEST_F(RecordSet, ABadOneCostsALineAndTheStatus) {
     EXPECT_EQ(lines(told.output).size(), 3u);
     EXPECT_EQ(told.errors, "kvstation: " + records +
                                "/pc15.bin is no station record: it is no JSON object and has 5 bytes, where a raw "
-                               "record has 4934\n");
+                               "record has " +
+                               std::to_string(KVCSTAT_RECORD_SIZE) + "\n");
 }
 
 TEST_F(RecordSet, OfStandardInputAndFilesKeepsTheirOrder) {
