@@ -210,12 +210,9 @@ class Search {
     }
 
     void note(const Run& run, const std::set<std::string>& roots) {
-        if (run.record == m_base.record)
-            return;
-        const Record now(run.record);
-        const Record before(m_base.record);
+        const std::vector<std::size_t> differing = differingFields(m_base.record, run.record);
         for (std::size_t i = 0; i < m_fields.size(); ++i)
-            if (now.textOf(m_fields[i]) != before.textOf(m_fields[i]) && !isToldBy(m_sources[i], roots))
+            if (std::ranges::binary_search(differing, m_fields[i]) && !isToldBy(m_sources[i], roots))
                 m_sources[i].insert(roots.begin(), roots.end());
     }
 

@@ -515,12 +515,8 @@ bool Experiments::isFilledIn() const {
 
 Outputs Experiments::differences(const Outcome& other) {
     Outputs outputs;
-    if (other.record != m_outcome.record)
-        for (std::size_t i = 0; i < fields().size(); ++i) {
-            const Field& field = fields()[i];
-            outputs[i] = std::memcmp(other.record.data() + field.offset, m_outcome.record.data() + field.offset,
-                                     field.width) != 0;
-        }
+    for (const std::size_t field : differingFields(m_outcome.record, other.record))
+        outputs.set(field);
     for (const simwin::Variable& variable : other.published)
         if (std::ranges::find(m_variables, variable.name) == m_variables.end() &&
             fields().size() + m_variables.size() < kTraceOutput)

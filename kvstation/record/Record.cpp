@@ -30,6 +30,18 @@ Value decodeNumber(const char* bytes, FieldType type) {
 
 }  // namespace
 
+std::vector<std::size_t> differingFields(const RecordBytes& left, const RecordBytes& right) {
+    std::vector<std::size_t> differing;
+    if (left == right)
+        return differing;
+    for (std::size_t i = 0; i < fields().size(); ++i) {
+        const Field& field = fields()[i];
+        if (std::memcmp(left.data() + field.offset, right.data() + field.offset, field.width) != 0)
+            differing.push_back(i);
+    }
+    return differing;
+}
+
 Record::Record(const RecordBytes& bytes) {
     m_values.reserve(fields().size());
     for (const Field& field : fields()) {

@@ -15,6 +15,9 @@ namespace kvstation {
 // What a caller of the module owns. Zeros at first, as the module expects it.
 using RecordBytes = std::array<char, KVCSTAT_RECORD_SIZE>;
 
+// The fields that do not hold the same bytes, as indexes into fields(), in the order of their offsets.
+std::vector<std::size_t> differingFields(const RecordBytes& left, const RecordBytes& right);
+
 struct Value {
     std::string text;         // of a text field, in UTF-8; bytes that are no character stand as they are
     std::int64_t number = 0;  // of a number

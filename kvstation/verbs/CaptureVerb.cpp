@@ -31,11 +31,8 @@ void checkReplay(const std::string& folder, const RecordBytes& wanted) {
     if (found == wanted)
         return;
     std::string names;
-    const Record left(wanted);
-    const Record right(found);
-    for (std::size_t i = 0; i < fields().size(); ++i)
-        if (left.textOf(i) != right.textOf(i))
-            names += (names.empty() ? "" : ", ") + std::string(fields()[i].name);
+    for (const std::size_t field : differingFields(wanted, found))
+        names += (names.empty() ? "" : ", ") + std::string(fields()[field].name);
     throw Failure(folder + " was written, but it gives another record (" + names +
                   "): this computer answered one question in two ways");
 }

@@ -1,9 +1,7 @@
 #include "tests/cause/StationRun.h"
 
-#include <cstring>
 #include <unordered_map>
 
-#include "kvstation/record/FieldTable.h"
 #include "simwin/machine/Machine.h"
 
 namespace kvtest {
@@ -65,13 +63,8 @@ StationRun runStation(const kvstation::Collector& collector, const std::shared_p
 }
 
 std::set<std::size_t> differingFields(const StationRun& left, const StationRun& right) {
-    std::set<std::size_t> found;
-    for (std::size_t i = 0; i < kvstation::fields().size(); ++i) {
-        const kvstation::Field& field = kvstation::fields()[i];
-        if (std::memcmp(left.record.data() + field.offset, right.record.data() + field.offset, field.width) != 0)
-            found.insert(i);
-    }
-    return found;
+    const std::vector<std::size_t> found = kvstation::differingFields(left.record, right.record);
+    return {found.begin(), found.end()};
 }
 
 std::set<std::size_t> differingAnswers(const StationRun& before, const StationRun& after) {

@@ -1,5 +1,6 @@
 #include "kvstation/record/Record.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -42,6 +43,19 @@ TEST(Record, ZeroIsEmptyExceptForTheSession) {
     const Record record{RecordBytes{}};
     for (std::size_t i = 0; i < fields().size(); ++i)
         EXPECT_EQ(record.isEmpty(i), fields()[i].name != "dwSessionId") << fields()[i].name;
+}
+
+TEST(Record, FieldsDifferByAnyOfTheirBytes) {
+    const RecordBytes before = sampleBytes();
+    EXPECT_THAT(differingFields(before, before), testing::IsEmpty());
+    RecordBytes other = before;
+    put(other, &STATIONDATA::reserved1983, "x");
+    EXPECT_THAT(differingFields(before, other), testing::IsEmpty());
+    other[kvtest::RecordPlace(&STATIONDATA::szStation).behind() - 1] = 'x';
+    put(other, &STATIONDATA::dwOEMCodePage, "x");
+    other[KVCSTAT_RECORD_SIZE - 1] = 'x';
+    EXPECT_THAT(differingFields(before, other),
+                testing::ElementsAre(findField("szStation"), findField("dwOEMCodePage"), findField("szVCDVersion")));
 }
 
 TEST(Record, EveryGroupOfTheTableIsShown) {
