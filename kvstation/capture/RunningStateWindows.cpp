@@ -6,6 +6,7 @@
 #include "kvstation/capture/RunningState.h"
 #include "kvstation/platform/Errors.h"
 #include "kvstation/platform/Handles.h"
+#include "simwin/machine/Registry.h"
 #include "simwin/text/CodePage.h"
 
 namespace kvstation {
@@ -14,25 +15,12 @@ namespace {
 constexpr std::size_t kLongestName = 16384;  // of a value, its NUL included
 constexpr std::size_t kLargestValue = std::size_t{1} << 20;
 
-struct OpenHive {
-    simwin::Hive hive;
-    HKEY key;
-};
-const OpenHive kOpenHives[] = {{simwin::Hive::LocalMachine, HKEY_LOCAL_MACHINE},
-                               {simwin::Hive::CurrentUser, HKEY_CURRENT_USER},
-                               {simwin::Hive::Users, HKEY_USERS},
-                               {simwin::Hive::CurrentConfig, HKEY_CURRENT_CONFIG},
-                               {simwin::Hive::DynData, HKEY_DYN_DATA},
-                               {simwin::Hive::PerformanceData, HKEY_PERFORMANCE_DATA},
-                               {simwin::Hive::ClassesRoot, HKEY_CLASSES_ROOT}};
-
 class OpenedKey {
   public:
     explicit OpenedKey(const std::string& fullPath) {
         const std::optional<simwin::HivePath> path = simwin::splitHive(fullPath);
-        for (const OpenHive& hive : kOpenHives)
-            if (path && path->hive == hive.hive)
-                RegOpenKeyExA(hive.key, std::string(path->rest).c_str(), 0, KEY_READ, &m_key);
+        if (path)
+            RegOpenKeyExA(simwin::handleOf(path->hive), std::string(path->rest).c_str(), 0, KEY_READ, &m_key);
     }
     OpenedKey(const OpenedKey&) = delete;
     OpenedKey& operator=(const OpenedKey&) = delete;

@@ -21,11 +21,9 @@ std::string bold(const std::string& text, bool colours) {
 }
 
 std::string withShortHive(std::string path) {
-    constexpr std::pair<std::string_view, std::string_view> names[] = {
-        {"HKEY_LOCAL_MACHINE", "HKLM"}, {"HKEY_CURRENT_USER", "HKCU"}, {"HKEY_USERS", "HKU"}};
-    for (const auto& [name, shortName] : names)
-        if (simwin::restBelow(path, name))
-            return std::string(shortName) + path.substr(name.size());
+    for (const simwin::NamedHive& hive : simwin::kHives)
+        if (simwin::restBelow(path, hive.name))
+            return std::string(hive.shortName) + path.substr(hive.name.size());
     return path;
 }
 

@@ -57,19 +57,10 @@ void applySet(Station& station, const std::string& given) {
     station.environment.push_back({name, narrow("--set", given.substr(equals + 1))});
 }
 
-struct ShortHive {
-    std::string_view name;
-    std::string_view whole;
-};
-constexpr ShortHive kShortHives[] = {{"HKLM", "HKEY_LOCAL_MACHINE"},   {"HKCU", "HKEY_CURRENT_USER"},
-                                     {"HKCR", "HKEY_CLASSES_ROOT"},    {"HKU", "HKEY_USERS"},
-                                     {"HKCC", "HKEY_CURRENT_CONFIG"},  {"HKDD", "HKEY_DYN_DATA"},
-                                     {"HKPD", "HKEY_PERFORMANCE_DATA"}};
-
 std::string withWholeHive(const std::string& path) {
-    for (const ShortHive& hive : kShortHives)
-        if (const auto rest = simwin::restBelow(path, hive.name))
-            return std::string(hive.whole) + (rest->empty() ? "" : "\\") + std::string(*rest);
+    for (const simwin::NamedHive& hive : simwin::kHives)
+        if (const auto rest = simwin::restBelow(path, hive.shortName))
+            return std::string(hive.name) + (rest->empty() ? "" : "\\") + std::string(*rest);
     return path;
 }
 

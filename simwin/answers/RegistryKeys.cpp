@@ -15,7 +15,8 @@ namespace {
 // The path of a sub-key as the registry takes it: no backslash may stand in front, but one below the classes.
 std::optional<std::string_view> properPath(HKEY handle, const char* subKey) {
     std::string_view path = subKey != nullptr ? subKey : "";
-    if (path.starts_with('\\') && hiveOf(asNumber(handle)) == Hive::ClassesRoot)
+    const NamedHive* hive = hiveOfHandle(asNumber(handle));
+    if (path.starts_with('\\') && hive != nullptr && hive->hive == Hive::ClassesRoot)
         path.remove_prefix(1);
     return path.starts_with('\\') ? std::nullopt : std::optional(path);
 }
@@ -60,7 +61,7 @@ LSTATUS enumKey(Machine& machine, HKEY handle, DWORD index, char* name, DWORD si
 }
 
 LSTATUS closeKey(Machine& machine, HKEY handle) {
-    if (hiveOf(asNumber(handle)))
+    if (hiveOfHandle(asNumber(handle)) != nullptr)
         return ERROR_SUCCESS;
     if (machine.state().keys.close(asNumber(handle)))
         return ERROR_SUCCESS;
@@ -94,7 +95,7 @@ LSTATUS WINAPI sim_RegOpenKeyExA(HKEY key, LPCSTR subKey, DWORD options, REGSAM 
         [&](Machine& machine) -> LSTATUS {
             if (result == nullptr)
                 return ERROR_INVALID_PARAMETER;
-            if (isEmpty(subKey) && hiveOf(asNumber(key))) {
+            if (isEmpty(subKey) && hiveOfHandle(asNumber(key)) != nullptr) {
                 *result = key;
                 return ERROR_SUCCESS;
             }

@@ -8,33 +8,15 @@
 
 namespace simwin {
 
-// Windows looks at the lower half of a predefined handle alone.
-std::optional<Hive> hiveOf(std::uintptr_t handle) {
-    switch (static_cast<std::uint32_t>(handle)) {
-        case 0x80000000:
-            return Hive::ClassesRoot;
-        case 0x80000001:
-            return Hive::CurrentUser;
-        case 0x80000002:
-            return Hive::LocalMachine;
-        case 0x80000003:
-            return Hive::Users;
-        case 0x80000004:
-            return Hive::PerformanceData;
-        case 0x80000005:
-            return Hive::CurrentConfig;
-        case 0x80000006:
-            return Hive::DynData;
-        default:
-            return std::nullopt;
-    }
+HKEY handleOf(Hive hive) {
+    return reinterpret_cast<HKEY>(static_cast<std::intptr_t>(static_cast<std::int32_t>(named(hive).handle)));
 }
 
 std::optional<KeyId> findKey(Machine& machine, std::uintptr_t handle) {
     if (const KeyId* key = machine.state().keys.find(handle))
         return *key;
-    if (const std::optional<Hive> hive = hiveOf(handle))
-        return machine.station().registry.root(*hive);
+    if (const NamedHive* hive = hiveOfHandle(handle))
+        return machine.station().registry.root(hive->hive);
     return std::nullopt;
 }
 

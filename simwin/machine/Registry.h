@@ -10,8 +10,8 @@ namespace simwin {
 
 class Machine;
 
-// That of a predefined handle.
-std::optional<Hive> hiveOf(std::uintptr_t handle);
+// The predefined handle that programs name a hive by.
+HKEY handleOf(Hive hive);
 
 // The key behind a predefined or open handle.
 std::optional<KeyId> findKey(Machine& machine, std::uintptr_t handle);

@@ -5,20 +5,10 @@
 #include "framework/Windows.h"
 #include "simwin/calls/CallTable.h"
 #include "simwin/machine/Machine.h"
-#include "simwin/station/RegistryTree.h"
+#include "simwin/station/Hives.h"
 
 namespace simwin {
 namespace {
-
-struct NamedHandle {
-    std::uint32_t number;  // Windows widens it with its sign
-    const char* name;
-};
-
-constexpr NamedHandle kHiveHandles[] = {{0x80000000, "HKEY_CLASSES_ROOT"},     {0x80000001, "HKEY_CURRENT_USER"},
-                                        {0x80000002, "HKEY_LOCAL_MACHINE"},    {0x80000003, "HKEY_USERS"},
-                                        {0x80000004, "HKEY_PERFORMANCE_DATA"}, {0x80000005, "HKEY_CURRENT_CONFIG"},
-                                        {0x80000006, "HKEY_DYN_DATA"}};
 
 std::string_view fileNameOf(std::string_view path) {
     return path.substr(path.find_last_of("\\/") + 1);
@@ -49,10 +39,8 @@ void Relay::learn(const ObservedCall& call) {
 }
 
 std::string Relay::nameOf(std::uintptr_t handle) const {
-    const auto number = static_cast<std::uint32_t>(handle);
-    for (const NamedHandle& hive : kHiveHandles)
-        if (hive.number == number)
-            return hive.name;
+    if (const NamedHive* hive = hiveOfHandle(handle))
+        return std::string(hive->name);
     const auto found = m_names.find(handle);
     return found != m_names.end() ? found->second : std::string();
 }

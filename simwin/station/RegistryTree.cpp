@@ -1,7 +1,6 @@
 #include "simwin/station/RegistryTree.h"
 
 #include <algorithm>
-#include <array>
 #include <numeric>
 #include <utility>
 
@@ -9,19 +8,6 @@
 
 namespace simwin {
 namespace {
-
-struct NamedHive {
-    Hive hive;
-    std::string_view name;
-};
-
-constexpr std::array<NamedHive, 7> kHives = {{{Hive::LocalMachine, "HKEY_LOCAL_MACHINE"},
-                                              {Hive::CurrentUser, "HKEY_CURRENT_USER"},
-                                              {Hive::Users, "HKEY_USERS"},
-                                              {Hive::CurrentConfig, "HKEY_CURRENT_CONFIG"},
-                                              {Hive::DynData, "HKEY_DYN_DATA"},
-                                              {Hive::PerformanceData, "HKEY_PERFORMANCE_DATA"},
-                                              {Hive::ClassesRoot, "HKEY_CLASSES_ROOT"}}};
 
 constexpr std::string_view kClasses = "SOFTWARE\\Classes";
 
@@ -131,10 +117,11 @@ bool holdsEmptyPiece(std::string_view path) {
 }
 
 std::string withClassesInPlace(std::string_view fullPath) {
-    const std::optional<std::string_view> rest = restBelow(fullPath, "HKEY_CLASSES_ROOT");
+    const std::optional<std::string_view> rest = restBelow(fullPath, named(Hive::ClassesRoot).name);
     if (!rest)
         return std::string(fullPath);
-    return "HKEY_LOCAL_MACHINE\\" + std::string(kClasses) + (rest->empty() ? "" : "\\") + std::string(*rest);
+    return std::string(named(Hive::LocalMachine).name) + "\\" + std::string(kClasses) + (rest->empty() ? "" : "\\") +
+           std::string(*rest);
 }
 
 std::optional<std::string_view> restBelow(std::string_view path, std::string_view root) {

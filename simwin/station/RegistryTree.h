@@ -8,24 +8,11 @@
 #include <string_view>
 #include <vector>
 
+#include "simwin/station/Hives.h"
 #include "simwin/text/CodePage.h"
 #include "simwin/text/SortedBlocks.h"
 
 namespace simwin {
-
-enum class Hive : std::uint8_t {
-    LocalMachine,
-    CurrentUser,
-    Users,
-    CurrentConfig,
-    DynData,
-    PerformanceData,
-    ClassesRoot,
-};
-
-// Those with keys of their own; HKEY_CLASSES_ROOT stands for keys of another.
-inline constexpr Hive kOwnHives[] = {Hive::LocalMachine,  Hive::CurrentUser, Hive::Users,
-                                     Hive::CurrentConfig, Hive::DynData,     Hive::PerformanceData};
 
 // Numbers of Windows' value types.
 enum class RegistryType : std::uint32_t {

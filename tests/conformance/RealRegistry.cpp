@@ -8,6 +8,7 @@
 
 #include <winternl.h>
 
+#include "simwin/machine/Registry.h"
 #include "simwin/text/CodePage.h"
 #include "tests/conformance/NativeKeys.h"
 
@@ -20,20 +21,12 @@ using simwin::Hive;
 using simwin::KeyId;
 using simwin::RegistryTree;
 
-struct NamedHive {
-    Hive hive;
-    HKEY handle;
-    const char* name;
-};
+// Below the parent the classes are a key of the local machine, which is made before them.
+const std::string kClasses = simwin::withClassesInPlace("HKEY_CLASSES_ROOT");
 
-// The classes last: they are a key of the local machine.
-const NamedHive kHives[] = {{Hive::LocalMachine, HKEY_LOCAL_MACHINE, "HKEY_LOCAL_MACHINE"},
-                            {Hive::CurrentUser, HKEY_CURRENT_USER, "HKEY_CURRENT_USER"},
-                            {Hive::Users, HKEY_USERS, "HKEY_USERS"},
-                            {Hive::CurrentConfig, HKEY_CURRENT_CONFIG, "HKEY_CURRENT_CONFIG"},
-                            {Hive::DynData, HKEY_DYN_DATA, "HKEY_DYN_DATA"},
-                            {Hive::PerformanceData, HKEY_PERFORMANCE_DATA, "HKEY_PERFORMANCE_DATA"},
-                            {Hive::ClassesRoot, HKEY_CLASSES_ROOT, "HKEY_LOCAL_MACHINE\\SOFTWARE\\Classes"}};
+std::string placeOf(const simwin::NamedHive& hive) {
+    return hive.hive == Hive::ClassesRoot ? kClasses : std::string(hive.name);
+}
 
 constexpr char kParent[] = "Software\\kvtest-registry-";
 constexpr std::size_t kLongestName = 255;
@@ -191,12 +184,12 @@ void writeKeys(HKEY key, const RegistryTree& tree, KeyId id, std::vector<std::st
 }
 
 void turnAll(bool back, HKEY root) {
-    for (const NamedHive& hive : kHives) {
+    for (const simwin::NamedHive& hive : simwin::kHives) {
         HKEY key = nullptr;
-        if (!back && RegCreateKeyExA(root, hive.name, 0, nullptr, REG_OPTION_VOLATILE, KEY_ALL_ACCESS, nullptr, &key,
-                                     nullptr) != ERROR_SUCCESS)
-            throw std::runtime_error(std::string(hive.name) + " cannot be made");
-        RegOverridePredefKey(hive.handle, key);
+        if (!back && RegCreateKeyExA(root, placeOf(hive).c_str(), 0, nullptr, REG_OPTION_VOLATILE, KEY_ALL_ACCESS,
+                                     nullptr, &key, nullptr) != ERROR_SUCCESS)
+            throw std::runtime_error(placeOf(hive) + " cannot be made");
+        RegOverridePredefKey(simwin::handleOf(hive.hive), key);
         if (key != nullptr)
             RegCloseKey(key);
     }
@@ -235,11 +228,9 @@ RealRegistry::~RealRegistry() {
 std::vector<std::string> RealRegistry::write() {
     std::vector<std::string> refused;
     const RegistryTree& tree = g_entered.station->registry;
-    for (const NamedHive& hive : kHives) {
-        if (hive.hive == Hive::ClassesRoot)
-            continue;
-        const HKEY key = createKey(m_root, hive.name);
-        writeKeys(key, tree, tree.root(hive.hive), refused);
+    for (const Hive hive : simwin::kOwnHives) {
+        const HKEY key = createKey(m_root, std::string(simwin::named(hive).name));
+        writeKeys(key, tree, tree.root(hive), refused);
         RegCloseKey(key);
     }
     return refused;
@@ -261,7 +252,7 @@ const std::vector<redirect::Replacement>& RealRegistry::functions() {
 
 std::string movedExport(const std::string& content, const std::string& path) {
     std::string text = content.starts_with("\xEF\xBB\xBF") ? content.substr(3) : content;
-    replaceAll(text, "\n[HKEY_CLASSES_ROOT", "\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\Classes");
+    replaceAll(text, "\n[HKEY_CLASSES_ROOT", "\n[" + kClasses);
     replaceAll(text, "\n[HKEY_", "\n[" + path + "\\HKEY_");
     if (text.starts_with("Windows"))
         return asUtf16(text);

@@ -88,8 +88,7 @@ TEST_P(RegistryStationsTest, ExportedByRegeditReadsAsTheSameKeysAndValues) {
     const simwin::RegistryTree exported = simwin::readRegistry(ContentOf(file), "exported.reg");
     std::filesystem::remove(file);
     std::vector<std::string> lines;
-    for (const simwin::Hive hive : {simwin::Hive::LocalMachine, simwin::Hive::CurrentUser, simwin::Hive::Users,
-                                    simwin::Hive::CurrentConfig, simwin::Hive::DynData})
+    for (const simwin::Hive hive : simwin::kOwnHives)
         if (station.registry.subKeyName(station.registry.root(hive), 0) != nullptr)
             CompareKeys(lines, station.registry, station.registry.root(hive), exported, registry.path() + "\\");
     EXPECT_THAT(lines, IsEmpty());
