@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "kvstation/platform/TerminalColours.h"
 #include "kvstation/platform/VisibleText.h"
 #include "kvstation/record/FieldTable.h"
 #include "simwin/station/RegistryTree.h"
@@ -17,7 +18,7 @@ constexpr std::size_t kAnswerWidth = 32;
 constexpr std::size_t kMostAlike = 3;
 
 std::string bold(const std::string& text, bool colours) {
-    return colours ? "\x1b[1m" + text + "\x1b[0m" : text;
+    return coloured(kBold, text, colours);
 }
 
 std::string withShortHive(std::string path) {

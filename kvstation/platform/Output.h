@@ -14,7 +14,7 @@ struct Terminal {
 
 Terminal standardOutput();
 
-// Writes UTF-8 text with lines ending in "\n". On a terminal it may hold the colour sequences of TextView.cpp.
+// Writes UTF-8 text with lines ending in "\n". On a terminal it may hold the colours of TerminalColours.h.
 // Throws Failure when not all of it could be written.
 void writeResult(std::string_view text);
 

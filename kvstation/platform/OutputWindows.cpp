@@ -4,6 +4,7 @@
 #include "framework/Windows.h"
 #include "kvstation/platform/Errors.h"
 #include "kvstation/platform/Output.h"
+#include "kvstation/platform/TerminalColours.h"
 #include "kvstation/platform/Utf16.h"
 
 namespace kvstation {
@@ -45,28 +46,28 @@ void writeConsoleText(HANDLE console, std::wstring_view text) {
     }
 }
 
-// The console's own attributes for the colour sequences: consoles before Windows 10 know no sequences.
-WORD attributesOf(std::wstring_view sequence, WORD normal) {
+// The console's own attributes for a colour: consoles before Windows 10 know no sequences.
+WORD attributesOf(std::string_view colour, WORD normal) {
     const auto background = static_cast<WORD>(normal & 0xFFF0);
-    if (sequence == L"1")
+    if (colour == kBold)
         return static_cast<WORD>(normal | FOREGROUND_INTENSITY);
-    if (sequence == L"2")
+    if (colour == kDim)
         return static_cast<WORD>(background | FOREGROUND_INTENSITY);
-    if (sequence == L"36")
+    if (colour == kCyan)
         return static_cast<WORD>(background | FOREGROUND_GREEN | FOREGROUND_BLUE);
     return normal;
 }
 
-void writeColoured(HANDLE console, std::wstring_view text, WORD normal) {
+void writeColoured(HANDLE console, std::string_view text, WORD normal) {
     while (!text.empty()) {
-        const std::size_t escape = text.find(L"\x1b[");
-        writeConsoleText(console, text.substr(0, escape));
-        if (escape == std::wstring_view::npos)
+        const std::size_t escape = text.find("\x1b[");
+        writeConsoleText(console, toWide(text.substr(0, escape)));
+        if (escape == std::string_view::npos)
             return;
-        const std::size_t end = text.find(L'm', escape);
-        if (end == std::wstring_view::npos)
+        const std::size_t end = text.find('m', escape);
+        if (end == std::string_view::npos)
             return;
-        SetConsoleTextAttribute(console, attributesOf(text.substr(escape + 2, end - escape - 2), normal));
+        SetConsoleTextAttribute(console, attributesOf(text.substr(escape, end + 1 - escape), normal));
         text.remove_prefix(end + 1);
     }
 }
@@ -74,7 +75,7 @@ void writeColoured(HANDLE console, std::wstring_view text, WORD normal) {
 void writeToConsole(HANDLE console, std::string_view text) {
     CONSOLE_SCREEN_BUFFER_INFO info{};
     GetConsoleScreenBufferInfo(console, &info);
-    writeColoured(console, toWide(text), info.wAttributes);
+    writeColoured(console, text, info.wAttributes);
 }
 
 void writeToFile(HANDLE file, std::string_view text) {

@@ -2,6 +2,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "kvstation/platform/TerminalColours.h"
 #include "kvstation/platform/VisibleText.h"
 #include "kvstation/report/JsonView.h"
 
@@ -12,11 +13,6 @@ namespace {
 std::string quoted(const Record& record, std::size_t field) {
     const std::string text = visible(record.textOf(field));
     return fields()[field].type == FieldType::Text ? "\"" + text + "\"" : text;
-}
-
-std::string line(std::string_view sign, const std::string& value, const char* colour) {
-    const std::string text = "  " + std::string(sign) + " " + value;
-    return (colour != nullptr ? colour + text + "\x1b[0m" : text) + "\n";
 }
 
 // The text of a file may tell a half character as the replacement character, and its bytes beside.
@@ -41,8 +37,8 @@ std::string differencesView(const Record& left, const Record& right, const std::
     std::string text;
     for (const std::size_t field : differing) {
         text += std::string(fields()[field].name) + "\n";
-        text += line("-", quoted(left, field), colours ? "\x1b[2m" : nullptr);
-        text += line("+", quoted(right, field), colours ? "\x1b[1m" : nullptr);
+        text += coloured(kDim, "  - " + quoted(left, field), colours) + "\n";
+        text += coloured(kBold, "  + " + quoted(right, field), colours) + "\n";
     }
     return text;
 }

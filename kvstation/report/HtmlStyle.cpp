@@ -8,7 +8,7 @@ const char* const kPageStyle = R"css(
   --page: #f6f6f3; --card: #fff; --text: #22252a; --quiet: #666c76; --line: #e4e4df;
   --filled: 62% 74%; --empty: 45% 93%; --ink: 45% 22%; --mark: 45% 55%; --reserved: #e9e9e4;
 }
-@media (prefers-color-scheme: dark) {
+@media screen and (prefers-color-scheme: dark) {
   :root {
     --page: #16181c; --card: #1e2126; --text: #e4e6ea; --quiet: #9aa1ac; --line: #2f333a;
     --filled: 34% 42%; --empty: 22% 23%; --ink: 45% 92%; --mark: 40% 60%; --reserved: #2a2d33;
@@ -102,7 +102,6 @@ footer { color: var(--quiet); font-size: .8rem; overflow-wrap: anywhere }
   :root {
     color-scheme: light;
     --page: #fff; --card: #fff; --text: #000; --quiet: #444; --line: #ccc;
-    --filled: 62% 74%; --empty: 45% 93%; --ink: 45% 22%; --mark: 45% 55%; --reserved: #e9e9e4;
   }
   body { padding: 0; max-width: none; font-size: 11pt }
   .glance { grid-template-columns: repeat(2, minmax(0, 1fr)); gap: .75rem }

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
+#include "kvstation/platform/TerminalColours.h"
 #include "kvstation/platform/VisibleText.h"
-#include "kvstation/report/TerminalColours.h"
 
 namespace kvstation {
 namespace {
@@ -52,15 +52,7 @@ class TextWriter {
         return kIndent + longest + kColumnGap;
     }
 
-    void append(std::string_view colour, std::string_view text) {
-        if (!m_options.colours) {
-            m_text += text;
-            return;
-        }
-        m_text += colour;
-        m_text += text;
-        m_text += kNormal;
-    }
+    void append(std::string_view colour, std::string_view text) { m_text += coloured(colour, text, m_options.colours); }
 
     // Breaks behind an item of a list, else behind a blank, else anywhere; the rest stands below the first line.
     void appendWrapped(std::string_view text, std::size_t column) {

@@ -7,8 +7,8 @@
 
 #include "kvstation/calls/CallError.h"
 #include "kvstation/calls/CallRows.h"
+#include "kvstation/platform/TerminalColours.h"
 #include "kvstation/platform/VisibleText.h"
-#include "kvstation/report/TerminalColours.h"
 #include "simwin/text/CodePage.h"
 
 namespace kvstation {
@@ -72,7 +72,7 @@ std::string callLine(const TracedCall& one, const TraceOptions& options) {
     for (const std::string& field : one.fields)
         fields += (fields.empty() ? "" : ", ") + field;
     if (!fields.empty())
-        line += options.colours ? "  " + std::string(kBold) + "-> " + fields + std::string(kNormal) : "  -> " + fields;
+        line += "  " + coloured(kBold, "-> " + fields, options.colours);
     return line;
 }
 
@@ -86,7 +86,7 @@ std::string traceView(const std::vector<TracedCall>& calls, const TraceOptions& 
         const bool isTrace = calls[i].call.name == kTraceCall;
         const std::string line =
             isTrace ? "  | " + visible(traceText(calls[i].call)) : callLine(withType(calls, i), options);
-        text += (options.colours && isTrace ? std::string(kDim) + line + std::string(kNormal) : line) + "\n";
+        text += coloured(kDim, line, options.colours && isTrace) + "\n";
     }
     return text;
 }

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "Samples.h"
+#include "kvstation/report/HtmlStyle.h"
 #include "kvstation/report/HtmlText.h"
 
 namespace kvstation {
@@ -113,6 +114,11 @@ TEST(HtmlView, AnEmptyRecordIsAPageToo) {
     const std::string html = htmlView({.record = Record(RecordBytes{}), .bytes = {}, .product = {}, .origin = "x"});
     EXPECT_THAT(html, HasSubstr("<h1>Unnamed station</h1>"));
     EXPECT_THAT(html, HasSubstr("<dt>User's display name</dt><dd class=\"main\">unknown</dd>"));
+}
+
+TEST(HtmlView, EveryGroupHasAColour) {
+    for (std::size_t i = 0; i < groups().size(); ++i)
+        EXPECT_THAT(kPageStyle, HasSubstr(".g" + std::to_string(i) + " { --hue: "));
 }
 
 TEST(HtmlView, DrivesAreBars) {
