@@ -6,7 +6,7 @@
 #include "kvstation/platform/Files.h"
 #include "kvstation/record/ProductName.h"
 #include "kvstation/report/JsonView.h"
-#include "simwin/text/Utf8.h"
+#include "simwin/text/Utf16.h"
 
 namespace kvstation {
 namespace {
@@ -22,20 +22,6 @@ bool isJson(std::string_view bytes) {
     return first != std::string_view::npos && bytes[first] == '{' && bytes.find('\0') == std::string_view::npos;
 }
 
-char16_t unitAt(std::string_view bytes, std::size_t place, bool bigEndian) {
-    const auto first = static_cast<unsigned char>(bytes[place]);
-    const auto second = static_cast<unsigned char>(bytes[place + 1]);
-    return static_cast<char16_t>(bigEndian ? first << 8 | second : second << 8 | first);
-}
-
-// An odd byte at the end is dropped.
-std::string utf8FromUtf16(std::string_view bytes, bool bigEndian) {
-    std::u16string units;
-    for (std::size_t i = 0; i + 1 < bytes.size(); i += 2)
-        units.push_back(unitAt(bytes, i, bigEndian));
-    return simwin::utf8FromUtf16(units);
-}
-
 Report fromRaw(std::string_view bytes) {
     RecordBytes raw{};
     std::copy_n(bytes.begin(), raw.size(), raw.begin());
@@ -46,7 +32,8 @@ Report fromRaw(std::string_view bytes) {
 
 std::string utf8Text(std::string_view bytes) {
     if (bytes.starts_with("\xFF\xFE") || bytes.starts_with("\xFE\xFF"))
-        return utf8FromUtf16(bytes.substr(2), bytes.front() == '\xFE');
+        return simwin::utf8FromUtf16(
+            simwin::utf16FromBytes(bytes.substr(2), bytes.front() == '\xFE' ? std::endian::big : std::endian::little));
     if (bytes.starts_with("\xEF\xBB\xBF"))
         bytes.remove_prefix(3);
     return std::string(bytes);

@@ -82,10 +82,7 @@ struct Address : Value<IPAddr> {
 struct NewWorkstationInfo : NewHandle<LPBYTE> {
     void output(std::string& text, Machine&) const {
         const WCHAR* group = reinterpret_cast<const WKSTA_INFO_101*>(*place)->wki101_langroup;
-        std::u16string units;
-        while (group != nullptr && *group != 0)
-            units.push_back(static_cast<char16_t>(*group++));
-        appendQuoted(text, fromUtf16(units));
+        appendQuoted(text, group != nullptr ? fromUtf16(std::u16string(group, group + utf16Length(group))) : "");
     }
 };
 

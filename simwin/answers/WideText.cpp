@@ -14,12 +14,9 @@ int failConversion(Machine& machine, DWORD error) {
     return 0;
 }
 
-// The length of a wide text that ends with a NUL, which counts.
-std::size_t wideLength(const WCHAR* text) {
-    std::size_t length = 0;
-    while (text[length] != 0)
-        ++length;
-    return length + 1;
+// Its units; those of a text that ends with a zero with it.
+std::size_t lengthOf(const WCHAR* text, int length) {
+    return length < 0 ? utf16Length(text) + 1 : static_cast<std::size_t>(length);
 }
 
 bool isAnsi(UINT codePage) {
@@ -36,9 +33,7 @@ struct Narrowing {
 };
 
 std::string narrowedText(const Narrowing& job, bool& used) {
-    const std::size_t length = job.length < 0 ? wideLength(job.text) : static_cast<std::size_t>(job.length);
-    std::u16string units(length, u'\0');
-    std::transform(job.text, job.text + length, units.begin(), [](WCHAR unit) { return static_cast<char16_t>(unit); });
+    const std::u16string units(job.text, job.text + lengthOf(job.text, job.length));
     if (codePageInForce() == kUtf8CodePage)
         return fromUtf16(units);
     std::string bytes;
@@ -70,9 +65,7 @@ int narrow(Machine& machine, UINT codePage, const Narrowing& job) {
 }
 
 std::size_t wideBytes(const WCHAR* text, int length) {
-    if (text == nullptr)
-        return 0;
-    return sizeof(WCHAR) * (length < 0 ? wideLength(text) : static_cast<std::size_t>(length));
+    return text != nullptr ? sizeof(WCHAR) * lengthOf(text, length) : 0;
 }
 
 }  // namespace

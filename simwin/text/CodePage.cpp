@@ -144,14 +144,6 @@ int compareNoCase(const CodePageTables* tables, std::string_view left, std::stri
     return left.empty() == right.empty() ? 0 : left.empty() ? -1 : 1;
 }
 
-void appendUtf16(std::u16string& text, char32_t character) {
-    if (character > 0xFFFF) {
-        text.push_back(static_cast<char16_t>(0xD800 + ((character - 0x10000) >> 10)));
-        character = 0xDC00 + ((character - 0x10000) & 0x3FF);
-    }
-    text.push_back(static_cast<char16_t>(character));
-}
-
 // Calls `take` with each character of the page, or with its bytes where they are none.
 template <class TakeCharacter, class TakeBytes>
 void eachCharacter(std::string_view bytes, TakeCharacter takeCharacter, TakeBytes takeBytes) {
@@ -320,12 +312,7 @@ std::u16string toUtf16(std::string_view bytes) {
 }
 
 std::string toUtf16Bytes(std::string_view bytes) {
-    std::string wide;
-    for (const char16_t unit : toUtf16(bytes)) {
-        wide.push_back(static_cast<char>(unit & 0xFF));
-        wide.push_back(static_cast<char>(unit >> 8));
-    }
-    return wide;
+    return bytesOfUtf16(toUtf16(bytes));
 }
 
 std::string toUtf8(std::string_view bytes) {

@@ -13,6 +13,7 @@
 #include <string>
 #include <string_view>
 
+#include "simwin/text/Utf16.h"
 #include "simwin/text/Utf8.h"
 
 namespace simwin {

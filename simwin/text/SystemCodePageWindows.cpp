@@ -2,6 +2,7 @@
 
 #include "framework/Windows.h"
 #include "simwin/text/SystemCodePage.h"
+#include "simwin/text/Utf16.h"
 
 namespace simwin {
 
@@ -38,16 +39,15 @@ std::string SystemCodePage::encode(char16_t character) const {
 
 namespace {
 
-// Beyond 16 bits two units stand for a letter.
 char32_t mapped(char32_t character, DWORD mapping) {
-    const bool isPair = character > 0xFFFF;
-    WCHAR units[2] = {static_cast<WCHAR>(isPair ? 0xD800 + ((character - 0x10000) >> 10) : character),
-                      static_cast<WCHAR>(0xDC00 + ((character - 0x10000) & 0x3FF))};
-    const int length = isPair ? 2 : 1;
+    std::u16string units;
+    appendUtf16(units, character);
+    const std::wstring wide(units.begin(), units.end());
+    const int length = static_cast<int>(wide.size());
     WCHAR result[2];
-    if (LCMapStringW(LOCALE_INVARIANT, mapping, units, length, result, length) != length)
+    if (LCMapStringW(LOCALE_INVARIANT, mapping, wide.data(), length, result, length) != length)
         return character;
-    return isPair ? 0x10000 + ((result[0] & 0x3FFu) << 10 | (result[1] & 0x3FFu)) : char32_t{result[0]};
+    return decodeUtf16(std::u16string(result, result + length)).character;
 }
 
 }  // namespace

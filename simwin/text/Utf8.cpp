@@ -7,14 +7,6 @@ constexpr unsigned byteAt(std::string_view text, std::size_t place) {
     return static_cast<unsigned char>(text[place]);
 }
 
-bool isHighSurrogate(char16_t unit) {
-    return unit >= 0xD800 && unit < 0xDC00;
-}
-
-bool isLowSurrogate(char16_t unit) {
-    return unit >= 0xDC00 && unit < 0xE000;
-}
-
 // Of a text that does not start with a character: the bytes that could be the start of one, and at least one.
 std::size_t lengthOfBroken(std::string_view text) {
     std::size_t length = 1;
@@ -82,14 +74,6 @@ void appendUtf8(std::string& text, char32_t character) {
     }
 }
 
-std::u16string utf16FromBytes(std::string_view littleEndianBytes) {
-    std::u16string units;
-    units.reserve(littleEndianBytes.size() / 2);
-    for (std::size_t i = 0; i + 1 < littleEndianBytes.size(); i += 2)
-        units.push_back(static_cast<char16_t>(byteAt(littleEndianBytes, i) | byteAt(littleEndianBytes, i + 1) << 8));
-    return units;
-}
-
 std::string repairedUtf8(std::string_view text) {
     std::string repaired;
     while (!text.empty()) {
@@ -101,21 +85,6 @@ std::string repairedUtf8(std::string_view text) {
         text.remove_prefix(length != 0 ? length : lengthOfBroken(text));
     }
     return repaired;
-}
-
-std::string utf8FromUtf16(std::u16string_view text) {
-    std::string utf8;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        char32_t character = text[i];
-        if (isHighSurrogate(text[i]) && i + 1 < text.size() && isLowSurrogate(text[i + 1])) {
-            character = 0x10000 + ((text[i] & 0x3FFu) << 10 | (text[i + 1] & 0x3FFu));
-            ++i;
-        } else if (isHighSurrogate(text[i]) || isLowSurrogate(text[i])) {
-            character = kReplacementCharacter;
-        }
-        appendUtf8(utf8, character);
-    }
-    return utf8;
 }
 
 }  // namespace simwin

@@ -24,12 +24,6 @@ inline constexpr char32_t kReplacementCharacter = 0xFFFD;
 // each other byte that is none.
 std::string repairedUtf8(std::string_view text);
 
-// The units of UTF-16LE data; half of one at the end is dropped.
-std::u16string utf16FromBytes(std::string_view littleEndianBytes);
-
-// Half a pair of surrogates becomes the replacement character.
-std::string utf8FromUtf16(std::u16string_view text);
-
 // Appends one character, a scalar value up to 0x10FFFF.
 void appendUtf8(std::string& text, char32_t character);
 

@@ -195,13 +195,6 @@ void turnAll(bool back, HKEY root) {
     }
 }
 
-std::string asUtf16(const std::string& utf8) {
-    std::vector<WCHAR> wide(utf8.size() + 1);
-    const int length = MultiByteToWideChar(CP_UTF8, 0, utf8.data(), static_cast<int>(utf8.size()), wide.data(),
-                                           static_cast<int>(wide.size()));
-    return "\xFF\xFE" + std::string(reinterpret_cast<const char*>(wide.data()), static_cast<std::size_t>(length) * 2);
-}
-
 void replaceAll(std::string& text, std::string_view what, std::string_view with) {
     for (std::size_t place = text.find(what); place != std::string::npos; place = text.find(what, place + with.size()))
         text.replace(place, what.size(), with);
@@ -255,7 +248,7 @@ std::string movedExport(const std::string& content, const std::string& path) {
     replaceAll(text, "\n[HKEY_CLASSES_ROOT", "\n[" + kClasses);
     replaceAll(text, "\n[HKEY_", "\n[" + path + "\\HKEY_");
     if (text.starts_with("Windows"))
-        return asUtf16(text);
+        return "\xFF\xFE" + simwin::bytesOfUtf16(simwin::utf16FromUtf8(text));
     return simwin::isUtf8(text) ? simwin::fromUtf8Leniently(text) : text;
 }
 
