@@ -3,9 +3,9 @@
 #include <vector>
 
 #include "framework/Windows.h"
+#include "kvcstat/common/Handles.h"
 #include "kvstation/capture/RunningState.h"
 #include "kvstation/platform/Errors.h"
-#include "kvstation/platform/Handles.h"
 #include "simwin/machine/Registry.h"
 #include "simwin/text/CodePage.h"
 
@@ -15,24 +15,12 @@ namespace {
 constexpr std::size_t kLongestName = 16384;  // of a value, its NUL included
 constexpr std::size_t kLargestValue = std::size_t{1} << 20;
 
-class OpenedKey {
-  public:
-    explicit OpenedKey(const std::string& fullPath) {
-        const std::optional<simwin::HivePath> path = simwin::splitHive(fullPath);
-        if (path)
-            RegOpenKeyExA(simwin::handleOf(path->hive), std::string(path->rest).c_str(), 0, KEY_READ, &m_key);
-    }
-    OpenedKey(const OpenedKey&) = delete;
-    OpenedKey& operator=(const OpenedKey&) = delete;
-    ~OpenedKey() {
-        if (m_key != nullptr)
-            RegCloseKey(m_key);
-    }
-    HKEY get() const { return m_key; }
-
-  private:
-    HKEY m_key = nullptr;
-};
+UniqueRegKey openKey(const std::string& fullPath) {
+    HKEY key = nullptr;
+    if (const std::optional<simwin::HivePath> path = simwin::splitHive(fullPath))
+        RegOpenKeyExA(simwin::handleOf(path->hive), std::string(path->rest).c_str(), 0, KEY_READ, &key);
+    return UniqueRegKey(key);
+}
 
 void copySubKeys(HKEY key, const std::string& path, simwin::RegistryTree& tree) {
     std::array<char, 256> name{};
@@ -60,7 +48,7 @@ void copyValues(HKEY key, simwin::KeyId id, simwin::RegistryTree& tree) {
 class RunningState : public LocalState {
   public:
     bool copyKey(const std::string& fullPath, simwin::RegistryTree& tree) override {
-        const OpenedKey key(fullPath);
+        const UniqueRegKey key = openKey(fullPath);
         const std::optional<simwin::KeyId> id = key.get() != nullptr ? tree.create(fullPath) : std::nullopt;
         if (!id)
             return false;

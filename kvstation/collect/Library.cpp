@@ -36,8 +36,8 @@ LibraryFile namedLibrary(const std::string& path) {
 }
 
 // With the altered search path its companions are those beside it.
-HMODULE load(const LibraryFile& file) {
-    const HMODULE module = LoadLibraryExW(toWide(file.path).c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
+UniqueLibrary load(const LibraryFile& file) {
+    UniqueLibrary module(LoadLibraryExW(toWide(file.path).c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH));
     if (module == nullptr)
         failToLoad(file, GetLastError());
     return module;
@@ -48,7 +48,6 @@ FARPROC exportOf(HMODULE module, const LibraryFile& file) {
     if (address != nullptr)
         return address;
     const std::string reason = describeSystemError("GetProcAddress", kExportName, GetLastError());
-    FreeLibrary(module);
     throw Failure(file.words + " is another library: " + reason);
 }
 
@@ -61,7 +60,8 @@ std::string numbersOf(const VS_FIXEDFILEINFO& info) {
 
 Library::Library(const LibraryFile& file)
     : m_module(load(file)),
-      m_getStationData(reinterpret_cast<GetStationDataFunction>(reinterpret_cast<void*>(exportOf(m_module, file)))) {}
+      m_getStationData(
+          reinterpret_cast<GetStationDataFunction>(reinterpret_cast<void*>(exportOf(m_module.get(), file)))) {}
 
 Library::Library() : Library(ownLibrary()) {}
 
@@ -77,10 +77,6 @@ std::string Library::version() {
         !VerQueryValueW(block.data(), L"\\", &info, &length) || length < sizeof(VS_FIXEDFILEINFO))
         return {};
     return numbersOf(*static_cast<const VS_FIXEDFILEINFO*>(info));
-}
-
-Library::~Library() {
-    FreeLibrary(m_module);
 }
 
 }  // namespace kvstation

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "framework/Windows.h"
+#include "kvcstat/common/Handles.h"
 #include "kvstation/record/Record.h"
 
 namespace kvstation {
@@ -23,9 +24,6 @@ class Library {
     Library();
     // The one in that file.
     explicit Library(const std::string& path);
-    Library(const Library&) = delete;
-    Library& operator=(const Library&) = delete;
-    ~Library();
 
     // Fills a record that was cleared.
     void getStationData(RecordBytes& record) const { m_getStationData(record.data()); }
@@ -33,14 +31,14 @@ class Library {
     // What the file's version resource tells, such as "1.2.0.0"; empty where it tells nothing. The file need not load.
     static std::string version();
 
-    HMODULE handle() const { return m_module; }
+    HMODULE handle() const { return m_module.get(); }
 
   private:
     explicit Library(const File& file);
 
     using GetStationDataFunction = void(__cdecl*)(char*);
 
-    HMODULE m_module;
+    UniqueLibrary m_module;
     GetStationDataFunction m_getStationData;
 };
 

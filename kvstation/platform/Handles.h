@@ -1,15 +1,10 @@
 // Windows handles that close themselves. Windows only.
 #pragma once
 
-#include <memory>
-
 #include "framework/Windows.h"
+#include "kvcstat/common/Handles.h"
 
 namespace kvstation {
-
-struct CloseHandleOnce {
-    void operator()(HANDLE handle) const { CloseHandle(handle); }
-};
 
 class OwnedHandle {
   public:
@@ -20,7 +15,7 @@ class OwnedHandle {
     explicit operator bool() const { return m_handle != nullptr; }
 
   private:
-    std::unique_ptr<void, CloseHandleOnce> m_handle;
+    UniqueHandle<HANDLE, &CloseHandle> m_handle;
 };
 
 }  // namespace kvstation

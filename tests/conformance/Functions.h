@@ -15,6 +15,7 @@
 #include <security.h>
 
 #include "framework/CRuntime.h"
+#include "kvcstat/common/Handles.h"
 
 #undef GetComputerName
 #undef GetUserName
@@ -32,21 +33,13 @@ namespace conformance {
 class Library {
   public:
     explicit Library(const char* name) : m_handle(LoadLibraryA(name)) {}
-    Library(const Library&) = delete;
-    Library& operator=(const Library&) = delete;
-    ~Library() {
-        if (m_handle != nullptr)
-            FreeLibrary(m_handle);
-    }
 
-    HMODULE handle() const { return m_handle; }
+    HMODULE handle() const { return m_handle.get(); }
 
     // Null when there is none.
     template <class Function>
     Function find(const char* name) const {
-        return m_handle != nullptr
-                   ? reinterpret_cast<Function>(reinterpret_cast<void (*)()>(GetProcAddress(m_handle, name)))
-                   : nullptr;
+        return m_handle != nullptr ? FindFunction<Function>(m_handle.get(), name) : nullptr;
     }
     template <class Function>
     Function find(unsigned short ordinal) const {
@@ -54,7 +47,7 @@ class Library {
     }
 
   private:
-    HMODULE m_handle;
+    UniqueLibrary m_handle;
 };
 
 }  // namespace conformance

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "framework/Windows.h"
+#include "kvcstat/common/Handles.h"
 #include "tests/wine/LoadedModule.h"
 
 namespace {
@@ -19,14 +20,11 @@ class Library {
     explicit Library(const char* name) : m_module(LoadLibraryA(name)) {
         EXPECT_NE(nullptr, m_module) << name << ": error " << GetLastError();
     }
-    Library(const Library&) = delete;
-    Library& operator=(const Library&) = delete;
-    ~Library() { FreeLibrary(m_module); }
 
-    operator HMODULE() const { return m_module; }
+    operator HMODULE() const { return m_module.get(); }
 
   private:
-    HMODULE m_module;
+    UniqueLibrary m_module;
 };
 
 std::vector<std::string> NamesOf(HMODULE module) {

@@ -10,6 +10,7 @@
 
 #include "framework/Windows.h"
 #include "include/kvcstat.h"
+#include "kvcstat/common/Handles.h"
 #include "tests/stations/RecordPlace.h"
 
 namespace kvtest {
@@ -26,22 +27,15 @@ class StationModule {
     explicit StationModule(const std::string& folder)
         : m_library(LoadLibraryExA((folder + "kvcstat64.dll").c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH)) {
         if (m_library != nullptr)
-            m_collect = reinterpret_cast<decltype(&GetStationData)>(
-                reinterpret_cast<void (*)()>(GetProcAddress(m_library, "GetStationData")));
-    }
-    StationModule(const StationModule&) = delete;
-    StationModule& operator=(const StationModule&) = delete;
-    ~StationModule() {
-        if (m_library != nullptr)
-            FreeLibrary(m_library);
+            m_collect = FindFunction<decltype(&GetStationData)>(m_library.get(), "GetStationData");
     }
 
     bool IsLoaded() const { return m_collect != nullptr; }
-    HMODULE Library() const { return m_library; }
+    HMODULE Library() const { return m_library.get(); }
     void Collect(char* record) const { m_collect(record); }
 
   private:
-    HMODULE m_library;
+    UniqueLibrary m_library;
     decltype(&GetStationData) m_collect = nullptr;
 };
 
