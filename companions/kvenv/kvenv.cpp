@@ -11,16 +11,15 @@ DWORD SizeOf(const char* name) {
     return GetEnvironmentVariableA(name, nullptr, 0);
 }
 
-// A value that is longer than the caller's buffer: Windows fills in nothing of it, so its head comes from a copy.
+// A value that is longer than the caller's buffer: what Windows leaves there is anything, so its head comes from a copy.
 int GetHead(const char* name, char* buffer, int size) {
     FillText(buffer, size, "");
     const DWORD needed = SizeOf(name);
     auto* value = static_cast<char*>(HeapAlloc(GetProcessHeap(), HEAP_ZERO_MEMORY, needed + 1));
     if (value == nullptr)
         return 0;
-    // Another thread may lengthen the value between the two questions; the copy then stays empty or as it was filled.
+    // Another thread may lengthen the value between the two questions; the copy is then empty or anything, and ends.
     GetEnvironmentVariableA(name, value, needed);
-    value[needed] = '\0';
     FillText(buffer, size, value);
     HeapFree(GetProcessHeap(), 0, value);
     return needed != 0;

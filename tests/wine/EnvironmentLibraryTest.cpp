@@ -1,7 +1,9 @@
 // kvenv64.dll: the process environment.
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <array>
+#include <map>
 #include <string>
 
 #include "companions/kvenv/kvenv.h"
@@ -10,11 +12,53 @@
 
 namespace {
 
+constexpr char kGuard = '\xA5';
+
+// The blocks that the library takes of the heap, each with a guard right behind it.
+struct Heap {
+    bool full = false;
+    std::map<void*, SIZE_T> blocks;
+} g_heap;
+
+void* WINAPI TakeBlock(HANDLE heap, DWORD flags, SIZE_T size) {
+    if (g_heap.full)
+        return nullptr;
+    auto* block = static_cast<char*>(HeapAlloc(heap, flags, size + 1));
+    block[size] = kGuard;
+    g_heap.blocks[block] = size;
+    return block;
+}
+
+BOOL WINAPI GiveBlockBack(HANDLE heap, DWORD flags, void* block) {
+    EXPECT_EQ(0U, flags);
+    EXPECT_EQ(kGuard, static_cast<char*>(block)[g_heap.blocks[block]]);
+    g_heap.blocks.erase(block);
+    return HeapFree(heap, flags, block);
+}
+
+// Windows leaves anything in a buffer that is too small, and is to be asked for a size without one.
+DWORD WINAPI AskVariable(const char* name, char* buffer, DWORD size) {
+    EXPECT_EQ(buffer == nullptr, size == 0);
+    const DWORD length = GetEnvironmentVariableA(name, buffer, size);
+    if (length >= size)
+        std::fill_n(buffer, size, '?');
+    return length;
+}
+
 // A variable of the test's own, gone before and after it.
 class EnvironmentLibrary : public testing::Test {
   protected:
     EnvironmentLibrary() { SetEnvironmentVariableA(m_name, nullptr); }
-    ~EnvironmentLibrary() override { SetEnvironmentVariableA(m_name, nullptr); }
+    ~EnvironmentLibrary() override {
+        SetEnvironmentVariableA(m_name, nullptr);
+        EXPECT_THAT(g_heap.blocks, testing::IsEmpty());
+        g_heap = {};
+    }
+
+    HMODULE m_library = GetModuleHandleA("kvenv64.dll");
+    ImportOverride m_ask{m_library, "kernel32.dll", "GetEnvironmentVariableA", AskVariable};
+    ImportOverride m_take{m_library, "kernel32.dll", "HeapAlloc", TakeBlock};
+    ImportOverride m_giveBack{m_library, "kernel32.dll", "HeapFree", GiveBlockBack};
 
     char m_name[24] = "KV_COMPANIONS_TEST";
     char m_buffer[512] = "before";
@@ -69,7 +113,6 @@ TEST_F(EnvironmentLibrary, NullValueRemovesTheVariable) {
 
 TEST_F(EnvironmentLibrary, CutsEveryLengthAtTheBufferAndWritesNothingBehindIt) {
     constexpr int kWidth = 16;
-    constexpr char kGuard = '\xA5';
     for (std::size_t length = 0; length <= 2 * kWidth; ++length) {
         std::string value(length, 'v');
         ASSERT_NE(0, KVSetEnv(m_name, value.data()));
@@ -88,6 +131,13 @@ TEST_F(EnvironmentLibrary, CutsTheLongestValueThatWindowsKeeps) {
     ASSERT_NE(0, KVSetEnv(m_name, value.data()));
     EXPECT_NE(0, KVGetEnv(m_name, m_buffer, sizeof m_buffer));
     EXPECT_EQ(value.substr(0, 511), m_buffer);
+}
+
+TEST_F(EnvironmentLibrary, LongValueIsMissingAndTheBufferEmptyWhereNoMemoryIsLeft) {
+    ASSERT_TRUE(SetEnvironmentVariableA(m_name, std::string(600, 'v').c_str()));
+    g_heap.full = true;
+    EXPECT_EQ(0, KVGetEnv(m_name, m_buffer, sizeof m_buffer));
+    EXPECT_STREQ("", m_buffer);
 }
 
 TEST_F(EnvironmentLibrary, BufferOfOneByteArrivesEmpty) {
