@@ -1,7 +1,7 @@
 #include "kvstation/capture/TracedStation.h"
 
+#include "kvstation/capture/HangingFields.h"
 #include "kvstation/capture/StationCapture.h"
-#include "kvstation/cause/HangingFields.h"
 #include "kvstation/collect/Stage.h"
 #include "kvstation/platform/Progress.h"
 

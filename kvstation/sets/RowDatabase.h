@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "kvstation/rows/Cells.h"
 #include "kvstation/rows/StationRow.h"
+#include "kvstation/sets/Cells.h"
 #include "kvstation/sets/RecordSet.h"
 
 namespace kvstation {

@@ -7,7 +7,6 @@
 #include "kvstation/capture/StationSource.h"
 #include "kvstation/cause/CauseJson.h"
 #include "kvstation/cause/CauseText.h"
-#include "kvstation/cause/UnknownText.h"
 #include "kvstation/collect/CollectionGuard.h"
 #include "kvstation/platform/Errors.h"
 #include "kvstation/platform/Files.h"
@@ -19,6 +18,7 @@
 #include "kvstation/sets/Jobs.h"
 #include "kvstation/verbs/LiveOptions.h"
 #include "kvstation/verbs/Verb.h"
+#include "simwin/text/CodePage.h"
 
 namespace kvstation {
 namespace {
@@ -59,6 +59,16 @@ FieldCauses explainField(const simwin::Station& station, std::size_t field) {
     const ExperimentOptions experiments{.progress = [&](double done) { progress.tell(done); }};
     const Collector collector;
     return causesOfOne(world, collector, experiments, field);
+}
+
+// What nobody knows of the machine, behind a result.
+std::string unknownText(const simwin::Station& station) {
+    if (station.unknown.empty())
+        return {};
+    std::string text = "\nNot written down in this station, and therefore as if not there:\n";
+    for (const std::string& one : station.unknown)
+        text += "  " + visible(simwin::toUtf8(one)) + "\n";
+    return text;
 }
 
 struct Explanation {

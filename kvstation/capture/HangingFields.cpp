@@ -1,4 +1,4 @@
-#include "kvstation/cause/HangingFields.h"
+#include "kvstation/capture/HangingFields.h"
 
 namespace kvstation {
 

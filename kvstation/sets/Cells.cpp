@@ -1,4 +1,4 @@
-#include "kvstation/rows/Cells.h"
+#include "kvstation/sets/Cells.h"
 
 #include "kvstation/rows/Frames.h"
 
