@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "kvstation/platform/TerminalColours.h"
+#include "kvstation/platform/Output.h"
 #include "kvstation/platform/VisibleText.h"
 #include "kvstation/record/FieldTable.h"
 #include "simwin/station/RegistryTree.h"

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <string>
 #include <string_view>
 
 namespace kvstation {
@@ -14,7 +15,21 @@ struct Terminal {
 
 Terminal standardOutput();
 
-// Writes UTF-8 text with lines ending in "\n". On a terminal it may hold the colours of TerminalColours.h.
+// What turns colours of a terminal on, and all of them off.
+inline constexpr std::string_view kBold = "\x1b[1m";
+inline constexpr std::string_view kDim = "\x1b[2m";
+inline constexpr std::string_view kCyan = "\x1b[36m";
+inline constexpr std::string_view kNormal = "\x1b[0m";
+
+// Where colours are wanted.
+inline std::string coloured(std::string_view colour, std::string_view text, bool wanted) {
+    std::string all(wanted ? colour : std::string_view());
+    all += text;
+    all += wanted ? kNormal : std::string_view();
+    return all;
+}
+
+// Writes UTF-8 text with lines ending in "\n". On a terminal it may hold these colours.
 // Throws Failure when not all of it could be written.
 void writeResult(std::string_view text);
 

@@ -4,7 +4,6 @@
 #include "framework/Windows.h"
 #include "kvstation/platform/Errors.h"
 #include "kvstation/platform/Output.h"
-#include "kvstation/platform/TerminalColours.h"
 #include "kvstation/platform/Utf16.h"
 
 namespace kvstation {

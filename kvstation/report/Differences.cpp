@@ -2,7 +2,7 @@
 
 #include <nlohmann/json.hpp>
 
-#include "kvstation/platform/TerminalColours.h"
+#include "kvstation/platform/Output.h"
 #include "kvstation/platform/VisibleText.h"
 #include "kvstation/report/JsonView.h"
 

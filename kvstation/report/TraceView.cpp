@@ -7,7 +7,7 @@
 
 #include "kvstation/calls/CallError.h"
 #include "kvstation/calls/CallRows.h"
-#include "kvstation/platform/TerminalColours.h"
+#include "kvstation/platform/Output.h"
 #include "kvstation/platform/VisibleText.h"
 #include "simwin/text/CodePage.h"
 
