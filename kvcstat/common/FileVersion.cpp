@@ -1,23 +1,20 @@
 // Versions of program files, from their version resources.
-#include <cstddef>
 #include <cstring>
 
+#include "framework/FileVersion.h"
 #include "kvcstat/common/Handles.h"
 #include "kvcstat/common/StatGlobal.h"
 
 namespace {
-
-// Up to the file version: a resource may hold no more of the fixed information.
-constexpr std::size_t kUsedSize = offsetof(VS_FIXEDFILEINFO, dwProductVersionMS);
 
 // What is used of the fixed information of the file's version resource, copied to `info`; false when it is not there.
 bool ReadFixedInfo(const char* file, void* block, DWORD size, VS_FIXEDFILEINFO& info) {
     void* found = nullptr;
     UINT length = 0;
     GetFileVersionInfoA(file, 0, size, block);
-    if (VerQueryValueA(block, "\\", &found, &length) == FALSE || length < kUsedSize)
+    if (VerQueryValueA(block, "\\", &found, &length) == FALSE || length < kFileVersionSize)
         return false;
-    std::memcpy(&info, found, kUsedSize);
+    std::memcpy(&info, found, kFileVersionSize);
     return true;
 }
 

@@ -1,13 +1,15 @@
 #include "kvstation/calls/Answer.h"
 
+#include "kvstation/platform/JoinWords.h"
 #include "kvstation/platform/VisibleText.h"
 
 namespace kvstation {
 
 std::string shown(const Answer& answer) {
-    std::string line;
-    for (const std::string& item : answer.items)
-        line += (line.empty() ? "" : ", ") + (answer.isText ? "\"" + visible(item) + "\"" : visible(item));
+    const auto shownItem = [&](const std::string& item) {
+        return answer.isText ? "\"" + visible(item) + "\"" : visible(item);
+    };
+    const std::string line = joinWords(answer.items, ", ", shownItem);
     return line.empty() ? answer.isText ? "an empty list" : "there" : line;
 }
 

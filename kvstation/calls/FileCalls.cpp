@@ -1,10 +1,12 @@
 // Files and the versions that they tell.
+#include <algorithm>
 #include <cstring>
 
 #include "framework/Windows.h"
 #include "kvstation/calls/CallFacts.h"
 #include "kvstation/calls/CallRow.h"
 #include "kvstation/calls/StationDraft.h"
+#include "simwin/station/VersionResource.h"
 
 namespace kvstation {
 namespace {
@@ -63,32 +65,22 @@ void keepResource(StationDraft& draft, const ObservedCall& call) {
         file->resource = std::string(1, '\0');
 }
 
-simwin::FileVersion versionIn(const VS_FIXEDFILEINFO& info) {
-    return {HIWORD(info.dwFileVersionMS), LOWORD(info.dwFileVersionMS), HIWORD(info.dwFileVersionLS),
-            LOWORD(info.dwFileVersionLS)};
-}
-
 void keepFileVersion(StationDraft& draft, const ObservedCall& call) {
-    simwin::File* file = call.succeeded ? fileOf(draft, draft.versionedFile) : nullptr;
+    const auto version = simwin::versionIn(simwin::textOf(call.parameters[2]));
+    simwin::File* file = call.succeeded && version ? fileOf(draft, draft.versionedFile) : nullptr;
     if (file == nullptr)
         return;
     file->resource.reset();
-    file->version = versionIn(structureAt<VS_FIXEDFILEINFO>(call, 2));
+    file->version = version;
 }
 
 // Out of a version resource, whose fixed part begins with a signature.
 Answer tellFileVersion(const ObservedCall& call) {
     constexpr std::string_view kSignature("\xBD\x04\xEF\xFE", 4);
     const std::string_view block = simwin::textOf(call.parameters[3]);
-    const std::size_t place = block.find(kSignature);
-    VS_FIXEDFILEINFO info{};
-    if (place == std::string_view::npos || block.size() - place < sizeof info)
-        return wordsAnswer("no version");
-    block.copy(reinterpret_cast<char*>(&info), sizeof info, place);
-    std::string version;
-    for (const unsigned part : versionIn(info))
-        version += (version.empty() ? "" : ".") + std::to_string(part);
-    return wordsAnswer(version);
+    const std::size_t place = std::min(block.find(kSignature), block.size());
+    const auto version = simwin::versionIn(block.substr(place));
+    return wordsAnswer(version ? simwin::versionText(*version) : "no version");
 }
 
 }  // namespace

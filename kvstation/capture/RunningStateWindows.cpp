@@ -1,5 +1,4 @@
 #include <array>
-#include <cstddef>
 #include <vector>
 
 #include "framework/Windows.h"
@@ -7,6 +6,7 @@
 #include "kvstation/capture/RunningState.h"
 #include "kvstation/platform/Errors.h"
 #include "simwin/machine/Registry.h"
+#include "simwin/station/VersionResource.h"
 #include "simwin/text/CodePage.h"
 
 namespace kvstation {
@@ -82,12 +82,9 @@ class RunningState : public LocalState {
         void* found = nullptr;
         UINT length = 0;
         if (size == 0 || GetFileVersionInfoA(path.c_str(), 0, size, block.data()) == FALSE ||
-            VerQueryValueA(block.data(), "\\", &found, &length) == FALSE ||
-            length < offsetof(VS_FIXEDFILEINFO, dwProductVersionMS))
+            VerQueryValueA(block.data(), "\\", &found, &length) == FALSE)
             return std::nullopt;
-        const auto* info = static_cast<const VS_FIXEDFILEINFO*>(found);
-        return simwin::FileVersion{HIWORD(info->dwFileVersionMS), LOWORD(info->dwFileVersionMS),
-                                   HIWORD(info->dwFileVersionLS), LOWORD(info->dwFileVersionLS)};
+        return simwin::versionIn({static_cast<const char*>(found), length});
     }
 };
 

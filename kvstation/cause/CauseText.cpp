@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "kvstation/platform/JoinWords.h"
 #include "kvstation/platform/Output.h"
 #include "kvstation/platform/VisibleText.h"
 #include "kvstation/record/FieldTable.h"
@@ -108,10 +109,7 @@ std::string shortNames(const std::vector<Cause>& causes, bool areGivers) {
         if ((cause.role != Role::Decides) == areGivers && !isKeyThere(cause))
             if (std::string name = shortName(cause); std::ranges::find(names, name) == names.end())
                 names.push_back(std::move(name));
-    std::string text;
-    for (const std::string& name : names)
-        text += (text.empty() ? "" : ", ") + visible(name);
-    return text;
+    return joinWords(names, ", ", visible);
 }
 
 }  // namespace
@@ -165,9 +163,7 @@ std::vector<CauseLine> causeLines(const std::vector<Cause>& causes) {
             lines.push_back({std::string(wordOf(cause.role)), answerText(cause), sourceText(cause)});
             continue;
         }
-        std::string arguments;
-        for (const Cause* one : same)
-            arguments += (arguments.empty() ? "" : ", ") + argumentsOf(*one);
+        const std::string arguments = joinWords(same, ", ", [](const Cause* one) { return argumentsOf(*one); });
         lines.push_back({std::string(wordOf(cause.role)), answerText(cause),
                          cause.words + ", " + cause.call + " of " + visible(arguments)});
         told.insert(told.end(), same.begin(), same.end());
@@ -207,14 +203,13 @@ std::string causesText(const FieldCauses& causes, bool colours) {
 }
 
 std::string causesLine(const FieldCauses& causes, bool colours) {
-    std::string unknown;
-    for (const std::string& one : causes.unknown)
-        unknown += (unknown.empty() ? "  unknown: " : ", ") + visible(one);
+    const std::string unknown = joinWords(causes.unknown, ", ", visible);
     const std::string givers = shortNames(causes.causes, true);
     const std::string deciders = shortNames(causes.causes, false);
     return bold(std::string(fields()[causes.field].name), colours) + " = " + shownValue(causes.field, causes.value) +
            (causes.cut ? " (cut)" : "") + (givers.empty() ? "" : "  from " + givers) +
-           (deciders.empty() ? "" : "  decided by " + deciders) + unknown + "\n";
+           (deciders.empty() ? "" : "  decided by " + deciders) + (unknown.empty() ? "" : "  unknown: " + unknown) +
+           "\n";
 }
 
 }  // namespace kvstation

@@ -6,6 +6,7 @@
 #include "kvstation/platform/Files.h"
 #include "kvstation/platform/Paths.h"
 #include "kvstation/platform/Utf16.h"
+#include "simwin/station/VersionResource.h"
 
 namespace kvstation {
 namespace {
@@ -51,11 +52,6 @@ FARPROC exportOf(HMODULE module, const LibraryFile& file) {
     throw Failure(file.words + " is another library: " + reason);
 }
 
-std::string numbersOf(const VS_FIXEDFILEINFO& info) {
-    return std::to_string(HIWORD(info.dwFileVersionMS)) + "." + std::to_string(LOWORD(info.dwFileVersionMS)) + "." +
-           std::to_string(HIWORD(info.dwFileVersionLS)) + "." + std::to_string(LOWORD(info.dwFileVersionLS));
-}
-
 }  // namespace
 
 Library::Library(const LibraryFile& file)
@@ -74,9 +70,10 @@ std::string Library::version() {
     void* info = nullptr;
     UINT length = 0;
     if (block.empty() || !GetFileVersionInfoW(path.c_str(), 0, static_cast<DWORD>(block.size()), block.data()) ||
-        !VerQueryValueW(block.data(), L"\\", &info, &length) || length < sizeof(VS_FIXEDFILEINFO))
+        !VerQueryValueW(block.data(), L"\\", &info, &length))
         return {};
-    return numbersOf(*static_cast<const VS_FIXEDFILEINFO*>(info));
+    const auto version = simwin::versionIn({static_cast<const char*>(info), length});
+    return version ? simwin::versionText(*version) : "";
 }
 
 }  // namespace kvstation

@@ -47,11 +47,14 @@ struct PlaceholderRow {
 };
 
 constexpr PlaceholderRow kPlaceholders[] = {
-    {"STATION", Takes::Folder, none},   {"OUT", Takes::Folder, none},      {"FILE", Takes::Path, none},
-    {"OLD NEW", Takes::Path, none},     {"HIVES", Takes::Path, none},      {"A", Takes::Path, none},
-    {"FIELD", Takes::Word, fieldNames}, {"CALL", Takes::Word, callNames},  {"PAGE", Takes::Word, codePages},
-    {"SHELL", Takes::Word, shellNames}, {"VERB", Takes::Word, none},       {"N", Takes::Text, none},
-    {"NAME", Takes::Text, none},        {"NAME=VALUE", Takes::Text, none}, {"KEY\\NAME=TEXT", Takes::Text, none},
+    {"STATION", Takes::Folder, none},   {"OUT", Takes::Folder, none},
+    {"FILE", Takes::Path, none},        {"OLD NEW", Takes::Path, none},
+    {"HIVES", Takes::Path, none},       {"A", Takes::Path, none},
+    {"B", Takes::Path, none},           {"FIELD", Takes::Word, fieldNames},
+    {"CALL", Takes::Word, callNames},   {"PAGE", Takes::Word, codePages},
+    {"SHELL", Takes::Word, shellNames}, {"VERB", Takes::Word, none},
+    {"N", Takes::Text, none},           {"NAME", Takes::Text, none},
+    {"NAME=VALUE", Takes::Text, none},  {"KEY\\NAME=TEXT", Takes::Text, none},
     {"M.m.BUILD", Takes::Text, none},   {"SECONDS", Takes::Text, none},
 };
 

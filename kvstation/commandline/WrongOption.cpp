@@ -6,6 +6,7 @@
 
 #include "kvstation/commandline/VerbName.h"
 #include "kvstation/platform/Errors.h"
+#include "kvstation/platform/JoinWords.h"
 #include "kvstation/platform/Similar.h"
 
 namespace kvstation {
@@ -40,11 +41,11 @@ std::string closeOptions(const CLI::App& command, const std::string& typed) {
 
 // ", but of show, simulate": the verbs that have the option.
 std::string otherVerbs(const CLI::App& tool, const std::string& name) {
-    std::string text;
+    std::vector<std::string> verbs;
     for (const CLI::App* verb : tool.get_subcommands({}))
         if (verb->get_option_no_throw(name) != nullptr)
-            text += (text.empty() ? ", but of " : ", ") + verb->get_name();
-    return text;
+            verbs.push_back(verb->get_name());
+    return verbs.empty() ? "" : ", but of " + joinWords(verbs, ", ");
 }
 
 [[noreturn]] void failAsNoOption(const CLI::App& tool, const CLI::App& command, const std::string& argument) {

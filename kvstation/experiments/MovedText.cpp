@@ -1,17 +1,12 @@
 #include "kvstation/experiments/MovedText.h"
 
 #include <algorithm>
-#include <cctype>
 #include <string>
 
 #include "simwin/text/CodePage.h"
 
 namespace kvstation {
 namespace {
-
-bool isDigit(char character) {
-    return std::isdigit(simwin::byteOf(character)) != 0;
-}
 
 constexpr std::size_t kShortestPart = 3;  // shorter ones count only as whole texts: they stand anywhere by chance
 
@@ -79,7 +74,7 @@ std::string plain(std::string_view text) {
     while (!text.empty()) {
         const std::size_t length = simwin::characterLength(text);
         const std::string small = simwin::lowerCase(text.substr(0, length));
-        if (isDigit(small[0]) || (small[0] >= 'a' && small[0] <= 'z') || simwin::byteOf(small[0]) >= 0x80)
+        if (simwin::isAsciiDigit(small[0]) || (small[0] >= 'a' && small[0] <= 'z') || simwin::byteOf(small[0]) >= 0x80)
             result += small;
         text.remove_prefix(length);
     }
@@ -102,7 +97,7 @@ Role roleOfText(std::string_view before, std::string_view after, const Replaceme
 
 Role roleOfNumber(std::string_view before, std::string_view after, const Replacement& replacement) {
     const auto begins = [](std::string_view text, std::string_view number) {
-        return text.starts_with(number) && (text.size() == number.size() || !isDigit(text[number.size()]));
+        return text.starts_with(number) && (text.size() == number.size() || !simwin::isAsciiDigit(text[number.size()]));
     };
     return begins(replacement.before, before) && begins(replacement.after, after) ? Role::Gives : Role::Decides;
 }

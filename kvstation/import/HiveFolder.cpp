@@ -10,6 +10,7 @@
 #include "kvstation/import/Installations.h"
 #include "kvstation/platform/Errors.h"
 #include "kvstation/platform/Files.h"
+#include "kvstation/platform/JoinWords.h"
 
 namespace kvstation {
 namespace {
@@ -78,10 +79,7 @@ std::vector<Profile> profilesOf(const Installation& installation, IsWanted isWan
 }
 
 std::string joinNames(const std::vector<Profile>& profiles) {
-    std::string names;
-    for (const Profile& profile : profiles)
-        names += (names.empty() ? "" : ", ") + profile.name;
-    return names;
+    return joinWords(profiles, ", ", &Profile::name);
 }
 
 Profile profileNamed(const Installation& installation, const std::string& disk, const std::string& userName) {

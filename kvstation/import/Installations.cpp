@@ -6,6 +6,7 @@
 #include "kvstation/hives/FolderEntries.h"
 #include "kvstation/platform/Errors.h"
 #include "kvstation/platform/Files.h"
+#include "kvstation/platform/JoinWords.h"
 
 namespace kvstation {
 namespace {
@@ -61,10 +62,7 @@ std::optional<Path> hivesOfWindows(const Path& folder) {
 }
 
 std::string joinPaths(const std::vector<Path>& hives) {
-    std::string names;
-    for (const Path& one : hives)
-        names += (names.empty() ? "" : ", ") + one.string();
-    return names;
+    return joinWords(hives, ", ", [](const Path& one) { return one.string(); });
 }
 
 Installation installationAt(const Path& hives) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <numeric>
 
+#include "kvstation/platform/JoinWords.h"
 #include "simwin/text/CodePage.h"
 
 namespace kvstation {
@@ -60,10 +61,7 @@ std::vector<std::string_view> similarWords(std::string_view typed, std::span<con
 }
 
 std::string describeSimilar(std::span<const std::string_view> words) {
-    std::string text;
-    for (const std::string_view word : words)
-        text += (text.empty() ? "; close to it: " : ", ") + std::string(word);
-    return text;
+    return words.empty() ? "" : "; close to it: " + joinWords(words, ", ");
 }
 
 }  // namespace kvstation

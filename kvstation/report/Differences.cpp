@@ -1,10 +1,8 @@
 #include "kvstation/report/Differences.h"
 
-#include <nlohmann/json.hpp>
-
 #include "kvstation/platform/Output.h"
 #include "kvstation/platform/VisibleText.h"
-#include "kvstation/report/JsonView.h"
+#include "simwin/text/Utf8.h"
 
 namespace kvstation {
 namespace {
@@ -19,7 +17,7 @@ std::string quoted(const Record& record, std::size_t field) {
 bool isSame(const Record& left, const Record& right, std::size_t field) {
     return left.textOf(field) == right.textOf(field) ||
            (!left[field].bytes.empty() && left[field].bytes == right[field].bytes &&
-            printed(left[field].text) == printed(right[field].text));
+            simwin::repairedUtf8(left[field].text) == simwin::repairedUtf8(right[field].text));
 }
 
 }  // namespace

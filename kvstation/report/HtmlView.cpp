@@ -3,6 +3,7 @@
 #include <cstdio>
 
 #include "kvstation/cause/CauseText.h"
+#include "kvstation/platform/JoinWords.h"
 #include "kvstation/platform/VisibleText.h"
 #include "kvstation/record/FixedDrives.h"
 #include "kvstation/report/HtmlMap.h"
@@ -123,12 +124,9 @@ std::string groupSection(const Report& report, std::string_view group) {
 std::string unknownNotice(const Report& report) {
     if (report.unknown.empty())
         return {};
-    std::string html;
-    for (const std::string& one : report.unknown)
-        html += (html.empty() ? "" : ", ") + escapeHtml(one);
     return "<details class=\"unknown\"><summary>What nobody knows of this machine stands here as if it were not "
            "there</summary><p>" +
-           html + "</p></details>\n";
+           joinWords(report.unknown, ", ", escapeHtml) + "</p></details>\n";
 }
 
 std::string legend() {

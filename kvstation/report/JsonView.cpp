@@ -89,7 +89,7 @@ Value valueOf(std::string text) {
 Value exactValue(const Json& value, std::string bytes) {
     std::string text = simwin::toUtf8(bytes);
     const auto given = value.find("text");
-    if (given != value.end() && given->is_string() && printed(text) != printed(*given))
+    if (given != value.end() && given->is_string() && simwin::repairedUtf8(text) != given->get<std::string>())
         text = given->get<std::string>();
     return {.text = std::move(text), .number = 0, .filled = bytes.size(), .bytes = std::move(bytes)};
 }

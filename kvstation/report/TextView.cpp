@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "kvstation/platform/JoinWords.h"
 #include "kvstation/platform/Output.h"
 #include "kvstation/platform/VisibleText.h"
 
@@ -105,11 +106,11 @@ void writeGroup(TextWriter& writer, const Report& report, std::string_view group
 }
 
 std::string emptyFields(const Record& record) {
-    std::string names;
+    std::vector<std::string_view> names;
     for (std::size_t i = 0; i < fields().size(); ++i)
         if (record.isEmpty(i))
-            names += (names.empty() ? "" : ", ") + std::string(fields()[i].name);
-    return names;
+            names.push_back(fields()[i].name);
+    return joinWords(names, ", ");
 }
 
 }  // namespace
@@ -121,11 +122,8 @@ std::string textView(const Report& report, const TextOptions& options) {
     const std::string empty = emptyFields(report.record);
     if (!options.all && !empty.empty())
         writer.remark("Empty or 0: ", empty);
-    std::string unknown;
-    for (const std::string& one : report.unknown)
-        unknown += (unknown.empty() ? "" : ", ") + visible(one);
-    if (!unknown.empty())
-        writer.remark("Not written down in this station: ", unknown);
+    if (!report.unknown.empty())
+        writer.remark("Not written down in this station: ", joinWords(report.unknown, ", ", visible));
     return writer.take();
 }
 

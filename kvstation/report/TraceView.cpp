@@ -1,4 +1,5 @@
 #include "kvstation/report/TraceView.h"
+#include "kvstation/platform/JoinWords.h"
 #include "kvstation/report/JsonView.h"
 
 #include <algorithm>
@@ -68,9 +69,7 @@ std::string answerText(const ObservedCall& call) {
 std::string callLine(const TracedCall& one, const TraceOptions& options) {
     const std::string answer = answerText(one.call);
     std::string line = visible(one.call.name + "(" + one.call.arguments + ")") + (answer.empty() ? "" : " = " + answer);
-    std::string fields;
-    for (const std::string& field : one.fields)
-        fields += (fields.empty() ? "" : ", ") + field;
+    const std::string fields = joinWords(one.fields, ", ");
     if (!fields.empty())
         line += "  " + coloured(kBold, "-> " + fields, options.colours);
     return line;

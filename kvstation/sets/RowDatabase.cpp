@@ -5,6 +5,7 @@
 
 #include "kvstation/platform/Errors.h"
 #include "kvstation/platform/Files.h"
+#include "kvstation/platform/JoinWords.h"
 #include "kvstation/report/JsonView.h"
 #include "kvstation/sets/Database.h"
 #include "simwin/text/CodePage.h"
@@ -29,17 +30,14 @@ std::string columnDefinitions() {
 }
 
 std::string insertStatement() {
-    std::string columns;
-    std::string places;
-    const auto add = [&](std::string_view name) {
-        columns += (columns.empty() ? "" : ", ") + quotedName(name);
-        places += places.empty() ? "?" : ", ?";
-    };
+    std::vector<std::string_view> names;
     for (const AboutColumn& column : kAboutRow)
-        add(column.name);
+        names.push_back(column.name);
     for (const Field& field : fields())
-        add(field.name);
-    return "INSERT OR REPLACE INTO stations (" + columns + ") VALUES (" + places + ")";
+        names.push_back(field.name);
+    const auto placeOf = [](std::string_view) { return "?"; };
+    return "INSERT OR REPLACE INTO stations (" + joinWords(names, ", ", quotedName) + ") VALUES (" +
+           joinWords(names, ", ", placeOf) + ")";
 }
 
 Cell cellOf(const Record& record, std::size_t field) {

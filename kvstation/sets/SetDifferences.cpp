@@ -4,6 +4,7 @@
 #include <functional>
 #include <nlohmann/json.hpp>
 
+#include "kvstation/platform/JoinWords.h"
 #include "kvstation/platform/VisibleText.h"
 #include "kvstation/report/JsonView.h"
 
@@ -20,20 +21,17 @@ std::string counted(std::size_t count, const std::string& what) {
     return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
 }
 
-std::string shownNames(std::size_t count, const std::function<const std::string&(std::size_t)>& nameAt) {
-    std::string text;
-    for (std::size_t i = 0; i < std::min(count, kShownNames); ++i)
-        text += (i == 0 ? "" : ", ") + visible(nameAt(i));
-    if (count > kShownNames)
-        text += " and " + std::to_string(count - kShownNames) + " more";
-    return text;
+template <class One, class NameOf>
+std::string shownNames(const std::vector<One>& all, NameOf nameOf) {
+    const std::span shown(all.data(), std::min(all.size(), kShownNames));
+    const std::string names = joinWords(shown, ", ", [&](const One& one) { return visible(std::invoke(nameOf, one)); });
+    return names + (all.size() > kShownNames ? " and " + std::to_string(all.size() - kShownNames) + " more" : "");
 }
 
 std::string namesLine(const std::string& what, const std::vector<std::string>& names) {
     if (names.empty())
         return {};
-    return what + ": " + counted(names.size(), "station") + "\n  " +
-           shownNames(names.size(), [&](std::size_t i) -> const std::string& { return names[i]; }) + "\n";
+    return what + ": " + counted(names.size(), "station") + "\n  " + shownNames(names, std::identity()) + "\n";
 }
 
 Json changesJson(const std::vector<FieldChange>& changes) {
@@ -54,8 +52,7 @@ std::string differencesText(const SetDifferences& differences) {
         if (changes.empty())
             continue;
         text += std::string(fields()[i].name) + ": " + counted(changes.size(), "station") + "\n  " +
-                shownNames(changes.size(), [&](std::size_t at) -> const std::string& { return changes[at].name; }) +
-                "\n";
+                shownNames(changes, &FieldChange::name) + "\n";
     }
     return text + std::to_string(differences.differing) + " of " + std::to_string(differences.compared) +
            " on both sides differ\n";

@@ -165,7 +165,7 @@ void addStationPlaces(CLI::App& command, Places& places) {
     command
         .add_option("STATION", places.given,
                     "Described stations' folders, folders of them, or patterns; without one this computer (Windows)")
-        ->type_name("...")
+        ->type_name("")
         ->check(checkFileName);
     addPlaces(command, places);
 }

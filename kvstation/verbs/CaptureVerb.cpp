@@ -7,6 +7,7 @@
 #include "kvstation/collect/RunningSystem.h"
 #include "kvstation/collect/Stage.h"
 #include "kvstation/platform/Errors.h"
+#include "kvstation/platform/JoinWords.h"
 #include "kvstation/platform/Output.h"
 #include "kvstation/record/ProductName.h"
 #include "kvstation/record/Record.h"
@@ -30,9 +31,8 @@ void checkReplay(const std::string& folder, const RecordBytes& wanted) {
     const RecordBytes found = collectOn(machine);
     if (found == wanted)
         return;
-    std::string names;
-    for (const std::size_t field : differingFields(wanted, found))
-        names += (names.empty() ? "" : ", ") + std::string(fields()[field].name);
+    const auto nameOf = [](std::size_t field) { return fields()[field].name; };
+    const std::string names = joinWords(differingFields(wanted, found), ", ", nameOf);
     throw Failure(folder + " was written, but it gives another record (" + names +
                   "): this computer answered one question in two ways");
 }

@@ -47,7 +47,7 @@ Verb addDecode(CLI::App& tool) {
     command
         ->add_option("FILE", options->set.places.given,
                      "Records' files, folders of them, or patterns; - is a record from standard input")
-        ->type_name("...")
+        ->type_name("")
         ->check(checkFileName);
     addCodePage(*command, options->codePage, 1);
     addResultOptions(*command, options->result);

@@ -1,5 +1,6 @@
 // The verb "diff": two records field by field, two sets of them, or what two libraries make of the same stations.
 #include <CLI/App.hpp>
+#include <array>
 #include <bitset>
 #include <memory>
 #include <nlohmann/json.hpp>
@@ -27,7 +28,8 @@ namespace kvstation {
 namespace {
 
 struct DiffOptions {
-    Places places;
+    std::string first;
+    Places places;                       // with the first once the verb runs
     std::vector<std::string> libraries;  // none, or the old and the new one
     WhatIf whatIf;
     CodePageOption codePage;
@@ -186,10 +188,10 @@ SourceReading readingOf(const DiffOptions& options, std::size_t side) {
     return {.station = read, .record = read};
 }
 
-// What is no record either is told for what it is. A file without a line is a set of none.
+// Of what is no set. What is no record either is told for what it is. A file without a line is a set of none.
 void refuseOneRecord(const std::string& path, const DiffOptions& options, std::size_t side) {
     std::error_code error;
-    if (isRecordSet(path) || std::filesystem::file_size(pathOf(path), error) == 0)
+    if (std::filesystem::file_size(pathOf(path), error) == 0)
         return;
     load(path, options, side);
     throw WrongUse(path + " is one record, and the other is a set of them");
@@ -198,9 +200,6 @@ void refuseOneRecord(const std::string& path, const DiffOptions& options, std::s
 int diffTwoSets(const DiffOptions& options) {
     const std::string& first = options.places.given[0];
     const std::string& second = options.places.given[1];
-    refuseWhatIfOfRecords(options);
-    refuseOneRecord(first, options, 0);
-    refuseOneRecord(second, options, 1);
     return diffSets(options,
                     {openRecordSet(first, readingOf(options, 0)), openRecordSet(second, readingOf(options, 1))},
                     {.left = first, .right = second});
@@ -231,12 +230,19 @@ int diff(const DiffOptions& options) {
         return diffLibraries(options);
     if (options.places.given.size() != 2)
         throw WrongUse("diff compares two, A and B; 'kvstation diff --help' tells more");
-    const bool isSet = isRecordSet(options.places.given[0]) || isRecordSet(options.places.given[1]);
-    return isSet ? diffTwoSets(options) : diffRecords(options);
+    const std::array<bool, 2> areSets = {isRecordSet(options.places.given[0]), isRecordSet(options.places.given[1])};
+    if (areSets == std::array{false, false})
+        return diffRecords(options);
+    refuseWhatIfOfRecords(options);
+    for (std::size_t side = 0; side < areSets.size(); ++side)
+        if (!areSets[side])
+            refuseOneRecord(options.places.given[side], options, side);
+    return diffTwoSets(options);
 }
 
 // Status 1 says that something differs.
-int runDiff(const DiffOptions& options) {
+int runDiff(DiffOptions options) {
+    options.places.given.insert(options.places.given.begin(), options.first);
     try {
         return diff(options);
     } catch (const Failure& error) {
@@ -251,11 +257,13 @@ Verb addDiff(CLI::App& tool) {
     const auto options = std::make_shared<DiffOptions>();
     CLI::App* command = tool.add_subcommand("diff", "Compare two records, or two sets of them by their names");
     command
-        ->add_option(
-            "A", options->places.given,
-            "Two records' files or stations' folders, or two folders of them, files of --ndjson or of --sqlite")
-        ->type_name("B")
+        ->add_option("A", options->first,
+                     "A record's file or a station's folder; or a folder of them, a file of --ndjson or of --sqlite")
+        ->type_name("")
         ->required()
+        ->check(checkFileName);
+    command->add_option("B", options->places.given, "What it is compared with; with --library more stations")
+        ->type_name("")
         ->check(checkFileName);
     command
         ->add_option("--library", options->libraries,

@@ -69,7 +69,7 @@ Verb addSimulate(CLI::App& tool) {
     command
         ->add_option("STATION", options->set.places.given,
                      "Folders with registry.reg and station.json, folders of them, or patterns")
-        ->type_name("...")
+        ->type_name("")
         ->check(checkFileName);
     addResultOptions(*command, options->result);
     addSetOptions(*command, options->set);

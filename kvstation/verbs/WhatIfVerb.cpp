@@ -8,6 +8,7 @@
 #include "kvstation/cause/UnansweredText.h"
 #include "kvstation/collect/CollectionGuard.h"
 #include "kvstation/platform/Errors.h"
+#include "kvstation/platform/JoinWords.h"
 #include "kvstation/platform/Output.h"
 #include "kvstation/platform/PartProcess.h"
 #include "kvstation/platform/VisibleText.h"
@@ -154,9 +155,7 @@ std::string performOne(const WhatIfOptions& options, const Source& source) {
 std::string collisionsText(const std::vector<Collisions::Collision>& collisions) {
     std::string text = collisions.empty() ? "" : "One szStation for several:\n";
     for (const Collisions::Collision& collision : collisions) {
-        text += "  \"" + visible(collision.station) + "\"";
-        for (const std::string& name : collision.names)
-            text += (name == collision.names.front() ? ": " : ", ") + visible(name);
+        text += "  \"" + visible(collision.station) + "\": " + joinWords(collision.names, ", ", visible);
         text += collision.isNew ? "\n" : " (as now)\n";
     }
     return text;

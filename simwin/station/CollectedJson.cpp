@@ -5,6 +5,7 @@
 #include <chrono>
 
 #include "simwin/station/MemberReaders.h"
+#include "simwin/text/CodePage.h"
 
 namespace simwin {
 namespace {
@@ -12,13 +13,9 @@ namespace {
 constexpr std::string_view kFormOfTime = "dddd-dd-ddTdd:dd:ddZ";  // d: a digit
 constexpr std::size_t kLongestVersion = 32;
 
-bool isDigit(char character) {
-    return character >= '0' && character <= '9';
-}
-
 bool hasFormOfTime(std::string_view text) {
     return std::ranges::equal(text, kFormOfTime, [](char character, char wanted) {
-        return wanted == 'd' ? isDigit(character) : character == wanted;
+        return wanted == 'd' ? isAsciiDigit(character) : character == wanted;
     });
 }
 
@@ -39,9 +36,9 @@ bool isTime(std::string_view text) {
 
 // Numbers alone, so that nobody's name can stand here: a redaction leaves it.
 bool isVersion(std::string_view text) {
-    const bool isNumbers = std::ranges::all_of(text, [](char c) { return isDigit(c) || c == '.'; });
-    return isNumbers && !text.empty() && text.size() <= kLongestVersion && isDigit(text.front()) &&
-           isDigit(text.back()) && text.find("..") == std::string_view::npos;
+    const bool isNumbers = std::ranges::all_of(text, [](char c) { return isAsciiDigit(c) || c == '.'; });
+    return isNumbers && !text.empty() && text.size() <= kLongestVersion && isAsciiDigit(text.front()) &&
+           isAsciiDigit(text.back()) && text.find("..") == std::string_view::npos;
 }
 
 std::string readTime(const JsonView& view) {

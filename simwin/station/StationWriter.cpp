@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "simwin/station/CollectedJson.h"
+#include "simwin/station/VersionResource.h"
 #include "simwin/text/Address.h"
 #include "simwin/text/CodePage.h"
 #include "simwin/text/HexText.h"
@@ -125,11 +126,8 @@ Json files(const std::vector<File>& all) {
     Json object = Json::object();
     for (const File& file : all) {
         Json one = Json::object();
-        if (file.version) {
-            const FileVersion& parts = *file.version;
-            one["version"] = std::to_string(parts[0]) + "." + std::to_string(parts[1]) + "." +
-                             std::to_string(parts[2]) + "." + std::to_string(parts[3]);
-        }
+        if (file.version)
+            one["version"] = versionText(*file.version);
         if (file.resource)
             one["resource"] = {{"hex", hexText(*file.resource, ' ')}};
         object[toProperUtf8(file.path)] = std::move(one);

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 
-#include "framework/Windows.h"
+#include "framework/FileVersion.h"
 
 namespace simwin {
 namespace {
@@ -74,6 +74,20 @@ std::optional<VersionValue> findRootValue(std::string_view block) {
     if (length == 0 || offset + length > block.size())
         return std::nullopt;
     return VersionValue{offset, length};
+}
+
+std::optional<FileVersion> versionIn(std::string_view rootValue) {
+    if (rootValue.size() < kFileVersionSize)
+        return std::nullopt;
+    VS_FIXEDFILEINFO info{};
+    rootValue.copy(reinterpret_cast<char*>(&info), kFileVersionSize);
+    return FileVersion{HIWORD(info.dwFileVersionMS), LOWORD(info.dwFileVersionMS), HIWORD(info.dwFileVersionLS),
+                       LOWORD(info.dwFileVersionLS)};
+}
+
+std::string versionText(const FileVersion& version) {
+    return std::to_string(version[0]) + "." + std::to_string(version[1]) + "." + std::to_string(version[2]) + "." +
+           std::to_string(version[3]);
 }
 
 }  // namespace simwin

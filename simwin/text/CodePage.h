@@ -33,6 +33,10 @@ constexpr char lowerAscii(char character) noexcept {
     return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a') : character;
 }
 
+constexpr bool isAsciiDigit(char character) noexcept {
+    return character >= '0' && character <= '9';
+}
+
 // Below the blank, or DEL.
 bool isControl(char character) noexcept;
 

@@ -7,7 +7,9 @@
 
 #include "Samples.h"
 #include "kvstation/platform/Errors.h"
+#include "kvstation/platform/VisibleText.h"
 #include "simwin/text/CodePage.h"
+#include "simwin/text/Utf8.h"
 
 namespace kvstation {
 namespace {
@@ -141,6 +143,16 @@ TEST(JsonView, IsValidForEveryByteInEveryTextFieldOfOtherCodePages) {
                 ASSERT_EQ(again[i].bytes, record[i].bytes) << page << " " << byte;
         }
     }
+}
+
+TEST(JsonView, BytesThatAreNoCharacterAreReplacedAsElsewhere) {
+    constexpr std::string_view kEnds = "a\x80\x8F\x90\x9F\xA0\xBF\xC1\xC2\xE0\xE1\xED\xF0\xF1\xF4\xF5";  // of ranges
+    for (const char* first : {"", "\xF0", "\xF1", "\xF4"})
+        for (std::size_t i = 0; i < kEnds.size() * kEnds.size() * kEnds.size(); ++i) {
+            const std::string text = {kEnds[i / 256], kEnds[i / 16 % 16], kEnds[i % 16]};
+            ASSERT_EQ(Json::parse(printed(first + text)).get<std::string>(), simwin::repairedUtf8(first + text))
+                << visible(first + text);
+        }
 }
 
 TEST(JsonView, ReadsATextThatItsCodePageDoesNotHold) {

@@ -206,7 +206,7 @@ TEST_F(Program, AnEmptyFileNameIsWrongUse) {
     expectRefusal(run({"simulate", kStation, "--html", ""}), 2, line("--html", "simulate"));
     expectRefusal(run({"decode", ""}), 2, line("FILE", "decode"));
     expectRefusal(run({"simulate", ""}), 2, line("STATION", "simulate"));
-    expectRefusal(run({"diff", raw, ""}), 2, line("A", "diff"));
+    expectRefusal(run({"diff", raw, ""}), 2, line("B", "diff"));
 }
 
 TEST_F(Program, AForeignFileIsOneLine) {

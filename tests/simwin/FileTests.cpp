@@ -171,6 +171,13 @@ TEST(VersionResource, IsReadWithinItsBounds) {
     }
 }
 
+TEST(VersionResource, TellsItsVersionInTheFirst16BytesOfTheRootValue) {
+    const std::string whole = makeVersionResource({6, 0, 2900, 2180}).substr(40);
+    for (std::size_t size = 0; size <= whole.size(); ++size)
+        EXPECT_EQ(versionIn(whole.substr(0, size)).has_value(), size >= 16) << size;
+    EXPECT_EQ(versionText(*versionIn(whole.substr(0, 16))), "6.0.2900.2180");
+}
+
 TEST(VersionResource, HasNoRootValueWithoutFixedInformation) {
     std::string block = makeVersionResource({1, 2, 3, 4});
     block[2] = 0;

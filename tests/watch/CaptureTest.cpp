@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <utility>
 
 #include "kvstation/capture/StationCapture.h"
 #include "kvstation/capture/StationFolder.h"
@@ -13,6 +14,7 @@
 #include "simwin/station/RegistryWriter.h"
 #include "simwin/station/StationReader.h"
 #include "simwin/station/StationWriter.h"
+#include "simwin/station/VersionResource.h"
 #include "tests/watch/StationRuns.h"
 
 namespace kvtest {
@@ -116,6 +118,21 @@ TEST(Captured, ValueOfATypeThatIsNotReadKeepsItsTypeAndSize) {
     ASSERT_NE(value, nullptr);
     EXPECT_EQ(value->type, static_cast<std::uint32_t>(simwin::RegistryType::ExpandText));
     EXPECT_EQ(value->bytes, std::string(7, '\0'));
+}
+
+TEST(Captured, FileWhoseVersionEndsTooEarlyTellsNone) {
+    Station station = kvstation::readStationFolder(stationFolder("metaframe-session"));
+    for (simwin::File& file : station.files)
+        if (file.version) {
+            std::string resource = simwin::makeVersionResource(*std::exchange(file.version, {})).substr(0, 40 + 15);
+            resource[0] = static_cast<char>(resource.size());
+            resource[2] = 15;
+            file.resource = resource;
+        }
+    Machine behind(station);
+    const Captured captured = captureBehind(behind);
+    Machine replayed(writtenAndRead(captured.station));
+    EXPECT_EQ(bytesOf(kvstation::collectOn(replayed)), bytesOf(captured.record));
 }
 
 TEST(StationFolder, IsNotWrittenOverAnother) {
