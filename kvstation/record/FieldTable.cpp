@@ -15,6 +15,8 @@ constexpr std::size_t kNumberWidth = 4;
 constexpr Field kFields[] = {
 #define KV_TEXT(name, offset, width, limit, group, meaning) \
     {#name, offset, width, limit, FieldType::Text, group, meaning},
+#define KV_LIST(name, offset, width, limit, group, meaning) \
+    {#name, offset, width, limit, FieldType::Text, group, meaning, true},
 #define KV_NUMBER(name, offset, group, meaning) {#name, offset, kNumberWidth, 0, FieldType::Number, group, meaning},
 #define KV_UNSIGNED(name, offset, group, meaning) {#name, offset, kNumberWidth, 0, FieldType::Unsigned, group, meaning},
 #include "include/kvcstat_fields.inc"
@@ -22,16 +24,6 @@ constexpr Field kFields[] = {
 
 constexpr std::string_view kGroups[] = {"Station", "User",     "System", "Session",
                                         "Network", "Software", "Drives", "Hardware"};
-
-constexpr std::string_view kLists[] = {"szDiskDevices",    "szCDRomDevices", "szTapeDevices",     "szOtherDevices",
-                                       "szPrinters",       "szCDRomDrives",  "szRemovableDrives", "szFixedDrives",
-                                       "szDefaultGateway", "szSubnetMask",   "szProtocols",       "szNetworkDrivers",
-                                       "szMailClient",     "szProviders",    "szBrowser",         "szNetworkAdapters",
-                                       "szProcessorName",  "szVideoAdapter"};
-static_assert(std::ranges::all_of(kLists, [](std::string_view name) {
-    const auto field = std::ranges::find(kFields, name, &Field::name);
-    return field != std::end(kFields) && field->type == FieldType::Text;
-}));
 
 }  // namespace
 
@@ -46,10 +38,6 @@ std::span<const std::string_view> groups() {
 std::size_t findField(std::string_view name) {
     const auto found = std::ranges::find(kFields, name, &Field::name);
     return static_cast<std::size_t>(found - std::begin(kFields));
-}
-
-bool isList(const Field& field) {
-    return std::ranges::find(kLists, field.name) != std::end(kLists);
 }
 
 std::size_t findTypedField(std::string_view name) {

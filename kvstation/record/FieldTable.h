@@ -23,6 +23,7 @@ struct Field {
     FieldType type;
     std::string_view group;
     std::string_view meaning;
+    bool isList = false;  // of items joined with ";"
 };
 
 // In the order of their offsets.
@@ -37,9 +38,6 @@ std::size_t findField(std::string_view name);
 std::size_t findTypedField(std::string_view name);
 // And where there is none, throws WrongUse with the names that are close.
 std::size_t requireTypedField(std::string_view name);
-
-// Items that the module joins with ";". Such a sign in any other text is a part of it.
-bool isList(const Field& field);
 
 // Such as 0x01F4.
 std::string hexOffset(std::size_t offset);

@@ -43,7 +43,7 @@ std::string driveBars(const Record& record) {
 
 // Lists have an item in each line.
 std::string shownValue(const Field& field, const std::string& text) {
-    if (!isList(field))
+    if (!field.isList)
         return escapeHtml(text);
     std::string html;
     std::size_t begin = 0;
