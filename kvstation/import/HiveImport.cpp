@@ -16,9 +16,6 @@ namespace {
 
 // Windows makes these keys at each start, so that no hive holds them.
 constexpr std::string_view kHardware = "HKEY_LOCAL_MACHINE\\HARDWARE";
-constexpr std::string_view kFileTypes = "HKEY_LOCAL_MACHINE\\SOFTWARE\\Classes";
-constexpr std::string_view kUserKeys = "HKEY_CURRENT_USER";
-constexpr std::string_view kUserFileTypes = "HKEY_CURRENT_USER\\Software\\Classes";
 constexpr std::string_view kSession = "session";
 constexpr std::string_view kServicePack = "version.servicePack";
 constexpr std::string_view kAnsiCodePage = "codePages.ansi";

@@ -19,9 +19,6 @@ using simwin::restBelow;
 
 constexpr std::string_view kMachine = "HKEY_LOCAL_MACHINE";
 constexpr std::string_view kSystem = "HKEY_LOCAL_MACHINE\\SYSTEM";
-constexpr std::string_view kClasses = "HKEY_LOCAL_MACHINE\\SOFTWARE\\Classes";
-constexpr std::string_view kUser = "HKEY_CURRENT_USER";
-constexpr std::string_view kUserClasses = "HKEY_CURRENT_USER\\Software\\Classes";
 constexpr std::string_view kCurrentConfig = "HKEY_CURRENT_CONFIG";
 constexpr std::string_view kCurrentControlSet = "CurrentControlSet";
 constexpr std::string_view kConfigNumber = "HKEY_LOCAL_MACHINE\\SYSTEM\\CurrentControlSet\\Control\\IDConfigDB";
@@ -101,9 +98,9 @@ void HiveRegistry::mountNt(OpenedHive system, const HiveFolder& files) {
     readCodePage();
     mount("HKEY_LOCAL_MACHINE\\SOFTWARE", open(files.software, "SOFTWARE"));
     mount("HKEY_USERS\\.DEFAULT", open(files.defaultUser, "NTUSER.DAT"));
-    mount(std::string(kUser), open(files.user, "NTUSER.DAT"));
+    mount(std::string(kUserKeys), open(files.user, "NTUSER.DAT"));
     if (!files.user.empty())
-        mount(std::string(kUserClasses), open(files.userClasses, "UsrClass.dat"));
+        mount(std::string(kUserFileTypes), open(files.userClasses, "UsrClass.dat"));
     for (const char* root : kNowhere)
         mount(root, nullptr);
     std::array<char, 16> number{};
@@ -114,7 +111,7 @@ void HiveRegistry::mountNt(OpenedHive system, const HiveFolder& files) {
 
 // Windows Me has them in a file of their own, and an empty key here.
 bool HiveRegistry::hasClasses() {
-    const std::optional<Place> place = find(kClasses);
+    const std::optional<Place> place = find(kFileTypes);
     return place && !place->hive->subKeys(place->key).all.empty();
 }
 
@@ -122,13 +119,13 @@ void HiveRegistry::mount9x(OpenedHive system, const HiveFolder& files) {
     mount(std::string(kMachine), take(std::move(system), "SYSTEM.DAT"));
     readCodePage();
     if (Hive* classes = open(files.classes, "CLASSES.DAT"))
-        mount(std::string(kClasses), classes, oldClassesKey(*classes));
+        mount(std::string(kFileTypes), classes, oldClassesKey(*classes));
     else if (!hasClasses())
-        mount(std::string(kClasses), nullptr);
+        mount(std::string(kFileTypes), nullptr);
     Hive* defaultUser = open(files.defaultUser, "USER.DAT");
     mount("HKEY_USERS", defaultUser);
     Hive* user = files.user == files.defaultUser ? defaultUser : open(files.user, "USER.DAT");
-    mount(std::string(kUser), user, user != nullptr ? oldUserKey(*user, files.userName) : 0);
+    mount(std::string(kUserKeys), user, user != nullptr ? oldUserKey(*user, files.userName) : 0);
     for (const char* root : {"HKEY_DYN_DATA", "HKEY_PERFORMANCE_DATA"})
         mount(root, nullptr);
     mountCurrentConfig(std::string(kMachine) + "\\Config\\" +
@@ -247,10 +244,10 @@ bool HiveRegistry::copy(std::string_view path, simwin::RegistryTree& tree, std::
 bool HiveRegistry::copyKey(std::string_view fullPath, simwin::RegistryTree& tree) {
     const std::string path = simwin::withClassesInPlace(fullPath);
     const bool isThere = copy(path, tree, "", "");
-    const std::optional<std::string_view> type = restBelow(path, kClasses);
+    const std::optional<std::string_view> type = restBelow(path, kFileTypes);
     if (m_is9x || !type || type->empty())
         return isThere;
-    return copy(std::string(kUserClasses) + "\\" + std::string(*type), tree, kClasses, kUserClasses) || isThere;
+    return copy(std::string(kUserFileTypes) + "\\" + std::string(*type), tree, kFileTypes, kUserFileTypes) || isThere;
 }
 
 std::optional<std::string> HiveRegistry::lossAt(std::string_view fullPath, Part part) {

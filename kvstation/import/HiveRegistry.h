@@ -13,6 +13,11 @@
 
 namespace kvstation {
 
+// Keys that are hives, or begin in them.
+inline constexpr std::string_view kFileTypes = "HKEY_LOCAL_MACHINE\\SOFTWARE\\Classes";
+inline constexpr std::string_view kUserKeys = "HKEY_CURRENT_USER";
+inline constexpr std::string_view kUserFileTypes = "HKEY_CURRENT_USER\\Software\\Classes";
+
 class HiveRegistry {
   public:
     // Throws Failure when a file is no hive or another one than its name tells, or SYSTEM tells no current control set.

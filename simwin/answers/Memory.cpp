@@ -39,6 +39,13 @@ HGLOBAL allocateGlobal(Machine& machine, UINT flags, SIZE_T size) {
     return asPointer<HGLOBAL>(state.globalBlocks.open(std::move(block)));
 }
 
+// A program that was refused a block may pass its null on.
+void refuse(Machine& machine, const char* call, HGLOBAL handle) {
+    if (handle != nullptr)
+        machine.reportMisuse(call, asNumber(handle), "is no open block");
+    machine.setLastError(ERROR_INVALID_HANDLE);
+}
+
 LPVOID lockGlobal(Machine& machine, HGLOBAL handle) {
     if (GlobalBlock* block = machine.state().globalBlocks.find(asNumber(handle))) {
         if (block->memory == nullptr)
@@ -49,9 +56,7 @@ LPVOID lockGlobal(Machine& machine, HGLOBAL handle) {
     }
     if (machine.state().fixedBlocks.isOpen(handle))
         return handle;
-    if (handle != nullptr)
-        machine.reportMisuse("GlobalLock", asNumber(handle), "is no open block");
-    machine.setLastError(ERROR_INVALID_HANDLE);
+    refuse(machine, "GlobalLock", handle);
     return nullptr;
 }
 
@@ -67,9 +72,7 @@ BOOL unlockGlobal(Machine& machine, HGLOBAL handle) {
     }
     if (machine.state().fixedBlocks.isOpen(handle))
         return TRUE;
-    if (handle != nullptr)
-        machine.reportMisuse("GlobalUnlock", asNumber(handle), "is no open block");
-    machine.setLastError(ERROR_INVALID_HANDLE);
+    refuse(machine, "GlobalUnlock", handle);
     return FALSE;
 }
 
@@ -84,8 +87,7 @@ bool closeGlobal(MachineState& state, HGLOBAL handle) {
 HGLOBAL freeBlock(Machine& machine, const char* call, HGLOBAL handle) {
     if (handle == nullptr || closeGlobal(machine.state(), handle) || machine.state().fixedBlocks.close(handle))
         return nullptr;
-    machine.reportMisuse(call, asNumber(handle), "is no open block");
-    machine.setLastError(ERROR_INVALID_HANDLE);
+    refuse(machine, call, handle);
     return handle;
 }
 
