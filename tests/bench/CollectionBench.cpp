@@ -14,6 +14,7 @@
 #include "simwin/machine/Machine.h"
 #include "simwin/machine/Recording.h"
 #include "simwin/station/StationReader.h"
+#include "tests/stations/StationNames.h"
 
 namespace {
 
@@ -68,16 +69,6 @@ class RatioReporter : public benchmark::ConsoleReporter {
     std::map<std::string, double> m_medians;
 };
 
-std::vector<std::string> StationNames() {
-    std::vector<std::string> names;
-    for (const auto& entry : std::filesystem::directory_iterator(KV_STATIONS)) {
-        if (entry.is_directory())
-            names.push_back(entry.path().filename().string());
-    }
-    std::sort(names.begin(), names.end());
-    return names;
-}
-
 void Register(const std::string& name, const StationPointer& station) {
     const auto configure = [](benchmark::internal::Benchmark* bench) {
         bench->Unit(benchmark::kMicrosecond)->MinTime(0.2)->Repetitions(5)->ReportAggregatesOnly(true);
@@ -92,7 +83,7 @@ int main(int argc, char** argv) {
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv))
         return 2;
-    const std::vector<std::string> names = StationNames();
+    const std::vector<std::string> names = kvtest::stationNames();
     for (const std::string& name : names)
         Register(name, std::make_shared<const simwin::Station>(
                            simwin::readStation(std::filesystem::path(KV_STATIONS) / name)));

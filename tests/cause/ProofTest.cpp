@@ -54,11 +54,7 @@ TEST_P(ProofOfStation, CausesThatAreNamedChangeTheirFieldAndNoOthersDo) {
     EXPECT_EQ(lines(result.complaints), "");
 }
 
-INSTANTIATE_TEST_SUITE_P(Stations, ProofOfStation, testing::ValuesIn(stationNames()), [](const auto& name) {
-    std::string text = name.param;
-    std::replace(text.begin(), text.end(), '-', '_');
-    return text;
-});
+INSTANTIATE_TEST_SUITE_P(Stations, ProofOfStation, testing::ValuesIn(stationNames()), kvtest::NameOfStationTest());
 
 // As its files tell it, which cannot hold everything that the generator thinks of.
 std::optional<simwin::Station> fuzzedStation(std::uint64_t seed) {

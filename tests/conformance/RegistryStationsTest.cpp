@@ -95,11 +95,7 @@ TEST_P(RegistryStationsTest, ExportedByRegeditReadsAsTheSameKeysAndValues) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Stations, RegistryStationsTest, ::testing::ValuesIn(kvtest::stationNames()),
-                         [](const auto& test) {
-                             std::string name = test.param;
-                             std::replace(name.begin(), name.end(), '-', '_');
-                             return name;
-                         });
+                         kvtest::NameOfStationTest());
 
 constexpr unsigned kFuzzedStations = 500;
 

@@ -1,7 +1,5 @@
 #include "tests/faults/FaultsTest.h"
 
-#include <algorithm>
-
 #include "simwin/station/StationReader.h"
 #include "tests/stations/QuietOutput.h"
 
@@ -45,10 +43,6 @@ void FaultsTest::FailEach(Fault::Kind kind, std::uint64_t count, const Complain&
     EXPECT_THAT(all, ::testing::IsEmpty());
 }
 
-INSTANTIATE_TEST_SUITE_P(Stations, FaultsTest, ::testing::ValuesIn(stationNames()), [](const auto& test) {
-    std::string name = test.param;
-    std::replace(name.begin(), name.end(), '-', '_');
-    return name;
-});
+INSTANTIATE_TEST_SUITE_P(Stations, FaultsTest, ::testing::ValuesIn(stationNames()), kvtest::NameOfStationTest());
 
 }  // namespace kvtest

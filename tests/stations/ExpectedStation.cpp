@@ -203,16 +203,6 @@ std::vector<std::string> differences(const ExpectedStation& expected, const Coll
     return lines;
 }
 
-std::vector<std::string> stationNames() {
-    std::vector<std::string> names;
-    for (const auto& entry : std::filesystem::directory_iterator(KV_STATIONS)) {
-        if (entry.is_directory())
-            names.push_back(entry.path().filename().string());
-    }
-    std::sort(names.begin(), names.end());
-    return names;
-}
-
 std::vector<std::string> filledFields(const ExpectedStation& expected) {
     std::vector<std::string> names;
     for (const auto& [name, value] : expected.record) {

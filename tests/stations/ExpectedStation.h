@@ -10,6 +10,7 @@
 
 #include "simwin/machine/Machine.h"
 #include "simwin/text/CodePage.h"
+#include "tests/stations/StationNames.h"
 
 namespace kvtest {
 
@@ -45,9 +46,6 @@ struct CollectedStation {
 
 // One line for each difference, naming field, expected and found; empty when all is as it must be.
 std::vector<std::string> differences(const ExpectedStation& expected, const CollectedStation& found);
-
-// Names of the folders in stations/, sorted.
-std::vector<std::string> stationNames();
 
 // Names of the fields that hold neither an empty text nor 0.
 std::vector<std::string> filledFields(const ExpectedStation& expected);

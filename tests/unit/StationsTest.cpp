@@ -56,11 +56,8 @@ TEST_P(StationsTest, GivesTheSameRecordTwice) {
     EXPECT_TRUE(first == Collect().record);
 }
 
-INSTANTIATE_TEST_SUITE_P(Stations, StationsTest, ::testing::ValuesIn(kvtest::stationNames()), [](const auto& test) {
-    std::string name = test.param;
-    std::replace(name.begin(), name.end(), '-', '_');
-    return name;
-});
+INSTANTIATE_TEST_SUITE_P(Stations, StationsTest, ::testing::ValuesIn(kvtest::stationNames()),
+                         kvtest::NameOfStationTest());
 
 TEST(StationsTest, TogetherFillEveryFieldOfTheRecord) {
     std::map<std::string, int> stations;

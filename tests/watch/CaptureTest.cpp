@@ -2,7 +2,6 @@
 // watches, as Windows does where the tool captures.
 #include <gmock/gmock.h>
 
-#include <algorithm>
 #include <filesystem>
 #include <utility>
 
@@ -85,11 +84,7 @@ TEST_P(EveryStation, ReadsTheSameOnceWritten) {
               recordBytes(readExpectedStation(stationFolder(GetParam())).record));
 }
 
-INSTANTIATE_TEST_SUITE_P(Stations, EveryStation, testing::ValuesIn(stationNames()), [](const auto& name) {
-    std::string text = name.param;
-    std::replace(text.begin(), text.end(), '-', '_');
-    return text;
-});
+INSTANTIATE_TEST_SUITE_P(Stations, EveryStation, testing::ValuesIn(stationNames()), kvtest::NameOfStationTest());
 
 TEST(Captured, RegistryKeepsTheOrderOfNamesThatWereListedAfterOneWasOpened) {
     Station station;

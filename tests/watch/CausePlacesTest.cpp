@@ -159,11 +159,7 @@ TEST_P(CausePlaces, ChangeTheirFieldsAsTheRolesSay) {
     EXPECT_THAT(complaints, testing::IsEmpty());
 }
 
-INSTANTIATE_TEST_SUITE_P(Stations, CausePlaces, testing::ValuesIn(stationNames()), [](const auto& name) {
-    std::string text = name.param;
-    std::replace(text.begin(), text.end(), '-', '_');
-    return text;
-});
+INSTANTIATE_TEST_SUITE_P(Stations, CausePlaces, testing::ValuesIn(stationNames()), kvtest::NameOfStationTest());
 
 }  // namespace
 }  // namespace kvtest

@@ -3,10 +3,6 @@
 
 #include <gmock/gmock.h>
 
-#include <algorithm>
-
-#include "kvstation/collect/CallLog.h"
-#include "kvstation/collect/Stage.h"
 #include "kvstation/redact/Redaction.h"
 #include "kvstation/redact/WindowsWords.h"
 #include "simwin/station/StationReader.h"
@@ -138,18 +134,6 @@ TEST(LeftTexts, AreToldAsTheyAreNow) {
     EXPECT_THAT(texts[0].text, testing::Not(testing::HasSubstr("Hinrichs")));
 }
 
-// The calls of a collection with their outcomes.
-std::vector<std::string> questionsOf(const Station& station) {
-    simwin::Machine machine(station);
-    kvstation::CallLog log;
-    machine.observe(&log);
-    kvstation::collectOn(machine);
-    std::vector<std::string> names;
-    for (const kvstation::TimedCall& call : log.calls())
-        names.push_back(call.call.name + (call.call.succeeded ? "" : " failed"));
-    return names;
-}
-
 class BareStation : public testing::TestWithParam<std::string> {};
 
 TEST_P(BareStation, HasNothingLeftAndIsCollectedByTheSameQuestions) {
@@ -159,11 +143,7 @@ TEST_P(BareStation, HasNothingLeftAndIsCollectedByTheSameQuestions) {
     EXPECT_EQ(questionsOf(made), questionsOf(station));
 }
 
-INSTANTIATE_TEST_SUITE_P(Stations, BareStation, testing::ValuesIn(stationNames()), [](const auto& name) {
-    std::string text = name.param;
-    std::replace(text.begin(), text.end(), '-', '_');
-    return text;
-});
+INSTANTIATE_TEST_SUITE_P(Stations, BareStation, testing::ValuesIn(stationNames()), kvtest::NameOfStationTest());
 
 }  // namespace
 }  // namespace kvtest

@@ -103,18 +103,6 @@ std::string collected(const Station& station, std::string_view field) {
     return kvstation::Record(kvstation::collectOn(machine)).textOf(kvstation::findField(field));
 }
 
-// The calls of a collection with their outcomes.
-std::vector<std::string> questionsOf(const Station& station) {
-    simwin::Machine machine(station);
-    kvstation::CallLog log;
-    machine.observe(&log);
-    kvstation::collectOn(machine);
-    std::vector<std::string> names;
-    for (const kvstation::TimedCall& call : log.calls())
-        names.push_back(call.call.name + (call.call.succeeded ? "" : " failed"));
-    return names;
-}
-
 // The first question at which two collections part, or nothing.
 std::string parting(const Station& left, const Station& right) {
     const std::vector<std::string> leftQuestions = questionsOf(left);
@@ -824,11 +812,7 @@ TEST_P(RedactedStation, IsTheSameEveryTime) {
     EXPECT_EQ(contentOf(kvstation::redacted(described)), contentOf(kvstation::redacted(described)));
 }
 
-INSTANTIATE_TEST_SUITE_P(Stations, RedactedStation, testing::ValuesIn(stationNames()), [](const auto& name) {
-    std::string text = name.param;
-    std::replace(text.begin(), text.end(), '-', '_');
-    return text;
-});
+INSTANTIATE_TEST_SUITE_P(Stations, RedactedStation, testing::ValuesIn(stationNames()), kvtest::NameOfStationTest());
 
 }  // namespace
 }  // namespace kvtest

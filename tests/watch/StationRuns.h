@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "kvstation/cause/Causes.h"
+#include "kvstation/collect/CallLog.h"
 #include "kvstation/collect/Stage.h"
 #include "kvstation/record/FieldTable.h"
 #include "tests/stations/ExpectedStation.h"
@@ -18,6 +19,18 @@ inline std::string stationFolder(const std::string& name) {
 
 inline simwin::Station stationNamed(const std::string& name) {
     return kvstation::readStationFolder(stationFolder(name));
+}
+
+// The calls of a collection with their outcomes.
+inline std::vector<std::string> questionsOf(const simwin::Station& station) {
+    simwin::Machine machine(station);
+    kvstation::CallLog log;
+    machine.observe(&log);
+    kvstation::collectOn(machine);
+    std::vector<std::string> names;
+    for (const kvstation::TimedCall& call : log.calls())
+        names.push_back(call.call.name + (call.call.succeeded ? "" : " failed"));
+    return names;
 }
 
 // What gives and decides one field.

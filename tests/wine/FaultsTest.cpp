@@ -1,7 +1,6 @@
 // The real kvcstat64.dll on every described station with each call and each allocation failing once.
 #include <gmock/gmock.h>
 
-#include <algorithm>
 #include <new>
 #include <optional>
 #include <string>
@@ -157,10 +156,7 @@ TEST_P(FaultsTest, EachOtherAllocationThatFailsThrowsToTheCallerAndTheNextCallWo
     EXPECT_THAT(FailEach(allocations, [this](std::uint64_t number) { return FailAllocation(number); }), IsEmpty());
 }
 
-INSTANTIATE_TEST_SUITE_P(Stations, FaultsTest, ::testing::ValuesIn(kvtest::stationNames()), [](const auto& test) {
-    std::string name = test.param;
-    std::replace(name.begin(), name.end(), '-', '_');
-    return name;
-});
+INSTANTIATE_TEST_SUITE_P(Stations, FaultsTest, ::testing::ValuesIn(kvtest::stationNames()),
+                         kvtest::NameOfStationTest());
 
 }  // namespace

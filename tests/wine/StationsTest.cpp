@@ -53,11 +53,8 @@ TEST_P(StationsTest, EachCallOfTheRealLibraryLeavesOneProcessAndOneTokenHandleOp
     EXPECT_THAT(machine.openHandles(HandleKind::Token), SizeIs(hasTokens ? 2 : 0));
 }
 
-INSTANTIATE_TEST_SUITE_P(Stations, StationsTest, ::testing::ValuesIn(kvtest::stationNames()), [](const auto& test) {
-    std::string name = test.param;
-    std::replace(name.begin(), name.end(), '-', '_');
-    return name;
-});
+INSTANTIATE_TEST_SUITE_P(Stations, StationsTest, ::testing::ValuesIn(kvtest::stationNames()),
+                         kvtest::NameOfStationTest());
 
 // What the language's runtime needs for itself, in the compiler's own parts of the library: memory, texts, numbers,
 // locks, exceptions. Nothing of it tells anything about the station.

@@ -370,11 +370,7 @@ TEST_P(ImportOfStation, HasTheFieldsThatTheHivesTell) {
 INSTANTIATE_TEST_SUITE_P(Stations, ImportOfStation,
                          testing::Values("nt4-workstation", "nt4-alpha-workstation", "windows-2000-workstation",
                                          "windows-7-workstation", "windows-11-notebook", "windows-xp-console"),
-                         [](const auto& name) {
-                             std::string text = name.param;
-                             std::ranges::replace(text, '-', '_');
-                             return text;
-                         });
+                         kvtest::NameOfStationTest());
 
 }  // namespace
 }  // namespace kvstation
