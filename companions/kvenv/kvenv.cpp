@@ -11,7 +11,8 @@ DWORD SizeOf(const char* name) {
     return GetEnvironmentVariableA(name, nullptr, 0);
 }
 
-// A value that is longer than the caller's buffer: what Windows leaves there is anything, so its head comes from a copy.
+// A value that is longer than the caller's buffer: what Windows leaves there is anything, so its head comes from a
+// copy.
 int GetHead(const char* name, char* buffer, int size) {
     FillText(buffer, size, "");
     const DWORD needed = SizeOf(name);
@@ -35,11 +36,10 @@ extern "C" int KVGetEnv(const char* name, char* buffer, int size) {
     FillText(buffer, size, "");
     if (name == nullptr)
         return 0;
-    if (buffer == nullptr || size < 1)
+    if (buffer == nullptr || size < 2)  // no room for a byte of the value
         return SizeOf(name) != 0;
     const DWORD length = GetEnvironmentVariableA(name, buffer, static_cast<DWORD>(size));
     if (length >= static_cast<DWORD>(size))
         return GetHead(name, buffer, size);
-    buffer[length] = '\0';
     return length != 0 || SizeOf(name) != 0;
 }

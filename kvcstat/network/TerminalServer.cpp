@@ -12,8 +12,7 @@ namespace {
 bool KnowsClient(const CString& version) {
     char* end = nullptr;
     const long major = std::strtol(version, &end, 10);
-    const long minor = *end == '.' ? std::strtol(end + 1, nullptr, 10) : 0;
-    return major > 1 || (major == 1 && minor >= 70);
+    return major > 1 || (major == 1 && *end == '.' && std::strtol(end + 1, nullptr, 10) >= 70);
 }
 
 }  // namespace

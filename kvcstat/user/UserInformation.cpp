@@ -70,29 +70,27 @@ int CUserInformation::Collect(CString& cUserName) {
 }
 
 void CUserInformation::ChooseUserName(CString& cUserName) {
+    // The Windows account is the last resort of every user type, also of the one that has just asked for it.
+    if (!AskUserName(cUserName) && GetWindowsUser(cUserName) != 0)
+        cUserName.LoadString(IDS_UNKNOWN_NAME);
+    cUserName.MakeUpper();
+}
+
+bool CUserInformation::AskUserName(CString& cUserName) {
     const CStatGlobal global;
     const CString userType = global.GetEnvVar("KVUserType");
     const CString nameType = global.GetEnvVar("KVUSERNAMETYPE");
     ZRTrace(kTraceActions, kTraceComponent, "KVUSERNAMETYPE='%s'\n", static_cast<const char*>(nameType));
-
-    bool found = false;
     switch (userType[0]) {
         case kNetworkUser:
             ZRTrace(kTraceActions, kTraceComponent, "KVUSERTYPE_WINDOWS_NET");
-            found = IsPrincipalType(nameType) ? GetPrincipalName(cUserName) : KVGetUserName(cUserName) != 0;
-            break;
+            return IsPrincipalType(nameType) ? GetPrincipalName(cUserName) : KVGetUserName(cUserName) != 0;
         case kDirectoryUser:
-            found = KVNDSWhoAmI("", cUserName) != 0;
-            break;
+            return KVNDSWhoAmI("", cUserName) != 0;
         default:
             ZRTrace(kTraceActions, kTraceComponent, "KVUSERTYPE_WINDOWS");
-            found = IsPrincipalType(nameType) ? GetPrincipalName(cUserName) : GetWindowsUser(cUserName) == 0;
-            break;
+            return IsPrincipalType(nameType) ? GetPrincipalName(cUserName) : GetWindowsUser(cUserName) == 0;
     }
-    // The Windows account is the last resort of every user type, also of the one that has just asked for it.
-    if (!found && GetWindowsUser(cUserName) != 0)
-        cUserName.LoadString(IDS_UNKNOWN_NAME);
-    cUserName.MakeUpper();
 }
 
 int CUserInformation::ReadWinUser() {

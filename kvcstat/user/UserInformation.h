@@ -27,4 +27,6 @@ class CUserInformation : public CObject {
 
   private:
     void ChooseUserName(CString& cUserName);
+    // True when the source that "KVUserType" names has a name.
+    bool AskUserName(CString& cUserName);
 };

@@ -45,6 +45,8 @@ BOOLEAN userNameEx(Machine& machine, EXTENDED_NAME_FORMAT format, char* buffer, 
     const OptionalText* name = formOf(machine.station().user, format);
     if (size == nullptr)
         return static_cast<BOOLEAN>(fail(machine, ERROR_INVALID_PARAMETER));
+    if (buffer == nullptr && *size != 0)
+        machine.reportMisuse("GetUserNameExA", 0, "is no buffer of that size");
     if (name == nullptr || !*name)
         return static_cast<BOOLEAN>(fail(machine, ERROR_NONE_MAPPED));
     DWORD needed = 0;

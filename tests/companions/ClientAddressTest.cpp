@@ -36,6 +36,7 @@ TEST(ClientAddress, HasRoomForTheLongest) {
 
 TEST(ClientAddress, KeepsZeroParts) {
     EXPECT_EQ("10.0.0.5", Format(Answer(2, {10, 0, 0, 5})));
+    EXPECT_EQ("0.0.0.5", Format(Answer(2, {0, 0, 0, 5})));
 }
 
 TEST(ClientAddress, IsEmptyOnTheConsole) {

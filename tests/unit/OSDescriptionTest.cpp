@@ -20,6 +20,7 @@ TEST_F(OSDescriptionTest, DescribesEachPlatformInItsOwnForm) {
     } rows[] = {
         {0, 3, 11, 103, "", "Windows  3.11 (Build 103)", "Win3.11"},
         {0, 3, 11, 103, "SP1", "Windows  3.11 (Build 103) - SP1", "Win3.11"},
+        {0, 3, 11, 103, "1", "Windows  3.11 (Build 103) - 1", "Win3.11"},
         {1, 4, 0, 67109814, "", "Windows  95", "0"},
         {1, 4, 10, 67766222, " A ", "Windows  98  A ", "10"},
         {1, 4, 90, 3000, "", "Windows  98", "90"},
@@ -35,6 +36,8 @@ TEST_F(OSDescriptionTest, DescribesEachPlatformInItsOwnForm) {
         COSInformation os;
         EXPECT_EQ(os.ReadVersion(), 0);
         EXPECT_STREQ(os.m_cOSDescription, row.description);
+        EXPECT_EQ(os.BuildDescription(), 0);
+        EXPECT_STREQ(os.m_cOSDescription, row.description);
         EXPECT_EQ(os.PublishOSName(), 0);
         EXPECT_EQ(VariableSet("KVOS"), row.name) << row.description;
     }
@@ -47,6 +50,13 @@ TEST_F(OSDescriptionTest, ServicePackIsPublishedOnWindowsNTOnly) {
     nt.ReadVersion();
     nt.PublishOSName();
     EXPECT_EQ(VariableSet("KVOSServicePack"), "Service Pack 3");
+
+    Describe(2, 5, 1, 2600, "3");
+    Start();
+    COSInformation shortest;
+    shortest.ReadVersion();
+    shortest.PublishOSName();
+    EXPECT_EQ(VariableSet("KVOSServicePack"), "3");
 
     Describe(1, 4, 10, 2222, " A ");
     Start();
@@ -78,9 +88,12 @@ TEST_F(OSDescriptionTest, SystemWithoutServicePackLeavesTheVariableUntouched) {
 }
 
 TEST_F(OSDescriptionTest, FailingVersionKeepsEveryMemberAndPublishesAnEmptyName) {
-    Start();
+    Start().keepLog(true);
     COSInformation os;
     EXPECT_EQ(os.ReadVersion(), -1);
+    ASSERT_EQ(machine->log().size(), 2u);
+    EXPECT_EQ(machine->log()[0].name, "GetVersionExA");
+    EXPECT_EQ(machine->log()[1].name, "GetLastError");
     EXPECT_EQ(os.m_dwPlatformId, 0xFFFFFFFFu);
     EXPECT_STREQ(os.m_cOSDescription, "");
     EXPECT_EQ(os.PublishOSName(), 0);

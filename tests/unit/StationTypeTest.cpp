@@ -87,7 +87,7 @@ TEST_F(StationTypeTest, EveryTypeFallsBackInItsOrderWhicheverValuesAreMissing) {
             values.dnsName = (mask & 2) != 0 ? values.dnsName : "";
             values.ipAddress = (mask & 4) != 0 ? values.ipAddress : "";
             values.macAddress = (mask & 8) != 0 ? values.macAddress : "";
-            Make(values).Collect(*network);
+            EXPECT_EQ(Make(values).Collect(*network), 0);
             const Outcome expected = ExpectedOutcome(type, present);
             EXPECT_STREQ(stat->m_cStation, expected.station.c_str()) << type << " of " << present;
             EXPECT_EQ(network->m_nStationType, expected.type) << type << " of " << present;

@@ -5,6 +5,10 @@ namespace {
 
 using simwin::CompanionText;
 using simwin::RegistryType;
+using ::testing::AllOf;
+using ::testing::ElementsAre;
+using ::testing::EndsWith;
+using ::testing::StartsWith;
 using namespace std::string_literals;
 
 constexpr char kTerminalServer[] = "HKEY_LOCAL_MACHINE\\SYSTEM\\CurrentControlSet\\Control\\Terminal Server";
@@ -107,10 +111,15 @@ TEST_F(TerminalServerTest, MicrosoftProductReadsTheClientNameBeforeTheKeyAndBehi
     network->GetTSProduct();
     std::vector<std::string> calls;
     for (const simwin::LoggedCall& call : machine->log()) {
-        if (call.name == "KVGetEnv" || call.name == "RegOpenKeyExA")
-            calls.push_back(call.name);
+        if (call.name == "KVGetEnv" || call.name == "_mbsupr" || call.name == "RegOpenKeyExA")
+            calls.push_back(call.name + " " + call.arguments);
     }
-    EXPECT_THAT(calls, ::testing::ElementsAre("KVGetEnv", "RegOpenKeyExA", "KVGetEnv"));
+    const char* read = R"(KVGetEnv "CLIENTNAME", 512)";
+    const char* raise = R"(_mbsupr "Thin07")";
+    // No options, and KEY_READ.
+    const auto open =
+        AllOf(StartsWith("RegOpenKeyExA HKEY_LOCAL_MACHINE "), EndsWith(R"(\\Terminal Server", 0, 131097)"));
+    EXPECT_THAT(calls, ElementsAre(read, raise, open, read, raise));
 }
 
 TEST_F(TerminalServerTest, MicrosoftProductAsksTheWrapperWhetherOrNotItsKeyOpened) {

@@ -36,9 +36,13 @@ BOOL WINAPI GiveBlockBack(HANDLE heap, DWORD flags, void* block) {
     return HeapFree(heap, flags, block);
 }
 
+bool g_vanishing = false;  // another thread removes the variable before its size is asked for
+
 // Windows leaves anything in a buffer that is too small, and is to be asked for a size without one.
 DWORD WINAPI AskVariable(const char* name, char* buffer, DWORD size) {
-    EXPECT_EQ(buffer == nullptr, size == 0);
+    EXPECT_TRUE(buffer != nullptr || size == 0);
+    if (buffer == nullptr && g_vanishing)
+        SetEnvironmentVariableA(name, nullptr);
     const DWORD length = GetEnvironmentVariableA(name, buffer, size);
     if (length >= size)
         std::fill_n(buffer, size, '?');
@@ -53,6 +57,7 @@ class EnvironmentLibrary : public testing::Test {
         SetEnvironmentVariableA(m_name, nullptr);
         EXPECT_THAT(g_heap.blocks, testing::IsEmpty());
         g_heap = {};
+        g_vanishing = false;
     }
 
     HMODULE m_library = GetModuleHandleA("kvenv64.dll");
@@ -140,10 +145,24 @@ TEST_F(EnvironmentLibrary, LongValueIsMissingAndTheBufferEmptyWhereNoMemoryIsLef
     EXPECT_STREQ("", m_buffer);
 }
 
-TEST_F(EnvironmentLibrary, BufferOfOneByteArrivesEmpty) {
+TEST_F(EnvironmentLibrary, LongValueThatVanishesMeanwhileIsMissing) {
+    ASSERT_TRUE(SetEnvironmentVariableA(m_name, std::string(600, 'v').c_str()));
+    g_vanishing = true;
+    EXPECT_EQ(0, KVGetEnv(m_name, m_buffer, sizeof m_buffer));
+    EXPECT_STREQ("", m_buffer);
+}
+
+TEST_F(EnvironmentLibrary, BufferOfOneByteArrivesEmptyAndTakesNoMemory) {
     ASSERT_TRUE(SetEnvironmentVariableA(m_name, "value"));
+    g_heap.full = true;
     EXPECT_NE(0, KVGetEnv(m_name, m_buffer, 1));
     EXPECT_STREQ("", m_buffer);
+}
+
+TEST_F(EnvironmentLibrary, BufferOfTwoBytesHoldsOne) {
+    ASSERT_TRUE(SetEnvironmentVariableA(m_name, "value"));
+    EXPECT_NE(0, KVGetEnv(m_name, m_buffer, 2));
+    EXPECT_STREQ("v", m_buffer);
 }
 
 TEST_F(EnvironmentLibrary, WithoutABufferItTellsWhetherTheVariableExists) {

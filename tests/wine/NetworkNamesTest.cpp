@@ -54,6 +54,13 @@ NET_API_STATUS WINAPI TakeBack(void* name) {
     return NERR_Success;
 }
 
+// To the terminator is what a length of -1 asks for; Windows promises nothing of other negative ones.
+int WINAPI Narrow(UINT codePage, DWORD flags, const wchar_t* wide, int length, char* text, int size,
+                  const char* unknown, BOOL* used) {
+    EXPECT_EQ(-1, length);
+    return WideCharToMultiByte(codePage, flags, wide, length, text, size, unknown, used);
+}
+
 class NetworkNames : public testing::Test {
   protected:
     NetworkNames() { g_network = {}; }
@@ -63,6 +70,7 @@ class NetworkNames : public testing::Test {
     ImportOverride m_user{m_library, "mpr.dll", "WNetGetUserA", TellUser};
     ImportOverride m_join{m_library, "netapi32.dll", "NetGetJoinInformation", TellJoin};
     ImportOverride m_free{m_library, "netapi32.dll", "NetApiBufferFree", TakeBack};
+    ImportOverride m_narrow{m_library, "kernel32.dll", "WideCharToMultiByte", Narrow};
     CString m_name = "before";
 };
 
@@ -84,16 +92,26 @@ TEST_F(NetworkNames, UserStaysAsItWasWhenTheNetworkHasNone) {
     EXPECT_STREQ("before", m_name);
 }
 
-TEST_F(NetworkNames, UserMayBeLong) {
-    g_network.user = std::string(256, 'u');
+TEST_F(NetworkNames, UserMayBeOneLetter) {
+    g_network.user = "J";
     EXPECT_NE(0, KVGetUserName(m_name));
-    EXPECT_EQ(256, m_name.GetLength());
+    EXPECT_STREQ("J", m_name);
 }
 
-TEST_F(NetworkNames, UserThatNoBufferHoldsIsNone) {
-    g_network.user = std::string(5000, 'u');
+TEST_F(NetworkNames, NamesOfUpTo1022CharactersAreTaken) {
+    g_network = {.user = std::string(1022, 'u'), .joined = std::wstring(1022, L'd'), .status = NetSetupDomainName};
+    EXPECT_NE(0, KVGetUserName(m_name));
+    EXPECT_EQ(g_network.user.c_str(), m_name);
+    KVGetDomainName(m_name);
+    EXPECT_EQ(std::string(1022, 'd').c_str(), m_name);
+}
+
+TEST_F(NetworkNames, LongerNamesAreNone) {
+    g_network = {.user = std::string(1023, 'u'), .joined = std::wstring(1023, L'd'), .status = NetSetupDomainName};
     EXPECT_EQ(0, KVGetUserName(m_name));
     EXPECT_STREQ("before", m_name);
+    KVGetDomainName(m_name);
+    EXPECT_STREQ("", m_name);
 }
 
 TEST_F(NetworkNames, DirectoryServiceKnowsNobody) {
@@ -129,13 +147,6 @@ TEST_F(NetworkNames, WorkgroupIsNoDomain) {
 
 TEST_F(NetworkNames, DomainIsEmptyWhenWindowsDoesNotTell) {
     g_network.joinResult = ERROR_NOT_SUPPORTED;
-    KVGetDomainName(m_name);
-    EXPECT_STREQ("", m_name);
-}
-
-TEST_F(NetworkNames, DomainThatNoBufferHoldsIsNone) {
-    g_network.joined = std::wstring(5000, L'd');
-    g_network.status = NetSetupDomainName;
     KVGetDomainName(m_name);
     EXPECT_STREQ("", m_name);
 }
