@@ -1,6 +1,4 @@
 #include "kvstation/report/TraceView.h"
-#include "kvstation/platform/JoinWords.h"
-#include "kvstation/report/JsonView.h"
 
 #include <algorithm>
 #include <nlohmann/json.hpp>
@@ -8,8 +6,10 @@
 
 #include "kvstation/calls/CallError.h"
 #include "kvstation/calls/CallRows.h"
+#include "kvstation/platform/JoinWords.h"
 #include "kvstation/platform/Output.h"
 #include "kvstation/platform/VisibleText.h"
+#include "kvstation/report/JsonView.h"
 #include "simwin/text/CodePage.h"
 
 namespace kvstation {
