@@ -2,10 +2,10 @@
 #include <cstring>
 
 #include "simwin/answers/Files.h"
+#include "simwin/answers/VersionResource.h"
 #include "simwin/calls/Calls.h"
 #include "simwin/machine/Call.h"
 #include "simwin/machine/MachineState.h"
-#include "simwin/station/VersionResource.h"
 
 using namespace simwin;
 

@@ -3,7 +3,7 @@
 
 #include "MachineTest.h"
 #include "kvcstat/common/StatGlobal.h"
-#include "simwin/station/VersionResource.h"
+#include "simwin/answers/VersionResource.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "simwin/station/VersionResource.h"
+#include "simwin/answers/VersionResource.h"
 
 #include <algorithm>
 #include <cstdint>
