@@ -55,9 +55,13 @@ Answer tellSpace(const ObservedCall& call) {
 
 // All that is free is for the user where nothing else was asked for.
 void keepSpace(StationDraft& draft, const ObservedCall& call) {
-    const std::size_t allFree = call.parameters[3].index() != 0 ? 3 : 1;
-    if (simwin::Drive* drive = call.succeeded ? driveOf(draft, call) : nullptr)
-        drive->space = simwin::Space{numberAt(call, 2), numberAt(call, 1), numberAt(call, allFree)};
+    simwin::Drive* drive = call.succeeded ? driveOf(draft, call) : nullptr;
+    if (drive == nullptr)
+        return;
+    drive->total = numberAt(call, 2);
+    drive->free = numberAt(call, 1);
+    if (call.parameters[3].index() != 0)
+        drive->totalFree = numberAt(call, 3);
 }
 
 void keepClusters(StationDraft& draft, const ObservedCall& call) {

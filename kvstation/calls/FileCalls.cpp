@@ -6,7 +6,7 @@
 #include "kvstation/calls/CallFacts.h"
 #include "kvstation/calls/CallRow.h"
 #include "kvstation/calls/StationDraft.h"
-#include "simwin/station/VersionResource.h"
+#include "simwin/machine/VersionResource.h"
 
 namespace kvstation {
 namespace {

@@ -6,7 +6,7 @@
 #include "kvstation/capture/RunningState.h"
 #include "kvstation/platform/Errors.h"
 #include "simwin/machine/Registry.h"
-#include "simwin/station/VersionResource.h"
+#include "simwin/machine/VersionResource.h"
 #include "simwin/text/CodePage.h"
 
 namespace kvstation {

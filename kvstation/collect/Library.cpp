@@ -6,7 +6,7 @@
 #include "kvstation/platform/Files.h"
 #include "kvstation/platform/Paths.h"
 #include "kvstation/platform/Utf16.h"
-#include "simwin/station/VersionResource.h"
+#include "simwin/machine/VersionResource.h"
 
 namespace kvstation {
 namespace {

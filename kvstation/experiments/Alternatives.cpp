@@ -7,7 +7,7 @@
 
 #include "kvstation/experiments/OtherTexts.h"
 #include "simwin/station/JsonView.h"
-#include "simwin/station/MemberReaders.h"
+#include "simwin/station/TextForms.h"
 #include "simwin/text/CodePage.h"
 
 namespace kvstation {

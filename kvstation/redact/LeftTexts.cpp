@@ -10,8 +10,8 @@
 #include "kvstation/redact/BinaryTexts.h"
 #include "kvstation/redact/NamedParts.h"
 #include "kvstation/redact/WindowsWords.h"
-#include "simwin/station/MemberReaders.h"
 #include "simwin/station/StationWriter.h"
+#include "simwin/station/TextForms.h"
 #include "simwin/text/CodePage.h"
 
 namespace kvstation {

@@ -8,6 +8,7 @@
 #include "kvstation/redact/StandIns.h"
 #include "kvstation/redact/TextPlace.h"
 #include "kvstation/redact/WindowsWords.h"
+#include "simwin/station/StationMembers.h"
 #include "simwin/text/Address.h"
 #include "simwin/text/CodePage.h"
 
@@ -15,10 +16,10 @@ namespace kvstation {
 namespace {
 
 using simwin::KeyId;
-using simwin::OptionalText;
 using simwin::RegistryTree;
 using simwin::RegistryValue;
 using simwin::Station;
+using simwin::Tells;
 
 constexpr std::size_t kIPv4Size = 4;
 constexpr std::size_t kIPv6Size = 16;
@@ -86,14 +87,6 @@ bool isName(const simwin::Variable& variable) {
     return isAmong(kSecretVariables, variable.name) && !simwin::equalNoCase(variable.value, "Console");
 }
 
-// Texts that are names as a whole.
-std::vector<OptionalText*> namesOf(Station& station) {
-    simwin::User& user = station.user;
-    simwin::StationNetwork& network = station.network;
-    return {&station.computerName, &user.name,      &user.samCompatible, &user.displayName, &user.principal,
-            &user.network,         &user.directory, &network.hostName,   &network.lanGroup, &network.domain};
-}
-
 class Redactor {
   public:
     Redactor(const Station& station, Redacting extent)
@@ -115,30 +108,17 @@ class Redactor {
     }
 
   private:
-    void addName(const OptionalText& text) {
-        if (text)
-            m_standIns.addName(*text);
-    }
-    void addName(const std::optional<simwin::CompanionText>& text) {
-        if (text)
-            m_standIns.addName(text->text);
-    }
-    void whole(OptionalText& text) {
-        if (text)
-            *text = m_standIns.whole(*text);
-    }
-    void whole(std::optional<simwin::CompanionText>& text) {
-        if (text)
-            text->text = m_standIns.whole(text->text);
+    // Calls visit(text) for the members of station.json that tell just that.
+    template <class Visit>
+    void eachTelling(Tells what, Visit visit) {
+        simwin::eachToldText(m_station, [&](std::string& text, Tells tells) {
+            if (tells == what)
+                visit(text);
+        });
     }
 
     void findNames() {
-        for (const OptionalText* text : namesOf(m_station))
-            addName(*text);
-        addName(m_station.session.clientName);
-        addName(m_station.session.domain);
-        if (m_station.citrix)
-            addName(m_station.citrix->clientName);
+        eachTelling(Tells::Name, [&](const std::string& name) { m_standIns.addName(name); });
         for (const simwin::Variable& variable : m_station.environment)
             if (isName(variable))
                 m_standIns.addName(variable.value);
@@ -174,8 +154,7 @@ class Redactor {
         for (const simwin::Lana& lana : m_station.network.netbios)
             if (lana.address)
                 m_standIns.addPhysical(*lana.address);
-        if (m_station.session.clientAddress)
-            addAddresses(m_station.session.clientAddress->text);
+        eachTelling(Tells::Addresses, [&](const std::string& text) { addAddresses(text); });
         for (const simwin::Variable& variable : m_station.environment)
             if (isAmong(kAddressVariables, variable.name))
                 addAddresses(variable.value);
@@ -222,9 +201,9 @@ class Redactor {
     // Calls visit(text, place) for every text that may hold names and addresses among others.
     template <class Visit>
     void eachText(Visit visit) {
-        visit(m_station.description, TextPlace::Anywhere);
-        if (m_station.version)
-            visit(m_station.version->servicePack, TextPlace::Version);
+        eachTelling(Tells::Words, [&](std::string& text) { visit(text, TextPlace::Anywhere); });
+        eachTelling(Tells::Addresses, [&](std::string& text) { visit(text, TextPlace::Anywhere); });
+        eachTelling(Tells::Version, [&](std::string& text) { visit(text, TextPlace::Version); });
         for (simwin::Variable& variable : m_station.environment)
             if (!isName(variable))
                 visit(variable.value, placeIn(variable.name));
@@ -232,12 +211,6 @@ class Redactor {
             visit(file.path, TextPlace::Anywhere);
         for (simwin::ProfileEntry& entry : m_station.profile)
             visit(entry.value, TextPlace::Anywhere);
-        for (auto& [letter, drive] : m_station.drives)
-            for (OptionalText* text : {&drive.label, &drive.fileSystem})
-                if (*text)
-                    visit(**text, TextPlace::Anywhere);
-        if (m_station.session.clientAddress)
-            visit(m_station.session.clientAddress->text, TextPlace::Anywhere);
     }
 
     void findInTexts() {
@@ -253,12 +226,7 @@ class Redactor {
     }
 
     void redactNames() {
-        for (OptionalText* text : namesOf(m_station))
-            whole(*text);
-        whole(m_station.session.clientName);
-        whole(m_station.session.domain);
-        if (m_station.citrix)
-            whole(m_station.citrix->clientName);
+        eachTelling(Tells::Name, [&](std::string& name) { name = m_standIns.whole(name); });
     }
 
     void redactNetwork() {

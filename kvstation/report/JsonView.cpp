@@ -7,8 +7,8 @@
 
 #include "kvstation/platform/Errors.h"
 #include "kvstation/platform/VisibleText.h"
-#include "simwin/station/CollectedJson.h"
-#include "simwin/station/MemberReaders.h"
+#include "simwin/station/StationMembers.h"
+#include "simwin/station/TextForms.h"
 #include "simwin/text/CodePage.h"
 #include "simwin/text/HexText.h"
 

@@ -4,7 +4,7 @@
 
 #include "kvstation/platform/Errors.h"
 #include "kvstation/report/JsonView.h"
-#include "simwin/station/CollectedJson.h"
+#include "simwin/station/StationMembers.h"
 #include "simwin/text/CodePage.h"
 
 namespace kvstation {

@@ -1,4 +1,4 @@
-// The verb "layout": where each field of the record stands and what it means.
+// The verb "layout": where each field of the record stands and what it means, and what the other formats hold.
 #include <CLI/App.hpp>
 #include <memory>
 
@@ -8,6 +8,7 @@
 #include "kvstation/report/LayoutTable.h"
 #include "kvstation/rows/RowSchema.h"
 #include "kvstation/verbs/Verb.h"
+#include "simwin/station/StationPage.h"
 
 namespace kvstation {
 namespace {
@@ -16,12 +17,17 @@ struct LayoutOptions {
     bool json = false;
     bool markdown = false;
     bool schema = false;
+    bool station = false;
     std::vector<std::string> over;
 };
 
 int layout(const LayoutOptions& options) {
     if (options.schema) {
         writeResult(rowSchema());
+        return kExitSuccess;
+    }
+    if (options.station) {
+        writeResult(simwin::stationMembersPage());
         return kExitSuccess;
     }
     const FieldSources sources = options.over.empty() ? FieldSources() : sourcesIn(causesOver(options.over));
@@ -41,10 +47,16 @@ Verb addLayout(CLI::App& tool) {
         command
             ->add_option("--over", options->over, "Where each field comes from too, found on these described stations")
             ->type_name("STATION...");
-    command->add_flag("--schema", options->schema, "Print the JSON Schema of a row, a line of 'simulate --ndjson'")
+    CLI::Option* schema =
+        command->add_flag("--schema", options->schema, "Print the JSON Schema of a row, a line of 'simulate --ndjson'")
+            ->excludes(json)
+            ->excludes(markdown)
+            ->excludes(over);
+    command->add_flag("--station", options->station, "Print the members of station.json as tables in Markdown")
         ->excludes(json)
         ->excludes(markdown)
-        ->excludes(over);
+        ->excludes(over)
+        ->excludes(schema);
     return {command, "kvstation layout", [options] { return layout(*options); }};
 }
 

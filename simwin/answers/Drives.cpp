@@ -63,15 +63,15 @@ BOOL spaceEx(Machine& machine, const char* root, ULARGE_INTEGER* free, ULARGE_IN
     const Drive* drive = findDrive(machine.station(), root);
     if (drive == nullptr)
         return fail(machine, ERROR_PATH_NOT_FOUND);
-    if (!drive->space)
+    if (!drive->total)
         return fail(machine, ERROR_NOT_READY);
     const auto put = [](ULARGE_INTEGER* place, std::uint64_t number) {
         if (place != nullptr)
             place->QuadPart = number;
     };
-    put(free, drive->space->free);
-    put(total, drive->space->total);
-    put(totalFree, drive->space->totalFree);
+    put(free, drive->free);
+    put(total, *drive->total);
+    put(totalFree, drive->totalFree.value_or(drive->free));
     return TRUE;
 }
 
@@ -82,7 +82,7 @@ DWORD clusterCount(std::uint64_t bytes) {
 Clusters clustersOf(const Drive& drive) {
     if (drive.clusters)
         return *drive.clusters;
-    return {kSectorsPerCluster, kSectorSize, clusterCount(drive.space->free), clusterCount(drive.space->total)};
+    return {kSectorsPerCluster, kSectorSize, clusterCount(drive.free), clusterCount(*drive.total)};
 }
 
 struct ClusterPlaces {
@@ -96,7 +96,7 @@ BOOL space(Machine& machine, const char* root, const ClusterPlaces& places) {
     const Drive* drive = findDrive(machine.station(), root);
     if (drive == nullptr)
         return fail(machine, ERROR_PATH_NOT_FOUND);
-    if (!drive->space && !drive->clusters)
+    if (!drive->total && !drive->clusters)
         return fail(machine, ERROR_NOT_READY);
     const Clusters clusters = clustersOf(*drive);
     const auto put = [](DWORD* place, DWORD number) {

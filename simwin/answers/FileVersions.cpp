@@ -2,7 +2,7 @@
 #include <cstring>
 
 #include "simwin/answers/Files.h"
-#include "simwin/answers/VersionResource.h"
+#include "simwin/machine/VersionResource.h"
 #include "simwin/calls/Calls.h"
 #include "simwin/machine/Call.h"
 #include "simwin/machine/MachineState.h"

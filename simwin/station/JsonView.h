@@ -13,6 +13,13 @@
 
 namespace simwin {
 
+// The numbers of a type, in words.
+template <class Number>
+std::string wholeNumber() {
+    return "whole number from " + std::to_string(std::numeric_limits<Number>::min()) + " to " +
+           std::to_string(std::numeric_limits<Number>::max());
+}
+
 class JsonView {
   public:
     using Json = nlohmann::ordered_json;
@@ -23,6 +30,7 @@ class JsonView {
     [[noreturn]] void fail(const std::string& what) const {
         throw ReadError(m_fileName + ": " + (m_path.empty() ? "/" : inOneLine(m_path)) + ": " + what);
     }
+    [[noreturn]] void failUnknown() const { fail("is not known"); }
 
     bool isObject() const { return m_json.is_object(); }
     bool isText() const { return m_json.is_string(); }
@@ -66,7 +74,7 @@ class JsonView {
         if constexpr (std::numeric_limits<Number>::is_signed)
             if (m_json.is_number_integer() && !m_json.is_number_unsigned() && m_json.get<std::int64_t>() >= least)
                 return static_cast<Number>(m_json.get<std::int64_t>());
-        fail("is no whole number from " + std::to_string(least) + " to " + std::to_string(most));
+        fail("is no " + wholeNumber<Number>());
     }
 
   private:

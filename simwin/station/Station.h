@@ -1,7 +1,7 @@
 // A described station: what a whole machine would tell, as plain values.
 //
 // Everything is optional; what is not described fails or is absent, as Windows would answer on such a machine.
-// Texts are bytes of its ANSI code page. The members' meaning is told in docs/stations.md.
+// Texts are bytes of its ANSI code page. How station.json tells it, and what it means, is in StationMembers.cpp.
 #pragma once
 
 #include <array>
@@ -81,22 +81,24 @@ struct Clusters {
     std::uint32_t total = 0;
 };
 
-struct Space {
-    std::uint64_t total = 0;      // bytes
-    std::uint64_t free = 0;       // available to the caller
-    std::uint64_t totalFree = 0;  // free in all, which a quota can make more
-};
-
 struct Drive {
     std::uint32_t type = 0;  // GetDriveTypeA's answer
     OptionalText label;
     OptionalText fileSystem;
     std::uint32_t serial = 0;
-    std::optional<Space> space;
-    std::optional<Clusters> clusters;  // GetDiskFreeSpaceA's answer; without it `space` in clusters of 4096 bytes
+    std::optional<std::uint64_t> total;      // bytes; without it the drive tells no space
+    std::uint64_t free = 0;                  // available to the caller
+    std::optional<std::uint64_t> totalFree;  // free in all, which a quota can make more than `free`
+    std::optional<Clusters> clusters;        // GetDiskFreeSpaceA's answer; without it bytes in clusters of 4096
 };
 
 using FileVersion = std::array<std::uint16_t, 4>;
+
+// "6.0.2900.2180".
+inline std::string versionText(const FileVersion& version) {
+    return std::to_string(version[0]) + "." + std::to_string(version[1]) + "." + std::to_string(version[2]) + "." +
+           std::to_string(version[3]);
+}
 
 struct File {
     std::string path;  // such as C:\WINDOWS\system32\mstscax.dll, in its real letter case
@@ -167,6 +169,9 @@ struct ProfileEntry {
     std::string value;
 };
 
+// The errors that calls always give; 0: the call's own.
+using CallErrors = std::map<std::string, std::uint32_t, std::less<>>;
+
 // Of a station that was captured. Texts in UTF-8; one that is not known is empty.
 struct Collected {
     std::string at;       // in UTC, to the second: "2026-11-22T12:00:00Z"
@@ -195,9 +200,9 @@ struct Station {
     std::optional<Citrix> citrix;   // present: wfapi64.dll loads
     std::optional<int> vcdVersion;  // present: KVVCD32.dll loads
     std::vector<ProfileEntry> profile;
-    std::vector<std::string> missing;                         // "library" or "library!function"
-    std::map<std::string, std::uint32_t, std::less<>> fails;  // call -> error that it always gives; 0: its own
-    std::vector<std::string> deniedKeys;                      // full paths
+    std::vector<std::string> missing;  // "library" or "library!function"
+    CallErrors fails;
+    std::vector<std::string> deniedKeys;  // full paths
     // What nobody knows of the machine: members of station.json ("network.arp") and keys by full path. What lies below
     // one and is not described is not "not there" but "not written down", for people; the answers do not heed it.
     std::vector<std::string> unknown;

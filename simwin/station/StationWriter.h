@@ -8,7 +8,7 @@
 
 namespace simwin {
 
-// station.json, in UTF-8: members in the order in which docs/stations.md tells them, what is not described left out.
+// station.json, in UTF-8: members in the order of docs/stations.md, what is not described left out.
 std::string writeStation(const Station& station);
 
 // The same before it is laid out.

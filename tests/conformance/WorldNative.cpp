@@ -71,8 +71,7 @@ void describeHardware(simwin::Station& station) {
     station.process = simwin::Process{1234, 1};
     station.processors = simwin::Processors{9, 2, 8664, 6, 0x3A09, {2400, 2400}};
     station.memory = simwin::Memory{8 * kGigabyte, 128 * 1024 * kGigabyte};
-    station.drives['C'] = {
-        DRIVE_FIXED, "SYSTEM", "NTFS", 0x12345678, simwin::Space{80 * kGigabyte, 20 * kGigabyte, 20 * kGigabyte}, {}};
+    station.drives['C'] = {DRIVE_FIXED, "SYSTEM", "NTFS", 0x12345678, 80 * kGigabyte, 20 * kGigabyte, {}, {}};
 }
 
 void describeNetwork(simwin::Station& station) {

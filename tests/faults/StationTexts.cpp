@@ -50,7 +50,7 @@ std::string describeSize(std::uint64_t totalBytes, std::uint64_t freeBytes) {
 
 // A system that cannot tell sizes in bytes does not have the function.
 bool tellsBytes(const simwin::Station& station, const simwin::Drive& drive) {
-    return drive.space && std::find(station.missing.begin(), station.missing.end(),
+    return drive.total && std::find(station.missing.begin(), station.missing.end(),
                                     "KERNEL32.DLL!GetDiskFreeSpaceExA") == station.missing.end();
 }
 
@@ -58,13 +58,12 @@ bool tellsBytes(const simwin::Station& station, const simwin::Drive& drive) {
 // size altogether.
 Texts sizes(const simwin::Station& station, const simwin::Drive& drive) {
     constexpr std::uint64_t kClusterSize = 4096;  // of a drive whose clusters are not described
-    Texts all = {tellsBytes(station, drive) ? describeSize(drive.space->total, drive.space->free) : describeSize(0, 0)};
+    Texts all = {tellsBytes(station, drive) ? describeSize(*drive.total, drive.free) : describeSize(0, 0)};
     if (drive.clusters) {
         const std::uint64_t cluster = std::uint64_t{drive.clusters->sectorsPerCluster} * drive.clusters->bytesPerSector;
         all.insert(describeSize(drive.clusters->total * cluster, drive.clusters->free * cluster));
-    } else if (drive.space) {
-        all.insert(describeSize(drive.space->total / kClusterSize * kClusterSize,
-                                drive.space->free / kClusterSize * kClusterSize));
+    } else if (drive.total) {
+        all.insert(describeSize(*drive.total / kClusterSize * kClusterSize, drive.free / kClusterSize * kClusterSize));
     }
     return all;
 }

@@ -70,8 +70,11 @@ void readDrive(InputReader& input, Station& station) {
     drive.type = static_cast<std::uint32_t>(input.below(8));
     drive.label = readOptional(input);
     drive.fileSystem = readOptional(input);
-    if (input.flag())
-        drive.space = simwin::Space{input.large(), input.large(), input.large()};
+    if (input.flag()) {
+        drive.total = input.large();
+        drive.free = input.large();
+        drive.totalFree = input.large();
+    }
     if (input.flag())
         drive.clusters = simwin::Clusters{input.number(), input.number(), input.number(), input.number()};
 }

@@ -21,7 +21,7 @@ Station describedForEveryCall() {
     station.process = Process{1234, 0};
     station.processors = Processors{0, 1, 586, 6, 0, {2400}};
     station.environment = {{"A", "b"}};
-    station.drives['C'] = {DRIVE_FIXED, "SYSTEM", "NTFS", 1, Space{4096, 4096, 4096}, {}};
+    station.drives['C'] = {DRIVE_FIXED, "SYSTEM", "NTFS", 1, 4096, 4096, {}, {}};
     station.files = {{"C:\\a.dll", FileVersion{1, 2, 3, 4}, {}}};
     station.network.hostName = "pc";
     station.network.hosts = {{"pc", "pc.example", 2, {"\x0A\0\0\5"s}}};

@@ -5,7 +5,7 @@
 #include <cerrno>
 #include <cstring>
 
-#include "simwin/answers/VersionResource.h"
+#include "simwin/machine/VersionResource.h"
 #include "simwin/calls/Calls.h"
 #include "tests/simwin/Running.h"
 
@@ -19,10 +19,9 @@ Station described() {
     Station station;
     station.files = {{"C:\\Program Files\\Client\\Tool.exe", FileVersion{6, 0, 2900, 2180}, {}},
                      {"C:\\plain.txt", {}, {}}};
-    station.drives['C'] = {DRIVE_FIXED, "SYSTEM", "NTFS", 0x12345678, Space{160039235584, 65616084992, 70000000000},
-                           {}};
-    station.drives['D'] = {DRIVE_CDROM, {}, {}, 0, {}, {}};
-    station.drives['E'] = {DRIVE_FIXED, {}, "FAT", 0, {}, Clusters{4, 512, 10, 20}};
+    station.drives['C'] = {DRIVE_FIXED, "SYSTEM", "NTFS", 0x12345678, 160039235584, 65616084992, 70000000000, {}};
+    station.drives['D'] = {DRIVE_CDROM, {}, {}, 0, {}, 0, {}, {}};
+    station.drives['E'] = {DRIVE_FIXED, {}, "FAT", 0, {}, 0, {}, Clusters{4, 512, 10, 20}};
     return station;
 }
 

@@ -106,20 +106,21 @@ TEST(StationReader, ReadsNamesAndVariables) {
 TEST(StationReader, ReadsDrivesAndFiles) {
     const Station station = parseStation(kWhole, "station.json");
     EXPECT_EQ(station.drives.at('A').type, 2u);
-    EXPECT_FALSE(station.drives.at('A').space);
+    EXPECT_FALSE(station.drives.at('A').total);
     const Drive& c = station.drives.at('C');
     EXPECT_EQ(c.type, 3u);
     EXPECT_EQ(c.label, "SYSTEM");
     EXPECT_EQ(c.fileSystem, "NTFS");
     EXPECT_EQ(c.serial, 305419896u);
-    EXPECT_EQ(c.space->total, 160039235584u);
-    EXPECT_EQ(c.space->totalFree, 65616084992u);
+    EXPECT_EQ(c.total, 160039235584u);
+    EXPECT_EQ(c.free, 65616084992u);
+    EXPECT_FALSE(c.totalFree);
     EXPECT_EQ(c.clusters->sectorsPerCluster, 8u);
     EXPECT_EQ(c.clusters->bytesPerSector, 512u);
     EXPECT_EQ(c.clusters->free, 1u);
     EXPECT_EQ(c.clusters->total, 2u);
-    EXPECT_EQ(station.drives.at('D').space->free, 5u);
-    EXPECT_EQ(station.drives.at('D').space->totalFree, 7u);
+    EXPECT_EQ(station.drives.at('D').free, 5u);
+    EXPECT_EQ(station.drives.at('D').totalFree, 7u);
     ASSERT_EQ(station.files.size(), 3u);
     EXPECT_EQ(station.files[0].path, "C:\\Program Files\\a.exe");
     EXPECT_THAT(*station.files[0].version, ElementsAre(10, 200, 2650, 0));

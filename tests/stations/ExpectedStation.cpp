@@ -8,8 +8,8 @@
 #include <stdexcept>
 
 #include "include/kvcstat.h"
-#include "simwin/station/MemberReaders.h"
 #include "simwin/station/StationReader.h"
+#include "simwin/station/TextForms.h"
 #include "simwin/text/CodePage.h"
 #include "simwin/text/HexText.h"
 

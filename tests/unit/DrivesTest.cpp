@@ -25,7 +25,8 @@ class DrivesTest : public kvtest::HardwareTest {
         drive.type = type;
         drive.label = label;
         drive.fileSystem = fileSystem;
-        drive.space = simwin::Space{total * kMB, free * kMB, free * kMB};
+        drive.total = total * kMB;
+        drive.free = free * kMB;
     }
     std::string FixedDrives() {
         Start();
@@ -171,13 +172,14 @@ TEST_F(DrivesTest, PercentFreeIsTheSinglePrecisionQuotientTruncated) {
 
 TEST_F(DrivesTest, VolumeBelowOneMegabyteHasNoPercentage) {
     DescribeVolume('C', kFixed, "SMALL", "FAT", 0, 0);
-    station.drives['C'].space = simwin::Space{kMB - 1, kMB - 1, kMB - 1};
+    station.drives['C'].total = kMB - 1;
+    station.drives['C'].free = kMB - 1;
     EXPECT_EQ(FixedDrives(), "C(SMALL):(FAT:0 MB -2147483648% free) ");
 }
 
 TEST_F(DrivesTest, FreeSpaceIsTheCallersAndNotAllThatIsFree) {
     DescribeVolume('C', kFixed, "", "NTFS", 1000, 250);
-    station.drives['C'].space->totalFree = 900 * kMB;
+    station.drives['C'].totalFree = 900 * kMB;
     EXPECT_EQ(FixedDrives(), "C:(NTFS:1000 MB 25% free) ");
 }
 
@@ -198,7 +200,8 @@ TEST_F(DrivesTest, MegabytesAreWholeAndCountedIn32Bits) {
     };
     for (const auto& row : rows) {
         DescribeVolume('C', kFixed, "", "FS", 0, 0);
-        station.drives['C'].space = simwin::Space{row.bytes, row.bytes, row.bytes};
+        station.drives['C'].total = row.bytes;
+        station.drives['C'].free = row.bytes;
         Start();
         CDiskInformation drive('C', kFixed);
         EXPECT_EQ(drive.QuerySpace(), 0);
@@ -375,14 +378,15 @@ TEST_F(DrivesTest, RefreshAsksForATypeThatIsUnknown) {
 
 TEST_F(DrivesTest, StatusOfRefreshingAFixedDriveIsTheVolumeQuerys) {
     DescribeDrive('C', kFixed);
-    station.drives['C'].space = simwin::Space{100 * kMB, 50 * kMB, 50 * kMB};
+    station.drives['C'].total = 100 * kMB;
+    station.drives['C'].free = 50 * kMB;
     Start();
     {
         CDiskInformation drive('C', kFixed);
         EXPECT_EQ(drive.Refresh(), -1);
         EXPECT_EQ(drive.m_nTotalMB, 100u);
     }
-    station.drives['C'].space.reset();
+    station.drives['C'].total.reset();
     station.drives['C'].label = "SYSTEM";
     Start();
     CDiskInformation drive('C', kFixed);

@@ -40,7 +40,8 @@ class HardwareCollectionTest : public kvtest::HardwareTest {
             station.drives[static_cast<char>('A' + type)].type = type;
         station.drives['D'].label = "SYSTEM";
         station.drives['D'].fileSystem = "FAT";
-        station.drives['D'].space = simwin::Space{2097152000, 1048576000, 1048576000};
+        station.drives['D'].total = 2097152000;
+        station.drives['D'].free = 1048576000;
     }
     void DescribeRegistryNT() {
         SetText("HARDWARE\\DESCRIPTION\\System", "Identifier", "AT/AT COMPATIBLE");

@@ -3,7 +3,7 @@
 
 #include "MachineTest.h"
 #include "kvcstat/common/StatGlobal.h"
-#include "simwin/answers/VersionResource.h"
+#include "simwin/machine/VersionResource.h"
 
 namespace {
 

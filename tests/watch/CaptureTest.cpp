@@ -13,7 +13,7 @@
 #include "simwin/station/RegistryWriter.h"
 #include "simwin/station/StationReader.h"
 #include "simwin/station/StationWriter.h"
-#include "simwin/station/VersionResource.h"
+#include "simwin/machine/VersionResource.h"
 #include "tests/watch/StationRuns.h"
 
 namespace kvtest {

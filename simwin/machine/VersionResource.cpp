@@ -1,4 +1,4 @@
-#include "simwin/answers/VersionResource.h"
+#include "simwin/machine/VersionResource.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -83,11 +83,6 @@ std::optional<FileVersion> versionIn(std::string_view rootValue) {
     rootValue.copy(reinterpret_cast<char*>(&info), kFileVersionSize);
     return FileVersion{HIWORD(info.dwFileVersionMS), LOWORD(info.dwFileVersionMS), HIWORD(info.dwFileVersionLS),
                        LOWORD(info.dwFileVersionLS)};
-}
-
-std::string versionText(const FileVersion& version) {
-    return std::to_string(version[0]) + "." + std::to_string(version[1]) + "." + std::to_string(version[2]) + "." +
-           std::to_string(version[3]);
 }
 
 }  // namespace simwin

@@ -23,7 +23,5 @@ std::optional<VersionValue> findRootValue(std::string_view block);
 
 // The version in a root value; none where it ends before that.
 std::optional<FileVersion> versionIn(std::string_view rootValue);
-// "6.0.2900.2180".
-std::string versionText(const FileVersion& version);
 
 }  // namespace simwin
