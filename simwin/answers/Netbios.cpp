@@ -95,6 +95,8 @@ struct ControlBlock {
         appendNumber(text, static_cast<std::uint64_t>(place->ncb_command));
         text += ", lana ";
         appendNumber(text, static_cast<std::uint64_t>(place->ncb_lana_num));
+        text += ", length ";
+        appendNumber(text, static_cast<std::uint64_t>(blockLength(*place)));
     }
     void output(std::string& text, Machine&) const {
         const std::size_t size = blockLength(*place);

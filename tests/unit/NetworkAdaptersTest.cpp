@@ -99,6 +99,7 @@ TEST_F(NetworkAdaptersTest, KeysThatCannotBeOpenedEndTheirWalkQuietly) {
     DescribeDevice(kISAPNP + "TCM5095\\1"s, "Net", "3Com EtherLink III");
     station.deniedKeys = {"HKEY_LOCAL_MACHINE\\Enum\\Root\\NET"};
     ExpectListed("3Com EtherLink III", "3Com EtherLink III");
+    EXPECT_EQ(network->GetEnumNetDevices(nullptr), -1);
     station.deniedKeys = {"HKEY_LOCAL_MACHINE\\Enum\\Root", "HKEY_LOCAL_MACHINE\\Enum\\ISAPNP\\TCM5095\\1"};
     ExpectListed("", "");
 }

@@ -113,7 +113,11 @@ TEST_F(StationTypeTest, FirstOfSeveralAddressesIsTheStation) {
     const struct {
         const char* addresses;
         const char* station;
-    } rows[] = {{"10.0.0.5;10.0.0.6", "10.0.0.5"}, {";10.0.0.6", ";10.0.0.6"}, {"10.0.0.5;", "10.0.0.5"}, {";", ";"}};
+    } rows[] = {{"10.0.0.5;10.0.0.6", "10.0.0.5"},
+                {";10.0.0.6", ";10.0.0.6"},
+                {"1;10.0.0.6", "1"},
+                {"10.0.0.5;", "10.0.0.5"},
+                {";", ";"}};
     station.environment = {{"KVStationType", "2"}};
     for (const auto& row : rows) {
         Make({"c", "", row.addresses}).Collect(*network);
