@@ -22,6 +22,7 @@ class SocketLibrary {
         m_library.reset(LoadLibraryA(file));
         return IsLoaded();
     }
+    void Free() { m_library.reset(); }
 
     // The station's own name.
     bool GetHostName(HostName& name) const {
@@ -116,15 +117,13 @@ int Resolve(const SocketLibrary& library, HostName& name, CString& ipAddress) {
 
 int CNetworkInformation::ResolveHostName() {
     HostName name = {};
-    int status = -1;
-    {
-        const SocketLibrary library("ws2_32.dll");
-        if (!library.IsLoaded()) {
-            ResolveHostNameWsock32();
-            return -1;
-        }
-        status = Resolve(library, name, m_cIPAddress);
+    SocketLibrary library("ws2_32.dll");
+    if (!library.IsLoaded()) {
+        ResolveHostNameWsock32();
+        return -1;
     }
+    const int status = Resolve(library, name, m_cIPAddress);
+    library.Free();
     TakeDnsName(name);
     return status;
 }
@@ -133,15 +132,14 @@ int CNetworkInformation::ResolveHostName() {
 // takes an answer of another family than IPv4.
 int CNetworkInformation::ResolveHostNameWsock32() {
     HostName name = {};
-    int status = -1;
-    {
-        const SocketLibrary library("wsock32.dll");
-        if (!library.IsLoaded() || !library.GetHostName(name))
-            return -1;
-        const winsock::HostEntry* answer = library.GetHostByName(name);
-        if (answer != nullptr && answer->h_addrtype == winsock::kIPv4)
-            status = TakeAnswer(*answer, name, m_cIPAddress);
-    }
+    SocketLibrary library("wsock32.dll");
+    if (!library.IsLoaded() || !library.GetHostName(name))
+        return -1;
+    const winsock::HostEntry* answer = library.GetHostByName(name);
+    const int status = answer != nullptr && answer->h_addrtype == winsock::kIPv4
+                           ? TakeAnswer(*answer, name, m_cIPAddress)
+                           : -1;
+    library.Free();
     TakeDnsName(name);
     return status;
 }

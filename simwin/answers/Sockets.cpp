@@ -110,6 +110,12 @@ int copyName(const std::string& name, char* buffer, DWORD size) {
     return 0;
 }
 
+// Network order: the high byte first.
+int portOf(const SocketAddressIPv4& ip) {
+    const auto* port = reinterpret_cast<const unsigned char*>(&ip.sin_port);
+    return port[0] << 8 | port[1];
+}
+
 // A socket address, told as an address where it is one of IPv4.
 struct AddressBytes : Bytes<const SocketAddress*> {
     void input(std::string& text, Machine& machine) const {
@@ -117,7 +123,7 @@ struct AddressBytes : Bytes<const SocketAddress*> {
         if (data != nullptr && size >= sizeof ip)
             std::memcpy(&ip, data, sizeof ip);
         if (ip.sin_family == winsock::kIPv4)
-            text += dotted({reinterpret_cast<const char*>(&ip.sin_addr), 4});
+            text += dotted({reinterpret_cast<const char*>(&ip.sin_addr), 4}) + ':' + std::to_string(portOf(ip));
         else
             Bytes::input(text, machine);
     }
@@ -163,8 +169,7 @@ int nameInfo(Machine& machine, const SocketAddress* address, SocketLength length
     const int error = copyName(entry != nullptr ? entry->name : dotted(bytes), places.host, places.hostSize);
     if (error != 0)
         return error;
-    const auto* port = reinterpret_cast<const unsigned char*>(&ip.sin_port);
-    return copyName(std::to_string(port[0] << 8 | port[1]), places.service, places.serviceSize);
+    return copyName(std::to_string(portOf(ip)), places.service, places.serviceSize);
 }
 
 }  // namespace

@@ -289,8 +289,8 @@ TEST_F(HostNameTest, DnsNameIsAskedForWithAPortThatIsOnlyFormatted) {
     Make();
     machine->keepLog(true);
     network->GetDnsName("10.0.0.5", kIPv4);
-    // Family 2, port 27015 (6987 in hexadecimal), the address; 16 bytes long; buffers of 256; a numeric service.
-    EXPECT_THAT(Asked("getnameinfo"), ElementsAre("10.0.0.5, 16, 256, 256, 8"));
+    // The address and port; 16 bytes long; buffers of 256; a numeric service.
+    EXPECT_THAT(Asked("getnameinfo"), ElementsAre("10.0.0.5:27015, 16, 256, 256, 8"));
 }
 
 }  // namespace

@@ -225,8 +225,10 @@ TEST_F(IPConfigurationTest, OtherPlatformsHaveNoAdapterWalk) {
     DescribeBoundAdapter("NIC1", "255.0.0.0", "1.1.1.1");
     DescribeVersion(0, 3, 10);
     ExpectMasksAndGateways("", "");
+    EXPECT_EQ(Collect(), -1);
     station.version.reset();
     ExpectMasksAndGateways("", "");
+    EXPECT_EQ(Collect(), -1);
 }
 
 TEST_F(IPConfigurationTest, UnconfiguredValuesAreLeftOutAndSoIsEveryValueThatHoldsTheirText) {
