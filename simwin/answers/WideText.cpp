@@ -56,9 +56,11 @@ int narrow(Machine& machine, UINT codePage, const Narrowing& job) {
     const std::string narrowed = narrowedText(job, used);
     if (job.size == 0)
         return static_cast<int>(narrowed.size());
-    if (static_cast<std::size_t>(job.size) < narrowed.size())
+    // What fits is written in any case.
+    const auto room = static_cast<std::size_t>(job.size);
+    std::copy_n(narrowed.begin(), std::min(room, narrowed.size()), job.buffer);
+    if (room < narrowed.size())
         return failConversion(machine, ERROR_INSUFFICIENT_BUFFER);
-    std::copy(narrowed.begin(), narrowed.end(), job.buffer);
     if (job.usedReplacement != nullptr)
         *job.usedReplacement = used ? TRUE : FALSE;
     return static_cast<int>(narrowed.size());

@@ -5,6 +5,10 @@ namespace {
 
 using simwin::CompanionText;
 using simwin::HandleKind;
+using ::testing::AllOf;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::StartsWith;
 
 constexpr char kWinLogon[] = "HKEY_LOCAL_MACHINE\\SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion\\WinLogon";
 
@@ -26,7 +30,12 @@ TEST_F(DomainTest, WorkgroupIsTheStationsLANGroup) {
 
 TEST_F(DomainTest, WorkgroupIsConvertedToTheCodePage) {
     station.network.lanGroup = "B\xDCRO";
-    EXPECT_EQ(Workgroup(), "B\xDCRO");
+    Make();
+    machine->keepLog(true);
+    network->GetWorkgroup();
+    EXPECT_STREQ(network->m_cWorkgroup, "B\xDCRO");
+    // CP_ACP, no flags; to the terminator, into 260 bytes.
+    EXPECT_THAT(Asked("WideCharToMultiByte"), ElementsAre(AllOf(StartsWith("0, 0, "), HasSubstr(", -1, 260"))));
 }
 
 TEST_F(DomainTest, WorkgroupThatIsSetAlreadyIsKeptAndNobodyIsAsked) {
