@@ -11,6 +11,7 @@
 #include "kvstation/platform/Similar.h"
 #include "simwin/calls/CallTable.h"
 #include "simwin/text/CodePage.h"
+#include "simwin/text/HexText.h"
 
 namespace kvstation {
 namespace {
@@ -79,11 +80,10 @@ std::string hexBytes(const std::string& given, const std::string& text) {
     if (digits.size() % 2 != 0)
         fail("--value", given, "hex: takes bytes of two hexadecimal digits each");
     for (std::size_t i = 0; i < digits.size(); i += 2) {
-        unsigned byte = 0;
-        const auto [end, error] = std::from_chars(digits.data() + i, digits.data() + i + 2, byte, 16);
-        if (error != std::errc() || end != digits.data() + i + 2)
+        const std::optional<char> byte = simwin::byteOfHex(std::string_view(digits).substr(i, 2));
+        if (!byte)
             fail("--value", given, "hex: takes bytes of two hexadecimal digits each");
-        bytes += static_cast<char>(static_cast<unsigned char>(byte));
+        bytes += *byte;
     }
     return bytes;
 }

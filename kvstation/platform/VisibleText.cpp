@@ -1,9 +1,9 @@
 #include "kvstation/platform/VisibleText.h"
 
 #include <algorithm>
-#include <cstdio>
 
 #include "kvstation/platform/CharacterRange.h"
+#include "simwin/text/HexText.h"
 #include "simwin/text/Utf8.h"
 
 namespace kvstation {
@@ -26,9 +26,7 @@ Shown firstOf(std::string_view utf8) {
 }
 
 void appendSpelledOut(std::string& text, unsigned code) {
-    char spelled[8];
-    std::snprintf(spelled, sizeof spelled, "\\x%02x", code);
-    text += spelled;
+    text += "\\x" + simwin::hexDigits(code, 2);
 }
 
 }  // namespace

@@ -1,11 +1,11 @@
 #include "kvstation/record/FieldTable.h"
 
 #include <algorithm>
-#include <cstdio>
 
 #include "kvstation/platform/Errors.h"
 #include "kvstation/platform/Similar.h"
 #include "simwin/text/CodePage.h"
+#include "simwin/text/HexText.h"
 
 namespace kvstation {
 namespace {
@@ -54,9 +54,7 @@ std::size_t requireTypedField(std::string_view name) {
 }
 
 std::string hexOffset(std::size_t offset) {
-    char text[16];
-    std::snprintf(text, sizeof text, "0x%04zX", offset);
-    return text;
+    return "0x" + simwin::hexDigits(offset, 4, simwin::HexCase::Upper);
 }
 
 std::vector<std::string_view> similarFields(std::string_view name) {

@@ -4,6 +4,8 @@
 #include <charconv>
 #include <vector>
 
+#include "simwin/text/HexText.h"
+
 namespace kvstation {
 namespace {
 
@@ -32,14 +34,6 @@ std::size_t groupsIn(std::string_view text) {
     return text.empty() ? 0 : static_cast<std::size_t>(std::ranges::count(text, ':')) + 1;
 }
 
-std::string digitsOf(std::uint16_t group, std::size_t width, bool isUpper) {
-    const std::string_view all = isUpper ? "0123456789ABCDEF" : "0123456789abcdef";
-    std::string text;
-    for (; group != 0; group = static_cast<std::uint16_t>(group >> 4))
-        text.insert(text.begin(), all[group & 0xFU]);
-    return std::string(width - std::min(width, text.size()), '0') + text;
-}
-
 }  // namespace
 
 std::optional<IPv6> parseIPv6(std::string_view text) {
@@ -60,6 +54,7 @@ std::optional<IPv6> parseIPv6(std::string_view text) {
 
 std::string inWritingOf(std::string_view text, const IPv6& address) {
     const bool isUpper = std::ranges::any_of(text, [](char c) { return c >= 'A' && c <= 'F'; });
+    const auto letters = isUpper ? simwin::HexCase::Upper : simwin::HexCase::Lower;
     std::string made;
     std::size_t index = 0;
     for (std::size_t i = 0; i < text.size();) {
@@ -72,7 +67,7 @@ std::string inWritingOf(std::string_view text, const IPv6& address) {
             continue;
         }
         const std::size_t width = std::min(text.find(':', i), text.size()) - i;
-        made += digitsOf(address.at(index++), width, isUpper);
+        made += simwin::hexDigits(address.at(index++), width, letters);
         i += width;
     }
     return made;

@@ -4,6 +4,7 @@
 #include <initializer_list>
 
 #include "kvstation/report/HtmlText.h"
+#include "simwin/text/HexText.h"
 
 namespace kvstation {
 namespace {
@@ -66,7 +67,7 @@ std::string card(std::initializer_list<Fact> facts) {
 
 // "005056AB12CD" as "00-50-56-AB-12-CD"; what is no such address stays.
 std::string readableMac(const std::string& mac) {
-    const bool isHex = mac.find_first_not_of("0123456789ABCDEFabcdef") == std::string::npos;
+    const bool isHex = std::ranges::all_of(mac, simwin::isHexDigit);
     if (mac.size() != 12 || !isHex)
         return mac;
     std::string readable;

@@ -1,13 +1,12 @@
 #include "simwin/machine/CallText.h"
 
 #include <algorithm>
-#include <array>
-#include <cstdio>
 
 #include "simwin/machine/HostAnswer.h"
 #include "simwin/machine/Machine.h"
 #include "simwin/text/Address.h"
 #include "simwin/text/CodePage.h"
+#include "simwin/text/HexText.h"
 
 namespace simwin {
 namespace {
@@ -19,18 +18,12 @@ bool isPrintable(char byte) {
     return static_cast<unsigned char>(byte) >= 0x20 && byte != 0x7F;
 }
 
-void appendHex(std::string& text, std::uintptr_t number, int width) {
-    std::array<char, 20> digits{};
-    std::snprintf(digits.data(), digits.size(), "%0*llx", width, static_cast<unsigned long long>(number));
-    text += digits.data();
-}
-
 void appendCharacter(std::string& text, std::string_view character) {
     const std::string utf8 = toUtf8(character);
     if (!isPrintable(character.front()) || !isUtf8(utf8)) {
         for (const char byte : character) {
             text += "\\x";
-            appendHex(text, static_cast<unsigned char>(byte), 2);
+            text += hexDigits(static_cast<unsigned char>(byte), 2);
         }
         return;
     }
@@ -62,7 +55,7 @@ void appendBytes(std::string& text, std::string_view bytes) {
     for (std::size_t i = 0; i < std::min(bytes.size(), kLongestBytes); ++i) {
         if (i != 0)
             text += ' ';
-        appendHex(text, static_cast<unsigned char>(bytes[i]), 2);
+        text += hexDigits(static_cast<unsigned char>(bytes[i]), 2);
     }
     if (bytes.size() > kLongestBytes)
         text += " ...";
@@ -86,8 +79,7 @@ void appendHandle(std::string& text, Machine& machine, std::uintptr_t handle) {
         text += what.empty() ? "not null" : what;
         return;
     }
-    text += what.empty() ? "0x" : what + " 0x";
-    appendHex(text, handle, 1);
+    text += (what.empty() ? "0x" : what + " 0x") + hexDigits(handle);
 }
 
 void appendHost(std::string& text, const winsock::HostEntry* host) {

@@ -1,8 +1,6 @@
 #include "simwin/machine/Machine.h"
 
 #include <algorithm>
-#include <array>
-#include <cstdio>
 
 #include "simwin/calls/CallTable.h"
 #include "simwin/machine/Heap.h"
@@ -11,6 +9,7 @@
 #include "simwin/machine/Registry.h"
 #include "simwin/machine/Relay.h"
 #include "simwin/text/CodePage.h"
+#include "simwin/text/HexText.h"
 
 namespace simwin {
 namespace {
@@ -154,9 +153,7 @@ bool Machine::decideFailure(std::string_view name, Failure& failure) {
 }
 
 void Machine::reportMisuse(std::string_view call, std::uintptr_t handle, std::string_view what) {
-    std::array<char, 32> digits{};
-    std::snprintf(digits.data(), digits.size(), " 0x%llx ", static_cast<unsigned long long>(handle));
-    m_misuses.push_back(std::string(call) + ":" + digits.data() + std::string(what));
+    m_misuses.push_back(std::string(call) + ": 0x" + hexDigits(handle) + " " + std::string(what));
 }
 
 void Machine::trace(TraceLine line) {

@@ -4,6 +4,7 @@
 #include <charconv>
 
 #include "simwin/text/CodePage.h"
+#include "simwin/text/HexText.h"
 #include "simwin/text/ReadError.h"
 
 namespace simwin {
@@ -14,11 +15,6 @@ constexpr std::size_t kMostDigits = 8;
 std::string_view withoutBlanks(std::string_view line) {
     line = line.substr(0, line.find_last_not_of(" \t\r") + 1);
     return line.substr(std::min(line.find_first_not_of(" \t"), line.size()));
-}
-
-bool isHex(char character) {
-    return (character >= '0' && character <= '9') || (character >= 'a' && character <= 'f') ||
-           (character >= 'A' && character <= 'F');
 }
 
 }  // namespace
@@ -92,7 +88,7 @@ std::uint32_t RegistryLines::takeHexNumber(const char* otherwise) {
     const std::string_view digits = m_line.substr(0, kMostDigits);
     const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), number, 16);
     const auto length = static_cast<std::size_t>(end - digits.data());
-    if (error != std::errc() || (m_line.size() > length && isHex(m_line[length])))
+    if (error != std::errc() || (m_line.size() > length && isHexDigit(m_line[length])))
         fail(otherwise);
     skip(length);
     return number;
@@ -126,13 +122,12 @@ void RegistryLines::skipToDigits() {
 }
 
 char RegistryLines::takeHexByte() {
-    if (!isHex(m_line[0]))
+    if (!isHexDigit(m_line[0]))
         fail("a byte is not written as hexadecimal digits");
-    const std::size_t length = m_line.size() > 1 && isHex(m_line[1]) ? 2 : 1;
-    unsigned byte = 0;
-    std::from_chars(m_line.data(), m_line.data() + length, byte, 16);
+    const std::size_t length = m_line.size() > 1 && isHexDigit(m_line[1]) ? 2 : 1;
+    const char byte = *byteOfHex(m_line.substr(0, length));
     m_line.remove_prefix(length);
-    return static_cast<char>(static_cast<unsigned char>(byte));
+    return byte;
 }
 
 void RegistryLines::expectEnd() {

@@ -1,11 +1,10 @@
 #include "simwin/station/RegistryWriter.h"
 
 #include <algorithm>
-#include <array>
-#include <cstdio>
 #include <string_view>
 
 #include "simwin/text/CodePage.h"
+#include "simwin/text/HexText.h"
 
 namespace simwin {
 namespace {
@@ -24,12 +23,6 @@ std::string quoted(std::string_view utf8) {
         line += character;
     }
     return line + '"';
-}
-
-std::string hexByte(unsigned byte) {
-    std::array<char, 4> digits{};
-    std::snprintf(digits.data(), digits.size(), "%02x", byte);
-    return digits.data();
 }
 
 // A text that ends with its only NUL, and holds nothing that a line could not show.
@@ -64,10 +57,8 @@ class Writer {
 
   private:
     std::string hexData(const RegistryValue& value, std::size_t column) const {
-        std::array<char, 24> type{};
-        if (value.type != static_cast<std::uint32_t>(RegistryType::Binary))
-            std::snprintf(type.data(), type.size(), "(%x)", static_cast<unsigned>(value.type));
-        std::string text = "hex" + std::string(type.data()) + ":";
+        const bool isBinary = value.type == static_cast<std::uint32_t>(RegistryType::Binary);
+        std::string text = isBinary ? "hex:" : "hex(" + hexDigits(value.type) + "):";
         column += text.size();
         const std::string bytes = m_isWide && isText(value) ? toUtf16Bytes(value.bytes) : value.bytes;
         for (std::size_t i = 0; i < bytes.size(); ++i) {
@@ -76,7 +67,7 @@ class Writer {
                 text += "\\\n  ";
                 column = 2;
             }
-            text += hexByte(static_cast<unsigned char>(bytes[i])) + (isLast ? "" : ",");
+            text += hexDigits(static_cast<unsigned char>(bytes[i]), 2) + (isLast ? "" : ",");
             column += 3;
         }
         return text;
@@ -90,7 +81,7 @@ class Writer {
         } else if (static_cast<RegistryType>(value.type) == RegistryType::DWord && value.bytes.size() == 4) {
             m_text += "dword:";
             for (std::size_t i = 4; i-- > 0;)
-                m_text += hexByte(static_cast<unsigned char>(value.bytes[i]));
+                m_text += hexDigits(static_cast<unsigned char>(value.bytes[i]), 2);
         } else {
             m_text += hexData(value, name.size() + 1);
         }

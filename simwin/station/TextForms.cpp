@@ -1,19 +1,11 @@
 #include "simwin/station/TextForms.h"
 
 #include <algorithm>
-#include <charconv>
 
 #include "simwin/text/CodePage.h"
 #include "simwin/text/HexText.h"
 
 namespace simwin {
-namespace {
-
-bool isHexDigit(char character) {
-    return std::string_view("0123456789abcdefABCDEF").find(character) != std::string_view::npos;
-}
-
-}  // namespace
 
 std::string readHex(const JsonView& view) {
     const std::string text = view.utf8();
@@ -23,11 +15,10 @@ std::string readHex(const JsonView& view) {
             ++i;
             continue;
         }
-        if (i + 1 == text.size() || !isHexDigit(text[i]) || !isHexDigit(text[i + 1]))
+        const std::optional<char> byte = byteOfHex(std::string_view(text).substr(i, 2));
+        if (i + 1 == text.size() || !byte)
             view.fail("is no row of bytes of two hexadecimal digits each");
-        unsigned byte = 0;
-        std::from_chars(text.data() + i, text.data() + i + 2, byte, 16);
-        bytes.push_back(static_cast<char>(static_cast<unsigned char>(byte)));
+        bytes.push_back(*byte);
         i += 2;
     }
     return bytes;

@@ -5,6 +5,7 @@
 
 #include "simwin/calls/Calls.h"
 #include "simwin/text/CodePage.h"
+#include "simwin/text/HexText.h"
 #include "tests/simwin/Running.h"
 
 namespace {
@@ -161,6 +162,23 @@ TEST(CodePage, ComparesNamesWithoutRegardToCase) {
     EXPECT_FALSE(equalNoCase("a", "ab"));
     EXPECT_LT(compareNoCase("a", "B"), 0);
     EXPECT_GT(compareNoCase("ab", "A"), 0);
+}
+
+TEST(HexText, HasTheDigitsOfANumberAndZerosInFront) {
+    EXPECT_EQ(hexDigits(0), "0");
+    EXPECT_EQ(hexDigits(0x1F), "1f");
+    EXPECT_EQ(hexDigits(0x1F, 4, HexCase::Upper), "001F");
+    EXPECT_EQ(hexDigits(0x12345, 4), "12345");
+    EXPECT_EQ(hexDigits(0xFEDCBA9876543210, 2), "fedcba9876543210");
+    EXPECT_EQ(hexDigits(0, 0), "");
+    EXPECT_EQ(hexText("\x01\xAB", '-'), "01-AB");
+}
+
+TEST(HexText, TellsAByteByOneDigitOrTwo) {
+    EXPECT_EQ(byteOfHex("0"), '\0');
+    EXPECT_EQ(byteOfHex("aF"), '\xAF');
+    for (const char* text : {"", "123", "g", "1g", " 1", "-1", "+1", "0x"})
+        EXPECT_EQ(byteOfHex(text), std::nullopt) << text;
 }
 
 }  // namespace
