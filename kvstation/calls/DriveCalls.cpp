@@ -3,6 +3,7 @@
 #include "kvstation/calls/CallFacts.h"
 #include "kvstation/calls/CallRow.h"
 #include "kvstation/calls/StationDraft.h"
+#include "simwin/station/StorageForms.h"
 
 namespace kvstation {
 namespace {
@@ -25,9 +26,13 @@ simwin::Drive* driveOf(StationDraft& draft, const ObservedCall& call) {
 }
 
 Answer tellType(const ObservedCall& call) {
-    constexpr std::string_view kinds[] = {"unknown", "no drive", "removable", "fixed", "remote", "CD-ROM", "RAM disk"};
-    const std::uint64_t type = simwin::numberOf(call.result);
-    return wordsAnswer(type < std::size(kinds) ? std::string(kinds[type]) : std::to_string(type));
+    const auto type = static_cast<std::uint32_t>(simwin::numberOf(call.result));
+    if (type == DRIVE_UNKNOWN)
+        return wordsAnswer("unknown");
+    if (type == DRIVE_NO_ROOT_DIR)
+        return wordsAnswer("no drive");
+    const std::string_view word = simwin::driveTypeWord(type);
+    return wordsAnswer(word.empty() ? std::to_string(type) : std::string(word));
 }
 
 void keepType(StationDraft& draft, const ObservedCall& call) {

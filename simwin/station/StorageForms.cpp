@@ -31,6 +31,11 @@ const char* readPart(const char* place, const char* end, bool isFirst, std::uint
 
 }  // namespace
 
+std::string_view driveTypeWord(std::uint32_t type) {
+    const std::uint32_t index = type - kFirstDriveType;  // of a smaller type a large one
+    return index < std::size(kDriveTypes) ? kDriveTypes[index] : std::string_view();
+}
+
 void DriveTypeForm::read(const JsonView& view, std::uint32_t& type) {
     if (!view.isText())
         return NumberForm<std::uint32_t>::read(view, type);
@@ -41,8 +46,8 @@ void DriveTypeForm::read(const JsonView& view, std::uint32_t& type) {
 }
 
 JsonView::Json DriveTypeForm::write(std::uint32_t type) {
-    const std::uint32_t index = type - kFirstDriveType;  // of a smaller type a large one
-    return index < std::size(kDriveTypes) ? JsonView::Json(kDriveTypes[index]) : JsonView::Json(type);
+    const std::string_view word = driveTypeWord(type);
+    return word.empty() ? JsonView::Json(type) : JsonView::Json(word);
 }
 
 void DriveTypeForm::tell(MemberText& member, MemberTexts&) {

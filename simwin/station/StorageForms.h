@@ -11,7 +11,10 @@
 
 namespace simwin {
 
-// A word for GetDriveTypeA's number, or the number.
+// The word for one of GetDriveTypeA's numbers, such as "cdrom"; empty for those that tell no kind of a drive.
+std::string_view driveTypeWord(std::uint32_t type);
+
+// That word, or the number.
 struct DriveTypeForm : OneValue {
     static void read(const JsonView& view, std::uint32_t& type);
     static JsonView::Json write(std::uint32_t type);
