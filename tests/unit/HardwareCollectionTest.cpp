@@ -262,6 +262,20 @@ TEST_F(HardwareCollectionTest, EachCallOfTheRunLeavesOneHardwareCollectorWithWha
     }
 }
 
+TEST_F(HardwareCollectionTest, WhatAnEarlierCollectionListedIsGoneBeforeTheNextOneBegins) {
+    DescribeWorkstation(2);
+    Start();
+    Hardware hardware;
+    hardware->Collect();
+    ASSERT_FALSE(hardware->m_DeviceMap.IsEmpty());
+    machine->failAllocation(machine->allocations() + 1);  // the next collection's first text
+    EXPECT_THROW(hardware->Collect(), std::bad_alloc);
+    EXPECT_TRUE(hardware->m_DeviceMap.IsEmpty());
+    for (const CObList* list : {&hardware->m_RemovableDrives, &hardware->m_FixedDrives, &hardware->m_RemoteDrives,
+                                &hardware->m_CDRomDrives, &hardware->m_RamDisks, &hardware->m_Printers})
+        EXPECT_TRUE(list->IsEmpty());
+}
+
 TEST_F(HardwareCollectionTest, WhicheverCallFailsNothingStaysOpen) {
     for (const std::uint32_t platformId : {1u, 2u, 3u}) {
         DescribeWorkstation(platformId);
