@@ -49,26 +49,26 @@ int CDiskInformation::QuerySpace() {
     m_nTotalMB = m_nFreeMB = 0;
     if (m_cDriveLetter == '\0')
         return -1;
-    return QuerySpaceEx() == 0 ? 0 : QuerySpaceInClusters();
+    return QuerySpaceEx() ? 0 : QuerySpaceInClusters();
 }
 
 // Looked up, because the first Windows 95 does not have it.
-int CDiskInformation::QuerySpaceEx() {
+bool CDiskInformation::QuerySpaceEx() {
     using GetDiskFreeSpaceExFunction =
         BOOL(WINAPI*)(LPCSTR root, PULARGE_INTEGER available, PULARGE_INTEGER total, PULARGE_INTEGER free);
 
     const UniqueLibrary kernel(LoadLibraryA("KERNEL32.DLL"));
     if (kernel == nullptr)
-        return -1;
+        return false;
     const auto getSpace = FindFunction<GetDiskFreeSpaceExFunction>(kernel.get(), "GetDiskFreeSpaceExA");
     ULARGE_INTEGER available = {};
     ULARGE_INTEGER total = {};
     ULARGE_INTEGER free = {};
     if (getSpace == nullptr || getSpace(DriveRoot(m_cDriveLetter), &available, &total, &free) == FALSE)
-        return -1;
+        return false;
     m_nTotalMB = MegabytesOf(total);
     m_nFreeMB = MegabytesOf(available);
-    return 0;
+    return true;
 }
 
 int CDiskInformation::QuerySpaceInClusters() {

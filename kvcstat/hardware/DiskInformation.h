@@ -32,7 +32,7 @@ class CDiskInformation : public CObject {
     CString m_cVolumeName;       // the label
 
   private:
-    int QuerySpaceEx();
+    bool QuerySpaceEx();
     int QuerySpaceInClusters();
     CString DescribeFixed();
 };

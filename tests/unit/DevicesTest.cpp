@@ -325,6 +325,8 @@ TEST_F(DevicesTest, EachEnumerationStartsWithAnEmptyMapAndEachClassificationWith
     DescribeWindowsNT();
     DescribeUnit(Unit(0, 0, 0, 0), "disk", "DiskPeripheral");
     DescribeUnit(Unit(0, 0, 1, 0), "tape", "TapePeripheral");
+    DescribeUnit(Unit(0, 0, 2, 0), "CD", "CdRomPeripheral");
+    DescribeUnit(Unit(0, 0, 3, 0), "scanner", "ScannerPeripheral");
     Start();
     Hardware hardware;
     for (int run = 0; run < 2; ++run) {
@@ -333,11 +335,15 @@ TEST_F(DevicesTest, EachEnumerationStartsWithAnEmptyMapAndEachClassificationWith
     }
     EXPECT_STREQ(hardware->m_cDiskDevices, "1 disk");
     EXPECT_STREQ(hardware->m_cTapeDevices, "1 tape");
+    EXPECT_STREQ(hardware->m_cCDRomDevices, "1 CD");
+    EXPECT_STREQ(hardware->m_cOtherDevices, "1 scanner");
 
     hardware->m_DeviceMap.DeleteAll();
     hardware->ClassifyDevices();
     EXPECT_STREQ(hardware->m_cDiskDevices, "");
     EXPECT_STREQ(hardware->m_cTapeDevices, "");
+    EXPECT_STREQ(hardware->m_cCDRomDevices, "");
+    EXPECT_STREQ(hardware->m_cOtherDevices, "");
 }
 
 TEST_F(DevicesTest, MapStoresTheFirstOfADescriptionAndDiscardsTheOthers) {

@@ -157,6 +157,8 @@ TEST_F(TerminalServerTest, MicrosoftProductIsReadByTheStrictRule) {
     } rows[] = {
         {RegistryType::ExpandText, "%TS%\0"s, "%TS%"},
         {RegistryType::MultiText, "First\0Second\0\0"s, "First"},
+        {RegistryType::MultiText, "\0\0"s, ""},
+        {RegistryType::MultiText, "First\0."s, "Microsoft Terminal Server"},
         {RegistryType::Binary, "Server\0"s, "Microsoft Terminal Server"},
         {RegistryType::DWord, "\1\0\0\0"s, "Microsoft Terminal Server"},
         {RegistryType::MultiText, "First\0Second\0"s, "Microsoft Terminal Server"},

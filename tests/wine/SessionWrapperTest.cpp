@@ -46,6 +46,7 @@ FARPROC WINAPI FindSessionFunction(HMODULE library, const char* name) {
     EXPECT_EQ(GetModuleHandleA("wtsapi32.dll"), library);
     if (std::strcmp(name, "WTSQuerySessionInformationA") == 0)
         return reinterpret_cast<FARPROC>(reinterpret_cast<void*>(AnswerQuestion));
+    EXPECT_STREQ("WTSFreeMemory", name);
     return reinterpret_cast<FARPROC>(reinterpret_cast<void*>(TakeBack));
 }
 
@@ -53,6 +54,20 @@ FARPROC WINAPI FindNothing(HMODULE, const char*) {
     return nullptr;
 }
 HMODULE WINAPI LoadNothing(const char*) {
+    return nullptr;
+}
+
+// What Windows answers when it is asked for its folder, and what is then loaded.
+UINT g_folderLength = 0;
+std::string g_loaded;
+
+UINT WINAPI TellFolder(char* folder, UINT size) {
+    if (g_folderLength < size)
+        std::strcpy(folder, std::string(g_folderLength, 'f').c_str());
+    return g_folderLength;
+}
+HMODULE WINAPI NoteLoad(const char* path) {
+    g_loaded = path;
     return nullptr;
 }
 
@@ -180,6 +195,22 @@ TEST_F(OpenSessionWrapper, IsEmptyWhereTheSessionLibraryIsMissing) {
     EXPECT_EQ("|||", Texts());
 }
 
+TEST_F(OpenSessionWrapper, LoadsTheSessionLibraryFromWindowsFolderAlone) {
+    const ImportOverride folder(m_wrapper, "kernel32.dll", "GetSystemDirectoryA", TellFolder);
+    const ImportOverride load(m_wrapper, "kernel32.dll", "LoadLibraryA", NoteLoad);
+    for (const UINT length : {1U, 259U}) {
+        g_folderLength = length;
+        EXPECT_EQ("|||", Texts());
+        EXPECT_EQ(std::string(length, 'f') + "\\wtsapi32.dll", g_loaded);
+    }
+    g_loaded = "";
+    for (const UINT length : {0U, 260U, 261U}) {  // no answer, and none that fits
+        g_folderLength = length;
+        EXPECT_EQ("|||", Texts());
+        EXPECT_EQ("", g_loaded) << length;
+    }
+}
+
 TEST_F(OpenSessionWrapper, SessionIsMinusOneWhenWindowsDoesNotTell) {
     const ImportOverride none(
         m_wrapper, "kernel32.dll", "ProcessIdToSessionId", +[](DWORD, DWORD*) WINAPI -> BOOL { return FALSE; });
@@ -218,6 +249,17 @@ TEST_F(SessionWrapper, LoadsTheSessionLibraryForTheFirstQuestionAndGivesItUpWhen
     FreeLibrary(m_wrapper);
     EXPECT_EQ(nullptr, GetModuleHandleA("wtsapi32.dll"));
     m_wrapper = nullptr;
+}
+
+TEST_F(SessionWrapper, KeepsTheSessionLibraryWhileThreadsComeAndGo) {
+    Init();
+    Texts();
+    HANDLE thread = CreateThread(
+        nullptr, 0, +[](void*) WINAPI -> DWORD { return 0; }, nullptr, 0, nullptr);
+    WaitForSingleObject(thread, INFINITE);
+    CloseHandle(thread);
+    EXPECT_NE(nullptr, GetModuleHandleA("wtsapi32.dll"));
+    Free();
 }
 
 // Wine's own session functions: whatever they answer, the wrapper's promises hold.
