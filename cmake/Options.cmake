@@ -35,6 +35,9 @@ if(WIN32)
   add_link_options(-static -static-libgcc -static-libstdc++ -s
     -Wl,--gc-sections -Wl,--dynamicbase -Wl,--high-entropy-va -Wl,--nxcompat -Wl,--no-insert-timestamp)
 
+  # Windows' libraries that the module asks for beside those of every program.
+  set(KV_MODULE_LIBRARIES version secur32 netapi32 iphlpapi)
+
   # The formatted input and output of msvcrt.dll in place of MinGW's own, which would be linked in (30 KB).
   add_library(kv_msvcrt_stdio INTERFACE)
   target_compile_options(kv_msvcrt_stdio INTERFACE

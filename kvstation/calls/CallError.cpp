@@ -1,7 +1,6 @@
 #include "kvstation/calls/CallError.h"
 
 #include <algorithm>
-#include <string_view>
 
 #include "framework/Windows.h"
 #include "framework/WindowsSockets.h"
@@ -18,7 +17,7 @@ struct NamedError {
 };
 #define KV_ERROR(name) \
     { static_cast<std::uint32_t>(name), #name }
-constexpr NamedError kErrors[] = {
+constexpr NamedError kWindowsErrors[] = {
     KV_ERROR(ERROR_FILE_NOT_FOUND),
     KV_ERROR(ERROR_PATH_NOT_FOUND),
     KV_ERROR(ERROR_ACCESS_DENIED),
@@ -66,25 +65,25 @@ constexpr NamedError kErrors[] = {
     {0xC000000D, "STATUS_INVALID_PARAMETER"},
     {0xC00000BB, "STATUS_NOT_SUPPORTED"},
 };
-// NetBIOS counts its own.
 constexpr NamedError kNetbiosErrors[] = {KV_ERROR(NRC_BUFLEN),     KV_ERROR(NRC_ILLCMD), KV_ERROR(NRC_INCOMP),
                                          KV_ERROR(NRC_INVADDRESS), KV_ERROR(NRC_BRIDGE), KV_ERROR(NRC_ENVNOTDEF),
                                          KV_ERROR(NRC_SYSTEM)};
 #undef KV_ERROR
 
 template <class Errors>
-std::string nameIn(const Errors& errors, std::uint32_t code) {
+std::string_view nameIn(const Errors& errors, std::uint32_t code) {
     const auto* found = std::ranges::find(errors, code, &NamedError::code);
-    return found != std::end(errors) ? std::string(found->name) : std::string();
+    return found != std::end(errors) ? found->name : std::string_view();
 }
 
 }  // namespace
 
-std::optional<CallError> errorOf(const simwin::ObservedCall& call) {
-    if (call.succeeded || call.error == 0)
-        return std::nullopt;
-    return CallError{call.error,
-                     call.name == "Netbios" ? nameIn(kNetbiosErrors, call.error) : nameIn(kErrors, call.error)};
+std::string_view windowsErrorName(std::uint32_t code) {
+    return nameIn(kWindowsErrors, code);
+}
+
+std::string_view netbiosErrorName(std::uint32_t code) {
+    return nameIn(kNetbiosErrors, code);
 }
 
 std::string shown(const CallError& error) {

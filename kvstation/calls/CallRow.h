@@ -11,6 +11,7 @@
 #include <string_view>
 
 #include "kvstation/calls/Answer.h"
+#include "kvstation/calls/CallError.h"
 #include "kvstation/calls/Place.h"
 #include "simwin/machine/CallObserver.h"
 
@@ -68,6 +69,7 @@ struct CallRow {
     Asks asks;
     Tells tells;
     Kept kept;
+    ErrorName errorName = windowsErrorName;
 };
 
 namespace calls {

@@ -64,4 +64,11 @@ Answer answerOf(const simwin::ObservedCall& call) {
     return row != nullptr ? row->tells(call) : Answer{};
 }
 
+std::optional<CallError> errorOf(const simwin::ObservedCall& call) {
+    const CallRow* row = findCallRow(call.name);
+    if (row == nullptr || call.succeeded || call.error == 0)
+        return std::nullopt;
+    return CallError{call.error, std::string(row->errorName(call.error))};
+}
+
 }  // namespace kvstation

@@ -1,6 +1,7 @@
 // The rows of all platform calls.
 #pragma once
 
+#include <optional>
 #include <span>
 #include <string_view>
 
@@ -22,5 +23,8 @@ bool isQuestion(const char* call);
 
 // What a call that succeeded answered. Nothing for one that only says that something is there.
 Answer answerOf(const simwin::ObservedCall& call);
+
+// Of a call that failed and told how.
+std::optional<CallError> errorOf(const simwin::ObservedCall& call);
 
 }  // namespace kvstation

@@ -142,7 +142,7 @@ KV_CALL(SendARP,
 KV_CALL(Netbios,
         asks("the NetBIOS adapters and their addresses", member<"network", "netbios">,
              R"([[{"lana": 0, "address": "02-07-01-AB-CD-EF"}], [{"lana": 0}], []])"),
-        tellLoggedBehindResult, keepAdapters);
+        tellLoggedBehindResult, keepAdapters, netbiosErrorName);
 KV_CALL(WSAStartup, kReadiness, kTellsNothing, kKeepsNothing);
 KV_CALL(gethostname, asks("the host's name", member<"network", "hostName">, R"(["another7"])"), tellText<0>,
         keepHostName);

@@ -21,7 +21,7 @@ struct CallOutcome {
 struct StationDraft {
     simwin::Station station;
     CapturedRegistry registry;
-    std::map<std::string, CallOutcome, std::less<>> outcomes;       // by the call's name
+    std::map<std::string, CallOutcome, std::less<>> outcomes;   // by the call's name
     std::set<std::string, std::less<>> published;               // variables that the caller itself has set
     std::map<std::string, std::string, std::less<>> realPaths;  // by the path that was asked for
     std::map<std::uint64_t, std::string> libraries;             // by handle

@@ -196,14 +196,25 @@ void StandIns::addJoined(PageTextView joined) {
 void StandIns::learn(std::string_view text, TextPlace place) {
     const PageText characters = pageText(text);
     for (const NamedPart& part : namedPartsOf(characters)) {
-        if (part.kind == PartKind::Computer || part.kind == PartKind::User)
-            addNames(part.text);
-        else if (part.kind == PartKind::ServerAddress)
-            addAddress(bytesOf(part.text));
-        else if (part.kind == PartKind::Physical)
-            addPhysical(bytesOfPairs(part.text));
-        else if (part.kind == PartKind::Address && place == TextPlace::Anywhere)
-            m_addresses.note(bytesOf(part.text), false);
+        switch (part.kind) {
+            case PartKind::Computer:
+            case PartKind::User:
+                addNames(part.text);
+                break;
+            case PartKind::ServerAddress:
+                addAddress(bytesOf(part.text));
+                break;
+            case PartKind::Physical:
+                addPhysical(bytesOfPairs(part.text));
+                break;
+            case PartKind::Address:
+                if (place == TextPlace::Anywhere)
+                    m_addresses.note(bytesOf(part.text), false);
+                break;
+            case PartKind::LongAddress:
+            case PartKind::Text:
+                break;
+        }
     }
 }
 

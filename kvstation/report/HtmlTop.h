@@ -15,7 +15,7 @@ std::string topOfPage(const Report& report);
 // The cards of user, address, Windows and session.
 std::string glance(const Report& report);
 
-// How many of some fields hold something: "9 of 60 fields".
+// How many of some fields hold something: "9 of 12 fields".
 class FilledFields {
   public:
     void add(const Record& record, std::size_t field) {

@@ -116,6 +116,8 @@ std::string checkDatabase(const std::string& file) {
 #endif
 }
 
+}  // namespace
+
 void refuseWishesOfOne(const ResultOptions& result) {
     if (result.json)
         throw WrongUse("--json prints one record; --ndjson prints one a line");
@@ -124,9 +126,7 @@ void refuseWishesOfOne(const ResultOptions& result) {
             throw WrongUse(std::string(option) + " writes one record");
 }
 
-}  // namespace
-
-void addRowOptions(CLI::App& command, RowOptions& options) {
+std::vector<CLI::Option*> addRowOptions(CLI::App& command, RowOptions& options) {
     CLI::Option* all = command.get_option("--all");
     CLI::Option* json = command.get_option("--json");
     CLI::Option* ndjson = command.add_flag("--ndjson", options.ndjson, "Print a JSON object a line for each record");
@@ -140,6 +140,7 @@ void addRowOptions(CLI::App& command, RowOptions& options) {
         option->excludes(all)->excludes(json);
     ndjson->excludes(csv)->excludes(database);
     csv->excludes(database);
+    return {ndjson, csv, database};
 }
 
 void addSetOptions(CLI::App& command, SetOptions& options) {

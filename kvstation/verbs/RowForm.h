@@ -10,6 +10,11 @@
 #include "kvstation/sets/Sources.h"
 #include "kvstation/verbs/ResultOptions.h"
 
+namespace CLI {
+class App;
+class Option;
+}  // namespace CLI
+
 namespace kvstation {
 
 struct RowOptions {
@@ -29,9 +34,12 @@ struct SetOptions {
     bool isSet() const { return !rows.isEmpty() || !isOne(places); }
 };
 
-// For verbs that have ResultOptions. `options` must live as long as the command.
-void addRowOptions(CLI::App& command, RowOptions& options);
+// For verbs that have ResultOptions. `options` must live as long as the command. Gives those that choose a form.
+std::vector<CLI::Option*> addRowOptions(CLI::App& command, RowOptions& options);
 void addSetOptions(CLI::App& command, SetOptions& options);
+
+// Throws WrongUse for what there is of one record alone.
+void refuseWishesOfOne(const ResultOptions& result);
 
 class RowForm {
   public:
@@ -49,7 +57,7 @@ class RowForm {
     virtual void finish() = 0;
 };
 
-// Throws WrongUse for what there is of one record alone.
+// Refuses the same.
 std::unique_ptr<RowForm> rowForm(const RowOptions& rows, const ResultOptions& result);
 
 // One row by itself.

@@ -60,6 +60,8 @@ int showWithCauses(const ShowOptions& options) {
 }
 
 int show(const ShowOptions& options) {
+    if (!options.rows.isEmpty())
+        refuseWishesOfOne(options.result);
     const CollectionGuard guard(options.live.terms());
     return options.times || !options.result.html.empty() ? showWithCauses(options) : showQuickly(options);
 }
@@ -70,12 +72,12 @@ Verb addShow(CLI::App& tool) {
     const auto options = std::make_shared<ShowOptions>();
     CLI::App* command = tool.add_subcommand("show", "Collect this station's record and show it (Windows)");
     addResultOptions(*command, options->result);
-    addRowOptions(*command, options->rows);
-    command->add_flag("--times", options->times, "The milliseconds of each field and platform call too")
-        ->excludes(command->get_option("--json"))
-        ->excludes(command->get_option("--ndjson"))
-        ->excludes(command->get_option("--csv"))
-        ->excludes(command->get_option("--field"));
+    CLI::Option* times =
+        command->add_flag("--times", options->times, "The milliseconds of each field and platform call too")
+            ->excludes(command->get_option("--json"))
+            ->excludes(command->get_option("--field"));
+    for (CLI::Option* row : addRowOptions(*command, options->rows))
+        times->excludes(row);
     addLiveOptions(*command, options->live);
     return {command, "kvstation show --field szIPAddress     # 10.0.0.5", [options] { return show(*options); }};
 }

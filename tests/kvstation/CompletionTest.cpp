@@ -9,6 +9,7 @@
 
 #include "RunningProgram.h"
 #include "TemporaryFolder.h"
+#include "Verbs.h"
 #include "kvstation/commandline/Arguments.h"
 #include "kvstation/platform/Files.h"
 #include "kvstation/record/FieldTable.h"
@@ -22,9 +23,6 @@ using testing::IsSupersetOf;
 using testing::StartsWith;
 
 using Offers = std::set<std::string>;
-
-const std::vector<std::string> kVerbs = {"show",    "simulate", "decode",  "diff",   "layout", "trace",
-                                         "explain", "whatif",   "capture", "redact", "import", "help"};
 
 Offers fieldNames() {
     Offers names;
@@ -130,11 +128,11 @@ TEST_P(Completion, OffersWhatBelongsThere) {
 
 TEST_P(Completion, OffersEachVerbAndItsOptions) {
     std::string lines = "kvstation \n";
-    for (const std::string& verb : kVerbs)
+    for (const std::string verb : kVerbs)
         lines += "kvstation " + verb + " --\n";
     auto answers = ask(lines);
     EXPECT_THAT(answers["kvstation "], IsSupersetOf(kVerbs));
-    for (const std::string& verb : kVerbs) {
+    for (const std::string verb : kVerbs) {
         const std::string help = printed({verb, "--help"});
         const Offers& options = answers["kvstation " + verb + " --"];
         EXPECT_THAT(options, Contains("--help")) << verb;
@@ -177,7 +175,7 @@ std::string withoutQuoted(const std::string& script) {
 
 TEST(CompletionOfPowerShell, HasItsTablesWholeAndItsBracketsInPairs) {
     std::string script = printed({"completion", "powershell"});
-    for (const std::string& verb : kVerbs)
+    for (const std::string verb : kVerbs)
         EXPECT_THAT(script, HasSubstr("        '" + verb + "' = '"));
     EXPECT_THAT(script, HasSubstr("        'decode --field' = 'FIELD'\n"));
     EXPECT_THAT(script, HasSubstr("        'decode --html' = '@path'\n"));
@@ -234,7 +232,7 @@ TEST(ManualPage, IsFormattedWithoutAWarning) {
         {"/bin/sh", "-c", "LC_ALL=C.UTF-8 MANWIDTH=80 man --warnings -l \"$0\" | cat", folder / "kvstation.1"});
     EXPECT_EQ(shown.errors, "");
     EXPECT_THAT(shown.output, StartsWith("KVSTATION(1)"));
-    for (const std::string& verb : kVerbs)
+    for (const std::string verb : kVerbs)
         EXPECT_THAT(shown.output, HasSubstr("\n   " + verb + " "));
     EXPECT_THAT(shown.output, HasSubstr("\n       --value KEY\\NAME=TEXT\n"));
     EXPECT_THAT(shown.output, HasSubstr("\n       szMACAddress\n"));

@@ -9,6 +9,7 @@
 #include "RunningProgram.h"
 #include "Samples.h"
 #include "TemporaryFolder.h"
+#include "Verbs.h"
 #include "kvstation/platform/Files.h"
 #include "kvstation/report/JsonView.h"
 
@@ -23,9 +24,6 @@ using testing::Not;
 using testing::StartsWith;
 
 const std::string kStation = KV_STATIONS "/windows-xp-console";
-
-constexpr const char* kVerbs[] = {"show",   "simulate", "decode", "diff",   "layout", "trace",      "explain",
-                                  "whatif", "capture",  "redact", "import", "help",   "completion", "man"};
 
 std::vector<std::string> commandLine(std::vector<std::string> arguments) {
     arguments.insert(arguments.begin(), KVSTATION_PROGRAM);
@@ -82,6 +80,8 @@ TEST_F(Program, WrongUseIsOneLineAndStatus2) {
                   "'--nothing' is no option of layout; 'kvstation layout --help' tells more");
     EXPECT_EQ(run({"decode", raw, "--json", "--field", "szOS"}).status, 2);
     EXPECT_EQ(run({"show", "--timeout", "0"}).status, 2);
+    for (const char* row : {"--ndjson", "--csv"})
+        expectRefusal(run({"show", "--html", "page.html", row}), 2, "--html writes one record");
     EXPECT_EQ(run({"diff", raw}).status, 2);
 }
 

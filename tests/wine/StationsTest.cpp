@@ -2,8 +2,8 @@
 // both are held against all the bytes that a station's expectation states.
 #include <gmock/gmock.h>
 
-#include <algorithm>
 #include <string>
+#include <vector>
 
 #include "simwin/station/StationReader.h"
 #include "tests/stations/Leftovers.h"
@@ -94,9 +94,7 @@ constexpr std::string_view kRuntime[] = {
     "msvcrt.dll!free",
     "msvcrt.dll!fwrite",
     "msvcrt.dll!malloc",
-    "msvcrt.dll!memcpy",
     "msvcrt.dll!memmove",
-    "msvcrt.dll!memset",
     "msvcrt.dll!printf",
     "msvcrt.dll!realloc",
     "msvcrt.dll!strchr",
@@ -104,7 +102,6 @@ constexpr std::string_view kRuntime[] = {
     "msvcrt.dll!strlen",
     "msvcrt.dll!strncmp",
     "msvcrt.dll!strncpy",
-    "msvcrt.dll!strrchr",
     "msvcrt.dll!strstr",
     "msvcrt.dll!strtok",
     "msvcrt.dll!strtol",
@@ -115,10 +112,10 @@ constexpr std::string_view kRuntime[] = {
 TEST(RedirectionTest, LeavesNothingOfThePlatformUnanswered) {
     const kvtest::SimulatedModule module;
     ASSERT_TRUE(module.IsLoaded());
-    EXPECT_THAT(module.Unanswered(), ::testing::Not(IsEmpty()));
+    std::vector<std::string> unanswered;
     for (const redirect::Import& import : module.Unanswered())
-        EXPECT_NE(std::find(std::begin(kRuntime), std::end(kRuntime), import.text()), std::end(kRuntime))
-            << import.text() << " would be asked of the real platform";
+        unanswered.push_back(import.text());
+    EXPECT_THAT(unanswered, ::testing::UnorderedElementsAreArray(kRuntime));
 }
 
 TEST(RedirectionTest, EndsWithTheLibraryAsItWas) {
