@@ -3,7 +3,7 @@ option(KV_SANITIZE "AddressSanitizer and UBSan in the native build" ON)
 option(KV_BENCH "The benchmarks; the native ones need libbenchmark-dev" OFF)
 option(KV_COVERAGE "Counts of the lines, branches and conditions that run (native, needs clang 18 or newer)" OFF)
 option(KV_TESTS "The tests" ON)
-option(KV_UNITY "The tool's and simwin's sources compiled many at a time, in half the time; OFF for work on one of them" ON)
+option(KV_UNITY "The sources of the tool, simwin and the tests compiled many at a time, in less than half the time; OFF for work on one of them" ON)
 option(KV_FUZZ "The fuzzers, without the other tests (needs clang and its libFuzzer)" OFF)
 
 set(CMAKE_UNITY_BUILD_BATCH_SIZE 20)

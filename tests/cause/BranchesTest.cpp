@@ -4,6 +4,8 @@
 
 #include <gmock/gmock.h>
 
+#include "tests/watch/BareWindows.h"
+
 namespace kvtest {
 namespace {
 
@@ -12,18 +14,8 @@ using kvstation::memberPlace;
 using kvstation::Place;
 using simwin::Station;
 
-constexpr const char* kWinLogon = "HKEY_LOCAL_MACHINE\\SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion\\WinLogon";
-constexpr const char* kDevices = "HKEY_CURRENT_USER\\Software\\Microsoft\\Windows NT\\CurrentVersion\\Devices";
-constexpr const char* kPrinters = "HKEY_LOCAL_MACHINE\\SYSTEM\\CurrentControlSet\\Control\\Print\\Printers";
-
 Place key(const std::string& path) {
     return {.kind = Place::Kind::Key, .key = path};
-}
-
-Station windows2000() {
-    Station station;
-    station.version = simwin::WindowsVersion{.platformId = 2, .major = 5, .minor = 0, .build = 2195, .servicePack = ""};
-    return station;
 }
 
 kvstation::AskedCall variableAsked(const std::string& name) {

@@ -5,6 +5,7 @@
 
 #include "kvstation/cause/CauseText.h"
 #include "kvstation/record/FieldTable.h"
+#include "tests/watch/BareWindows.h"
 #include "tests/watch/StationRuns.h"
 
 namespace kvtest {
@@ -15,13 +16,9 @@ using kvstation::FieldCauses;
 using kvstation::Role;
 using testing::ElementsAreArray;
 
-constexpr const char* kDevices = "HKEY_CURRENT_USER\\Software\\Microsoft\\Windows NT\\CurrentVersion\\Devices";
-constexpr std::size_t kPrintersLimit = 250;
-
 // What gives or adds to szPrinters, in the order of the explanation, where the printers have these names.
 std::vector<std::string> giversOfPrinters(const std::vector<std::string>& names) {
-    simwin::Station station;
-    station.version = simwin::WindowsVersion{.platformId = 2, .major = 5, .minor = 0, .build = 2195, .servicePack = ""};
+    simwin::Station station = windows2000();
     for (const std::string& name : names)
         station.registry.set(kDevices, simwin::textValue(name, ""));
     kvstation::World world(station);
@@ -76,8 +73,7 @@ TEST(Causes, StandWithTheGiverFirst) {
 
 // Of a disk nobody knows what Windows makes at its start, and who sits there.
 TEST(Causes, ThatNobodyKnowsAreFoundBySupposingThem) {
-    simwin::Station station;
-    station.version = simwin::WindowsVersion{.platformId = 2, .major = 5, .minor = 0, .build = 2195, .servicePack = ""};
+    simwin::Station station = windows2000();
     station.unknown = {"HKEY_CURRENT_USER", "HKEY_LOCAL_MACHINE\\HARDWARE", "drives"};
     std::vector<FieldCauses> all;
     for (const char* name : {"szBiosDate", "szDiskDevices", "szPrinters", "szCDRomDrives", "szProviders"})

@@ -3,6 +3,7 @@
 
 #include <gmock/gmock.h>
 
+#include "tests/watch/BareWindows.h"
 #include "tests/watch/DescribedState.h"
 
 namespace kvtest {
@@ -17,17 +18,7 @@ using testing::Contains;
 using testing::ElementsAre;
 using testing::Not;
 
-constexpr const char* kSystem = "HKEY_LOCAL_MACHINE\\HARDWARE\\DESCRIPTION\\System";
-constexpr const char* kWinLogon = "HKEY_LOCAL_MACHINE\\SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion\\WinLogon";
-constexpr const char* kDevices = "HKEY_CURRENT_USER\\Software\\Microsoft\\Windows NT\\CurrentVersion\\Devices";
 constexpr const char* kMail = "HKEY_LOCAL_MACHINE\\SOFTWARE\\Clients\\Mail";
-constexpr const char* kPrinters = "HKEY_LOCAL_MACHINE\\SYSTEM\\CurrentControlSet\\Control\\Print\\Printers";
-
-Station windows2000() {
-    Station station;
-    station.version = simwin::WindowsVersion{.platformId = 2, .major = 5, .minor = 0, .build = 2195, .servicePack = ""};
-    return station;
-}
 
 // The station as the machine makes it whole, without other branches. `asked` is what a real run asked.
 Station completed(Station station, DescribedState& state, const AskedPlaces& asked = {}) {

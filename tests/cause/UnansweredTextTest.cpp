@@ -3,6 +3,7 @@
 
 #include <gmock/gmock.h>
 
+#include "tests/watch/BareWindows.h"
 #include "tests/watch/StationRuns.h"
 
 namespace kvtest {
@@ -56,7 +57,6 @@ TEST(UnansweredText, LeavesOutWhatIsDescribedOrKnownNotToBeThere) {
 }
 
 TEST(UnansweredText, TellsKeysAndValuesBelowAnUnknownKey) {
-    constexpr const char* kSystem = "HKEY_LOCAL_MACHINE\\HARDWARE\\DESCRIPTION\\System";
     simwin::Station station = addressed();
     station.version = simwin::WindowsVersion{.platformId = 2, .major = 5, .minor = 0, .build = 2195, .servicePack = ""};
     station.registry.set(kSystem, simwin::textValue("Identifier", "AT"));

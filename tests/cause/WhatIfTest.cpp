@@ -3,8 +3,6 @@
 #include <gmock/gmock.h>
 
 #include "kvstation/platform/Errors.h"
-#include "simwin/station/RegistryWriter.h"
-#include "simwin/station/StationWriter.h"
 #include "simwin/text/CodePage.h"
 #include "tests/watch/StationRuns.h"
 
@@ -15,10 +13,6 @@ using kvstation::WhatIf;
 using simwin::Station;
 
 constexpr const char* kKey = "HKEY_LOCAL_MACHINE\\SOFTWARE\\Quorvel\\Test";
-
-std::string filesOf(const Station& station) {
-    return simwin::writeStation(station) + simwin::writeRegistry(station.registry);
-}
 
 const std::string* variable(const Station& station, const std::string& name) {
     for (const simwin::Variable& one : station.environment)

@@ -5,6 +5,7 @@
 
 #include "kvstation/cause/Causes.h"
 #include "simwin/text/CodePage.h"
+#include "tests/watch/BareWindows.h"
 #include "tests/watch/StationRuns.h"
 
 namespace kvtest {
@@ -13,25 +14,17 @@ namespace {
 using kvstation::WholeText;
 using simwin::Station;
 
-constexpr const char* kDevices = "HKEY_CURRENT_USER\\Software\\Microsoft\\Windows NT\\CurrentVersion\\Devices";
-constexpr std::size_t kPrintersLimit = 250;
 constexpr std::size_t kDisplayedNameLimit = 50;
 
-Station windowsNT() {
-    Station station;
-    station.version = simwin::WindowsVersion{.platformId = 2, .major = 5, .minor = 0, .build = 2195, .servicePack = ""};
-    return station;
-}
-
 Station withPrinters(const std::vector<std::string>& names) {
-    Station station = windowsNT();
+    Station station = windows2000();
     for (const std::string& name : names)
         station.registry.set(kDevices, simwin::textValue(name, "winspool,LPT1:"));
     return station;
 }
 
 Station withDisplayedName(const std::string& name) {
-    Station station = windowsNT();
+    Station station = windows2000();
     station.user.displayName = name;
     return station;
 }

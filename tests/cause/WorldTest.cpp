@@ -3,8 +3,6 @@
 #include <gtest/gtest.h>
 
 #include "kvstation/experiments/Experiments.h"
-#include "simwin/station/RegistryWriter.h"
-#include "simwin/station/StationWriter.h"
 #include "tests/cause/StationRun.h"
 #include "tests/watch/StationRuns.h"
 
@@ -12,10 +10,6 @@ namespace kvtest {
 namespace {
 
 using kvstation::World;
-
-std::string filesOf(const simwin::Station& station) {
-    return simwin::writeStation(station) + simwin::writeRegistry(station.registry);
-}
 
 TEST(World, IsTheSameToTheByteOnceEachChangeIsUnmade) {
     const simwin::Station station = stationNamed("metaframe-session");

@@ -23,10 +23,6 @@ using conformance::RealRegistry;
 using kvtest::SimulatedModule;
 using ::testing::IsEmpty;
 
-std::filesystem::path FolderOf(const std::string& station) {
-    return std::filesystem::path(KV_STATIONS) / station;
-}
-
 std::string ContentOf(const std::filesystem::path& path) {
     std::ifstream file(path, std::ios::binary);
     std::ostringstream content;
@@ -44,7 +40,7 @@ class RegistryStationsTest : public ::testing::TestWithParam<std::string> {
     }
     void TearDown() override { kvtest::NameStationInCrashes({}); }
 
-    const simwin::Station station = simwin::readStation(FolderOf(GetParam()));
+    const simwin::Station station = simwin::readStation(kvtest::folderOf(GetParam()));
     const simwin::CodePageScope codePage{station.codePages.ansi};
 };
 
@@ -53,10 +49,11 @@ TEST_P(RegistryStationsTest, ImportedByRegeditGivesTheRecordEnvironmentTraceAndO
     ASSERT_TRUE(module.IsLoaded()) << "error " << GetLastError();
     simwin::Machine machine(station);
     RealRegistry registry(machine.station());
-    kvtest::importRegistry(conformance::movedExport(ContentOf(FolderOf(GetParam()) / "registry.reg"), registry.path()));
+    kvtest::importRegistry(
+        conformance::movedExport(ContentOf(kvtest::folderOf(GetParam()) / "registry.reg"), registry.path()));
     registry.enter();
     const kvtest::CollectedStation found = module.Collect(machine);
-    EXPECT_THAT(kvtest::differences(kvtest::readExpectedStation(FolderOf(GetParam())), found), IsEmpty());
+    EXPECT_THAT(kvtest::differences(kvtest::readExpectedStation(kvtest::folderOf(GetParam())), found), IsEmpty());
     EXPECT_THAT(machine.openHandles(simwin::HandleKind::RegistryKey), IsEmpty()) << "simwin answered of the registry";
 }
 
@@ -82,7 +79,8 @@ void CompareKeys(std::vector<std::string>& lines, const simwin::RegistryTree& wa
 
 TEST_P(RegistryStationsTest, ExportedByRegeditReadsAsTheSameKeysAndValues) {
     RealRegistry registry(station);
-    kvtest::importRegistry(conformance::movedExport(ContentOf(FolderOf(GetParam()) / "registry.reg"), registry.path()));
+    kvtest::importRegistry(
+        conformance::movedExport(ContentOf(kvtest::folderOf(GetParam()) / "registry.reg"), registry.path()));
     const std::string file = kvtest::ReleaseFolder() + "registry-" + std::to_string(GetCurrentProcessId()) + ".reg";
     kvtest::outputOf("regedit /E \"" + file + "\" \"" + registry.path() + "\"");
     const simwin::RegistryTree exported = simwin::readRegistry(ContentOf(file), "exported.reg");

@@ -12,7 +12,7 @@ namespace {
 using namespace std::string_literals;
 using namespace std::string_view_literals;
 
-const WCHAR* wide(std::u16string_view text) {
+const WCHAR* wideUnits(std::u16string_view text) {
     return reinterpret_cast<const WCHAR*>(text.data());
 }
 
@@ -53,7 +53,7 @@ void checkText(Suite& suite, const Check& check, const TextCase& one, UINT codeP
     const auto size = static_cast<int>(one.narrow.size());
     const auto length = static_cast<int>(one.text.size());
     const auto convert = [&](int units, char* buffer, int room, const char* replacement, BOOL* used) {
-        return WideCharToMultiByte(codePage, 0, wide(one.text), units, buffer, room, replacement, used);
+        return WideCharToMultiByte(codePage, 0, wideUnits(one.text), units, buffer, room, replacement, used);
     };
     check.equal(at + ", asked for its size", convert(-1, nullptr, 0, nullptr, nullptr), size);
     check.equal(at + ", asked for its size by length", convert(length - 1, nullptr, 0, nullptr, nullptr),
@@ -94,7 +94,7 @@ void checkRefusals(Suite& suite, const Check& check) {
         check.equal(what + ": result"s, made.result, 0);
         check.equal(what + ": error"s, made.error, error);
     };
-    const WCHAR* text = wide(u"ATI");
+    const WCHAR* text = wideUnits(u"ATI");
     refuses("no text", CP_ACP, nullptr, -1, buffer.data(), 8, ERROR_INVALID_PARAMETER);
     refuses("no characters", CP_ACP, text, 0, buffer.data(), 8, ERROR_INVALID_PARAMETER);
     refuses("no buffer, but room", CP_ACP, text, -1, nullptr, 8, ERROR_INVALID_PARAMETER);

@@ -19,7 +19,7 @@ std::string below(const char* root, std::string_view path) {
     return path.empty() ? root : std::string(root) + "\\" + std::string(path);
 }
 
-bool isText(std::uint32_t type) {
+bool isStoredAsText(std::uint32_t type) {
     const auto known = static_cast<simwin::RegistryType>(type);
     return known == simwin::RegistryType::Text || known == simwin::RegistryType::ExpandText ||
            known == simwin::RegistryType::MultiText;
@@ -39,8 +39,8 @@ void describeRegistry(simwin::Station& station) {
         const std::string path = "HKEY_CURRENT_USER\\" + below(kKey, key.path);
         station.registry.create(path);
         for (const DescribedValue& value : key.values)
-            station.registry.set(
-                path, {value.name, value.type, isText(value.type) ? simwin::fromUtf16(value.stored) : value.stored});
+            station.registry.set(path, {value.name, value.type,
+                                        isStoredAsText(value.type) ? simwin::fromUtf16(value.stored) : value.stored});
     }
 }
 

@@ -8,10 +8,6 @@ namespace {
 
 constexpr std::size_t kMostComplaints = 20;
 
-std::filesystem::path folderOf(const std::string& station) {
-    return std::filesystem::path(KV_STATIONS) / station;
-}
-
 }  // namespace
 
 FaultsTest::FaultsTest()

@@ -12,13 +12,13 @@ namespace {
 
 const std::string kStation = KV_STATIONS "/windows-xp-console";
 
-struct ToolRun {
+struct RunHere {
     int status;
     std::string output;
     std::string errors;
 };
 
-ToolRun run(const std::vector<std::string>& arguments) {
+RunHere runHere(const std::vector<std::string>& arguments) {
     testing::internal::CaptureStdout();
     testing::internal::CaptureStderr();
     const int status = runTool(arguments);
@@ -27,7 +27,7 @@ ToolRun run(const std::vector<std::string>& arguments) {
 }
 
 void expectWrongUse(const std::vector<std::string>& arguments, const std::string& line) {
-    const ToolRun refused = run(arguments);
+    const RunHere refused = runHere(arguments);
     EXPECT_EQ(refused.status, 2) << line;
     EXPECT_EQ(refused.output, "");
     EXPECT_EQ(refused.errors, "kvstation: " + line + "\n");
@@ -56,7 +56,7 @@ TEST(CommandLine, DashesAndLettersOfAnOptionAreTold) {
     for (const char* typed : {"-json", "--JSON", "---json", "-j"})
         expectWrongUse({"layout", typed}, line(typed));
     for (const char* typed : {"---", "-%", "--="})
-        EXPECT_EQ(run({"layout", typed}).status, 2) << typed;
+        EXPECT_EQ(runHere({"layout", typed}).status, 2) << typed;
 }
 
 TEST(CommandLine, AnOptionOfOtherVerbsIsToldAsTheirs) {
@@ -74,21 +74,21 @@ TEST(CommandLine, AnOptionIsNoOthersValue) {
 }
 
 TEST(CommandLine, AValueMayLookLikeAnOptionThatThereIsNot) {
-    const ToolRun taken =
-        run({"simulate", kStation, "--field", "szUserName", "--set", "-KVUser=JDOE", "--unset", "-x"});
+    const RunHere taken =
+        runHere({"simulate", kStation, "--field", "szUserName", "--set", "-KVUser=JDOE", "--unset", "-x"});
     EXPECT_EQ(taken.errors, "");
     EXPECT_EQ(taken.status, 0);
 }
 
 TEST(CommandLine, BehindTwoDashesNothingIsAnOption) {
-    EXPECT_EQ(run({"simulate", "--", "--station"}).errors,
+    EXPECT_EQ(runHere({"simulate", "--", "--station"}).errors,
               "kvstation: --station is no folder; a station is a folder with registry.reg and station.json\n");
 }
 
 TEST(CommandLine, VerbsAndFieldsAreTakenInAnyLetterCase) {
-    const ToolRun shown = run({"SIMULATE", kStation, "--field", "szUserName"});
+    const RunHere shown = runHere({"SIMULATE", kStation, "--field", "szUserName"});
     EXPECT_EQ(shown.status, 0) << shown.errors;
-    EXPECT_EQ(shown.output, run({"simulate", kStation, "--field", "szUserName"}).output);
+    EXPECT_EQ(shown.output, runHere({"simulate", kStation, "--field", "szUserName"}).output);
     EXPECT_EQ(fields()[requireTypedField("SZUSERNAME")].name, "szUserName");
     expectWrongUse({"trace", kStation, "--field", "SZOSS"},
                    "the record has no field 'SZOSS'; close to it: szOS; 'kvstation layout' lists them");
@@ -97,22 +97,22 @@ TEST(CommandLine, VerbsAndFieldsAreTakenInAnyLetterCase) {
 }
 
 TEST(CommandLine, BehindAVerbTheNameOfAnotherIsAFolders) {
-    EXPECT_EQ(run({"simulate", "show"}).errors,
+    EXPECT_EQ(runHere({"simulate", "show"}).errors,
               "kvstation: show is no folder; a station is a folder with registry.reg and station.json\n");
 }
 
 TEST(CommandLine, HelpIsAVerbToo) {
-    EXPECT_EQ(run({"help"}).output, run({"--help"}).output);
-    EXPECT_EQ(run({"help", "Explain"}).output, run({"explain", "--help"}).output);
-    EXPECT_EQ(run({"help", "help"}).output, run({"help", "--help"}).output);
-    EXPECT_EQ(run({"help", "help"}).status, 0);
+    EXPECT_EQ(runHere({"help"}).output, runHere({"--help"}).output);
+    EXPECT_EQ(runHere({"help", "Explain"}).output, runHere({"explain", "--help"}).output);
+    EXPECT_EQ(runHere({"help", "help"}).output, runHere({"help", "--help"}).output);
+    EXPECT_EQ(runHere({"help", "help"}).status, 0);
     expectWrongUse({"help", "simulat"},
                    "'simulat' is no verb; close to it: simulate; 'kvstation --help' lists the verbs");
 }
 
 TEST(CommandLine, TheVersionIsAShortOptionToo) {
-    EXPECT_EQ(run({"-V"}).output, run({"--version"}).output);
-    EXPECT_EQ(run({"-V"}).status, 0);
+    EXPECT_EQ(runHere({"-V"}).output, runHere({"--version"}).output);
+    EXPECT_EQ(runHere({"-V"}).status, 0);
 }
 
 }  // namespace

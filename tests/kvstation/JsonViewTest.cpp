@@ -14,9 +14,9 @@
 namespace kvstation {
 namespace {
 
-using Json = nlohmann::ordered_json;
+using OrderedJson = nlohmann::ordered_json;
 
-std::string errorOf(std::string_view json) {
+std::string jsonError(std::string_view json) {
     try {
         recordFromJson(json, "a.json");
     } catch (const Failure& failure) {
@@ -28,14 +28,14 @@ std::string errorOf(std::string_view json) {
 // The sample with one thing changed.
 template <class Change>
 std::string changed(Change change) {
-    Json json = Json::parse(jsonOf(Record(sampleBytes())));
+    OrderedJson json = OrderedJson::parse(jsonOf(Record(sampleBytes())));
     change(json);
     return json.dump();
 }
 
 TEST(JsonView, HasTheRecordsFieldsInTheOrderOfTheirOffsets) {
     std::vector<std::string> names;
-    const Json json = Json::parse(jsonOf(Record(sampleBytes())));
+    const OrderedJson json = OrderedJson::parse(jsonOf(Record(sampleBytes())));
     for (const auto& item : json.items())
         names.push_back(item.key());
     ASSERT_EQ(names.size(), 61u);
@@ -49,17 +49,18 @@ TEST(JsonView, HasTheRecordsFieldsInTheOrderOfTheirOffsets) {
 TEST(JsonView, TellsBehindTheFieldsWhenAndByWhatARecordWasCollected) {
     Report report;
     report.collected = {.at = "2026-11-22T12:00:00Z", .library = "1.2.0.0", .tool = "1.2.0"};
-    EXPECT_EQ(Json::parse(jsonView(report))["collected"],
-              Json({{"at", "2026-11-22T12:00:00Z"}, {"library", "1.2.0.0"}, {"tool", "1.2.0"}}));
+    EXPECT_EQ(OrderedJson::parse(jsonView(report))["collected"],
+              OrderedJson({{"at", "2026-11-22T12:00:00Z"}, {"library", "1.2.0.0"}, {"tool", "1.2.0"}}));
     EXPECT_EQ(recordFromJson(jsonView(report), "again").collected, report.collected);
     report.collected->library.clear();
-    EXPECT_EQ(Json::parse(jsonView(report))["collected"], Json({{"at", "2026-11-22T12:00:00Z"}, {"tool", "1.2.0"}}))
+    EXPECT_EQ(OrderedJson::parse(jsonView(report))["collected"],
+              OrderedJson({{"at", "2026-11-22T12:00:00Z"}, {"tool", "1.2.0"}}))
         << "a library without a version";
     EXPECT_EQ(recordFromJson(jsonView(report), "again").collected, report.collected);
 }
 
 TEST(JsonView, TellsThatNobodyKnowsWhenARecordWasCollected) {
-    Json json = Json::parse(jsonOf(Record(sampleBytes())));
+    OrderedJson json = OrderedJson::parse(jsonOf(Record(sampleBytes())));
     EXPECT_TRUE(json["collected"].is_null());
     EXPECT_EQ(recordFromJson(json.dump(), "a.json").collected, std::nullopt);
     json.erase("collected");
@@ -67,19 +68,19 @@ TEST(JsonView, TellsThatNobodyKnowsWhenARecordWasCollected) {
 }
 
 TEST(JsonView, RefusesTimesAndVersionsThatAreNone) {
-    const auto errorWith = [](const Json& collected) {
-        return errorOf(changed([&](Json& json) { json["collected"] = collected; }));
+    const auto errorWith = [](const OrderedJson& collected) {
+        return jsonError(changed([&](OrderedJson& json) { json["collected"] = collected; }));
     };
     EXPECT_EQ(errorWith("yesterday"), "a.json: /collected: is no object");
     EXPECT_EQ(errorWith({{"at", "yesterday"}}), "a.json: /collected/at: is no time such as 2026-11-22T12:00:00Z");
     EXPECT_EQ(errorWith({{"tool", 1}}), "a.json: /collected/tool: is no text");
     EXPECT_EQ(errorWith({{"by", "me"}}), "a.json: /collected/by: is not known");
-    EXPECT_EQ(errorOf(R"({"collected": {"tool": "1", "tool": "2"}})"), "a.json: 'collected/tool' stands twice");
-    EXPECT_EQ(errorOf(R"({"collected": {"tool": ["1"]}})"), "a.json: 'collected' is neither a text nor a number");
+    EXPECT_EQ(jsonError(R"({"collected": {"tool": "1", "tool": "2"}})"), "a.json: 'collected/tool' stands twice");
+    EXPECT_EQ(jsonError(R"({"collected": {"tool": ["1"]}})"), "a.json: 'collected' is neither a text nor a number");
 }
 
 TEST(JsonView, TextsAreTextsAndNumbersNumbers) {
-    const Json json = Json::parse(jsonOf(Record(sampleBytes())));
+    const OrderedJson json = OrderedJson::parse(jsonOf(Record(sampleBytes())));
     EXPECT_EQ(json["szStation"], "PC-LAB3");
     EXPECT_EQ(json["dwOEMCodePage"], 850);
     EXPECT_EQ(json["dwSessionId"], 4294967294u);
@@ -92,7 +93,7 @@ TEST(JsonView, IsValidForEveryByteInEveryTextField) {
         bytes.fill(static_cast<char>(byte));
         const Record record(bytes);
         const std::string json = jsonOf(record);
-        ASSERT_TRUE(Json::accept(json)) << byte;
+        ASSERT_TRUE(OrderedJson::accept(json)) << byte;
         const Record again = recordFromJson(json, "again").record;
         for (std::size_t i = 0; i < fields().size(); ++i)
             ASSERT_EQ(again.textOf(i), record.textOf(i)) << byte;
@@ -116,8 +117,8 @@ RecordBytes cutName() {
 TEST(JsonView, HoldsTheBytesOfATextThatEndsInHalfACharacter) {
     const simwin::CodePageScope scope(932);
     const Record record(cutName());
-    const Json json = Json::parse(jsonOf(record));
-    EXPECT_EQ(json["szUserName"], Json({{"text", "\u5C71\uFFFD"}, {"hex", "8E 52 93"}}));
+    const OrderedJson json = OrderedJson::parse(jsonOf(record));
+    EXPECT_EQ(json["szUserName"], OrderedJson({{"text", "\u5C71\uFFFD"}, {"hex", "8E 52 93"}}));
     const Record again = recordFromJson(jsonOf(record), "again").record;
     EXPECT_EQ(again.at("szUserName").bytes, "\x8E\x52\x93");
     EXPECT_EQ(again.at("szUserName").text, "\u5C71\x93");
@@ -128,7 +129,8 @@ TEST(JsonView, HoldsTheBytesWhereTwoCodesMeanOneCharacter) {
     const simwin::CodePageScope scope(932);
     RecordBytes bytes{};
     put(bytes, &STATIONDATA::szUserName, "\xFA\x58");
-    EXPECT_EQ(Json::parse(jsonOf(Record(bytes)))["szUserName"], Json({{"text", "\u3231"}, {"hex", "FA 58"}}));
+    EXPECT_EQ(OrderedJson::parse(jsonOf(Record(bytes)))["szUserName"],
+              OrderedJson({{"text", "\u3231"}, {"hex", "FA 58"}}));
 }
 
 TEST(JsonView, IsValidForEveryByteInEveryTextFieldOfOtherCodePages) {
@@ -150,93 +152,94 @@ TEST(JsonView, BytesThatAreNoCharacterAreReplacedAsElsewhere) {
     for (const char* first : {"", "\xF0", "\xF1", "\xF4"})
         for (std::size_t i = 0; i < kEnds.size() * kEnds.size() * kEnds.size(); ++i) {
             const std::string text = {kEnds[i / 256], kEnds[i / 16 % 16], kEnds[i % 16]};
-            ASSERT_EQ(Json::parse(printed(first + text)).get<std::string>(), simwin::repairedUtf8(first + text))
+            ASSERT_EQ(OrderedJson::parse(printed(first + text)).get<std::string>(), simwin::repairedUtf8(first + text))
                 << visible(first + text);
         }
 }
 
 TEST(JsonView, ReadsATextThatItsCodePageDoesNotHold) {
-    Json json = Json::parse(jsonOf(Record(RecordBytes{})));
+    OrderedJson json = OrderedJson::parse(jsonOf(Record(RecordBytes{})));
     json["szUserName"] = "\u5C71";
     const Record record = recordFromJson(json.dump(), "a.json").record;
     EXPECT_EQ(record.at("szUserName").text, "\u5C71");
-    EXPECT_EQ(Json::parse(jsonOf(record))["szUserName"], "\u5C71");
+    EXPECT_EQ(OrderedJson::parse(jsonOf(record))["szUserName"], "\u5C71");
 }
 
 TEST(JsonView, RefusesBytesThatAreNone) {
     for (const char* hex : {"8", "xx", "8E 5"}) {
-        const auto wrong = [&](Json& json) { json["szUserName"] = {{"hex", hex}}; };
+        const auto wrong = [&](OrderedJson& json) { json["szUserName"] = {{"hex", hex}}; };
         EXPECT_EQ(
-            errorOf(changed(wrong)),
+            jsonError(changed(wrong)),
             "a.json: szUserName must be a text, or its bytes as two hexadecimal digits each: {\"hex\": \"41 42\"}")
             << hex;
     }
-    EXPECT_EQ(errorOf(changed([](Json& json) { json["szUserName"] = Json::object(); })),
+    EXPECT_EQ(jsonError(changed([](OrderedJson& json) { json["szUserName"] = OrderedJson::object(); })),
               "a.json: szUserName must be a text, or its bytes as two hexadecimal digits each: {\"hex\": \"41 42\"}");
 }
 
 TEST(JsonView, TellsWhereForeignTextStopsBeingJson) {
-    EXPECT_EQ(errorOf("{\"szStation\": \"A\", }"), "a.json: byte 20: this is no JSON");
+    EXPECT_EQ(jsonError("{\"szStation\": \"A\", }"), "a.json: byte 20: this is no JSON");
 }
 
 TEST(JsonView, RefusesTextThatIsNotUtf8) {
-    EXPECT_THAT(errorOf("{\"szStation\": \"\xFF\"}"), testing::StartsWith("a.json: byte "));
+    EXPECT_THAT(jsonError("{\"szStation\": \"\xFF\"}"), testing::StartsWith("a.json: byte "));
 }
 
 TEST(JsonView, RefusesJsonThatIsNoObject) {
-    EXPECT_EQ(errorOf("[1]"), "a.json: a station record in JSON is one object");
+    EXPECT_EQ(jsonError("[1]"), "a.json: a station record in JSON is one object");
 }
 
 TEST(JsonView, RefusesForeignNames) {
-    EXPECT_EQ(errorOf("{\"name\": 1}"), "a.json: 'name' is no field of a station record");
+    EXPECT_EQ(jsonError("{\"name\": 1}"), "a.json: 'name' is no field of a station record");
 }
 
 TEST(JsonView, RefusesARecordWithAFieldMissing) {
-    EXPECT_EQ(errorOf(changed([](Json& json) { json.erase("szOS"); })),
+    EXPECT_EQ(jsonError(changed([](OrderedJson& json) { json.erase("szOS"); })),
               "a.json: szOS is missing: a station record in JSON has every field");
 }
 
 TEST(JsonView, RefusesANumberInTheTextsPlace) {
-    EXPECT_EQ(errorOf(changed([](Json& json) { json["szOS"] = 5; })), "a.json: szOS must be a text");
+    EXPECT_EQ(jsonError(changed([](OrderedJson& json) { json["szOS"] = 5; })), "a.json: szOS must be a text");
 }
 
 TEST(JsonView, RefusesATextLongerThanItsField) {
-    EXPECT_EQ(errorOf(changed([](Json& json) { json["szBiosDate"] = "123456789012"; })),
+    EXPECT_EQ(jsonError(changed([](OrderedJson& json) { json["szBiosDate"] = "123456789012"; })),
               "a.json: szBiosDate is longer than its 11 bytes");
 }
 
 TEST(JsonView, RefusesNumbersThatAreNoWholeNumbersOf32Bits) {
     const char* const expected = "a.json: dwOEMCodePage must be a whole number of 32 bits";
-    for (const Json& value : {Json("850"), Json(850.5), Json(2147483648u), Json(-2147483649), Json(true), Json()})
-        EXPECT_EQ(errorOf(changed([&](Json& json) { json["dwOEMCodePage"] = value; })), expected) << value;
-    EXPECT_EQ(errorOf(changed([](Json& json) { json["dwSessionId"] = -1; })),
+    for (const OrderedJson& value : {OrderedJson("850"), OrderedJson(850.5), OrderedJson(2147483648u),
+                                     OrderedJson(-2147483649), OrderedJson(true), OrderedJson()})
+        EXPECT_EQ(jsonError(changed([&](OrderedJson& json) { json["dwOEMCodePage"] = value; })), expected) << value;
+    EXPECT_EQ(jsonError(changed([](OrderedJson& json) { json["dwSessionId"] = -1; })),
               "a.json: dwSessionId must be a whole number of 32 bits");
-    EXPECT_EQ(errorOf(changed([](Json& json) { json["dwSessionId"] = 4294967295u; })), "no error");
-    EXPECT_EQ(errorOf(changed([](Json& json) { json["dwOEMCodePage"] = -2147483647 - 1; })), "no error");
+    EXPECT_EQ(jsonError(changed([](OrderedJson& json) { json["dwSessionId"] = 4294967295u; })), "no error");
+    EXPECT_EQ(jsonError(changed([](OrderedJson& json) { json["dwOEMCodePage"] = -2147483647 - 1; })), "no error");
 }
 
 TEST(JsonView, RefusesAFieldThatStandsTwice) {
     std::string json = jsonOf(Record(sampleBytes()));
     json.insert(1, "\"szOS\": \"Windows NT 10.0 (Build 22621)\",");
-    EXPECT_EQ(errorOf(json), "a.json: 'szOS' stands twice");
+    EXPECT_EQ(jsonError(json), "a.json: 'szOS' stands twice");
 }
 
 TEST(JsonView, NamesTheFieldWhoseNumberIsBeyondEveryRange) {
     std::string json = jsonOf(Record(sampleBytes()));
     const std::string number = "4294967294";
     json.replace(json.find(number), number.size(), "1e999");
-    EXPECT_EQ(errorOf(json), "a.json: 'dwSessionId' has a number that is too large");
+    EXPECT_EQ(jsonError(json), "a.json: 'dwSessionId' has a number that is too large");
 }
 
 TEST(JsonView, SurvivesDeepNesting) {
-    EXPECT_EQ(errorOf(std::string(100000, '[')), "a.json: a station record in JSON is one object");
-    EXPECT_EQ(errorOf("{\"szOS\": " + std::string(100000, '[')), "a.json: 'szOS' is neither a text nor a number");
-    EXPECT_EQ(errorOf("{\"szOS\": {\"hex\": [] } }"), "a.json: 'szOS' is neither a text nor a number");
-    EXPECT_EQ(errorOf("{\"szOS\": {\"bytes\": 1 } }"), "a.json: 'szOS' is neither a text nor a number");
+    EXPECT_EQ(jsonError(std::string(100000, '[')), "a.json: a station record in JSON is one object");
+    EXPECT_EQ(jsonError("{\"szOS\": " + std::string(100000, '[')), "a.json: 'szOS' is neither a text nor a number");
+    EXPECT_EQ(jsonError("{\"szOS\": {\"hex\": [] } }"), "a.json: 'szOS' is neither a text nor a number");
+    EXPECT_EQ(jsonError("{\"szOS\": {\"bytes\": 1 } }"), "a.json: 'szOS' is neither a text nor a number");
     std::string objects;
     for (int i = 0; i < 20000; ++i)
         objects += "{\"szOS\":";
-    EXPECT_EQ(errorOf(objects), "a.json: 'szOS' is neither a text nor a number");
+    EXPECT_EQ(jsonError(objects), "a.json: 'szOS' is neither a text nor a number");
 }
 
 }  // namespace

@@ -6,8 +6,8 @@
 #include <algorithm>
 #include <cstddef>
 #include <nlohmann/json.hpp>
-#include <sstream>
 
+#include "Samples.h"
 #include "include/kvcstat.h"
 #include "kvstation/platform/Files.h"
 #include "kvstation/record/FieldTable.h"
@@ -61,14 +61,6 @@ TEST(Layout, JsonHasAnObjectForEachField) {
     EXPECT_EQ(json[3]["name"], "dwKeyboardType");
     EXPECT_EQ(json[3]["hex"], "0x0168");
     EXPECT_FALSE(json[3].contains("limit"));
-}
-
-std::vector<std::string> linesOf(const std::string& text) {
-    std::vector<std::string> lines;
-    std::istringstream stream(text);
-    for (std::string line; std::getline(stream, line);)
-        lines.push_back(line);
-    return lines;
 }
 
 // Its last column is what experiments find, which a test of the real library holds.

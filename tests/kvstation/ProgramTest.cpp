@@ -6,9 +6,9 @@
 #include <filesystem>
 #include <nlohmann/json.hpp>
 
-#include "RunningProgram.h"
 #include "Samples.h"
 #include "TemporaryFolder.h"
+#include "ToolRun.h"
 #include "Verbs.h"
 #include "kvstation/platform/Files.h"
 #include "kvstation/report/JsonView.h"
@@ -23,16 +23,7 @@ using testing::IsEmpty;
 using testing::Not;
 using testing::StartsWith;
 
-const std::string kStation = KV_STATIONS "/windows-xp-console";
-
-std::vector<std::string> commandLine(std::vector<std::string> arguments) {
-    arguments.insert(arguments.begin(), KVSTATION_PROGRAM);
-    return arguments;
-}
-
-ProgramRun run(const std::vector<std::string>& arguments) {
-    return runProgram(commandLine(arguments));
-}
+const std::string kConsole = KV_STATIONS "/windows-xp-console";
 
 // One line on standard error, nothing on standard output.
 void expectRefusal(const ProgramRun& refused, int status, const std::string& line) {
@@ -203,7 +194,7 @@ TEST_F(Program, AnEmptyFileNameIsWrongUse) {
     };
     expectRefusal(run({"decode", raw, "--html", ""}), 2, line("--html", "decode"));
     expectRefusal(run({"decode", raw, "--raw", ""}), 2, line("--raw", "decode"));
-    expectRefusal(run({"simulate", kStation, "--html", ""}), 2, line("--html", "simulate"));
+    expectRefusal(run({"simulate", kConsole, "--html", ""}), 2, line("--html", "simulate"));
     expectRefusal(run({"decode", ""}), 2, line("FILE", "decode"));
     expectRefusal(run({"simulate", ""}), 2, line("STATION", "simulate"));
     expectRefusal(run({"diff", raw, ""}), 2, line("B", "diff"));
@@ -275,11 +266,11 @@ TEST_F(Program, ARecordThatCannotBeReadIsNoDifference) {
 }
 
 TEST_F(Program, SimulatesADescribedStation) {
-    const ProgramRun simulated = run({"simulate", kStation, "--json"});
+    const ProgramRun simulated = run({"simulate", kConsole, "--json"});
     EXPECT_EQ(simulated.errors, "");
     ASSERT_EQ(simulated.status, 0);
     const auto record = nlohmann::json::parse(simulated.output);
-    auto expected = nlohmann::json::parse(readFile(kStation + "/expected.json", 1 << 20))["record"];
+    auto expected = nlohmann::json::parse(readFile(kConsole + "/expected.json", 1 << 20))["record"];
     expected["collected"] = nullptr;  // the station was written by hand
     EXPECT_EQ(record, expected);
 }
@@ -334,8 +325,8 @@ TEST_F(NamedStation, IsNotWrittenOver) {
 }
 
 TEST_F(Program, TellsTheTimesOfASimulationAsItsOwn) {
-    const ProgramRun plain = run({"simulate", kStation});
-    const ProgramRun timed = run({"simulate", kStation, "--times"});
+    const ProgramRun plain = run({"simulate", kConsole});
+    const ProgramRun timed = run({"simulate", kConsole, "--times"});
     EXPECT_EQ(timed.status, 0);
     EXPECT_EQ(timed.errors, "");
     EXPECT_THAT(
@@ -345,12 +336,12 @@ TEST_F(Program, TellsTheTimesOfASimulationAsItsOwn) {
     EXPECT_THAT(timed.output, testing::ContainsRegex("[0-9] ms  szUserName \\([0-9]+ calls\\)\n"));
     EXPECT_THAT(timed.output, HasSubstr("\n\nTime in each platform call\n"));
     EXPECT_THAT(timed.output, HasSubstr("\n\nSlowest calls\n"));
-    EXPECT_EQ(run({"simulate", kStation, "--times", "--json"}).status, 2);
-    EXPECT_EQ(run({"simulate", kStation, "--times", "--field", "szOS"}).status, 2);
+    EXPECT_EQ(run({"simulate", kConsole, "--times", "--json"}).status, 2);
+    EXPECT_EQ(run({"simulate", kConsole, "--times", "--field", "szOS"}).status, 2);
 }
 
 TEST_F(Program, TracesADescribedStation) {
-    const ProgramRun traced = run({"trace", kStation});
+    const ProgramRun traced = run({"trace", kConsole});
     EXPECT_EQ(traced.status, 0);
     EXPECT_EQ(traced.errors, "");
     EXPECT_THAT(traced.output, StartsWith("  | Reading station data.\nKVGetEnv(\"KVUser\", 512) = nothing  -> "));
@@ -358,18 +349,18 @@ TEST_F(Program, TracesADescribedStation) {
 }
 
 TEST_F(Program, ExplainsAFieldOfADescribedStation) {
-    const ProgramRun explained = run({"explain", "SZMacAddress", kStation});
+    const ProgramRun explained = run({"explain", "SZMacAddress", kConsole});
     EXPECT_EQ(explained.status, 0);
     EXPECT_EQ(explained.errors, "");
     EXPECT_THAT(explained.output, StartsWith("szMACAddress = "));
     EXPECT_THAT(explained.output, HasSubstr("\n  gives    00-1a-a0-3f-c7-e2"));
-    EXPECT_EQ(run({"explain", "szMacAdress", kStation}).status, 2);
+    EXPECT_EQ(run({"explain", "szMacAdress", kConsole}).status, 2);
 }
 
 TEST_F(Program, ASimulatedStationEqualsItsRecord) {
     const std::string bytes = folder / "station.bin";
-    ASSERT_EQ(run({"simulate", kStation, "--raw", bytes}).status, 0);
-    EXPECT_EQ(run({"diff", kStation, bytes}).status, 0);
+    ASSERT_EQ(run({"simulate", kConsole, "--raw", bytes}).status, 0);
+    EXPECT_EQ(run({"diff", kConsole, bytes}).status, 0);
 }
 
 TEST_F(Program, AFolderThatDescribesNoStationIsOneLine) {

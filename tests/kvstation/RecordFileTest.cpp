@@ -11,7 +11,7 @@
 namespace kvstation {
 namespace {
 
-std::string errorOf(std::string_view bytes) {
+std::string fileError(std::string_view bytes) {
     try {
         recordFromFileBytes(bytes, "a.bin");
     } catch (const Failure& failure) {
@@ -85,9 +85,9 @@ TEST(RecordFile, ReadsSurrogatesInPairsAndReplacesHalves) {
 
 TEST(RecordFile, RefusesUtf16ThatIsNoJson) {
     const std::string end = " bytes, where a raw record has " + std::to_string(KVCSTAT_RECORD_SIZE);
-    EXPECT_EQ(errorOf("\xFF\xFE"), "a.bin is no station record: it is no JSON object and has 2" + end);
-    EXPECT_EQ(errorOf("\xFE\xFF{"), "a.bin is no station record: it is no JSON object and has 3" + end);
-    EXPECT_EQ(errorOf(asUtf16(u"\xFEFF{", false)), "a.bin: byte 2: this is no JSON");
+    EXPECT_EQ(fileError("\xFF\xFE"), "a.bin is no station record: it is no JSON object and has 2" + end);
+    EXPECT_EQ(fileError("\xFE\xFF{"), "a.bin is no station record: it is no JSON object and has 3" + end);
+    EXPECT_EQ(fileError(asUtf16(u"\xFEFF{", false)), "a.bin: byte 2: this is no JSON");
 }
 
 TEST(RecordFile, ARawRecordMayBeginLikeUtf16) {
@@ -107,9 +107,9 @@ TEST(RecordFile, ARawRecordMayBeginLikeJson) {
 TEST(RecordFile, RefusesEveryOtherSize) {
     constexpr std::size_t kSize = KVCSTAT_RECORD_SIZE;
     const std::string end = " bytes, where a raw record has " + std::to_string(KVCSTAT_RECORD_SIZE);
-    EXPECT_EQ(errorOf(""), "a.bin is no station record: it is no JSON object and has 0" + end);
+    EXPECT_EQ(fileError(""), "a.bin is no station record: it is no JSON object and has 0" + end);
     for (const std::size_t size : {std::size_t{1}, kSize - 1, kSize + 1, sizeof(STATIONDATA) + 1, 2 * kSize})
-        EXPECT_EQ(errorOf(std::string(size, '\0')),
+        EXPECT_EQ(fileError(std::string(size, '\0')),
                   "a.bin is no station record: it is no JSON object and has " + std::to_string(size) + end);
 }
 
@@ -117,7 +117,7 @@ TEST(RecordFile, AnyBytesOfTheRightSizeAreARecord) {
     for (int byte = 0; byte < 256; ++byte) {
         if (byte == '{')
             continue;
-        EXPECT_EQ(errorOf(std::string(KVCSTAT_RECORD_SIZE, static_cast<char>(byte))), "no error") << byte;
+        EXPECT_EQ(fileError(std::string(KVCSTAT_RECORD_SIZE, static_cast<char>(byte))), "no error") << byte;
     }
 }
 

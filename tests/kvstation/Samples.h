@@ -1,8 +1,11 @@
-// Records for the tests.
+// Records for the tests, and what is told of them by lines.
 #pragma once
 
 #include <cstring>
+#include <sstream>
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include "kvstation/report/JsonView.h"
 #include "tests/stations/RecordPlace.h"
@@ -36,6 +39,14 @@ inline std::string jsonOf(const Record& record) {
     Report report;
     report.record = record;
     return jsonView(report);
+}
+
+inline std::vector<std::string> linesOf(const std::string& text) {
+    std::vector<std::string> lines;
+    std::istringstream stream(text);
+    for (std::string line; std::getline(stream, line);)
+        lines.push_back(line);
+    return lines;
 }
 
 }  // namespace kvstation

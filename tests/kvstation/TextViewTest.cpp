@@ -16,16 +16,6 @@ Report sampleReport() {
     return {Record(sampleBytes()), sampleBytes(), "Windows 11", "a test"};
 }
 
-std::vector<std::string> linesOf(const std::string& text) {
-    std::vector<std::string> lines;
-    for (std::size_t begin = 0; begin < text.size();) {
-        const std::size_t end = text.find('\n', begin);
-        lines.push_back(text.substr(begin, end - begin));
-        begin = end + 1;
-    }
-    return lines;
-}
-
 TEST(TextView, ShowsWhatWasFoundInItsGroups) {
     const std::string expected =
         "Station\n"

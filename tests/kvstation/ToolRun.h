@@ -5,9 +5,13 @@
 
 namespace kvstation {
 
-inline ProgramRun run(std::vector<std::string> arguments) {
+inline std::vector<std::string> commandLine(std::vector<std::string> arguments) {
     arguments.insert(arguments.begin(), KVSTATION_PROGRAM);
-    return runProgram(arguments);
+    return arguments;
+}
+
+inline ProgramRun run(const std::vector<std::string>& arguments) {
+    return runProgram(commandLine(arguments));
 }
 
 }  // namespace kvstation

@@ -15,7 +15,7 @@ using namespace simwin;
 using testing::IsEmpty;
 using testing::SizeIs;
 
-Station described() {
+Station filesDescribed() {
     Station station;
     station.files = {{"C:\\Program Files\\Client\\Tool.exe", FileVersion{6, 0, 2900, 2180}, {}},
                      {"C:\\plain.txt", {}, {}}};
@@ -27,7 +27,7 @@ Station described() {
 
 class Files : public testing::Test {
   protected:
-    Running running{described()};
+    Running running{filesDescribed()};
 };
 
 using FindFirstFileATest = Files;

@@ -13,7 +13,7 @@ using namespace simwin;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-Station described() {
+Station namesDescribed() {
     Station station;
     station.user.name = "jdoe";
     station.user.samCompatible = "LAB\\jdoe";
@@ -31,7 +31,7 @@ Station described() {
 
 class Names : public testing::Test {
   protected:
-    Running running{described()};
+    Running running{namesDescribed()};
     std::array<char, 32> buffer{};
     DWORD size = 32;
 };

@@ -16,7 +16,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
 
-Station described() {
+Station networkDescribed() {
     Station station;
     station.network.hostName = "pc-lab3";
     station.network.hosts = {{"pc-lab3", "pc-lab3.lab.example", 2, {"\x0A\0\0\5"s, "\x0A\0\0\6"s}},
@@ -34,7 +34,7 @@ Station described() {
 
 class NetworkCalls : public testing::Test {
   protected:
-    Running running{described()};
+    Running running{networkDescribed()};
 };
 
 using NetbiosTest = NetworkCalls;

@@ -18,7 +18,7 @@ RegistryValue rawValue(const char* name, DWORD type, std::string bytes) {
     return {name, type, std::move(bytes)};
 }
 
-Station described() {
+Station registryDescribed() {
     Station station;
     station.registry.set(kProduct, textValue("Name", "abc"));
     station.registry.set(kProduct, textValue("", "default"));
@@ -39,7 +39,7 @@ class Registry : public testing::Test {
         return key;
     }
 
-    Running running{described()};
+    Running running{registryDescribed()};
 };
 
 using RegOpenKeyATest = Registry;
@@ -108,7 +108,7 @@ TEST_F(RegOpenKeyATest, NeedsNoKeyUnderAHiveThatIsNotDescribed) {
 }
 
 TEST(RegOpenKeyExATest, OpensANewHandleToAnOpenKeyWithoutASubKey) {
-    const Running running(described());
+    const Running running(registryDescribed());
     HKEY key = nullptr;
     ASSERT_EQ(RegOpenKeyExA(HKEY_LOCAL_MACHINE, "SOFTWARE", 0, KEY_READ, &key), ERROR_SUCCESS);
     HKEY again = nullptr;
@@ -119,7 +119,7 @@ TEST(RegOpenKeyExATest, OpensANewHandleToAnOpenKeyWithoutASubKey) {
 }
 
 TEST(RegOpenKeyExATest, DeniesADeniedKeyAndNotThoseBelowIt) {
-    Station station = described();
+    Station station = registryDescribed();
     station.deniedKeys = {kProduct};
     const Running running(station);
     HKEY key = nullptr;
@@ -186,7 +186,7 @@ TEST_F(RegQueryValueExATest, WritesATerminatorBehindAnOpenTextOnlyWhereThereIsRo
 }
 
 TEST(RegQueryValueExA9x, LeavesAnOpenTextOpen) {
-    Station station = described();
+    Station station = registryDescribed();
     station.version.emplace().platformId = 1;
     const Running running(station);
     HKEY key = nullptr;
@@ -234,7 +234,7 @@ TEST_F(RegEnumKeyATest, NeedsRoomForTheTerminatorToo) {
 }
 
 TEST(RegEnumAnyATest, LeavesMoreThanItsErrorWhenItFailsOnPurpose) {
-    Station station = described();
+    Station station = registryDescribed();
     station.fails = {{"RegEnumKeyA", 5}, {"RegEnumValueA", 5}};
     const Running running(station);
     std::array<char, 8> name{};

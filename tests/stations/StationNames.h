@@ -19,6 +19,10 @@ inline std::vector<std::string> stationNames() {
     return names;
 }
 
+inline std::filesystem::path folderOf(const std::string& station) {
+    return std::filesystem::path(KV_STATIONS) / station;
+}
+
 // Names the test of a station, which may have no hyphens.
 struct NameOfStationTest {
     template <class Test>

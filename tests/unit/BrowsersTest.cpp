@@ -3,12 +3,12 @@
 
 namespace {
 
+using kvtest::kClasses;
+using kvtest::kExplorer;
+using kvtest::kFirefox;
 using namespace std::string_literals;
 
-constexpr char kClasses[] = "HKEY_CLASSES_ROOT\\";
-constexpr char kExplorer[] = "HKEY_LOCAL_MACHINE\\Software\\Microsoft\\Internet Explorer";
 constexpr char kNetscape[] = "HKEY_LOCAL_MACHINE\\Software\\Netscape\\";
-constexpr char kFirefox[] = "HKEY_LOCAL_MACHINE\\Software\\Mozilla\\Mozilla Firefox";
 constexpr char kOpera[] = "HKEY_CURRENT_USER\\Software\\Opera Software";
 
 class BrowsersTest : public kvtest::NetworkTest {

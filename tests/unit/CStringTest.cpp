@@ -5,6 +5,7 @@
 #include <cstring>
 #include <string>
 
+#include "MachineTest.h"
 #include "framework/String.h"
 #include "framework/StringData.h"
 #include "simwin/machine/Machine.h"
@@ -12,9 +13,7 @@
 
 namespace {
 
-std::string Str(const CString& text) {
-    return static_cast<const char*>(text);
-}
+using kvtest::Str;
 
 TEST(CString, IsEmptyWhenConstructedFromNothingNullOrEmptyText) {
     EXPECT_TRUE(CString().IsEmpty());

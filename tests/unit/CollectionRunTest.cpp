@@ -11,15 +11,15 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, LPVOID reserved
 
 namespace {
 
+using kvtest::kCitrix;
+using kvtest::kExplorer;
+using kvtest::kFirefox;
+using kvtest::kMail;
 using simwin::HandleKind;
 using ::testing::ElementsAre;
 using ::testing::SizeIs;
 
-constexpr char kCitrix[] = "HKEY_LOCAL_MACHINE\\SYSTEM\\CurrentControlSet\\Control\\Citrix";
-constexpr char kSystem[] = "HKEY_LOCAL_MACHINE\\HARDWARE\\DESCRIPTION\\System";
-constexpr char kExplorer[] = "HKEY_LOCAL_MACHINE\\Software\\Microsoft\\Internet Explorer";
-constexpr char kFirefox[] = "HKEY_LOCAL_MACHINE\\Software\\Mozilla\\Mozilla Firefox";
-constexpr char kMail[] = "HKEY_LOCAL_MACHINE\\SOFTWARE\\Clients\\Mail\\";
+constexpr char kDescription[] = "HKEY_LOCAL_MACHINE\\HARDWARE\\DESCRIPTION\\System";
 
 class CollectionRunTest : public kvtest::MachineTest {
   protected:
@@ -244,14 +244,14 @@ TEST_F(CollectionRunTest, BrowserFlagsSayWhichWordsTheBrowserTextHolds) {
 }
 
 TEST_F(CollectionRunTest, MailFlagsSayWhichWordsTheMailTextHolds) {
-    station.registry.create(std::string(kMail) + "Microsoft Outlook");
+    station.registry.create(std::string(kMail) + "\\Microsoft Outlook");
     CollectOverPattern();
     EXPECT_EQ(record.Number(&STATIONDATA::bOutlook), 1u);
     EXPECT_EQ(record.Number(&STATIONDATA::bExchange), 0u);
 
     station.registry = {};
-    station.registry.create(std::string(kMail) + "Microsoft Exchange");
-    station.registry.create(std::string(kMail) + "outlook");
+    station.registry.create(std::string(kMail) + "\\Microsoft Exchange");
+    station.registry.create(std::string(kMail) + "\\outlook");
     CollectOverPattern();
     EXPECT_EQ(record.Number(&STATIONDATA::bOutlook), 0u);
     EXPECT_EQ(record.Number(&STATIONDATA::bExchange), 1u);
@@ -260,13 +260,13 @@ TEST_F(CollectionRunTest, MailFlagsSayWhichWordsTheMailTextHolds) {
 TEST_F(CollectionRunTest, BiosDateOfAnyLengthCountsTheCDRomDrivesAndWritesNothingBehindTheRecord) {
     DescribeDrive('D', 5);
     DescribeDrive('E', 5);
-    station.registry.set(kSystem, simwin::textValue("SystemBiosDate", "12/3"));
+    station.registry.set(kDescription, simwin::textValue("SystemBiosDate", "12/3"));
     Collect();
     EXPECT_EQ(record.Text(&STATIONDATA::szCDRomDrives), "D:\\;");
     EXPECT_EQ(record.Text(&STATIONDATA::szBiosDate), "12/3");
 
     // 2000 zeros from the drives on, into the operating system; what is copied later stands again.
-    station.registry.set(kSystem, simwin::textValue("SystemBiosDate", std::string(2000, '9')));
+    station.registry.set(kDescription, simwin::textValue("SystemBiosDate", std::string(2000, '9')));
     CollectOverPattern();
     EXPECT_EQ(record.Text(&STATIONDATA::szCDRomDrives), "D:\\;E:\\");
     EXPECT_EQ(record.At(&STATIONDATA::reserved1983), std::string(sizeof(STATIONDATA::reserved1983), '\0'));
@@ -274,7 +274,7 @@ TEST_F(CollectionRunTest, BiosDateOfAnyLengthCountsTheCDRomDrivesAndWritesNothin
     EXPECT_EQ(record.Text(&STATIONDATA::szBiosDate).substr(0, 10), "9999999999");
     EXPECT_TRUE(record.IsUntouched(&STATIONDATA::reserved4608));
 
-    station.registry.set(kSystem, simwin::textValue("SystemBiosDate", std::string(65536, '9')));
+    station.registry.set(kDescription, simwin::textValue("SystemBiosDate", std::string(65536, '9')));
     CollectOverPattern();
     EXPECT_EQ(record.At(&STATIONDATA::reserved4608), std::string(sizeof(STATIONDATA::reserved4608), '\0'));
     EXPECT_TRUE(record.IsUntouchedBehindTheRecord());
@@ -283,12 +283,12 @@ TEST_F(CollectionRunTest, BiosDateOfAnyLengthCountsTheCDRomDrivesAndWritesNothin
 TEST_F(CollectionRunTest, FieldsCopiedBeforeTheCDRomListsAreLostToALongPadding) {
     station.registry.set("HKEY_LOCAL_MACHINE\\Software\\Microsoft\\Windows NT\\CurrentVersion\\NetworkCards\\1",
                          simwin::textValue("Description", "AMD PCNET PCI Ethernet Adapter"));
-    station.registry.set(kSystem, simwin::textValue("SystemBiosDate", "12/03/02"));
+    station.registry.set(kDescription, simwin::textValue("SystemBiosDate", "12/03/02"));
     Collect();
     EXPECT_EQ(record.Text(&STATIONDATA::szNetworkAdapters), "AMD PCNET PCI Ethernet Adapter");
 
     // The adapters are copied before the padding that starts at the CD-ROM devices, the operating system after it.
-    station.registry.set(kSystem, simwin::textValue("SystemBiosDate", std::string(3000, '9')));
+    station.registry.set(kDescription, simwin::textValue("SystemBiosDate", std::string(3000, '9')));
     Collect();
     EXPECT_EQ(record.Text(&STATIONDATA::szNetworkAdapters), "");
     EXPECT_EQ(record.Text(&STATIONDATA::szOS), "Windows NT 5.1 (Build 2600) Service Pack 3");

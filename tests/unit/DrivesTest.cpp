@@ -5,6 +5,7 @@
 namespace {
 
 using kvtest::Hardware;
+using kvtest::kMB;
 using kvtest::Str;
 using ::testing::ElementsAre;
 
@@ -13,7 +14,6 @@ constexpr std::uint32_t kFixed = 3;
 constexpr std::uint32_t kRemote = 4;
 constexpr std::uint32_t kCDRom = 5;
 constexpr std::uint32_t kRamDisk = 6;
-constexpr std::uint64_t kMB = 1048576;
 
 class DrivesTest : public kvtest::HardwareTest {
   protected:

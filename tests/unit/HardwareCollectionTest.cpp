@@ -10,13 +10,13 @@ namespace {
 
 using kvtest::FailingAllocation;
 using kvtest::Hardware;
+using kvtest::kDevices;
+using kvtest::kPrinters;
 using kvtest::LiveAllocations;
 using kvtest::Str;
 
 constexpr char kProcessor[] = "HARDWARE\\DESCRIPTION\\System\\CentralProcessor\\0";
 constexpr char kUnit[] = "HARDWARE\\DEVICEMAP\\Scsi\\Scsi Port 0\\Scsi Bus 0\\Target Id ";
-constexpr char kPrinters[] = "SYSTEM\\CurrentControlSet\\Control\\Print\\Printers\\";
-constexpr char kDevices[] = "HKEY_CURRENT_USER\\Software\\Microsoft\\Windows NT\\CurrentVersion\\Devices";
 
 class HardwareCollectionTest : public kvtest::HardwareTest {
   protected:
@@ -74,8 +74,8 @@ class HardwareCollectionTest : public kvtest::HardwareTest {
             SetText(std::string("Enum\\ESDI\\DISK\\") + instance, "DeviceDesc", "disk");
             SetText(std::string("Enum\\ESDI\\DISK\\") + instance, "Class", "DiskDrive");
         }
-        SetText(std::string(kPrinters) + "Laser", "Port", "LPT1:");
-        SetText(std::string(kPrinters) + "Deskjet", "Port", "LPT2:");
+        SetText(std::string(kPrinters) + "\\Laser", "Port", "LPT1:");
+        SetText(std::string(kPrinters) + "\\Deskjet", "Port", "LPT2:");
         SetText("Enum\\PCI\\VEN_1002\\0000", "Class", "Display");
         SetText("Enum\\PCI\\VEN_1002\\0000", "DeviceDesc", "ATI");
         SetText("Enum\\Monitor\\Default_Monitor\\0001", "DeviceDesc", "monitor");

@@ -12,6 +12,12 @@
 
 namespace kvtest {
 
+// Below HKEY_LOCAL_MACHINE.
+inline constexpr char kPrinters[] = "SYSTEM\\CurrentControlSet\\Control\\Print\\Printers";
+inline constexpr char kSystem[] = "HARDWARE\\DESCRIPTION\\System";
+
+inline constexpr std::uint64_t kMB = 1048576;
+
 // The hardware collector with the OS collector that it asks. To be made after the machine's start and gone before its
 // end, as in the module's run.
 struct Hardware {

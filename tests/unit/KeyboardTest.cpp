@@ -9,7 +9,7 @@ using kvtest::Str;
 
 constexpr char kEnum[] = "SYSTEM\\CurrentControlSet\\Enum\\";
 constexpr char kTreeRoot[] = "SYSTEM\\CurrentControlSet\\Enum\\HTREE\\ROOT\\0";
-constexpr char kRoot[] = "Enum\\Root\\";
+constexpr char kOldRoot[] = "Enum\\Root\\";
 
 class KeyboardTest : public kvtest::HardwareTest {
   protected:
@@ -25,8 +25,8 @@ class KeyboardTest : public kvtest::HardwareTest {
         SetText(kEnum + path, "DeviceDesc", description);
     }
     void DescribeRootDevice(const std::string& path, const std::string& deviceClass, const std::string& description) {
-        SetText(kRoot + path, "Class", deviceClass);
-        SetText(kRoot + path, "DeviceDesc", description);
+        SetText(kOldRoot + path, "Class", deviceClass);
+        SetText(kOldRoot + path, "DeviceDesc", description);
     }
     std::string Keyboard() {
         Start();
@@ -126,7 +126,7 @@ TEST_F(KeyboardTest, KeyboardWithoutADescriptionEndsTheSearchAndIsNamedByItsType
     EXPECT_EQ(Keyboard(), "Extended IBM keyboard (101 or 102 keys) ");
 
     DescribeWindows98();
-    SetText(std::string(kRoot) + "A\\0000", "Class", "Keyboard");
+    SetText(std::string(kOldRoot) + "A\\0000", "Class", "Keyboard");
     DescribeRootDevice("B\\0000", "Keyboard", "second");
     EXPECT_EQ(Keyboard(), "Extended IBM keyboard (101 or 102 keys) ");
 }
@@ -180,8 +180,8 @@ TEST_F(KeyboardTest, TypeWithoutANameAsksTheStringTableForNone) {
 TEST_F(KeyboardTest, KeysThatDoNotOpenOnWindows9xArePassedOver) {
     DescribeWindows98();
     DescribeRootDevice("A\\0000", "Keyboard", "denied");
-    DenyKey(std::string(kRoot) + "A\\0000");
-    CreateKey(std::string(kRoot) + "B");
+    DenyKey(std::string(kOldRoot) + "A\\0000");
+    CreateKey(std::string(kOldRoot) + "B");
     DescribeRootDevice("C\\0000", "Keyboard", "last");
     EXPECT_EQ(Keyboard(), "last");
 

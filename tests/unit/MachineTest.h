@@ -11,6 +11,7 @@
 #include <utility>
 #include <vector>
 
+#include "Keys.h"
 #include "framework/String.h"
 #include "include/kvcstat.h"
 #include "simwin/machine/Machine.h"

@@ -3,7 +3,7 @@
 
 namespace {
 
-constexpr char kMail[] = "HKEY_LOCAL_MACHINE\\SOFTWARE\\Clients\\Mail";
+using kvtest::kMail;
 
 class MailClientsTest : public kvtest::NetworkTest {
   protected:

@@ -4,8 +4,8 @@
 namespace {
 
 using kvtest::Hardware;
+using kvtest::kMB;
 
-constexpr std::uint64_t kMB = 1048576;
 constexpr std::uint64_t kGB = 1024 * kMB;
 constexpr std::uint64_t kTB = 1024 * kGB;
 

@@ -3,10 +3,9 @@
 
 namespace {
 
+using kvtest::kTerminalServer;
 using simwin::CompanionText;
 using ::testing::HasSubstr;
-
-constexpr char kTerminalServer[] = "HKEY_LOCAL_MACHINE\\SYSTEM\\CurrentControlSet\\Control\\Terminal Server";
 
 class NetworkCollectionTest : public kvtest::NetworkTest {
   protected:
@@ -68,7 +67,7 @@ TEST_F(NetworkCollectionTest, NetworkLibrarysDomainReplacesTheEnvironmentsAlsoWh
 
 TEST_F(NetworkCollectionTest, OutsideASessionThereIsNoProductAndNoSessionVariable) {
     DescribeVariable("KVTSProtocol", "ICA");
-    DescribeText(kvtest::kCitrixKey, "ProductName", "Citrix MetaFrame XP");
+    DescribeText(kvtest::kCitrix, "ProductName", "Citrix MetaFrame XP");
     DescribeText(kTerminalServer, "ProductName", "Windows Terminal Server");
     DescribeText("HKEY_LOCAL_MACHINE\\SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion\\WinLogon", "DefaultDomainName",
                  "LAB");
@@ -85,10 +84,10 @@ TEST_F(NetworkCollectionTest, OutsideASessionThereIsNoProductAndNoSessionVariabl
 TEST_F(NetworkCollectionTest, CitrixSessionHasTheCitrixProductAlsoOnATerminalServer) {
     station.version->terminalServices = true;
     DescribeText(kTerminalServer, "ProductName", "Windows Terminal Server");
-    DescribeText(kvtest::kCitrixKey, "ProductVersion", "1.8");
+    DescribeText(kvtest::kCitrix, "ProductVersion", "1.8");
     for (const char* product : {"Citrix MetaFrame", "Citrix WinFrame"}) {
         station.environment = {{"CLIENTNAME", "Thin07"}, {"KVTSProtocol", "ICA"}};
-        DescribeText(kvtest::kCitrixKey, "ProductName", product);
+        DescribeText(kvtest::kCitrix, "ProductName", product);
         Collect();
         EXPECT_EQ(kvtest::Str(network->m_cTSProduct), std::string(product) + " 1.8");
         EXPECT_STREQ(network->m_cTSVersion, "");
@@ -113,7 +112,7 @@ TEST_F(NetworkCollectionTest, TerminalServerSessionHasTheMicrosoftProduct) {
 
 TEST_F(NetworkCollectionTest, WrappersClientNameReplacesTheOneThatWasFoundFirst) {
     DescribeSession();
-    DescribeText(kvtest::kCitrixKey, "ProductVersion", "4.0");
+    DescribeText(kvtest::kCitrix, "ProductVersion", "4.0");
     station.session.clientName = CompanionText{"Wrapped", 1, true};
     Collect();
     EXPECT_STREQ(network->m_cClientName, "Wrapped");

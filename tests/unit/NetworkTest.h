@@ -8,7 +8,6 @@
 
 namespace kvtest {
 
-inline constexpr char kCitrixKey[] = "HKEY_LOCAL_MACHINE\\SYSTEM\\CurrentControlSet\\Control\\Citrix";
 inline constexpr char kServicesKey[] = "HKEY_LOCAL_MACHINE\\SYSTEM\\CurrentControlSet\\Services\\";
 
 class NetworkTest : public MachineTest {
@@ -34,7 +33,7 @@ class NetworkTest : public MachineTest {
     void DescribeSession() {
         DescribeVersion(2, 5);
         DescribeVariable("CLIENTNAME", "Thin07");
-        DescribeText(kCitrixKey, "ProductName", "Citrix MetaFrame XP");
+        DescribeText(kCitrix, "ProductName", "Citrix MetaFrame XP");
     }
 
     std::vector<std::string> Trace() const {

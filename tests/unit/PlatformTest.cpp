@@ -4,7 +4,7 @@
 
 namespace {
 
-constexpr char kCitrix[] = "HKEY_LOCAL_MACHINE\\SYSTEM\\CurrentControlSet\\Control\\Citrix";
+using kvtest::kCitrix;
 constexpr char kProductOptions[] = "HKEY_LOCAL_MACHINE\\System\\CurrentControlSet\\Control\\ProductOptions";
 
 class PlatformTest : public kvtest::MachineTest {

@@ -5,12 +5,12 @@
 namespace {
 
 using kvtest::Hardware;
+using kvtest::kDevices;
+using kvtest::kPrinters;
 using kvtest::LongText;
 using kvtest::Str;
 using ::testing::ElementsAre;
 
-constexpr char kPrinters[] = "SYSTEM\\CurrentControlSet\\Control\\Print\\Printers";
-constexpr char kDevices[] = "HKEY_CURRENT_USER\\Software\\Microsoft\\Windows NT\\CurrentVersion\\Devices";
 constexpr char kWindowsKey[] = "HKEY_CURRENT_USER\\Software\\Microsoft\\Windows NT\\CurrentVersion\\Windows";
 constexpr char kConfigKey[] = "HKEY_CURRENT_CONFIG\\System\\CurrentControlSet\\Control\\Print\\Printers";
 

@@ -4,10 +4,9 @@
 namespace {
 
 using kvtest::Hardware;
+using kvtest::kSystem;
 using kvtest::LongText;
 using kvtest::Str;
-
-constexpr char kSystem[] = "HARDWARE\\DESCRIPTION\\System";
 
 std::string ProcessorKey(int index) {
     return std::string(kSystem) + "\\CentralProcessor\\" + std::to_string(index);

@@ -7,7 +7,7 @@ using namespace std::string_literals;
 
 constexpr char kOrderNT[] = "HKEY_LOCAL_MACHINE\\SYSTEM\\CurrentControlSet\\Control\\NetWorkProvider\\Order";
 constexpr char kOrder9x[] = "HKEY_LOCAL_MACHINE\\System\\CurrentControlSet\\control\\NetworkProvider\\Order";
-constexpr char kEnum[] = "HKEY_LOCAL_MACHINE\\SYSTEM\\CurrentControlSet\\Enum\\";
+constexpr char kDevicesEnum[] = "HKEY_LOCAL_MACHINE\\SYSTEM\\CurrentControlSet\\Enum\\";
 
 class ProvidersTest : public kvtest::NetworkTest {
   protected:
@@ -28,7 +28,7 @@ class ProvidersTest : public kvtest::NetworkTest {
     void DescribeDevice(const std::string& service, std::string_view description) {
         const std::string instance = "Root\\LEGACY_" + service + "\\0000";
         DescribeText(kvtest::kServicesKey + service + "\\Enum", "0", instance);
-        DescribeText(kEnum + instance, "DeviceDesc", description);
+        DescribeText(kDevicesEnum + instance, "DeviceDesc", description);
     }
 
     std::vector<std::string> Providers() const {
@@ -276,7 +276,7 @@ TEST_F(ProvidersTest, NamesLongerThanAnyBufferAreLookedUpWhole) {
     const std::string service(5000, 's');
     DescribeBindings("LanmanWorkstation", {"\\a\\" + service});
     DescribeText(kvtest::kServicesKey + service + "\\Enum", "0", "Root\\X\\0000");
-    DescribeText(kEnum + "Root\\X\\0000"s, "DeviceDesc", std::string(5000, 'd'));
+    DescribeText(kDevicesEnum + "Root\\X\\0000"s, "DeviceDesc", std::string(5000, 'd'));
     ExpectProtocols(0, std::string(5000, 'd').c_str());
 }
 

@@ -5,10 +5,10 @@
 
 namespace {
 
+using kvtest::kClasses;
 using namespace std::string_literals;
 using ::testing::ElementsAre;
 
-constexpr char kClasses[] = "HKEY_CLASSES_ROOT\\";
 constexpr char kICAProgram[] = "C:\\Program Files\\Citrix\\ICA Client\\wfica32.exe";
 
 class RemoteClientsTest : public kvtest::NetworkTest {

@@ -5,7 +5,7 @@
 
 namespace {
 
-constexpr char kCitrix[] = "HKEY_LOCAL_MACHINE\\SYSTEM\\CurrentControlSet\\Control\\Citrix";
+using kvtest::kCitrix;
 
 class StationTypeTest : public kvtest::MachineTest {
   protected:

@@ -3,6 +3,7 @@
 
 namespace {
 
+using kvtest::kTerminalServer;
 using simwin::CompanionText;
 using simwin::RegistryType;
 using ::testing::AllOf;
@@ -10,8 +11,6 @@ using ::testing::ElementsAre;
 using ::testing::EndsWith;
 using ::testing::StartsWith;
 using namespace std::string_literals;
-
-constexpr char kTerminalServer[] = "HKEY_LOCAL_MACHINE\\SYSTEM\\CurrentControlSet\\Control\\Terminal Server";
 
 class TerminalServerTest : public kvtest::NetworkTest {
   protected:
@@ -21,8 +20,8 @@ class TerminalServerTest : public kvtest::NetworkTest {
     }
 
     void DescribeCitrix(std::string_view name, std::string_view version) {
-        DescribeText(kvtest::kCitrixKey, "ProductName", name);
-        DescribeText(kvtest::kCitrixKey, "ProductVersion", version);
+        DescribeText(kvtest::kCitrix, "ProductName", name);
+        DescribeText(kvtest::kCitrix, "ProductVersion", version);
     }
     void DescribeWrapper() { station.session.clientName = CompanionText{"Wrapped", 1, true}; }
     void ExpectTSVersion(const std::string& version) {
@@ -42,12 +41,12 @@ TEST_F(TerminalServerTest, CitrixProductIsItsNameABlankAndItsVersion) {
 }
 
 TEST_F(TerminalServerTest, CitrixProductWithoutANameIsItsVersionAndWithoutAVersionEndsInABlank) {
-    DescribeText(kvtest::kCitrixKey, "ProductVersion", "1.90");
+    DescribeText(kvtest::kCitrix, "ProductVersion", "1.90");
     Make().GetCitrixProduct();
     EXPECT_STREQ(network->m_cTSProduct, "1.90");
 
     station.registry = {};
-    DescribeText(kvtest::kCitrixKey, "ProductName", "Citrix");
+    DescribeText(kvtest::kCitrix, "ProductName", "Citrix");
     Make().GetCitrixProduct();
     EXPECT_STREQ(network->m_cTSProduct, "Citrix ");
 

@@ -4,6 +4,7 @@
 
 namespace {
 
+using kvtest::kSystem;
 using kvtest::LongText;
 using kvtest::Str;
 
@@ -12,7 +13,6 @@ constexpr char kDisplay[] = "System\\CurrentControlSet\\Enum\\Display";
 constexpr char kDeviceMap[] = "HARDWARE\\DEVICEMAP\\VIDEO";
 constexpr char kDriver[] = "System\\CurrentControlSet\\Services\\ati\\Device0";
 constexpr char kNativeDriver[] = "\\REGISTRY\\Machine\\System\\CurrentControlSet\\Services\\ati\\Device0";
-constexpr char kSystem[] = "HARDWARE\\DESCRIPTION\\System";
 
 class VideoTest : public kvtest::HardwareTest {
   protected:

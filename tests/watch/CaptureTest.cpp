@@ -47,10 +47,6 @@ Station writtenAndRead(const Station& station) {
     return again;
 }
 
-std::string bytesOf(const RecordBytes& record) {
-    return {record.begin(), record.end()};
-}
-
 class EveryStation : public testing::TestWithParam<std::string> {};
 
 TEST_P(EveryStation, GivesTheSameRecordVariablesAndTraceOnceCaptured) {

@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 
 #include "kvstation/capture/Completion.h"
+#include "tests/watch/BareWindows.h"
 #include "tests/watch/DescribedState.h"
 
 namespace kvtest {
@@ -14,11 +15,7 @@ using simwin::textValue;
 using testing::Contains;
 using testing::Not;
 
-constexpr const char* kWinLogon = "HKEY_LOCAL_MACHINE\\SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion\\WinLogon";
-constexpr const char* kDevices = "HKEY_CURRENT_USER\\Software\\Microsoft\\Windows NT\\CurrentVersion\\Devices";
 constexpr const char* kSettings = "HKEY_LOCAL_MACHINE\\SOFTWARE\\Quorvel\\KelVor\\KelVor Client\\Settings";
-constexpr const char* kCitrix = "HKEY_LOCAL_MACHINE\\SYSTEM\\CurrentControlSet\\Control\\Citrix";
-constexpr const char* kPrinters = "HKEY_LOCAL_MACHINE\\SYSTEM\\CurrentControlSet\\Control\\Print\\Printers";
 
 // A machine with what only another version, a session or another setting asks for.
 DescribedState machineOfManyBranches() {

@@ -19,10 +19,6 @@ namespace {
 
 using kvstation::RecordBytes;
 
-std::string bytesOf(const RecordBytes& record) {
-    return {record.begin(), record.end()};
-}
-
 TEST(LiveCapture, GivesTheSameRecordOnceReplayed) {
     kvstation::StationCapture capture;
     const RecordBytes record = kvstation::collectHereObserved(capture);

@@ -40,7 +40,7 @@ std::string nameOf(unsigned page, char32_t character) {
     return std::to_string(page) + ": " + std::to_string(std::uint32_t{character});
 }
 
-struct Kind {
+struct CharacterKind {
     unsigned page;
     char32_t character;
     bool isLetter;
@@ -49,7 +49,7 @@ struct Kind {
     std::size_t weight;
 };
 
-constexpr Kind kKinds[] = {
+constexpr CharacterKind kCharacterKinds[] = {
     {1252, U'a', true, U'A', U'a', 1},
     {1252, U'7', false, U'7', U'7', 1},
     {1252, U'_', false, U'_', U'_', 1},
@@ -76,7 +76,7 @@ constexpr Kind kKinds[] = {
 };
 
 TEST(PageText, KnowsLettersTheirCaseAndHowMuchTheyTell) {
-    for (const Kind& kind : kKinds) {
+    for (const CharacterKind& kind : kCharacterKinds) {
         const simwin::CodePageScope scope(kind.page);
         const std::string told = nameOf(kind.page, kind.character);
         EXPECT_EQ(kvstation::isLetter(kind.character), kind.isLetter) << told;

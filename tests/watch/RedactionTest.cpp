@@ -17,6 +17,7 @@
 #include "simwin/station/RegistryWriter.h"
 #include "simwin/station/StationWriter.h"
 #include "simwin/text/CodePage.h"
+#include "tests/watch/BareWindows.h"
 #include "tests/watch/StationRuns.h"
 
 namespace kvtest {
@@ -75,7 +76,7 @@ std::string toldInDigits(std::string text) {
 
 // Everything that the two files hold once they are written, in lower case and in the ANSI code page.
 std::string contentOf(const Station& station) {
-    const std::string text = simwin::writeStation(station) + simwin::writeRegistry(station.registry);
+    const std::string text = filesOf(station);
     return lower(simwin::fromUtf8Leniently(text) + toldInDigits(text));
 }
 
@@ -117,9 +118,7 @@ std::string parting(const Station& left, const Station& right) {
                      textOf(rightQuestions, other);
 }
 
-constexpr const char* kDevices = "HKEY_CURRENT_USER\\Software\\Microsoft\\Windows NT\\CurrentVersion\\Devices";
 constexpr const char* kDevice = "HKEY_CURRENT_USER\\Software\\Microsoft\\Windows NT\\CurrentVersion\\Windows";
-constexpr const char* kSystem = "HKEY_LOCAL_MACHINE\\HARDWARE\\DESCRIPTION\\System";
 
 // A plain workstation of Windows NT.
 Station workstation() {
@@ -770,7 +769,7 @@ TEST_P(RedactedStation, HoldsNoServerOrAddressOfAnyText) {
     const std::string after = contentOf(kvstation::redacted(station));
     const std::regex server(R"((?:"|=|,)(\\\\\\\\[A-Za-z0-9._-]+))");
     const std::regex address(R"((?:^|[^0-9.])((?:[0-9]{1,3}\.){3}[0-9]{1,3})(?![0-9.]))");
-    std::istringstream lines(simwin::writeStation(station) + simwin::writeRegistry(station.registry));
+    std::istringstream lines(filesOf(station));
     for (std::string line; std::getline(lines, line);) {
         std::smatch found;
         if (lower(line).find("version") != std::string::npos)

@@ -9,6 +9,8 @@
 #include "kvstation/collect/CallLog.h"
 #include "kvstation/collect/Stage.h"
 #include "kvstation/record/FieldTable.h"
+#include "simwin/station/RegistryWriter.h"
+#include "simwin/station/StationWriter.h"
 #include "tests/stations/ExpectedStation.h"
 
 namespace kvtest {
@@ -19,6 +21,15 @@ inline std::string stationFolder(const std::string& name) {
 
 inline simwin::Station stationNamed(const std::string& name) {
     return kvstation::readStationFolder(stationFolder(name));
+}
+
+// The content of its two files.
+inline std::string filesOf(const simwin::Station& station) {
+    return simwin::writeStation(station) + simwin::writeRegistry(station.registry);
+}
+
+inline std::string bytesOf(const kvstation::RecordBytes& record) {
+    return {record.begin(), record.end()};
 }
 
 // The calls of a collection with their outcomes.

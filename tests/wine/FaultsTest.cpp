@@ -21,10 +21,6 @@ using ::testing::IsEmpty;
 
 constexpr std::size_t kMostComplaints = 20;
 
-std::filesystem::path FolderOf(const std::string& station) {
-    return std::filesystem::path(KV_STATIONS) / station;
-}
-
 class FaultsTest : public ::testing::TestWithParam<std::string> {
   protected:
     void SetUp() override {
@@ -88,9 +84,9 @@ class FaultsTest : public ::testing::TestWithParam<std::string> {
     kvtest::SimulatedModule module;
     std::optional<kvtest::LibraryMemory> memory;  // none when the library is not loaded; goes before it does
     const std::shared_ptr<const simwin::Station> station =
-        std::make_shared<const simwin::Station>(simwin::readStation(FolderOf(GetParam())));
+        std::make_shared<const simwin::Station>(simwin::readStation(kvtest::folderOf(GetParam())));
     const simwin::CodePageScope codePage{station->codePages.ansi};  // what may be found is told in the station's texts
-    const kvtest::ExpectedStation expected = kvtest::readExpectedStation(FolderOf(GetParam()));
+    const kvtest::ExpectedStation expected = kvtest::readExpectedStation(kvtest::folderOf(GetParam()));
     const kvtest::StationTexts texts{*station};
     std::uint64_t calls = 0;
     std::uint64_t textAllocations = 0;

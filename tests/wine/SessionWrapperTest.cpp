@@ -37,7 +37,7 @@ BOOL WINAPI AnswerQuestion(HANDLE server, DWORD session, WTS_INFO_CLASS question
     return TRUE;
 }
 
-void WINAPI TakeBack(void* answer) {
+void WINAPI TakeAnswerBack(void* answer) {
     HeapFree(GetProcessHeap(), 0, answer);
     --g_session.held;
 }
@@ -47,7 +47,7 @@ FARPROC WINAPI FindSessionFunction(HMODULE library, const char* name) {
     if (std::strcmp(name, "WTSQuerySessionInformationA") == 0)
         return reinterpret_cast<FARPROC>(reinterpret_cast<void*>(AnswerQuestion));
     EXPECT_STREQ("WTSFreeMemory", name);
-    return reinterpret_cast<FARPROC>(reinterpret_cast<void*>(TakeBack));
+    return reinterpret_cast<FARPROC>(reinterpret_cast<void*>(TakeAnswerBack));
 }
 
 FARPROC WINAPI FindNothing(HMODULE, const char*) {

@@ -18,10 +18,6 @@ using simwin::HandleKind;
 using ::testing::IsEmpty;
 using ::testing::SizeIs;
 
-std::filesystem::path FolderOf(const std::string& station) {
-    return std::filesystem::path(KV_STATIONS) / station;
-}
-
 class StationsTest : public ::testing::TestWithParam<std::string> {
   protected:
     void SetUp() override {
@@ -31,12 +27,12 @@ class StationsTest : public ::testing::TestWithParam<std::string> {
     void TearDown() override { kvtest::NameStationInCrashes({}); }
 
     kvtest::SimulatedModule module;
-    simwin::Machine machine{simwin::readStation(FolderOf(GetParam()))};
+    simwin::Machine machine{simwin::readStation(kvtest::folderOf(GetParam()))};
 };
 
 TEST_P(StationsTest, RealLibraryGivesTheRecordEnvironmentTraceAndOutputThatItMust) {
     const CollectedStation found = module.Collect(machine);
-    EXPECT_THAT(kvtest::differences(kvtest::readExpectedStation(FolderOf(GetParam())), found), IsEmpty());
+    EXPECT_THAT(kvtest::differences(kvtest::readExpectedStation(kvtest::folderOf(GetParam())), found), IsEmpty());
     for (const simwin::TraceLine& line : found.trace)
         EXPECT_EQ(line.component, "KelVor - Station registration (client)");
 }

@@ -9,6 +9,7 @@
 
 #include "../RunningProgram.h"
 #include "../TemporaryFolder.h"
+#include "Keys.h"
 #include "kvstation/import/HiveImport.h"
 #include "kvstation/platform/Files.h"
 #include "kvstation/record/FieldTable.h"
@@ -82,9 +83,8 @@ void expectUnknownSession(const simwin::Station& station) {
         std::ranges::any_of(station.unknown, [](const std::string& one) { return one.starts_with("session"); }));
 }
 
-const std::string kSet = "HKEY_LOCAL_MACHINE\\SYSTEM\\CurrentControlSet\\";
 const std::string kHardware = "HKEY_LOCAL_MACHINE\\HARDWARE";
-const std::string kSoftware = "HKEY_LOCAL_MACHINE\\SOFTWARE";
+const std::string kSoftwareKey = "HKEY_LOCAL_MACHINE\\SOFTWARE";
 const std::string kUser = "HKEY_CURRENT_USER";
 
 // Empty fields, each with the entry that names its source as unknown.
@@ -116,15 +116,15 @@ const Fields kUnknownOfWindowsNT = {
     {"szBiosDate", kHardware},         {"szVideoAdapter", kHardware}, {"szPrinters", kUser},
     {"szDefaultPrinter", kUser},       {"dwSessionId", "process"}};
 const Fields kUnknownWithoutSoftware = {{"szKeyboard", "keyboard"},
-                                        {"bInternetExplorer", kSoftware},
-                                        {"bNetscape", kSoftware},
-                                        {"szMailClient", kSoftware},
-                                        {"szBrowser", kSoftware},
-                                        {"szDefaultBrowser", kSoftware},
-                                        {"szNetworkAdapters", kSoftware},
-                                        {"bOutlook", kSoftware},
-                                        {"bExchange", kSoftware},
-                                        {"szICAClient", kSoftware},
+                                        {"bInternetExplorer", kSoftwareKey},
+                                        {"bNetscape", kSoftwareKey},
+                                        {"szMailClient", kSoftwareKey},
+                                        {"szBrowser", kSoftwareKey},
+                                        {"szDefaultBrowser", kSoftwareKey},
+                                        {"szNetworkAdapters", kSoftwareKey},
+                                        {"bOutlook", kSoftwareKey},
+                                        {"bExchange", kSoftwareKey},
+                                        {"szICAClient", kSoftwareKey},
                                         {"szRDPClient", "environment.systemRoot"}};
 
 Fields together(std::initializer_list<Fields> all) {
@@ -211,8 +211,8 @@ TEST_F(GenuineHives, OfWindowsMe) {
     // CLASSES.DAT is not there. Enum\\ESDI has one disk, Clients\\Mail no Exchange, PNP0C01 an empty BIOSVersion; there
     // are no printers, no Netscape, no gateway, and masks of 0.0.0.0 alone. Sessions came with Windows NT.
     expectEmpty(together({kUnknownOfAnyDisk,
-                          {{"szDefaultBrowser", kSoftware + "\\Classes"},
-                           {"szICAClient", kSoftware + "\\Classes"},
+                          {{"szDefaultBrowser", kSoftwareKey + "\\Classes"},
+                           {"szICAClient", kSoftwareKey + "\\Classes"},
                            {"szDnsName", "network.hostName"},
                            {"szProcessorName", "processors"},
                            {"dwNumberOfProcessors", "processors"},

@@ -16,17 +16,17 @@ namespace {
 using simwin::RegistryTree;
 using simwin::textValue;
 
-const std::string kSet = "HKEY_LOCAL_MACHINE\\SYSTEM\\CurrentControlSet";
+const std::string kCurrentSet = "HKEY_LOCAL_MACHINE\\SYSTEM\\CurrentControlSet";
 
 constexpr std::size_t kSum = 508;
 
 RegistryTree smallRegistry() {
     RegistryTree tree;
-    tree.set(kSet + "\\Control\\ComputerName\\ComputerName", textValue("ComputerName", "LAGER-04"));
-    tree.set(kSet + "\\Control\\NetworkProvider\\Order", textValue("ProviderOrder", "RDPNP"));
-    tree.set(kSet + "\\Services\\RDPNP\\NetworkProvider", textValue("Name", "Microsoft Terminal Services"));
-    tree.set(kSet + "\\Services\\RDPNP\\Linkage", simwin::multiTextValue("Bind", {"\\Device\\A_B", "C"}));
-    tree.set(kSet + "\\Enum\\Display\\DEL4001\\5", textValue("DeviceDesc", "Dell P2419H"));
+    tree.set(kCurrentSet + "\\Control\\ComputerName\\ComputerName", textValue("ComputerName", "LAGER-04"));
+    tree.set(kCurrentSet + "\\Control\\NetworkProvider\\Order", textValue("ProviderOrder", "RDPNP"));
+    tree.set(kCurrentSet + "\\Services\\RDPNP\\NetworkProvider", textValue("Name", "Microsoft Terminal Services"));
+    tree.set(kCurrentSet + "\\Services\\RDPNP\\Linkage", simwin::multiTextValue("Bind", {"\\Device\\A_B", "C"}));
+    tree.set(kCurrentSet + "\\Enum\\Display\\DEL4001\\5", textValue("DeviceDesc", "Dell P2419H"));
     return tree;
 }
 
@@ -89,7 +89,7 @@ TEST_F(DamagedHive, InAnyByteIsReadOrRefused) {
         SCOPED_TRACE("byte " + std::to_string(i));
         std::string hive = whole;
         hive[i] = static_cast<char>(hive[i] ^ kMasks[i % kMasks.size()]);
-        expectReadOrRefused(hive, [](HiveRegistry& registry) { readAll(registry, kSet, 8); });
+        expectReadOrRefused(hive, [](HiveRegistry& registry) { readAll(registry, kCurrentSet, 8); });
     }
 }
 
@@ -111,13 +111,13 @@ TEST_F(DamagedHive, WithWordsThatPointElsewhereIsReadOrRefused) {
         SCOPED_TRACE("word " + std::to_string(word) + " at byte " + std::to_string(i));
         std::string hive = whole;
         std::memcpy(hive.data() + i, &word, sizeof word);
-        expectReadOrRefused(hive, [](HiveRegistry& registry) { readAll(registry, kSet, 8); });
+        expectReadOrRefused(hive, [](HiveRegistry& registry) { readAll(registry, kCurrentSet, 8); });
     }
 }
 
 TEST_F(DamagedHive, CutAtAnyLengthIsReadOrRefused) {
     for (std::size_t length = 0; length < whole.size(); length += 100)
-        expectReadOrRefused(whole.substr(0, length), [](HiveRegistry& registry) { readAll(registry, kSet, 8); });
+        expectReadOrRefused(whole.substr(0, length), [](HiveRegistry& registry) { readAll(registry, kCurrentSet, 8); });
 }
 
 // A key of the list is none any more, as where a disk has lost a block of it.
@@ -130,17 +130,18 @@ TEST_F(DamagedHive, LosesTheKeysThatAreNone) {
     writeFile(folder / "SYSTEM", hive);
     HiveRegistry registry(findHives(folder / "", ""));
     using Part = HiveRegistry::Part;
-    const std::string order = kSet + "\\Control\\NetworkProvider\\Order";
-    EXPECT_EQ(registry.lossAt(order, Part::Values), kSet + "\\Control\\NetworkProvider");
-    EXPECT_EQ(registry.lossAt(kSet + "\\Control", Part::SubKeys), kSet + "\\Control");
-    EXPECT_EQ(registry.lossAt(kSet + "\\Control", Part::Values), std::nullopt);
-    EXPECT_EQ(registry.lossAt(kSet + "\\Control\\ComputerName", Part::Itself), std::nullopt);
-    EXPECT_EQ(registry.lossAt(kSet + "\\Nothing", Part::Itself), std::nullopt);
+    const std::string order = kCurrentSet + "\\Control\\NetworkProvider\\Order";
+    EXPECT_EQ(registry.lossAt(order, Part::Values), kCurrentSet + "\\Control\\NetworkProvider");
+    EXPECT_EQ(registry.lossAt(kCurrentSet + "\\Control", Part::SubKeys), kCurrentSet + "\\Control");
+    EXPECT_EQ(registry.lossAt(kCurrentSet + "\\Control", Part::Values), std::nullopt);
+    EXPECT_EQ(registry.lossAt(kCurrentSet + "\\Control\\ComputerName", Part::Itself), std::nullopt);
+    EXPECT_EQ(registry.lossAt(kCurrentSet + "\\Nothing", Part::Itself), std::nullopt);
     const ImportedStation imported = importStation(registry, {}, Reach::StationItself);
     EXPECT_EQ(imported.station.computerName, "LAGER-04");
-    EXPECT_THAT(imported.station.unknown, testing::Contains(kSet + "\\Control\\NetworkProvider"));
-    EXPECT_THAT(imported.undescribed.front(), testing::AllOf(testing::HasSubstr(kSet + "\\Control\\NetworkProvider, "),
-                                                             testing::EndsWith(": lost where the hive is damaged")));
+    EXPECT_THAT(imported.station.unknown, testing::Contains(kCurrentSet + "\\Control\\NetworkProvider"));
+    EXPECT_THAT(imported.undescribed.front(),
+                testing::AllOf(testing::HasSubstr(kCurrentSet + "\\Control\\NetworkProvider, "),
+                               testing::EndsWith(": lost where the hive is damaged")));
 }
 
 // A value of the list is none any more.
@@ -159,7 +160,7 @@ TEST_F(DamagedHive, LosesTheVersionsPartsWhoseValuesAreNone) {
     tree.set(version, textValue("CurrentVersion", "4.0"));
     tree.set(version, textValue("CurrentBuildNumber", "1381"));
     tree.set(version, textValue("CSDVersion", "Service Pack 6"));
-    tree.set(kSet + "\\Control\\ProductOptions", simwin::multiTextValue("ProductSuite", {"Terminal Server"}));
+    tree.set(kCurrentSet + "\\Control\\ProductOptions", simwin::multiTextValue("ProductSuite", {"Terminal Server"}));
     writeHives(folder / "", tree);
     const auto imported = [&] {
         HiveRegistry registry(findHives(folder / "", ""));
@@ -193,7 +194,7 @@ TEST_F(DamagedHive, WithNestedListsEnds) {
     for (std::uint32_t i = 0; i < kEntries; ++i)
         put(4096 + list + 40 + i * 4, list + 32);
     put(4096 + 32 + 32, list + 32);  // the root's list
-    expectReadOrRefused(hive, [](HiveRegistry& registry) { readAll(registry, kSet, 8); });
+    expectReadOrRefused(hive, [](HiveRegistry& registry) { readAll(registry, kCurrentSet, 8); });
 }
 
 TEST_F(DamagedHive, WholeIsNot) {

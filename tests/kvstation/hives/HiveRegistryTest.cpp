@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 
 #include "HiveWriter.h"
+#include "Keys.h"
 #include "TemporaryFolder.h"
 #include "kvstation/import/HiveFacts.h"
 #include "kvstation/platform/Errors.h"
@@ -13,10 +14,6 @@ namespace {
 
 using simwin::RegistryTree;
 using simwin::textValue;
-
-const std::string kControl = "HKEY_LOCAL_MACHINE\\SYSTEM\\CurrentControlSet\\Control\\";
-const std::string kVersion = "HKEY_LOCAL_MACHINE\\SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion";
-const std::string kEnvironment = kControl + "Session Manager\\Environment";
 
 simwin::RegistryValue expandValue(const std::string& name, const std::string& text) {
     return {name, static_cast<std::uint32_t>(simwin::RegistryType::ExpandText), text + '\0'};

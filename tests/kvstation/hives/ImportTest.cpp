@@ -5,6 +5,7 @@
 #include <filesystem>
 
 #include "HiveWriter.h"
+#include "Keys.h"
 #include "RunningProgram.h"
 #include "TemporaryFolder.h"
 #include "kvstation/capture/StationFolder.h"
@@ -24,10 +25,7 @@ using simwin::textValue;
 using testing::HasSubstr;
 using testing::Not;
 
-const std::string kSet = "HKEY_LOCAL_MACHINE\\SYSTEM\\CurrentControlSet\\";
-const std::string kEnvironment = kSet + "Control\\Session Manager\\Environment";
 const std::string kSoftware = "HKEY_LOCAL_MACHINE\\SOFTWARE\\";
-const std::string kVersion = kSoftware + "Microsoft\\Windows NT\\CurrentVersion";
 const std::string kUserVersion = "HKEY_CURRENT_USER\\Software\\Microsoft\\Windows NT\\CurrentVersion";
 
 void addSystem(RegistryTree& tree) {

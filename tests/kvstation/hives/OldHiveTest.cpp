@@ -17,22 +17,22 @@ using simwin::RegistryTree;
 using simwin::textValue;
 
 const std::string kMachine = "HKEY_LOCAL_MACHINE\\";
-const std::string kVersion = kMachine + "SOFTWARE\\Microsoft\\Windows\\CurrentVersion";
-const std::string kControl = kMachine + "System\\CurrentControlSet\\Control\\";
+const std::string kOldVersion = kMachine + "SOFTWARE\\Microsoft\\Windows\\CurrentVersion";
+const std::string kOldControl = kMachine + "System\\CurrentControlSet\\Control\\";
 
-RegistryTree smallRegistry() {
+RegistryTree smallOldRegistry() {
     RegistryTree tree;
-    tree.set(kVersion, textValue("VersionNumber", "4.10.2222"));
-    tree.set(kVersion, textValue("SubVersionNumber", " A "));
-    tree.set(kVersion, textValue("SystemRoot", "C:\\WIN98"));
-    tree.set(kVersion, textValue("RegisteredOwner", "Petra Z\xF6llner"));
-    tree.set(kVersion, textValue("", "default"));
-    tree.set(kVersion, simwin::binaryValue("Bytes", std::string("\0\x01", 2)));
-    tree.set(kVersion, simwin::multiTextValue("Several", {"a", "b"}));
-    tree.set(kControl + "ComputerName\\ComputerName", textValue("ComputerName", "B\xDCRO-4"));
-    tree.set(kControl + "Nls\\Codepage", textValue("OEMCP", "850"));
-    tree.set(kControl + "IDConfigDB", textValue("CurrentConfig", "0002"));
-    tree.set(kControl + "Print\\Printers\\Laser", textValue("Description", "Laser"));
+    tree.set(kOldVersion, textValue("VersionNumber", "4.10.2222"));
+    tree.set(kOldVersion, textValue("SubVersionNumber", " A "));
+    tree.set(kOldVersion, textValue("SystemRoot", "C:\\WIN98"));
+    tree.set(kOldVersion, textValue("RegisteredOwner", "Petra Z\xF6llner"));
+    tree.set(kOldVersion, textValue("", "default"));
+    tree.set(kOldVersion, simwin::binaryValue("Bytes", std::string("\0\x01", 2)));
+    tree.set(kOldVersion, simwin::multiTextValue("Several", {"a", "b"}));
+    tree.set(kOldControl + "ComputerName\\ComputerName", textValue("ComputerName", "B\xDCRO-4"));
+    tree.set(kOldControl + "Nls\\Codepage", textValue("OEMCP", "850"));
+    tree.set(kOldControl + "IDConfigDB", textValue("CurrentConfig", "0002"));
+    tree.set(kOldControl + "Print\\Printers\\Laser", textValue("Description", "Laser"));
     tree.set(kMachine + "Config\\0001\\Display", textValue("Name", "one"));
     tree.set(kMachine + "Config\\0002\\System\\CurrentControlSet\\Control\\Print\\Printers",
              textValue("default", "Laser"));
@@ -56,16 +56,16 @@ class OldHives : public testing::Test {
     }
 
     TemporaryFolder folder;
-    RegistryTree tree = smallRegistry();
+    RegistryTree tree = smallOldRegistry();
 };
 
 TEST_F(OldHives, HoldTheMachineAndTheDefaultUser) {
     HiveRegistry registry = written();
     EXPECT_TRUE(registry.isWindows9x());
-    EXPECT_EQ(text(registry, kVersion, "RegisteredOwner"), std::string("Petra Z\xF6llner\0", 14));
-    EXPECT_EQ(text(registry, kVersion, ""), std::string("default\0", 8));
-    EXPECT_EQ(text(registry, kVersion, "Bytes"), std::string("\0\x01", 2));
-    EXPECT_EQ(text(registry, kVersion, "Several"), std::string("a\0b\0\0", 5));
+    EXPECT_EQ(text(registry, kOldVersion, "RegisteredOwner"), std::string("Petra Z\xF6llner\0", 14));
+    EXPECT_EQ(text(registry, kOldVersion, ""), std::string("default\0", 8));
+    EXPECT_EQ(text(registry, kOldVersion, "Bytes"), std::string("\0\x01", 2));
+    EXPECT_EQ(text(registry, kOldVersion, "Several"), std::string("a\0b\0\0", 5));
     EXPECT_EQ(text(registry, "HKEY_CURRENT_USER\\Software\\Opera Software", "Last Directory3"),
               std::string("C:\\OPERA\0", 9));
     EXPECT_EQ(text(registry, "HKEY_USERS\\.DEFAULT\\Software\\Opera Software", "Last Directory3"),
@@ -81,7 +81,7 @@ TEST_F(OldHives, CurrentConfigurationIsTheOneThatTheMachineNames) {
 }
 
 TEST_F(OldHives, TellVersionNamesAndVariables) {
-    tree.set(kControl + "SessionManager\\Environment", textValue("TEMP", "C:\\TEMP"));
+    tree.set(kOldControl + "SessionManager\\Environment", textValue("TEMP", "C:\\TEMP"));
     HiveRegistry registry = written();
     const simwin::Station station = factsOf(registry).station;
     ASSERT_TRUE(station.version);
@@ -99,7 +99,7 @@ TEST_F(OldHives, TellVersionNamesAndVariables) {
 
 TEST_F(OldHives, VersionThatIsNoneIsNotDescribed) {
     for (const char* text : {"", "4", "4.10", "4.10.", "x.10.2222", "4.10.2222.1"}) {
-        tree.set(kVersion, textValue("VersionNumber", text));
+        tree.set(kOldVersion, textValue("VersionNumber", text));
         HiveRegistry registry = written();
         EXPECT_FALSE(factsOf(registry).station.version) << text;
     }
@@ -227,7 +227,7 @@ TEST_F(DamagedOldHive, RoundOfKeysIsCutAndWhatStoodBehindItIsLost) {
     std::string bytes = whole;
     std::memcpy(bytes.data() + kFirstKey + 20, &itself, sizeof itself);
     EXPECT_EQ(loss(bytes, kMachine + "System\\CurrentControlSet", HiveRegistry::Part::Itself), kMachine + "System");
-    EXPECT_EQ(loss(bytes, kVersion, HiveRegistry::Part::Values), std::nullopt);
+    EXPECT_EQ(loss(bytes, kOldVersion, HiveRegistry::Part::Values), std::nullopt);
     EXPECT_EQ(loss(whole, kMachine + "Nothing", HiveRegistry::Part::Itself), std::nullopt);
 }
 
@@ -238,9 +238,9 @@ TEST_F(DamagedOldHive, KeyThatBeginsWithinAnotherIsCut) {
         std::size_t place;  // counted from the tree's begin, as links are
         std::uint32_t word;
     };
-    constexpr std::uint32_t kNone = 0xFFFFFFFF;
-    constexpr Word kWords[] = {{60 + 12, kNone}, {60 + 16, kNone},  {60 + 20, 200}, {200 + 16, kNone},
-                               {200 + 20, 57},   {255 + 16, kNone}, {255 + 20, 60}};
+    constexpr std::uint32_t kNowhere = 0xFFFFFFFF;
+    constexpr Word kWords[] = {{60 + 12, kNowhere}, {60 + 16, kNowhere},  {60 + 20, 200}, {200 + 16, kNowhere},
+                               {200 + 20, 57},      {255 + 16, kNowhere}, {255 + 20, 60}};
     std::string bytes = whole;
     for (const Word& one : kWords)
         std::memcpy(bytes.data() + 32 + one.place, &one.word, sizeof one.word);
@@ -252,8 +252,8 @@ TEST_F(DamagedOldHive, ValuesThatReachBeyondTheirKeyAreLost) {
     ASSERT_NE(name, std::string::npos);
     std::string bytes = whole;
     bytes[name - 1] = '\x7F';  // the upper half of the data's size
-    EXPECT_EQ(loss(bytes, kVersion, HiveRegistry::Part::Values), kVersion);
-    EXPECT_EQ(loss(bytes, kVersion, HiveRegistry::Part::Itself), std::nullopt);
+    EXPECT_EQ(loss(bytes, kOldVersion, HiveRegistry::Part::Values), kOldVersion);
+    EXPECT_EQ(loss(bytes, kOldVersion, HiveRegistry::Part::Itself), std::nullopt);
 }
 
 }  // namespace

@@ -13,7 +13,7 @@ using simwin::RegistryValue;
 
 constexpr std::size_t kHead = 32;  // of the file, the tree and each block
 constexpr std::uint16_t kKeysInBlock = 200;
-constexpr std::uint32_t kNone = 0xFFFFFFFF;
+constexpr std::uint32_t kNoKey = 0xFFFFFFFF;
 
 void add(std::string& bytes, std::uint64_t number, std::size_t size) {
     for (std::size_t i = 0; i < size; ++i)
@@ -42,7 +42,7 @@ class Writer {
     explicit Writer(const RegistryTree& tree) : m_tree(tree) {}
 
     std::string write(KeyId root) {
-        addKey(kNone, nullptr, root);
+        addKey(kNoKey, nullptr, root);
         addSubKeys(kHead, root);
         endBlock();
         std::string navigation = "RGKN";
@@ -65,10 +65,10 @@ class Writer {
         const auto place = static_cast<std::uint32_t>(kHead + m_keys.size());
         add(m_keys, 0, 4);
         add(m_keys, 0, 4);
-        add(m_keys, kNone, 4);
+        add(m_keys, kNoKey, 4);
         add(m_keys, parent, 4);
-        add(m_keys, kNone, 4);
-        add(m_keys, kNone, 4);
+        add(m_keys, kNoKey, 4);
+        add(m_keys, kNoKey, 4);
         add(m_keys, name != nullptr ? m_keyInBlock : 0xFFFF, 2);
         add(m_keys, name != nullptr ? m_blockCount : 0xFFFF, 2);
         if (name != nullptr)

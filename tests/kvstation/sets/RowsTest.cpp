@@ -19,17 +19,7 @@ namespace {
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::StartsWith;
-using Json = nlohmann::ordered_json;
-
-std::vector<std::string> lines(const std::string& text) {
-    std::vector<std::string> found;
-    for (std::size_t at = 0; at < text.size();) {
-        const std::size_t end = std::min(text.find('\n', at), text.size());
-        found.push_back(text.substr(at, end - at));
-        at = end + 1;
-    }
-    return found;
-}
+using OrderedJson = nlohmann::ordered_json;
 
 StationRow sampleRow() {
     StationRow row{"branch/pc1", "records/branch/pc1.bin", 1252, {.record = Record(sampleBytes())}};
@@ -44,19 +34,19 @@ TEST(RowJson, ALineTellsWhatARowIsAndItsFields) {
     const std::string line = writer.line(sampleRow());
     EXPECT_THAT(line, StartsWith("{\"name\":\"branch/pc1\",\"source\":\"records/branch/pc1.bin\",\"codePage\":1252,"));
     EXPECT_THAT(line, testing::EndsWith("}\n"));
-    const Json json = Json::parse(line);
-    EXPECT_EQ(json["collected"], Json::parse(R"({"at": "2026-11-22T12:00:00Z", "library": "1.2.0.0"})"));
-    EXPECT_EQ(json["fields"], Json::parse(R"({"szStation": "PC-LAB3", "dwSessionId": 4294967294})"));
+    const OrderedJson json = OrderedJson::parse(line);
+    EXPECT_EQ(json["collected"], OrderedJson::parse(R"({"at": "2026-11-22T12:00:00Z", "library": "1.2.0.0"})"));
+    EXPECT_EQ(json["fields"], OrderedJson::parse(R"({"szStation": "PC-LAB3", "dwSessionId": 4294967294})"));
 }
 
 TEST(RowJson, NothingOfOneLineStaysInTheNext) {
     RowJsonWriter writer(kTwo);
     writer.line(sampleRow());
-    const Json json = Json::parse(writer.line({"b", "b.bin", 437, {}}));
+    const OrderedJson json = OrderedJson::parse(writer.line({"b", "b.bin", 437, {}}));
     EXPECT_EQ(json["name"], "b");
     EXPECT_EQ(json["codePage"], 437);
     EXPECT_TRUE(json["collected"].is_null());
-    EXPECT_EQ(json["fields"], Json::parse(R"({"szStation": "", "dwSessionId": 0})"));
+    EXPECT_EQ(json["fields"], OrderedJson::parse(R"({"szStation": "", "dwSessionId": 0})"));
 }
 
 TEST(RowCsv, CellsWithCommasQuotesAndEndsOfLinesStandInQuotes) {
@@ -77,8 +67,9 @@ TEST(RowCsv, WhatIsNoCharacterIsTheReplacementCharacter) {
         StationRow row = sampleRow();
         row.report.record[findField("szStation")].text = text;
         const std::string line = csvLine(row, {findField("szStation")});
-        EXPECT_EQ(nlohmann::json::parse(nlohmann::json(text).dump(-1, ' ', false, Json::error_handler_t::replace)),
-                  line.substr(line.rfind(',') + 1, line.size() - line.rfind(',') - 3));
+        EXPECT_EQ(
+            nlohmann::json::parse(nlohmann::json(text).dump(-1, ' ', false, OrderedJson::error_handler_t::replace)),
+            line.substr(line.rfind(',') + 1, line.size() - line.rfind(',') - 3));
         return line.substr(line.rfind(',') + 1);
     };
     EXPECT_EQ(cell("A\xE4"), "A" + replacement + "\r\n");
@@ -128,11 +119,11 @@ TEST_F(RecordSet, IsALineForEachRecord) {
     const ProgramRun told = run({"decode", records, "--ndjson", "--field", "szStation", "--jobs", "2"});
     EXPECT_EQ(told.status, 0);
     EXPECT_EQ(told.errors, "");
-    const std::vector<std::string> rows = lines(told.output);
+    const std::vector<std::string> rows = linesOf(told.output);
     ASSERT_EQ(rows.size(), 2u);
-    EXPECT_EQ(Json::parse(rows[0])["name"], "pc1");
-    EXPECT_EQ(Json::parse(rows[0])["source"], records + "/pc1.bin");
-    EXPECT_EQ(Json::parse(rows[1])["fields"], Json::parse(R"({"szStation": "pc2"})"));
+    EXPECT_EQ(OrderedJson::parse(rows[0])["name"], "pc1");
+    EXPECT_EQ(OrderedJson::parse(rows[0])["source"], records + "/pc1.bin");
+    EXPECT_EQ(OrderedJson::parse(rows[1])["fields"], OrderedJson::parse(R"({"szStation": "pc2"})"));
 }
 
 TEST_F(RecordSet, IsATableOfTheFieldsAskedFor) {
@@ -149,7 +140,7 @@ TEST_F(RecordSet, ABadOneCostsALineAndTheStatus) {
     writeFile(records + "/pc15.bin", "short");
     const ProgramRun told = run({"decode", records, "--csv", "--field", "szStation"});
     EXPECT_EQ(told.status, 1);
-    EXPECT_EQ(lines(told.output).size(), 3u);
+    EXPECT_EQ(linesOf(told.output).size(), 3u);
     EXPECT_EQ(told.errors, "kvstation: " + records +
                                "/pc15.bin is no station record: it is no JSON object and has 5 bytes, where a raw "
                                "record has " +
@@ -240,12 +231,12 @@ TEST(StationSet, SaysOfEachStationWhatItSaysOfOne) {
     const ProgramRun told = run({"simulate", KV_STATIONS, "--ndjson"});
     EXPECT_EQ(told.status, 0);
     std::vector<std::string> names;
-    for (const std::string& line : lines(told.output)) {
-        const Json row = Json::parse(line);
+    for (const std::string& line : linesOf(told.output)) {
+        const OrderedJson row = OrderedJson::parse(line);
         names.push_back(row["name"]);
         if (names.back() != "windows-98-japanese" && names.back() != "windows-xp-console")
             continue;
-        Json one = Json::parse(run({"simulate", row["source"].get<std::string>(), "--json"}).output);
+        OrderedJson one = OrderedJson::parse(run({"simulate", row["source"].get<std::string>(), "--json"}).output);
         one.erase("collected");
         EXPECT_EQ(row["fields"], one) << names.back();
         EXPECT_EQ(row["codePage"], names.back() == "windows-98-japanese" ? 932 : 1252);
@@ -257,7 +248,7 @@ TEST(StationSet, SaysOfEachStationWhatItSaysOfOne) {
 TEST(StationSet, TakesWhatIsToBeDifferentForAll) {
     const ProgramRun told =
         run({"simulate", KV_STATIONS "/windows-xp-*", "--set", "KVIP=10.9.8.7", "--field", "szIPAddress"});
-    EXPECT_THAT(lines(told.output), ElementsAre(StartsWith("name"), testing::EndsWith(" 10.9.8.7"), testing::_));
+    EXPECT_THAT(linesOf(told.output), ElementsAre(StartsWith("name"), testing::EndsWith(" 10.9.8.7"), testing::_));
 }
 
 }  // namespace
