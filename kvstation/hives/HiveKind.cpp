@@ -8,12 +8,12 @@
 namespace kvstation {
 namespace {
 
-struct Kind {
+struct KnownHive {
     std::string_view name;
     std::initializer_list<std::string_view> rootKeys;  // that it has, all of them, and none before it
 };
 
-const Kind kKinds[] = {
+const KnownHive kKnownHives[] = {
     {"SYSTEM", {"Select"}},
     {"SYSTEM", {"ControlSet001"}},
     {"SYSTEM", {"ControlSet002"}},
@@ -38,7 +38,7 @@ std::string_view kindOf(Hive& hive) {
         return std::ranges::any_of(keys.all,
                                    [&](const Hive::SubKey& key) { return simwin::equalNoCase(key.name, name); });
     };
-    for (const Kind& kind : kKinds)
+    for (const KnownHive& kind : kKnownHives)
         if (std::ranges::all_of(kind.rootKeys, isThere))
             return kind.name;
     return {};
