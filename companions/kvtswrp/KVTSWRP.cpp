@@ -27,11 +27,9 @@ extern "C" int ZRTSWRPInit(void) {
 
 extern "C" int ZRTSWRPFree(void) {
     long users = g_users;
-    while (users > 0) {
-        if (g_users.compare_exchange_weak(users, users - 1))
-            return 1;
-    }
-    return 0;
+    while (users > 0 && !g_users.compare_exchange_weak(users, users - 1))
+        continue;
+    return users > 0;
 }
 
 extern "C" int ZRTSQueryClientName(char* buffer, int size) {

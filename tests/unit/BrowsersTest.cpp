@@ -44,6 +44,7 @@ TEST_F(BrowsersTest, DefaultBrowserIsNamedByTheFirstTextThatItsCommandHolds) {
         {"C:\\Program Files\\Opera\\Opera.exe \"%1\"", "Opera"},
         {"C:\\PROGRA~1\\NAVIGA~1\\NETSCP.EXE -url \"%1\"", "Mozilla"},
         {"C:\\PROGRA~1\\MOZILL~1\\FIREFOX.EXE -url \"%1\"", "Firefox"},
+        {"firefox.exe \"%1\"", "Firefox"},
         {"C:\\firefox\\opera.exe", "Opera"},
         {"C:\\Netscape\\netscp.exe", "Netscape Navigator or Communicator"},
         {"C:\\firefox\\netscp.exe", "Mozilla"},
@@ -91,7 +92,7 @@ TEST_F(BrowsersTest, FileOfTheDefaultBrowserIsLookedForByTheWholeCommandAndItsNa
     machine->keepLog(true);
     network->GetBrowsers();
     EXPECT_STREQ(network->m_cDefaultBrowser, "c:\\web\\browser.exe");
-    EXPECT_EQ(CountCalls("_access"), 1u);
+    EXPECT_THAT(Asked("_access"), ::testing::ElementsAre(R"("c:\\web\\browser.exe", 0)"));
     EXPECT_EQ(CountCalls("GetFileVersionInfoSizeA"), 0u);
 }
 
@@ -149,6 +150,19 @@ TEST_F(BrowsersTest, OnlyTheFirstSubKeyOfNetscapeCountsAndOnlyWhenItBeginsWithAD
     EXPECT_EQ(Browsers(), "");
     station.registry.create(kNetscape + "Netscape\\"s + std::string(255, '4'));  // no name that the walk can read
     EXPECT_EQ(Browsers(), "");
+}
+
+TEST_F(BrowsersTest, NetscapesVersionBeginsWithAnyDigit) {
+    for (const char* version : {"0.9", "9.0", "4", "4z"}) {
+        station.registry = {};
+        station.registry.create(kNetscape + "Netscape\\"s + version);
+        EXPECT_EQ(Browsers(), "Netscape "s + version);
+    }
+    for (const char* other : {"/4", ":4", "v4"}) {
+        station.registry = {};
+        station.registry.create(kNetscape + "Netscape\\"s + other);
+        EXPECT_EQ(Browsers(), "") << other;
+    }
 }
 
 TEST_F(BrowsersTest, StatusSaysWhetherNavigatorGoldsKeyIsThere) {
