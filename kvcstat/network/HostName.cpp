@@ -136,9 +136,8 @@ int CNetworkInformation::ResolveHostNameWsock32() {
     if (!library.IsLoaded() || !library.GetHostName(name))
         return -1;
     const winsock::HostEntry* answer = library.GetHostByName(name);
-    const int status = answer != nullptr && answer->h_addrtype == winsock::kIPv4
-                           ? TakeAnswer(*answer, name, m_cIPAddress)
-                           : -1;
+    const int status =
+        answer != nullptr && answer->h_addrtype == winsock::kIPv4 ? TakeAnswer(*answer, name, m_cIPAddress) : -1;
     library.Free();
     TakeDnsName(name);
     return status;

@@ -2,10 +2,10 @@
 #include <cstring>
 
 #include "simwin/answers/Files.h"
-#include "simwin/machine/VersionResource.h"
 #include "simwin/calls/Calls.h"
 #include "simwin/machine/Call.h"
 #include "simwin/machine/MachineState.h"
+#include "simwin/machine/VersionResource.h"
 
 using namespace simwin;
 

@@ -5,8 +5,8 @@
 #include <cerrno>
 #include <cstring>
 
-#include "simwin/machine/VersionResource.h"
 #include "simwin/calls/Calls.h"
+#include "simwin/machine/VersionResource.h"
 #include "tests/simwin/Running.h"
 
 namespace {

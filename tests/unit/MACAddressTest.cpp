@@ -56,10 +56,9 @@ TEST_F(MACAddressTest, FirstAdapterThatAnswersWinsAndLaterOnesAreNotAsked) {
     machine->keepLog(true);
     EXPECT_STREQ(network->GetNetbiosMACAddress(), "020000000007");
     // Enumeration (0x37), then reset (0x32) and status (0x33) of each.
-    EXPECT_THAT(Asked("Netbios"),
-                ElementsAre("command 55, lana 0, length 256", "command 50, lana 3, length 0",
-                            "command 51, lana 3, length 600", "command 50, lana 7, length 0",
-                            "command 51, lana 7, length 600"));
+    EXPECT_THAT(Asked("Netbios"), ElementsAre("command 55, lana 0, length 256", "command 50, lana 3, length 0",
+                                              "command 51, lana 3, length 600", "command 50, lana 7, length 0",
+                                              "command 51, lana 7, length 600"));
 }
 
 TEST_F(MACAddressTest, AsManyAdaptersAsTheBufferHoldsAreAsked) {

@@ -350,4 +350,32 @@ TEST_F(RegistryAccessTest, StrictReadTakesOnlyTerminatedTexts) {
     global.CloseRegKey(key);
 }
 
+TEST_F(RegistryAccessTest, OneCharacterAndAZeroAreWideWhereAnythingButAZeroFollows) {
+    Start();
+    const auto read = [this](const std::string& bytes, DWORD size) {
+        return Str(global.RegDataToString(reinterpret_cast<const BYTE*>(bytes.data()), size));
+    };
+    EXPECT_EQ(read("A\0B\0\0\0\0\0"s, 4), "AB");
+    EXPECT_EQ(read("A\0B\0\0\0\0\0"s, 2), "AB");
+    EXPECT_EQ(read("A\0B\0\0\0\0\0"s, 1), "A");
+    EXPECT_EQ(read("A\0\1\0\0\0\0\0"s, 4), "A\1");
+    EXPECT_EQ(read("A\0\0\0\0\0\0\0"s, 4), "A");
+}
+
+TEST_F(RegistryAccessTest, WideTextIsNarrowedToItsTerminatorWithoutFlags) {
+    Describe(Raw("Wide", RegistryType::Binary, "A\0T\0I\0\0\0"s));
+    Start().keepLog(true);
+    CString text;
+    EXPECT_EQ(ReadText("Wide", text), 0);
+    std::vector<std::string> asked;
+    for (const simwin::LoggedCall& call : machine->log()) {
+        if (call.name == "WideCharToMultiByte")
+            asked.push_back(call.arguments);
+    }
+    using namespace ::testing;
+    // CP_ACP; first for the size, then into the room of three characters and their end.
+    EXPECT_THAT(asked, ElementsAre(AllOf(StartsWith("0, 0, "), HasSubstr(", -1, 0")),
+                                   AllOf(StartsWith("0, 0, "), HasSubstr(", -1, 4"))));
+}
+
 }  // namespace

@@ -9,11 +9,11 @@
 #include "kvstation/capture/StationFolder.h"
 #include "simwin/machine/Machine.h"
 #include "simwin/machine/Relay.h"
+#include "simwin/machine/VersionResource.h"
 #include "simwin/station/RegistryReader.h"
 #include "simwin/station/RegistryWriter.h"
 #include "simwin/station/StationReader.h"
 #include "simwin/station/StationWriter.h"
-#include "simwin/machine/VersionResource.h"
 #include "tests/watch/StationRuns.h"
 
 namespace kvtest {

@@ -76,4 +76,45 @@ TEST_F(Trace, WritesAFileThatMayOnlyBeAppendedTo) {
     EXPECT_THAT(Texts(), ElementsAre("text\r"));
 }
 
+int g_opens = 0;
+
+HANDLE WINAPI FindNoFolder(const char*, DWORD, DWORD, SECURITY_ATTRIBUTES*, DWORD, DWORD, HANDLE) {
+    ++g_opens;
+    SetLastError(ERROR_PATH_NOT_FOUND);
+    return INVALID_HANDLE_VALUE;
+}
+
+TEST_F(Trace, AsksOnceForAFileThatNoOtherRightsWouldOpen) {
+    const ImportOverride open(GetModuleHandleA("ZRtrc64.dll"), "kernel32.dll", "CreateFileA", FindNoFolder);
+    g_opens = 0;
+    ZRTrace(2, kComponent, "text");
+    EXPECT_EQ(1, g_opens);
+}
+
+// Which byte a line is written under, as lock and unlock are told.
+struct LockedByte {
+    DWORD reserved, low, high, offset, offsetHigh;
+    bool operator==(const LockedByte&) const = default;
+};
+std::vector<LockedByte> g_locks;
+
+BOOL WINAPI NoteLock(HANDLE file, DWORD flags, DWORD reserved, DWORD low, DWORD high, OVERLAPPED* place) {
+    g_locks.push_back({reserved, low, high, place->Offset, place->OffsetHigh});
+    return LockFileEx(file, flags, reserved, low, high, place);
+}
+BOOL WINAPI NoteUnlock(HANDLE file, DWORD reserved, DWORD low, DWORD high, OVERLAPPED* place) {
+    g_locks.push_back({reserved, low, high, place->Offset, place->OffsetHigh});
+    return UnlockFileEx(file, reserved, low, high, place);
+}
+
+TEST_F(Trace, WritesUnderALockOfOneByteFarBehindAnyEnd) {
+    HMODULE library = GetModuleHandleA("ZRtrc64.dll");
+    const ImportOverride lock(library, "kernel32.dll", "LockFileEx", NoteLock);
+    const ImportOverride unlock(library, "kernel32.dll", "UnlockFileEx", NoteUnlock);
+    g_locks.clear();
+    ZRTrace(2, kComponent, "text");
+    const LockedByte place = {0, 1, 0, 0, 0x7FFFFFFF};
+    EXPECT_THAT(g_locks, ElementsAre(place, place));
+}
+
 }  // namespace
