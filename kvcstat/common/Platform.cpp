@@ -9,8 +9,7 @@ namespace {
 constexpr DWORD kTopBit = 0x80000000;  // of GetVersion: Windows 9x
 
 bool ReadVersion(OSVERSIONINFOA& version) {
-    version = {};
-    version.dwOSVersionInfoSize = sizeof version;
+    version = {.dwOSVersionInfoSize = sizeof version};
     return GetVersionExA(&version) != FALSE;
 }
 

@@ -21,12 +21,16 @@ const HiveName kHives[] = {
     {"HKEY_DYN_DATA", HKEY_DYN_DATA},
 };
 
+CString LoadPath(unsigned int resourceId) {
+    CString path;
+    path.LoadString(resourceId);
+    return path;
+}
+
 }  // namespace
 
-CRegistryEntry::CRegistryEntry(unsigned int resourceId) {
-    m_cPath.LoadString(resourceId);
-    ParsePath();
-}
+CRegistryEntry::CRegistryEntry(unsigned int resourceId)
+    : CRegistryEntry(static_cast<const char*>(LoadPath(resourceId))) {}
 
 CRegistryEntry::CRegistryEntry(const char* fullPath) : m_cPath(fullPath) {
     ParsePath();

@@ -181,9 +181,27 @@ TEST_F(PlatformTest, SinceWindows2000TheInstalledSuitesAnswerForTerminalServices
     EXPECT_FALSE(global.IsTerminalServer());
 }
 
+TEST_F(PlatformTest, KeysAreOpenedWithoutOptionsAndConditionsBeginWithNone) {
+    DescribeVersion(2, 4, 0, true);
+    Start().keepLog(true);
+    global.IsTerminalServer();
+    DescribeVersion(2, 5, 0, true);
+    const std::string open = machine->log().back().arguments;
+    EXPECT_THAT(open, ::testing::EndsWith(", 0, 131097"));  // KEY_READ
+    Start().keepLog(true);
+    global.IsTerminalServer();
+    std::vector<std::string> conditions;
+    for (const simwin::LoggedCall& call : machine->log()) {
+        if (call.name == "VerSetConditionMask")
+            conditions.push_back(call.arguments);
+    }
+    EXPECT_THAT(conditions, ::testing::ElementsAre("0, 64, 6"));  // VER_SUITENAME, VER_AND
+}
+
 TEST_F(PlatformTest, MissingVersionFunctionsMeanNoTerminalServer) {
     DescribeVersion(2, 5, 0, true);
-    for (const char* missing : {"ntdll.dll", "ntdll.dll!VerSetConditionMask", "KERNEL32.DLL!VerifyVersionInfoA"}) {
+    for (const char* missing :
+         {"ntdll.dll", "ntdll.dll!VerSetConditionMask", "KERNEL32.DLL", "KERNEL32.DLL!VerifyVersionInfoA"}) {
         station.missing = {missing};
         Start();
         EXPECT_FALSE(global.IsTerminalServer()) << missing;

@@ -47,6 +47,14 @@ TEST_F(RegistryAccessTest, AbbreviatedHiveNameNamesNoHiveAndOpensNothing) {
     EXPECT_EQ(global.OpenRegKey("hkey_local_machine\\SOFTWARE"), nullptr);
 }
 
+TEST_F(RegistryAccessTest, EntryWithoutAPathNamesNoHiveOnceItIsParsed) {
+    Start();
+    CRegistryEntry entry(HKEY_LOCAL_MACHINE, "SOFTWARE");
+    entry.ParsePath();
+    EXPECT_EQ(entry.GetHive(), nullptr);
+    EXPECT_STREQ(entry.GetSubKey(), "SOFTWARE");
+}
+
 TEST_F(RegistryAccessTest, HiveNamesMatchAsPrefixesInTheirFixedOrder) {
     Start();
     const struct {

@@ -48,6 +48,18 @@ TEST_F(SharedHelpersTest, FileVersionIsFourDecimalNumbersWithoutPadding) {
     ExpectEverythingClosed();
 }
 
+TEST_F(SharedHelpersTest, FileVersionsBlockIsUnlockedBeforeItIsFreed) {
+    station.files.push_back({"C:\\a.exe", simwin::FileVersion{6, 0, 2900, 2180}, {}});
+    Start().keepLog(true);
+    EXPECT_STREQ(global.GetFileVersion("C:\\a.exe"), "6.0.2900.2180");
+    std::vector<std::string> calls;
+    for (const simwin::LoggedCall& call : machine->log()) {
+        if (call.name.starts_with("Global"))
+            calls.push_back(call.name);
+    }
+    EXPECT_THAT(calls, ::testing::ElementsAre("GlobalAlloc", "GlobalLock", "GlobalUnlock", "GlobalFree"));
+}
+
 TEST_F(SharedHelpersTest, VersionResourceWithoutFixedInformationGivesTheEmptyText) {
     station.files.push_back({"C:\\cut.exe", {}, std::string("\x10\0\0\0\0\0V\0S\0_\0V\0", 14)});
     station.files.push_back({"C:\\byte.exe", {}, std::string("\x01", 1)});

@@ -2,6 +2,7 @@
 // session functions of wtsapi32.dll and keep the rest real.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstring>
 #include <map>
 #include <string>
@@ -62,8 +63,9 @@ UINT g_folderLength = 0;
 std::string g_loaded;
 
 UINT WINAPI TellFolder(char* folder, UINT size) {
+    std::fill_n(folder, std::min(g_folderLength, size), 'f');
     if (g_folderLength < size)
-        std::strcpy(folder, std::string(g_folderLength, 'f').c_str());
+        folder[g_folderLength] = '\0';
     return g_folderLength;
 }
 HMODULE WINAPI NoteLoad(const char* path) {

@@ -97,9 +97,16 @@ struct LockedByte {
     bool operator==(const LockedByte&) const = default;
 };
 std::vector<LockedByte> g_locks;
+int g_refusals = 0;  // of the lock, from now on
+DWORD g_refusal = 0;
 
 BOOL WINAPI NoteLock(HANDLE file, DWORD flags, DWORD reserved, DWORD low, DWORD high, OVERLAPPED* place) {
     g_locks.push_back({reserved, low, high, place->Offset, place->OffsetHigh});
+    if (g_refusals > 0) {
+        --g_refusals;
+        SetLastError(g_refusal);
+        return FALSE;
+    }
     return LockFileEx(file, flags, reserved, low, high, place);
 }
 BOOL WINAPI NoteUnlock(HANDLE file, DWORD reserved, DWORD low, DWORD high, OVERLAPPED* place) {
@@ -107,14 +114,50 @@ BOOL WINAPI NoteUnlock(HANDLE file, DWORD reserved, DWORD low, DWORD high, OVERL
     return UnlockFileEx(file, reserved, low, high, place);
 }
 
-TEST_F(Trace, WritesUnderALockOfOneByteFarBehindAnyEnd) {
-    HMODULE library = GetModuleHandleA("ZRtrc64.dll");
-    const ImportOverride lock(library, "kernel32.dll", "LockFileEx", NoteLock);
-    const ImportOverride unlock(library, "kernel32.dll", "UnlockFileEx", NoteUnlock);
-    g_locks.clear();
+std::vector<DWORD> g_sleeps;  // milliseconds
+
+void WINAPI NoteSleep(DWORD milliseconds) {
+    g_sleeps.push_back(milliseconds);
+}
+
+class TraceLock : public Trace {
+  protected:
+    TraceLock() {
+        g_locks.clear();
+        g_sleeps.clear();
+    }
+
+    HMODULE m_library = GetModuleHandleA("ZRtrc64.dll");
+    ImportOverride m_lock{m_library, "kernel32.dll", "LockFileEx", NoteLock};
+    ImportOverride m_unlock{m_library, "kernel32.dll", "UnlockFileEx", NoteUnlock};
+    ImportOverride m_sleep{m_library, "kernel32.dll", "Sleep", NoteSleep};
+};
+
+constexpr LockedByte kPlace = {0, 1, 0, 0, 0x7FFFFFFF};
+
+TEST_F(TraceLock, IsOfOneByteFarBehindAnyEnd) {
     ZRTrace(2, kComponent, "text");
-    const LockedByte place = {0, 1, 0, 0, 0x7FFFFFFF};
-    EXPECT_THAT(g_locks, ElementsAre(place, place));
+    EXPECT_THAT(g_locks, ElementsAre(kPlace, kPlace));
+}
+
+TEST_F(TraceLock, IsAskedForAgainWhileAnotherWriterHasIt) {
+    for (const DWORD refusal : {DWORD{ERROR_LOCK_VIOLATION}, DWORD{ERROR_IO_PENDING}}) {
+        g_locks.clear();
+        g_sleeps.clear();
+        g_refusals = 2;
+        g_refusal = refusal;
+        ZRTrace(2, kComponent, "text");
+        EXPECT_THAT(g_locks, ElementsAre(kPlace, kPlace, kPlace, kPlace)) << refusal;
+        EXPECT_THAT(g_sleeps, ElementsAre(1, 1)) << refusal;
+    }
+}
+
+TEST_F(TraceLock, IsDoneWithoutWhereThereAreNone) {
+    g_refusals = 1;
+    g_refusal = ERROR_NOT_SUPPORTED;
+    ZRTrace(2, kComponent, "text");
+    EXPECT_THAT(g_locks, ElementsAre(kPlace));
+    EXPECT_THAT(Texts(), ElementsAre("text\r"));
 }
 
 }  // namespace
