@@ -122,6 +122,17 @@ TEST_F(CollectionRunTest, FirstTraceLineSaysThatTheStationIsRead) {
     EXPECT_EQ(line.text, "Reading station data.\n");
 }
 
+TEST_F(CollectionRunTest, VersionIsReadRightBeforeTheHardware) {
+    Start().keepLog(true);
+    record.Clear();
+    GetStationData(record.data());
+    const auto& log = machine->log();
+    const auto hardware =
+        std::ranges::find(log, std::string_view("GetSystemInfo"), &simwin::LoggedCall::name) - log.begin();
+    ASSERT_GT(hardware, 0);
+    EXPECT_EQ(log.at(static_cast<std::size_t>(hardware - 1)).name, "GetVersionExA");
+}
+
 TEST_F(CollectionRunTest, EmptyMachineLeavesEveryTextFieldAndTheReservedAreasAsTheCallerHadThem) {
     station.version.reset();
     CollectOverPattern();
