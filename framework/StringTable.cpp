@@ -4,6 +4,6 @@
 bool CString::LoadString(unsigned int id) {
     char text[256] = {};
     const int length = LoadStringA(GetModuleState().m_hInstance, id, text, sizeof text);
-    Assign(text, length > 0 ? static_cast<std::size_t>(length) : 0);
-    return length > 0;
+    Assign(text, static_cast<std::size_t>(length));
+    return length != 0;
 }

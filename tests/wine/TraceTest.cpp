@@ -80,6 +80,14 @@ TEST_F(Trace, ObeysTheLimit) {
     EXPECT_THAT(Texts(), ElementsAre("0\r", "2\r"));
 }
 
+TEST_F(Trace, LimitOf15CharactersCountsAndALongerOneIsNone) {
+    SetEnvironmentVariableA("KVTraceLevel", "000000000000002");
+    ZRTrace(6, kComponent, "silent");
+    SetEnvironmentVariableA("KVTraceLevel", "0000000000000002");
+    ZRTrace(6, kComponent, "told");
+    EXPECT_THAT(Texts(), ElementsAre("told\r"));
+}
+
 TEST_F(Trace, FollowsItsVariablesWhileTheProcessRuns) {
     SetEnvironmentVariableA("KVTraceLevel", "2");
     ZRTrace(6, kComponent, "too detailed");
