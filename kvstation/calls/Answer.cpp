@@ -1,7 +1,7 @@
 #include "kvstation/calls/Answer.h"
 
-#include "kvstation/platform/JoinWords.h"
-#include "kvstation/platform/VisibleText.h"
+#include "kvstation/text/JoinWords.h"
+#include "kvstation/text/VisibleText.h"
 
 namespace kvstation {
 

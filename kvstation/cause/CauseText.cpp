@@ -2,10 +2,10 @@
 
 #include <algorithm>
 
-#include "kvstation/platform/JoinWords.h"
 #include "kvstation/platform/Output.h"
-#include "kvstation/platform/VisibleText.h"
 #include "kvstation/record/FieldTable.h"
+#include "kvstation/text/JoinWords.h"
+#include "kvstation/text/VisibleText.h"
 #include "simwin/station/RegistryTree.h"
 #include "simwin/text/CodePage.h"
 

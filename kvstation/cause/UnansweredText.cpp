@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "kvstation/experiments/Questions.h"
-#include "kvstation/platform/VisibleText.h"
+#include "kvstation/text/VisibleText.h"
 
 namespace kvstation {
 namespace {

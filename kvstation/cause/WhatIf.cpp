@@ -8,7 +8,7 @@
 #include "kvstation/calls/CallRows.h"
 #include "kvstation/experiments/ModuleRun.h"
 #include "kvstation/platform/Errors.h"
-#include "kvstation/platform/Similar.h"
+#include "kvstation/text/Similar.h"
 #include "simwin/calls/CallTable.h"
 #include "simwin/text/CodePage.h"
 #include "simwin/text/HexText.h"

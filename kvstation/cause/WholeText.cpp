@@ -5,7 +5,7 @@
 #include "kvstation/cause/Causes.h"
 #include "kvstation/experiments/MovedText.h"
 #include "kvstation/experiments/Words.h"
-#include "kvstation/platform/VisibleText.h"
+#include "kvstation/text/VisibleText.h"
 #include "simwin/text/CodePage.h"
 
 namespace kvstation {

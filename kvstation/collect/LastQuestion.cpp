@@ -1,7 +1,7 @@
 #include "kvstation/collect/LastQuestion.h"
 
 #include "kvstation/calls/CallRows.h"
-#include "kvstation/platform/VisibleText.h"
+#include "kvstation/text/VisibleText.h"
 
 namespace kvstation {
 namespace {

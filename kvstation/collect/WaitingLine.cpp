@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 
-#include "kvstation/platform/VisibleText.h"
+#include "kvstation/text/VisibleText.h"
 
 namespace kvstation {
 namespace {

@@ -1,7 +1,7 @@
 // Completion for bash: tables as case commands, and functions that look into them.
 #include "kvstation/commandline/Offers.h"
 #include "kvstation/commandline/Shells.h"
-#include "kvstation/platform/JoinWords.h"
+#include "kvstation/text/JoinWords.h"
 
 namespace kvstation {
 namespace {

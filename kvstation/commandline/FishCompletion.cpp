@@ -1,7 +1,7 @@
 // Completion for fish: a "complete" command for each thing that can be typed.
 #include "kvstation/commandline/ShellText.h"
 #include "kvstation/commandline/Shells.h"
-#include "kvstation/platform/JoinWords.h"
+#include "kvstation/text/JoinWords.h"
 
 namespace kvstation {
 namespace {

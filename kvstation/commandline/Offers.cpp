@@ -1,6 +1,6 @@
 #include "kvstation/commandline/Offers.h"
 
-#include "kvstation/platform/JoinWords.h"
+#include "kvstation/text/JoinWords.h"
 
 namespace kvstation {
 

@@ -2,7 +2,7 @@
 #include "kvstation/commandline/Offers.h"
 #include "kvstation/commandline/ShellText.h"
 #include "kvstation/commandline/Shells.h"
-#include "kvstation/platform/JoinWords.h"
+#include "kvstation/text/JoinWords.h"
 
 namespace kvstation {
 namespace {

@@ -3,7 +3,7 @@
 #include <CLI/App.hpp>
 
 #include "kvstation/platform/Errors.h"
-#include "kvstation/platform/Similar.h"
+#include "kvstation/text/Similar.h"
 
 namespace kvstation {
 

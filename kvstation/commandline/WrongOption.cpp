@@ -6,8 +6,8 @@
 
 #include "kvstation/commandline/VerbName.h"
 #include "kvstation/platform/Errors.h"
-#include "kvstation/platform/JoinWords.h"
-#include "kvstation/platform/Similar.h"
+#include "kvstation/text/JoinWords.h"
+#include "kvstation/text/Similar.h"
 
 namespace kvstation {
 namespace {

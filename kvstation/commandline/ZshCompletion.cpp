@@ -1,7 +1,7 @@
 // Completion for zsh: entries for its own _arguments.
 #include "kvstation/commandline/ShellText.h"
 #include "kvstation/commandline/Shells.h"
-#include "kvstation/platform/JoinWords.h"
+#include "kvstation/text/JoinWords.h"
 
 namespace kvstation {
 namespace {

@@ -10,7 +10,7 @@
 #include "kvstation/hives/OldHive.h"
 #include "kvstation/platform/Errors.h"
 #include "kvstation/platform/Files.h"
-#include "kvstation/platform/JoinWords.h"
+#include "kvstation/text/JoinWords.h"
 
 namespace kvstation {
 namespace {

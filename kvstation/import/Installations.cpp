@@ -6,7 +6,7 @@
 #include "kvstation/hives/FolderEntries.h"
 #include "kvstation/platform/Errors.h"
 #include "kvstation/platform/Files.h"
-#include "kvstation/platform/JoinWords.h"
+#include "kvstation/text/JoinWords.h"
 
 namespace kvstation {
 namespace {

@@ -3,7 +3,7 @@
 #include <cstdio>
 #include <system_error>
 
-#include "kvstation/platform/VisibleText.h"
+#include "kvstation/text/VisibleText.h"
 #ifdef _WIN32
 #include "framework/Windows.h"
 #include "kvstation/platform/Utf16.h"

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "kvstation/platform/Errors.h"
-#include "kvstation/platform/Similar.h"
+#include "kvstation/text/Similar.h"
 #include "simwin/text/CodePage.h"
 #include "simwin/text/HexText.h"
 

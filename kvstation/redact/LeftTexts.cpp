@@ -6,10 +6,10 @@
 #include <map>
 #include <nlohmann/json.hpp>
 
-#include "kvstation/platform/VisibleText.h"
 #include "kvstation/redact/BinaryTexts.h"
 #include "kvstation/redact/NamedParts.h"
 #include "kvstation/redact/WindowsWords.h"
+#include "kvstation/text/VisibleText.h"
 #include "simwin/station/StationWriter.h"
 #include "simwin/station/TextForms.h"
 #include "simwin/text/CodePage.h"

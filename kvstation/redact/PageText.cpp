@@ -6,7 +6,7 @@
 #include <optional>
 #include <unordered_map>
 
-#include "kvstation/platform/CharacterRange.h"
+#include "kvstation/text/CharacterRange.h"
 #include "simwin/text/CodePage.h"
 #include "simwin/text/Utf8.h"
 

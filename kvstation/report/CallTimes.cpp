@@ -4,7 +4,7 @@
 #include <cstdio>
 #include <map>
 
-#include "kvstation/platform/VisibleText.h"
+#include "kvstation/text/VisibleText.h"
 
 namespace kvstation {
 namespace {

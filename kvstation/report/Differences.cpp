@@ -1,7 +1,7 @@
 #include "kvstation/report/Differences.h"
 
 #include "kvstation/platform/Output.h"
-#include "kvstation/platform/VisibleText.h"
+#include "kvstation/text/VisibleText.h"
 #include "simwin/text/Utf8.h"
 
 namespace kvstation {

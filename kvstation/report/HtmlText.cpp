@@ -1,6 +1,6 @@
 #include "kvstation/report/HtmlText.h"
 
-#include "kvstation/platform/VisibleText.h"
+#include "kvstation/text/VisibleText.h"
 
 namespace kvstation {
 

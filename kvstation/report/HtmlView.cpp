@@ -3,13 +3,13 @@
 #include <cstdio>
 
 #include "kvstation/cause/CauseText.h"
-#include "kvstation/platform/JoinWords.h"
-#include "kvstation/platform/VisibleText.h"
 #include "kvstation/record/FixedDrives.h"
 #include "kvstation/report/HtmlMap.h"
 #include "kvstation/report/HtmlPage.h"
 #include "kvstation/report/HtmlText.h"
 #include "kvstation/report/HtmlTop.h"
+#include "kvstation/text/JoinWords.h"
+#include "kvstation/text/VisibleText.h"
 
 namespace kvstation {
 namespace {

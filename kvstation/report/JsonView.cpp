@@ -6,7 +6,7 @@
 #include <set>
 
 #include "kvstation/platform/Errors.h"
-#include "kvstation/platform/VisibleText.h"
+#include "kvstation/text/VisibleText.h"
 #include "simwin/station/StationMembers.h"
 #include "simwin/station/TextForms.h"
 #include "simwin/text/CodePage.h"

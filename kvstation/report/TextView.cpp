@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
-#include "kvstation/platform/JoinWords.h"
 #include "kvstation/platform/Output.h"
-#include "kvstation/platform/VisibleText.h"
+#include "kvstation/text/JoinWords.h"
+#include "kvstation/text/VisibleText.h"
 
 namespace kvstation {
 namespace {

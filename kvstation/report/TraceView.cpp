@@ -6,10 +6,10 @@
 
 #include "kvstation/calls/CallError.h"
 #include "kvstation/calls/CallRows.h"
-#include "kvstation/platform/JoinWords.h"
 #include "kvstation/platform/Output.h"
-#include "kvstation/platform/VisibleText.h"
 #include "kvstation/report/JsonView.h"
+#include "kvstation/text/JoinWords.h"
+#include "kvstation/text/VisibleText.h"
 #include "simwin/text/CodePage.h"
 
 namespace kvstation {

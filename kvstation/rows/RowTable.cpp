@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "kvstation/platform/VisibleText.h"
+#include "kvstation/text/VisibleText.h"
 
 namespace kvstation {
 namespace {

@@ -5,9 +5,9 @@
 
 #include "kvstation/platform/Errors.h"
 #include "kvstation/platform/Files.h"
-#include "kvstation/platform/JoinWords.h"
 #include "kvstation/report/JsonView.h"
 #include "kvstation/sets/Database.h"
+#include "kvstation/text/JoinWords.h"
 #include "simwin/text/CodePage.h"
 #include "simwin/text/HexText.h"
 

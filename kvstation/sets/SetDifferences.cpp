@@ -4,9 +4,9 @@
 #include <functional>
 #include <nlohmann/json.hpp>
 
-#include "kvstation/platform/JoinWords.h"
-#include "kvstation/platform/VisibleText.h"
 #include "kvstation/report/JsonView.h"
+#include "kvstation/text/JoinWords.h"
+#include "kvstation/text/VisibleText.h"
 
 namespace kvstation {
 namespace {

@@ -6,8 +6,8 @@
 #include "kvstation/commandline/ManPage.h"
 #include "kvstation/commandline/Shells.h"
 #include "kvstation/platform/Errors.h"
-#include "kvstation/platform/JoinWords.h"
 #include "kvstation/platform/Output.h"
+#include "kvstation/text/JoinWords.h"
 #include "kvstation/verbs/Verb.h"
 
 namespace kvstation {

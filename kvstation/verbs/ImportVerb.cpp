@@ -7,7 +7,7 @@
 #include "kvstation/import/HiveImport.h"
 #include "kvstation/platform/Errors.h"
 #include "kvstation/platform/Output.h"
-#include "kvstation/platform/VisibleText.h"
+#include "kvstation/text/VisibleText.h"
 #include "kvstation/verbs/RedactOption.h"
 #include "kvstation/verbs/Verb.h"
 #include "simwin/station/RegistryReader.h"

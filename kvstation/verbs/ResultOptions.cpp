@@ -6,11 +6,11 @@
 #include "kvstation/platform/Errors.h"
 #include "kvstation/platform/Files.h"
 #include "kvstation/platform/Output.h"
-#include "kvstation/platform/Similar.h"
-#include "kvstation/platform/VisibleText.h"
 #include "kvstation/report/HtmlView.h"
 #include "kvstation/report/JsonView.h"
 #include "kvstation/report/TextView.h"
+#include "kvstation/text/Similar.h"
+#include "kvstation/text/VisibleText.h"
 
 namespace kvstation {
 namespace {

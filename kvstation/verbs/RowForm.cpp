@@ -6,13 +6,13 @@
 #include "kvstation/platform/Files.h"
 #include "kvstation/platform/Output.h"
 #include "kvstation/platform/PartProcess.h"
-#include "kvstation/platform/VisibleText.h"
 #include "kvstation/report/TextView.h"
 #include "kvstation/rows/Frames.h"
 #include "kvstation/rows/RowCsv.h"
 #include "kvstation/rows/RowJson.h"
 #include "kvstation/rows/RowTable.h"
 #include "kvstation/sets/ResultBuffer.h"
+#include "kvstation/text/VisibleText.h"
 #ifndef _WIN32
 #include "kvstation/sets/RowDatabase.h"
 #endif

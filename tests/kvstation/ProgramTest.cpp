@@ -6,12 +6,12 @@
 #include <filesystem>
 #include <nlohmann/json.hpp>
 
-#include "Samples.h"
-#include "TemporaryFolder.h"
-#include "ToolRun.h"
-#include "Verbs.h"
 #include "kvstation/platform/Files.h"
 #include "kvstation/report/JsonView.h"
+#include "tests/kvstation/Samples.h"
+#include "tests/kvstation/TemporaryFolder.h"
+#include "tests/kvstation/ToolRun.h"
+#include "tests/kvstation/Verbs.h"
 
 namespace kvstation {
 namespace {

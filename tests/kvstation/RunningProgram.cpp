@@ -1,4 +1,4 @@
-#include "RunningProgram.h"
+#include "tests/kvstation/RunningProgram.h"
 
 #include <pty.h>
 #include <sys/wait.h>

@@ -3,8 +3,8 @@
 #include <iterator>
 #include <stdexcept>
 
-#include "RunningProgram.h"
 #include "kvstation/platform/Handles.h"
+#include "tests/kvstation/RunningProgram.h"
 
 namespace kvstation {
 namespace {

@@ -1,7 +1,7 @@
 // The built tool, run to its end.
 #pragma once
 
-#include "RunningProgram.h"
+#include "tests/kvstation/RunningProgram.h"
 
 namespace kvstation {
 

@@ -5,14 +5,14 @@
 #include <sys/stat.h>
 
 #include "../TemporaryFolder.h"
-#include "HiveWriter.h"
-#include "LogWriter.h"
 #include "kvstation/hives/BaseBlock.h"
 #include "kvstation/hives/LittleEndian.h"
 #include "kvstation/hives/MarvinHash.h"
 #include "kvstation/import/HiveRegistry.h"
 #include "kvstation/platform/Errors.h"
 #include "kvstation/platform/Files.h"
+#include "tests/kvstation/hives/HiveWriter.h"
+#include "tests/kvstation/hives/LogWriter.h"
 
 namespace kvstation {
 namespace {

@@ -1,4 +1,4 @@
-#include "HiveWriter.h"
+#include "tests/kvstation/hives/HiveWriter.h"
 
 #include <hivex.h>
 

@@ -1,4 +1,4 @@
-#include "LogWriter.h"
+#include "tests/kvstation/hives/LogWriter.h"
 
 #include "kvstation/hives/BaseBlock.h"
 #include "kvstation/hives/LittleEndian.h"

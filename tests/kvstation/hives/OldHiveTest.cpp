@@ -4,11 +4,11 @@
 #include <cstring>
 
 #include "../TemporaryFolder.h"
-#include "OldHiveWriter.h"
 #include "kvstation/import/HiveFacts.h"
 #include "kvstation/import/HiveImport.h"
 #include "kvstation/platform/Errors.h"
 #include "kvstation/platform/Files.h"
+#include "tests/kvstation/hives/OldHiveWriter.h"
 
 namespace kvstation {
 namespace {

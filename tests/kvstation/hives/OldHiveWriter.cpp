@@ -1,4 +1,4 @@
-#include "OldHiveWriter.h"
+#include "tests/kvstation/hives/OldHiveWriter.h"
 
 #include <cstdint>
 
