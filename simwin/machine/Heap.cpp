@@ -54,6 +54,16 @@ void freeHeapBlocks(Machine& machine) {
 
 }  // namespace simwin
 
+namespace {
+
+// All threads share the process heap: Windows forbids to leave its lock aside.
+void checkFlags(Machine& machine, const char* call, DWORD flags) {
+    if ((flags & HEAP_NO_SERIALIZE) != 0)
+        machine.reportMisuse(call, flags, "are no flags for this heap");
+}
+
+}  // namespace
+
 HANDLE WINAPI sim_GetProcessHeap() {
     return asPointer<HANDLE>(kProcessHeap);
 }
@@ -65,6 +75,7 @@ LPVOID WINAPI sim_HeapAlloc(HANDLE heap, DWORD flags, SIZE_T size) {
         machine.reportMisuse("HeapAlloc", asNumber(heap), "is no heap");
         return nullptr;
     }
+    checkFlags(machine, "HeapAlloc", flags);
     if (machine.countAllocation() || size > kLargestBlock)
         return nullptr;
     const SIZE_T room = size != 0 ? size : 1;
@@ -84,9 +95,10 @@ LPVOID WINAPI sim_HeapAlloc(HANDLE heap, DWORD flags, SIZE_T size) {
     return block;
 }
 
-BOOL WINAPI sim_HeapFree(HANDLE heap, DWORD, LPVOID block) {
+BOOL WINAPI sim_HeapFree(HANDLE heap, DWORD flags, LPVOID block) {
     if (block == nullptr)
         return TRUE;
+    checkFlags(Machine::current(), "HeapFree", flags);
     const auto found = asNumber(heap) == kProcessHeap ? heapBlocks().find(block) : heapBlocks().end();
     if (found == heapBlocks().end()) {
         Machine::current().reportMisuse("HeapFree", asNumber(block), "is no block of this heap");

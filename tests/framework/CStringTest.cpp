@@ -40,6 +40,22 @@ TEST(CString, AppendingToACopyLeavesTheOriginal) {
     EXPECT_STREQ(second, "abc");
 }
 
+TEST(CString, AppendingWhereThereIsRoomMovesNothingUnlessTheTextIsShared) {
+    CString text("ab");
+    text += "cd";  // makes room for half as much again: six characters
+    const char* place = text;
+    text += "ef";
+    EXPECT_EQ(static_cast<const char*>(text), place);
+    EXPECT_STREQ(text, "abcdef");
+
+    CString first("ab");
+    first += "cd";
+    CString copy(first);
+    copy += "e";
+    EXPECT_STREQ(first, "abcd");
+    EXPECT_STREQ(copy, "abcde");
+}
+
 TEST(CString, AssignsAndAppendsPartsOfItself) {
     CString text("abcdef");
     text = static_cast<const char*>(text) + 2;
@@ -122,6 +138,8 @@ TEST(CString, ChangesCaseByTheAnsiCodePage) {
     EXPECT_STREQ(text, "B\xDCRO \xC9T\xC9 \xDF\x9F");
     text.MakeLower();
     EXPECT_STREQ(text, "b\xFCro \xE9t\xE9 \xDF\xFF");
+    const char* place = text;
+    EXPECT_EQ(static_cast<const char*>(text.MakeUpper()), place) << "a text that is not shared stays where it is";
     CString empty;
     empty.MakeUpper().MakeLower();
     EXPECT_TRUE(empty.IsEmpty());
@@ -151,6 +169,9 @@ TEST(CString, JoinsWithTheOperators) {
     EXPECT_STREQ("a" + middle, "ab");
     EXPECT_STREQ(middle + "c", "bc");
     EXPECT_STREQ(middle + middle, "bb");
+    EXPECT_STREQ(middle + "", "b");
+    EXPECT_STREQ("" + middle, "b");
+    EXPECT_STREQ(CString() + "", "");
 }
 
 TEST(CString, KeepsMovedText) {
@@ -230,6 +251,13 @@ TEST(CString, CanBeFilledAndEmptiedByALibraryThatKnowsItsDataAlone) {
 TEST(StringManager, AnswersNullToSizesThatAreNone) {
     EXPECT_EQ(GetStringManager().Allocate(-1, 1), nullptr);
     EXPECT_EQ(GetStringManager().Allocate(1, 0), nullptr);
+}
+
+TEST(StringManager, GivesABlockForNoCharacters) {
+    StringData* data = GetStringManager().Allocate(0, 1);
+    ASSERT_NE(data, nullptr);
+    EXPECT_STREQ(data->Text(), "");
+    GetStringManager().Free(data);
 }
 
 TEST(StringManager, GivesABlockWithoutCharactersForCharactersOfEitherSize) {

@@ -1,7 +1,9 @@
 // ZRtrc64.dll: what a trace line says and which lines are wanted.
+#include <cstdarg>
 #include <cstdio>
 #include <regex>
 
+#include "tests/wine/LoadedModule.h"
 #include "tests/wine/TraceFixture.h"
 
 namespace {
@@ -55,6 +57,20 @@ TEST_F(Trace, CutsALongText) {
     ASSERT_EQ(2U, lines.size());
     EXPECT_EQ(4094U, lines[0].size());
     EXPECT_THAT(lines[0], EndsWith("xxx...\r"));
+}
+
+std::size_t g_room = 0;
+
+int NoteRoom(char* buffer, std::size_t count, const char* format, va_list arguments) {
+    g_room = count;
+    return _vsnprintf(buffer, count, format, arguments);
+}
+
+TEST_F(Trace, FormatsIntoTheRoomInFrontOfTheTextsEnd) {
+    const ImportOverride format(GetModuleHandleA("ZRtrc64.dll"), "msvcrt.dll", "_vsnprintf", NoteRoom);
+    ZRTrace(2, kComponent, "%s", "text");
+    EXPECT_EQ(4095U, g_room);
+    EXPECT_THAT(Texts(), ElementsAre("text\r"));
 }
 
 TEST_F(Trace, TakesNullTextsForEmptyOnes) {
