@@ -193,7 +193,7 @@ CString& CString::Trim() {
     while (end > first && IsWhiteSpace(m_pszData[end - 1]))
         --end;
     // A lead byte takes the first of them for its second byte.
-    if (end > first && end < GetLength() && Left(end + 1).ReverseFind(m_pszData[end]) != end)
+    if (end < GetLength() && Left(end + 1).ReverseFind(m_pszData[end]) != end)
         ++end;
     return *this = Mid(first, end - first);
 }

@@ -40,6 +40,19 @@ TEST(CString, AppendingToACopyLeavesTheOriginal) {
     EXPECT_STREQ(second, "abc");
 }
 
+TEST(CString, AssigningWhereThereIsRoomMovesNothingUnlessTheTextIsShared) {
+    CString text("abc");
+    const char* place = text;
+    text = "xyz";
+    EXPECT_EQ(static_cast<const char*>(text), place);
+    EXPECT_STREQ(text, "xyz");
+
+    CString copy(text);
+    copy = "ab";
+    EXPECT_STREQ(text, "xyz");
+    EXPECT_STREQ(copy, "ab");
+}
+
 TEST(CString, AppendingWhereThereIsRoomMovesNothingUnlessTheTextIsShared) {
     CString text("ab");
     text += "cd";  // makes room for half as much again: six characters
