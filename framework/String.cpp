@@ -1,5 +1,6 @@
 #include "framework/String.h"
 
+#include <algorithm>
 #include <cstdarg>
 #include <cstdio>
 #include <cstring>
@@ -156,7 +157,7 @@ CString CString::Left(int count) const {
 }
 
 CString CString::Right(int count) const {
-    return count < GetLength() ? Mid(GetLength() - (count > 0 ? count : 0)) : *this;
+    return Mid(GetLength() - std::max(count, 0));
 }
 
 CString CString::Mid(int first) const {
@@ -164,12 +165,8 @@ CString CString::Mid(int first) const {
 }
 
 CString CString::Mid(int first, int count) const {
-    if (first < 0)
-        first = 0;
-    if (first > GetLength())
-        first = GetLength();
-    if (count > GetLength() - first)
-        count = GetLength() - first;
+    first = std::clamp(first, 0, GetLength());
+    count = std::min(count, GetLength() - first);
     if (count == GetLength())
         return *this;
     return CString(m_pszData + first, count);

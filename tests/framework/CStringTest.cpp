@@ -134,7 +134,9 @@ TEST(CString, LeftMidAndRightCutAtTheTextsEnds) {
     EXPECT_STREQ(text.Left(2), "ab");
     EXPECT_STREQ(text.Left(9), "abcde");
     EXPECT_STREQ(text.Left(-1), "");
+    EXPECT_STREQ(text.Right(1), "e");
     EXPECT_STREQ(text.Right(2), "de");
+    EXPECT_STREQ(text.Right(5), "abcde");
     EXPECT_STREQ(text.Right(9), "abcde");
     EXPECT_STREQ(text.Right(0), "");
     EXPECT_STREQ(text.Right(-3), "");
