@@ -122,7 +122,7 @@ void CString::Format(const char* format, ...) {
     char text[kShortFormatted];
     const int result = std::vsnprintf(text, sizeof text, format, arguments);
     va_end(arguments);
-    const std::size_t length = result > 0 ? static_cast<std::size_t>(result) : 0;
+    const auto length = static_cast<std::size_t>(std::max(result, 0));
     if (length < sizeof text) {
         Assign(text, length);
     } else {
