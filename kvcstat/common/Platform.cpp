@@ -9,7 +9,7 @@ namespace {
 constexpr DWORD kTopBit = 0x80000000;  // of GetVersion: Windows 9x
 
 bool ReadVersion(OSVERSIONINFOA& version) {
-    version = {.dwOSVersionInfoSize = sizeof version};
+    version.dwOSVersionInfoSize = sizeof version;
     return GetVersionExA(&version) != FALSE;
 }
 
@@ -46,12 +46,12 @@ bool IsTerminalSuite() {
 }  // namespace
 
 DWORD CStatGlobal::GetPlatformId() const {
-    OSVERSIONINFOA version;
+    OSVERSIONINFOA version = {};
     return ReadVersion(version) ? version.dwPlatformId : 0;
 }
 
 bool CStatGlobal::IsWindowsNT5() const {
-    OSVERSIONINFOA version;
+    OSVERSIONINFOA version = {};
     return ReadVersion(version) && version.dwPlatformId == VER_PLATFORM_WIN32_NT && version.dwMajorVersion == 5;
 }
 
