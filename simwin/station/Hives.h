@@ -35,12 +35,13 @@ inline constexpr NamedHive kHives[] = {{Hive::LocalMachine, "HKEY_LOCAL_MACHINE"
                                        {Hive::ClassesRoot, "HKEY_CLASSES_ROOT", "HKCR", 0x80000000}};
 
 // Those with keys of their own; HKEY_CLASSES_ROOT stands for keys of another.
-inline constexpr auto kOwnHives = [] {
+constexpr std::array<Hive, std::size(kHives) - 1> ownHives() {
     std::array<Hive, std::size(kHives) - 1> own{};
     for (std::size_t i = 0; i < own.size(); ++i)
         own[i] = kHives[i].hive;
     return own;
-}();
+}
+inline constexpr auto kOwnHives = ownHives();
 static_assert(kHives[kOwnHives.size()].hive == Hive::ClassesRoot);
 
 constexpr const NamedHive& named(Hive hive) {
