@@ -5,7 +5,7 @@
 
 namespace {
 
-constexpr char kVideoBiosKey[] = "HARDWARE\\DESCRIPTION\\System";
+constexpr char kSystemKey[] = "HARDWARE\\DESCRIPTION\\System";
 
 // The driver's key of the first adapter, where the device map names it in the native form; null when it does not.
 HKEY FindDriver(CString& path) {
@@ -33,7 +33,7 @@ int CVideoInformation::GetVideoAdapter() {
         }
         case VER_PLATFORM_WIN32_NT:
             GetVideoAdapterNT();
-            return global.GetRegString(HKEY_LOCAL_MACHINE, kVideoBiosKey, "VideoBiosDate", m_cVideoBiosDate);
+            return global.GetRegString(HKEY_LOCAL_MACHINE, kSystemKey, "VideoBiosDate", m_cVideoBiosDate);
         default:
             return -1;
     }
@@ -46,7 +46,7 @@ void CVideoInformation::GetVideoAdapterNT() {
     const HKEY hive = FindDriver(path);
     if (hive != nullptr && global.GetRegString(hive, path, "Device Description", m_cVideoAdapter) == 0)
         return;
-    if (global.GetRegString(HKEY_LOCAL_MACHINE, kVideoBiosKey, "VideoBiosVersion", m_cVideoAdapter) == 0)
+    if (global.GetRegString(HKEY_LOCAL_MACHINE, kSystemKey, "VideoBiosVersion", m_cVideoAdapter) == 0)
         return;
     if (hive != nullptr)
         global.GetRegString(hive, path, "HardwareInformation.AdapterString", m_cVideoAdapter);

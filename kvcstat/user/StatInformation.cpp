@@ -9,7 +9,7 @@
 
 namespace {
 
-enum StationType { kUnnamed = -1, kClient = 0, kDnsName = 1, kIPAddress = 2, kMACAddress = 3 };
+enum StationType { kNoName = -1, kClientName = 0, kDnsName = 1, kIPAddress = 2, kMACAddress = 3 };
 constexpr int kTypes = 4;
 
 // For each type that is asked for, what is tried, in this order. The client name (0, so that it also fills the rows) is
@@ -19,11 +19,11 @@ struct Preference {
     StationType tried[kTypes];
 };
 constexpr Preference kPreferences[] = {
-    {kDnsName, {kDnsName, kIPAddress, kMACAddress, kClient}},
-    {kIPAddress, {kIPAddress, kMACAddress, kClient}},
-    {kMACAddress, {kMACAddress, kIPAddress, kClient}},
+    {kDnsName, {kDnsName, kIPAddress, kMACAddress, kClientName}},
+    {kIPAddress, {kIPAddress, kMACAddress, kClientName}},
+    {kMACAddress, {kMACAddress, kIPAddress, kClientName}},
 };
-constexpr StationType kClientNameOnly[kTypes] = {kClient};
+constexpr StationType kClientNameOnly[kTypes] = {kClientName};
 
 const StationType (&TypesToTry(int asked))[kTypes] {
     for (const Preference& preference : kPreferences) {
@@ -55,7 +55,7 @@ int CStatInformation::Collect(CNetworkInformation& network) {
     const CString names[kTypes] = {network.m_cClientName, network.m_cDnsName,
                                    network.FirstAddress(network.m_cIPAddress), network.m_cMACAddress};
     const auto& typesToTry = TypesToTry(network.m_nStationType);
-    network.m_nStationType = kUnnamed;
+    network.m_nStationType = kNoName;
     m_cStation.LoadString(IDS_UNKNOWN_NAME);
     for (const StationType tried : typesToTry) {
         if (!names[tried].IsEmpty()) {
