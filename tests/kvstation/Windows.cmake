@@ -30,7 +30,7 @@ target_compile_definitions(watch_test PRIVATE KV_RECORD_DOCUMENT="Z:${PROJECT_SO
 kv_copies(watch_files ${KV_WATCH} kvcstat kvenv kvtswrp kvnetapi zrtrc)
 add_dependencies(watch_test watch_files)
 target_precompile_headers(watch_test REUSE_FROM test_headers)
-kv_suites(watch_test PREFIX wine.kvstation.)
+kv_suites(watch_test PREFIX wine.kvstation. COST 40)
 
 # A folder whose network-name library ends the collection.
 set(KV_ENDING ${CMAKE_BINARY_DIR}/tests/ending)
