@@ -326,6 +326,7 @@ TEST(StringManager, KeepsTheTextInABlockOfAnotherCapacity) {
 TEST(StringManager, KeepsTheSharedEmptyTextWhenItIsReleased) {
     GetStringManager().Free(GetStringManager().GetNilString());
     EXPECT_TRUE(CString().IsEmpty());
+    EXPECT_EQ(GetStringManager().GetNilString()->capacity, 0);
 }
 
 TEST(StringManager, KeepsTheOldBlockWhenThereIsNoMemoryForAnother) {
