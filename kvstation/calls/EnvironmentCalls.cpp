@@ -3,13 +3,14 @@
 
 #include "kvstation/calls/CallFacts.h"
 #include "kvstation/calls/CallRow.h"
-#include "kvstation/calls/PlainPlaces.h"
 #include "kvstation/calls/StationDraft.h"
 
 namespace kvstation {
 namespace {
 
 using simwin::ObservedCall;
+
+constexpr std::string_view kTextSamples = R"(["Another7"])";
 
 Place placeOfVariable(const ObservedCall& call) {
     const std::string name = utf8At(call, 0);

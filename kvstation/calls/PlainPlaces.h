@@ -21,15 +21,7 @@ Place member(const simwin::ObservedCall&) {
     return memberPlace({Names.text...});
 }
 
-// Of a call for whose failure the file has nothing but the list of calls that fail.
-inline Place failurePlace(const simwin::ObservedCall& call) {
-    return memberPlace({"fails", call.name});
-}
-
-// Other answers that a name or a text can be.
+// Other answers that a name can be.
 inline constexpr std::string_view kNameSamples = R"(["ANOTHER7"])";
-inline constexpr std::string_view kTextSamples = R"(["Another7"])";
-// The same of a companion, which tells its result too.
-inline constexpr std::string_view kCompanionSamples = R"(["ANOTHER7", {"text": "ANOTHER7", "result": 0}])";
 
 }  // namespace kvstation

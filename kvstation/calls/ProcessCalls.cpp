@@ -10,9 +10,10 @@ namespace {
 
 using simwin::ObservedCall;
 
-// Windows 9x has no tokens.
+// Windows 9x has no tokens. Of another failure the file has nothing but the list of calls that fail.
 Place placeOfToken(const ObservedCall& call) {
-    return !call.succeeded && call.error == ERROR_CALL_NOT_IMPLEMENTED ? memberPlace({"version"}) : failurePlace(call);
+    const bool is9x = !call.succeeded && call.error == ERROR_CALL_NOT_IMPLEMENTED;
+    return is9x ? memberPlace({"version"}) : memberPlace({"fails", call.name});
 }
 
 simwin::Process& processOf(StationDraft& draft) {

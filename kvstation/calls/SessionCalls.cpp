@@ -9,6 +9,9 @@ namespace {
 
 using simwin::ObservedCall;
 
+// A companion tells its result too.
+constexpr std::string_view kCompanionSamples = R"(["ANOTHER7", {"text": "ANOTHER7", "result": 0}])";
+
 int resultOf(const ObservedCall& call) {
     return static_cast<int>(simwin::numberOf(call.result));
 }

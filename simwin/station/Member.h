@@ -78,12 +78,12 @@ template <auto Field>
 using FormOfField = FormOf<decltype(valueOf(Field))>;
 
 template <auto Field, class Form>
-constexpr Member<ObjectOf<Field>> rowOf(std::string_view name, std::string_view meaning, Tells tells, bool isAlways) {
+constexpr Member<ObjectOf<Field>> rowOf(std::string_view name, std::string_view meaning, Tells tells) {
     using Object = ObjectOf<Field>;
     return {.name = name,
             .meaning = meaning,
             .tells = tells,
-            .isAlwaysWritten = isAlways,
+            .isAlwaysWritten = false,
             .read = [](const JsonView& value, Object& object) { Form::read(value, object.*Field); },
             .write = [](const Object& object) -> JsonView::Json { return Form::write(object.*Field); },
             .tell = [](MemberText& member, MemberTexts& below) { Form::tell(member, below); },
@@ -95,21 +95,19 @@ constexpr Member<ObjectOf<Field>> rowOf(std::string_view name, std::string_view 
 // eachTextOf() visits.
 template <auto Field, class Form = FormOfField<Field>>
 requires(!Form::kIsText) constexpr auto member(std::string_view name, std::string_view meaning) {
-    return rowOf<Field, Form>(name, meaning, Tells::Nothing, false);
+    return rowOf<Field, Form>(name, meaning, Tells::Nothing);
 }
 template <auto Field, class Form = FormOfField<Field>>
 requires Form::kIsText constexpr auto member(std::string_view name, Tells tells, std::string_view meaning) {
-    return rowOf<Field, Form>(name, meaning, tells, false);
+    return rowOf<Field, Form>(name, meaning, tells);
 }
 
-// The row of a member that is always written.
-template <auto Field, class Form = FormOfField<Field>>
-requires(!Form::kIsText) constexpr auto always(std::string_view name, std::string_view meaning) {
-    return rowOf<Field, Form>(name, meaning, Tells::Nothing, true);
-}
-template <auto Field, class Form = FormOfField<Field>>
-requires Form::kIsText constexpr auto always(std::string_view name, Tells tells, std::string_view meaning) {
-    return rowOf<Field, Form>(name, meaning, tells, true);
+// The row of a member that is always written, of the same words.
+template <auto Field, class Form = FormOfField<Field>, class... Told>
+constexpr auto always(Told... told) {
+    auto row = member<Field, Form>(told...);
+    row.isAlwaysWritten = true;
+    return row;
 }
 
 template <class Object>
