@@ -2,8 +2,6 @@
 # code of two compilers must give the same records.
 include(${CMAKE_CURRENT_LIST_DIR}/mingw-w64.cmake)
 
-set(KV_GCC /usr/lib/gcc/x86_64-w64-mingw32/12-win32)
-set(KV_CLANG_TARGET "--target=x86_64-w64-mingw32")
 set(KV_CLANG_HEADERS "-isystem ${KV_GCC}/include/c++ -isystem ${KV_GCC}/include/c++/x86_64-w64-mingw32 -isystem ${KV_GCC}/include/c++/backward")
 set(CMAKE_C_COMPILER clang)
 set(CMAKE_CXX_COMPILER clang++)
@@ -14,5 +12,5 @@ set(CMAKE_C_FLAGS_INIT ${KV_CLANG_TARGET})
 set(CMAKE_CXX_FLAGS_INIT "${KV_CLANG_TARGET} ${KV_CLANG_HEADERS}")
 # The linker remarks on type names whose sections differ in size: GCC's are padded to 16 bytes, clang's are not.
 foreach(kind EXE SHARED MODULE)
-  set(CMAKE_${kind}_LINKER_FLAGS_INIT "-B${KV_GCC} -L${KV_GCC}")
+  set(CMAKE_${kind}_LINKER_FLAGS_INIT "${KV_CLANG_LIBRARIES}")
 endforeach()

@@ -12,5 +12,10 @@ set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 
+# How clang finds the headers and libraries of that compiler.
+set(KV_GCC /usr/lib/gcc/x86_64-w64-mingw32/12-win32)
+set(KV_CLANG_TARGET "--target=x86_64-w64-mingw32")
+set(KV_CLANG_LIBRARIES "-B${KV_GCC} -L${KV_GCC}")
+
 # Test programs run under Wine.
 set(CMAKE_CROSSCOMPILING_EMULATOR ${CMAKE_CURRENT_LIST_DIR}/wine-run)

@@ -1,4 +1,4 @@
-// What experiments over all described stations with the real library tell. They are made once for all these tests.
+// What experiments over all described stations with the real library tell.
 #include <gmock/gmock.h>
 
 #include <algorithm>
@@ -8,7 +8,7 @@
 #include "kvstation/cause/FieldSources.h"
 #include "kvstation/platform/Files.h"
 #include "kvstation/report/LayoutTable.h"
-#include "tests/kvstation/cause/StationRuns.h"
+#include "tests/kvstation/cause/DescribedCauses.h"
 
 namespace kvtest {
 namespace {
@@ -16,13 +16,10 @@ namespace {
 using kvstation::Cause;
 using kvstation::FieldCauses;
 
-const std::vector<std::vector<FieldCauses>>& allStations() {
-    static const std::vector<std::vector<FieldCauses>> stations = [] {
-        std::vector<std::string> folders;
-        for (const std::string& name : stationNames())
-            folders.push_back(stationFolder(name));
-        return kvstation::causesOver(folders);
-    }();
+std::vector<std::vector<FieldCauses>> allStations() {
+    std::vector<std::vector<FieldCauses>> stations;
+    for (const std::string& name : stationNames())
+        stations.push_back(causesOfDescribed(name));
     return stations;
 }
 
@@ -30,6 +27,11 @@ TEST(AllStations, HaveTheSourcesOfTheRecordsDocument) {
     EXPECT_EQ(kvstation::readFile(KV_RECORD_DOCUMENT, 1024 * 1024),
               kvstation::layoutMarkdown(kvstation::sourcesIn(allStations())))
         << "make it anew: ./kv docs";
+}
+
+TEST(AllStations, AreReadFromTheirFolders) {
+    EXPECT_EQ(kvstation::sourcesIn(kvstation::causesOver({stationFolder("nt4-mips-workstation")})),
+              kvstation::sourcesIn({causesOfDescribed("nt4-mips-workstation")}));
 }
 
 // Questions that the module asks without the answer coming into a field: a process's number opens that process whatever

@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include <map>
 #include <nlohmann/json.hpp>
 
 #include "kvstation/capture/TracedStation.h"
@@ -15,13 +16,19 @@ using kvstation::TracedCall;
 using testing::HasSubstr;
 using testing::Not;
 
-std::vector<TracedCall> traceOf(const std::string& name) {
+std::vector<TracedCall> newTraceOf(const std::string& name) {
     const kvstation::TracedStation traced = kvstation::traceStation(stationNamed(name));
     EXPECT_EQ(traced.calls.size(), traced.fields.size());
     std::vector<TracedCall> calls;
     for (std::size_t i = 0; i < traced.calls.size(); ++i)
         calls.push_back({traced.calls[i].call, traced.fields[i]});
     return calls;
+}
+
+const std::vector<TracedCall>& traceOf(const std::string& name) {
+    static std::map<std::string, std::vector<TracedCall>> made;
+    const auto known = made.find(name);
+    return known != made.end() ? known->second : made.emplace(name, newTraceOf(name)).first->second;
 }
 
 TEST(Trace, TellsQuestionsAnswersAndTraceLinesWithTheFieldsThatHangOnThem) {
@@ -81,8 +88,8 @@ TEST(Trace, IsAJsonListOfCallsAndLines) {
 }
 
 TEST(Trace, IsTheSameInEveryRun) {
-    EXPECT_EQ(kvstation::traceView(traceOf("nt4-alpha-workstation"), {.all = true}),
-              kvstation::traceView(traceOf("nt4-alpha-workstation"), {.all = true}));
+    EXPECT_EQ(kvstation::traceView(newTraceOf("nt4-alpha-workstation"), {.all = true}),
+              kvstation::traceView(newTraceOf("nt4-alpha-workstation"), {.all = true}));
 }
 
 }  // namespace

@@ -10,7 +10,7 @@
 
 #include "simwin/station/RegistryReader.h"
 #include "simwin/station/StationReader.h"
-#include "tests/conformance/RealRegistry.h"
+#include "tests/conformance/registry/RealRegistry.h"
 #include "tests/fuzz/FuzzedStation.h"
 #include "tests/stations/QuietOutput.h"
 #include "tests/wine/CrashReport.h"

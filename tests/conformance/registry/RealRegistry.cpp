@@ -1,4 +1,4 @@
-#include "tests/conformance/RealRegistry.h"
+#include "tests/conformance/registry/RealRegistry.h"
 
 #include <algorithm>
 #include <cstring>
