@@ -48,6 +48,7 @@ TEST(TraceLine, DropsOneLineEnd) {
 TEST(TraceLine, EscapesControlCharactersOfTheText) {
     EXPECT_EQ("one\\ntwo\\r\\nthree\\tfour\r\n", TextOf("one\ntwo\r\nthree\tfour"));
     EXPECT_EQ("\\x01\\x1B[31m\\x7F\r\n", TextOf("\x01\x1B[31m\x7F"));
+    EXPECT_EQ("\\x10\\x1D\\x1F \r\n", TextOf("\x10\x1D\x1F "));
 }
 
 TEST(TraceLine, EscapesControlCharactersOfTheComponent) {

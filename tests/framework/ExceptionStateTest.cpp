@@ -2,6 +2,9 @@
 // program too.
 #include <gtest/gtest.h>
 
+#include <array>
+#include <vector>
+
 #include "framework/Windows.h"
 #include "kvcstat/common/Handles.h"
 
@@ -10,8 +13,9 @@ namespace {
 
 using OwnedHandle = UniqueHandle<HANDLE, &CloseHandle>;
 
-// What the thread below and the test tell each other.
+// What a thread below and the test tell each other.
 struct Meeting {
+    int thrown;
     OwnedHandle isHandling{CreateEventA(nullptr, TRUE, FALSE, nullptr)};
     OwnedHandle mayGoOn{CreateEventA(nullptr, TRUE, FALSE, nullptr)};
     int thrownAgain = 0;
@@ -28,7 +32,7 @@ int ThrownAgain() {
 DWORD WINAPI HandleOneMeanwhile(void* place) {
     Meeting& meeting = *static_cast<Meeting*>(place);
     try {
-        throw 1;
+        throw meeting.thrown;
     } catch (int) {
         SetEvent(meeting.isHandling.get());
         WaitForSingleObject(meeting.mayGoOn.get(), INFINITE);
@@ -38,17 +42,23 @@ DWORD WINAPI HandleOneMeanwhile(void* place) {
 }
 
 TEST(ExceptionState, IsEachThreadsOwn) {
-    Meeting meeting;
-    const OwnedHandle thread(CreateThread(nullptr, 0, HandleOneMeanwhile, &meeting, 0, nullptr));
-    WaitForSingleObject(meeting.isHandling.get(), INFINITE);
-    try {
-        throw 2;
-    } catch (int) {
-        SetEvent(meeting.mayGoOn.get());
-        WaitForSingleObject(thread.get(), INFINITE);
-        EXPECT_EQ(ThrownAgain(), 2);
+    std::array<Meeting, 3> meetings = {{{1}, {2}, {3}}};
+    std::vector<OwnedHandle> threads;
+    for (Meeting& meeting : meetings) {
+        threads.emplace_back(CreateThread(nullptr, 0, HandleOneMeanwhile, &meeting, 0, nullptr));
+        WaitForSingleObject(meeting.isHandling.get(), INFINITE);
     }
-    EXPECT_EQ(meeting.thrownAgain, 1);
+    try {
+        throw 4;
+    } catch (int) {
+        for (std::size_t i = 0; i < meetings.size(); ++i) {
+            SetEvent(meetings[i].mayGoOn.get());
+            WaitForSingleObject(threads[i].get(), INFINITE);
+        }
+        EXPECT_EQ(ThrownAgain(), 4);
+    }
+    for (const Meeting& meeting : meetings)
+        EXPECT_EQ(meeting.thrownAgain, meeting.thrown);
 }
 
 }  // namespace

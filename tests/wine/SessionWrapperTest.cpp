@@ -221,17 +221,22 @@ TEST_F(OpenSessionWrapper, SessionIsMinusOneWhenWindowsDoesNotTell) {
 
 TEST_F(SessionWrapper, CountsItsUsers) {
     const ImportOverride session(m_wrapper, "kernel32.dll", "GetProcAddress", FindSessionFunction);
-    g_session.answers = {{WTSDomainName, Text("LAB")}};
+    g_session.answers = {{WTSClientAddress, kClientAddress},
+                         {WTSDomainName, Text("LAB")},
+                         {WTSSessionId, std::string("\x39\x30\0\0", 4)}};
     EXPECT_EQ("|||", Texts());
+    EXPECT_NE(12345, SessionID());
     EXPECT_EQ(0, Free());
 
     EXPECT_NE(0, Init());
     EXPECT_NE(0, Init());
-    EXPECT_EQ("||LAB|", Texts());
+    EXPECT_EQ("|192.168.7.20|LAB|", Texts());
     EXPECT_NE(0, Free());
-    EXPECT_EQ("||LAB|", Texts());
+    EXPECT_EQ("|192.168.7.20|LAB|", Texts());
+    EXPECT_EQ(12345, SessionID());
     EXPECT_NE(0, Free());
     EXPECT_EQ("|||", Texts());
+    EXPECT_NE(12345, SessionID());
     EXPECT_EQ(0, Free());
 }
 

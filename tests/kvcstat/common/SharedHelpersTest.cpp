@@ -48,6 +48,13 @@ TEST_F(SharedHelpersTest, FileVersionIsFourDecimalNumbersWithoutPadding) {
     ExpectEverythingClosed();
 }
 
+TEST_F(SharedHelpersTest, FileWithoutAVersionIsAskedForItsSizeAlone) {
+    station.files.push_back({"C:\\plain.txt", {}, {}});
+    Start();
+    EXPECT_STREQ(global.GetFileVersion("C:\\plain.txt"), "");
+    EXPECT_EQ(machine->calls(), 1u);
+}
+
 TEST_F(SharedHelpersTest, FileVersionsBlockIsUnlockedBeforeItIsFreed) {
     station.files.push_back({"C:\\a.exe", simwin::FileVersion{6, 0, 2900, 2180}, {}});
     Start().keepLog(true);

@@ -209,6 +209,22 @@ TEST_F(HostNameTest, MissingReverseFunctionsGiveNoName) {
     }
 }
 
+TEST_F(HostNameTest, NewLibraryGivesTheAddressWithoutTheOldOne) {
+    station.missing = {"wsock32.dll"};
+    EXPECT_EQ(HostAddress(kIPv4), "10.0.0.5");
+}
+
+// Whether this is a session is asked last.
+TEST_F(HostNameTest, LibraryIsFreedBeforeTheNameIsTaken) {
+    Make();
+    machine->keepLog(true);
+    network->ResolveHostName();
+    EXPECT_EQ(machine->log().back().name, "KVGetEnv");
+    network->ResolveHostNameWsock32();
+    EXPECT_EQ(machine->log().back().name, "KVGetEnv");
+    ExpectEverythingClosed();
+}
+
 TEST_F(HostNameTest, WithoutTheNewLibraryTheOldOneResolves) {
     station.missing = {"ws2_32.dll"};
     ExpectResolved(-1, "10.0.0.5", "pc-lab3.lab.example");

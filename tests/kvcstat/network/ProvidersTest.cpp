@@ -138,6 +138,11 @@ TEST_F(ProvidersTest, EmptyItemsOfTheOrderVanishAndBlanksStay) {
     }
 }
 
+TEST_F(ProvidersTest, OrderWithoutItemsHasTheStatusOfNone) {
+    DescribeOrder(",");
+    ExpectProviders(-1, {}, "");
+}
+
 TEST_F(ProvidersTest, OrderOfAnyLengthIsRead) {
     DescribeProvider("webclient", "Web Client Network");
     DescribeOrder(std::string(70000, 'x') + "," + std::string(70000, ',') + "webclient");

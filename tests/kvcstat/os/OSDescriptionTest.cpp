@@ -113,6 +113,17 @@ TEST_F(OSDescriptionTest, PlatformIdIsReadLazilyAndAgainUntilItSucceeds) {
     EXPECT_EQ(machine->calls(), calls);
 }
 
+TEST_F(OSDescriptionTest, UnknownPlatformEmptiesTheDescription) {
+    Describe(2, 5, 1, 2600, "");
+    Start();
+    COSInformation os;
+    os.ReadVersion();
+    Describe(3, 5, 1, 2600, "");
+    Start();
+    EXPECT_EQ(os.ReadVersion(), 0);
+    EXPECT_STREQ(os.m_cOSDescription, "");
+}
+
 TEST_F(OSDescriptionTest, RefusedVariableIsAFailureOnKnownPlatformsOnly) {
     station.fails["KVSetEnv"] = 5;
     Describe(2, 5, 1, 2600, "");

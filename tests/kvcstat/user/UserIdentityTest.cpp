@@ -30,7 +30,7 @@ class UserIdentityTest : public kvtest::MachineTest {
     // What one collection chooses.
     std::string Collect() {
         MakeUser();
-        user->Collect(userName);
+        EXPECT_EQ(user->Collect(userName), 0);
         EXPECT_EQ(kvtest::Str(userName), kvtest::Str(user->m_cUserName));
         return kvtest::Str(userName);
     }
