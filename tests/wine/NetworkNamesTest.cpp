@@ -98,6 +98,19 @@ TEST_F(NetworkNames, UserMayBeOneLetter) {
     EXPECT_STREQ("J", m_name);
 }
 
+void* WINAPI RefuseMemory(HANDLE, DWORD, SIZE_T) {
+    return nullptr;
+}
+
+TEST_F(NetworkNames, UserStaysAsItWasWhereThereIsNoMemoryForIt) {
+    g_network.user = std::string(100, 'u');
+    {
+        const ImportOverride memory(m_library, "kernel32.dll", "HeapAlloc", RefuseMemory);
+        EXPECT_EQ(0, KVGetUserName(m_name));
+    }
+    EXPECT_STREQ("before", m_name);
+}
+
 TEST_F(NetworkNames, NamesOfUpTo1022CharactersAreTaken) {
     g_network = {.user = std::string(1022, 'u'), .joined = std::wstring(1022, L'd'), .status = NetSetupDomainName};
     EXPECT_NE(0, KVGetUserName(m_name));
