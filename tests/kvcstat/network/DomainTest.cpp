@@ -80,7 +80,8 @@ TEST_F(DomainTest, DomainNameIsWhatTheNetworkLibraryFills) {
 
 TEST_F(DomainTest, DefaultDomainIsTheLogonDialogues) {
     DescribeText(kWinLogon, "DefaultDomainName", "LAB");
-    Make().m_nTSDomainFlag = 7;
+    EXPECT_EQ(Make().m_nTSDomainFlag, 0u);
+    network->m_nTSDomainFlag = 7;
     EXPECT_EQ(network->GetDomainInformation(), -1);
     EXPECT_STREQ(network->m_cDefaultDomainName, "LAB");
     EXPECT_EQ(network->m_nTSDomainFlag, 0u);

@@ -70,6 +70,7 @@ TEST_F(OSDescriptionTest, LongestServicePackIsTakenWhole) {
     Describe(2, 5, 1, 2600, std::string(127, 's'));
     Start();
     COSInformation os;
+    static_assert(sizeof os.m_szCSDVersion == 128, "the room that Windows has for it");
     os.ReadVersion();
     os.PublishOSName();
     EXPECT_EQ(VariableSet("KVOSServicePack"), std::string(127, 's'));
@@ -95,6 +96,10 @@ TEST_F(OSDescriptionTest, FailingVersionKeepsEveryMemberAndPublishesAnEmptyName)
     EXPECT_EQ(machine->log()[0].name, "GetVersionExA");
     EXPECT_EQ(machine->log()[1].name, "GetLastError");
     EXPECT_EQ(os.m_dwPlatformId, 0xFFFFFFFFu);
+    EXPECT_EQ(os.m_dwMajorVersion, 0u);
+    EXPECT_EQ(os.m_dwMinorVersion, 0u);
+    EXPECT_EQ(os.m_dwBuildNumber, 0u);
+    EXPECT_STREQ(os.m_szCSDVersion, "");
     EXPECT_STREQ(os.m_cOSDescription, "");
     EXPECT_EQ(os.PublishOSName(), 0);
     EXPECT_EQ(VariableSet("KVOS"), "");
