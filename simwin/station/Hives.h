@@ -20,19 +20,19 @@ enum class Hive : std::uint8_t {
 
 struct NamedHive {
     Hive hive;
+    std::uint32_t handle;  // Windows widens it with its sign, and looks at this half of a handle alone
     std::string_view name;
     std::string_view shortName;  // what people write
-    std::uint32_t handle;        // Windows widens it with its sign, and looks at this half of a handle alone
 };
 
 // In the order of their numbers.
-inline constexpr NamedHive kHives[] = {{Hive::LocalMachine, "HKEY_LOCAL_MACHINE", "HKLM", 0x80000002},
-                                       {Hive::CurrentUser, "HKEY_CURRENT_USER", "HKCU", 0x80000001},
-                                       {Hive::Users, "HKEY_USERS", "HKU", 0x80000003},
-                                       {Hive::CurrentConfig, "HKEY_CURRENT_CONFIG", "HKCC", 0x80000005},
-                                       {Hive::DynData, "HKEY_DYN_DATA", "HKDD", 0x80000006},
-                                       {Hive::PerformanceData, "HKEY_PERFORMANCE_DATA", "HKPD", 0x80000004},
-                                       {Hive::ClassesRoot, "HKEY_CLASSES_ROOT", "HKCR", 0x80000000}};
+inline constexpr NamedHive kHives[] = {{Hive::LocalMachine, 0x80000002, "HKEY_LOCAL_MACHINE", "HKLM"},
+                                       {Hive::CurrentUser, 0x80000001, "HKEY_CURRENT_USER", "HKCU"},
+                                       {Hive::Users, 0x80000003, "HKEY_USERS", "HKU"},
+                                       {Hive::CurrentConfig, 0x80000005, "HKEY_CURRENT_CONFIG", "HKCC"},
+                                       {Hive::DynData, 0x80000006, "HKEY_DYN_DATA", "HKDD"},
+                                       {Hive::PerformanceData, 0x80000004, "HKEY_PERFORMANCE_DATA", "HKPD"},
+                                       {Hive::ClassesRoot, 0x80000000, "HKEY_CLASSES_ROOT", "HKCR"}};
 
 // Those with keys of their own; HKEY_CLASSES_ROOT stands for keys of another.
 constexpr std::array<Hive, std::size(kHives) - 1> ownHives() {
