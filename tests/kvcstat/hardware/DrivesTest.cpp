@@ -259,6 +259,15 @@ TEST_F(DrivesTest, ClustersAreMultipliedInDoublePrecisionAndTruncated) {
     }
 }
 
+TEST_F(DrivesTest, NewDriveIsUnknown) {
+    const CDiskInformation drive;
+    EXPECT_EQ(drive.m_cDriveLetter, '\0');
+    EXPECT_EQ(drive.m_nDriveType, 0u);
+    EXPECT_EQ(drive.m_nTotalMB, 0u);
+    EXPECT_EQ(drive.m_nFreeMB, 0u);
+    EXPECT_EQ(drive.m_dwSerialNumber, 0u);
+}
+
 TEST_F(DrivesTest, SpaceOfADriveWithoutALetterIsNotAskedFor) {
     Start();
     CDiskInformation drive;
