@@ -172,14 +172,15 @@ class Search {
     static bool addWords(RegistryTree& tree, const Run& run, const std::vector<std::string>& lists) {
         bool isNew = false;
         for (const std::string& list : lists) {
-            const std::string supposed = list + "\\" + kSupposed;
+            const std::string below = list + "\\";
+            const std::string supposed = below + kSupposed;
             if (std::ranges::any_of(run.asked, [&](const Asked& one) {
                     return !one.place.isListed && simwin::equalNoCase(one.place.key, supposed);
                 }))
                 continue;
             for (const std::string& word : wordsFor({}))
                 if (simwin::findCharacter(word, '\\') == std::string_view::npos)
-                    tree.create(list + "\\" + word);
+                    tree.create(below + word);
             isNew = true;
         }
         return isNew;

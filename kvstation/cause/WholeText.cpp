@@ -105,9 +105,9 @@ class Mover {
                 const std::string now = valueIn(world);
                 return now.substr(std::min(seen.size() - whole, now.size()));
             }
-            if (const std::string more = moveListUp(world, giver.place, seen); !more.empty())
+            if (std::string more = moveListUp(world, giver.place, seen); !more.empty())
                 return more;
-            if (const std::optional<std::string> more = takeAway(world, giver.place, seen))
+            if (std::optional<std::string> more = takeAway(world, giver.place, seen))
                 return more;
         }
         return std::nullopt;

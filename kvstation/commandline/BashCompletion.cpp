@@ -8,6 +8,7 @@ namespace {
 
 std::string bashOptions(const std::vector<OptionLine>& options) {
     std::vector<std::string> names;
+    names.reserve(options.size());
     for (const OptionLine& option : options)
         names.push_back("--" + option.longName);
     return joinWords(names, " ");

@@ -52,16 +52,16 @@ bool isSmall(const std::string& letter) {
 // The nearest letter beyond ASCII that has as many bytes and the same case; the letter itself where there is none.
 std::string otherLetter(std::string_view bytes) {
     constexpr char32_t kFarthest = 256;
-    const std::string letter(bytes);
+    std::string letter(bytes);
     const std::string utf8 = simwin::toUtf8(letter);
     if (!simwin::isUtf8(utf8))
         return letter;
     const char32_t number = simwin::decodeUtf8(utf8).character;
     for (char32_t step = 1; step <= kFarthest; ++step) {
         for (const char32_t other : {number + step, number - step}) {
-            if (const std::string candidate = inCodePage(other); candidate.size() == letter.size() &&
-                                                                 isCapital(candidate) == isCapital(letter) &&
-                                                                 isSmall(candidate) == isSmall(letter))
+            if (std::string candidate = inCodePage(other); candidate.size() == letter.size() &&
+                                                           isCapital(candidate) == isCapital(letter) &&
+                                                           isSmall(candidate) == isSmall(letter))
                 return candidate;
         }
     }

@@ -255,12 +255,13 @@ std::optional<Change> World::withSubKeys(const std::string& path, const std::vec
         return std::nullopt;
     std::vector<KeyId> before = tree.subKeys(*key);
     std::vector<KeyId> more = before;
+    const std::string below = path + "\\";
     for (const std::string& name : names) {
         if (name.empty() || simwin::findCharacter(name, '\\') != std::string::npos || tree.find(*key, name))
             continue;
         const auto [spare, isNew] = m_spareKeys.try_emplace({*key, simwin::upperCase(name)});
         if (isNew)
-            spare->second = *tree.create(path + "\\" + name);
+            spare->second = *tree.create(below + name);
         if (std::ranges::find(more, spare->second) == more.end())
             more.push_back(spare->second);
     }

@@ -105,7 +105,7 @@ Profile onlyProfile(const Installation& installation, const std::string& disk, c
 
 std::string userClassesOf(const Path& userHive) {
     const Path profile = userHive.parent_path();
-    const std::string beside = fileNamedIn(profile, kUserClassesHive);
+    std::string beside = fileNamedIn(profile, kUserClassesHive);
     if (!beside.empty())
         return beside;
     for (const FolderNames& names :

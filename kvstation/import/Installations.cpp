@@ -24,6 +24,7 @@ std::string fileIn(const Path& folder, const char* name) {
 // The folder of that name that this one is or lies in.
 std::optional<Path> upTo(const Path& folder, const FolderNames& names) {
     Path place = folder;
+    // NOLINTNEXTLINE(modernize-loop-convert): clang 14 does not compile the library's reversed view.
     for (auto name = names.rbegin(); name != names.rend(); ++name) {
         if (!isSameName(place.filename().string(), *name))
             return std::nullopt;
@@ -42,7 +43,7 @@ std::optional<Path> windowsAbove(const Path& hives) {
 // Where the hives lie below a folder that is Windows, System32 or neither.
 std::optional<Path> hivesBelow(const Path& folder) {
     for (const FolderNames& names : {FolderNames{"System32", "config"}, FolderNames{"config"}}) {
-        const std::optional<Path> config = findPath(folder, names);
+        std::optional<Path> config = findPath(folder, names);
         if (config && isFolder(config->string()) && !systemFileIn(*config).empty())
             return config;
     }
@@ -55,7 +56,7 @@ std::optional<Path> hivesOfWindows(const Path& folder) {
     if (!isFolder(folder.string()) || std::filesystem::is_symlink(folder, error) ||
         (std::filesystem::directory_iterator(folder, error), error))
         return std::nullopt;
-    const std::optional<Path> config = findPath(folder, {"System32", "config"});
+    std::optional<Path> config = findPath(folder, {"System32", "config"});
     if (config && isFolder(config->string()) && !systemFileIn(*config).empty())
         return config;
     return fileIn(folder, kOldSystem).empty() ? std::nullopt : std::optional(folder);

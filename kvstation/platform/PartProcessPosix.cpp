@@ -144,7 +144,7 @@ PartProcess::PartProcess() {
     Pipe input = openSockets();
     Pipe output = openPipe();
     const pid_t process = Spawning(input, output).start();
-    m_started.reset(new Started{std::move(input.input), std::move(output.output), process, {}});
+    m_started = std::make_unique<Started>(Started{std::move(input.input), std::move(output.output), process, {}});
 }
 
 PartProcess::~PartProcess() {

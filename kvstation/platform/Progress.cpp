@@ -1,5 +1,6 @@
 #include "kvstation/platform/Progress.h"
 
+#include <cmath>
 #include <cstdio>
 
 #ifdef _WIN32
@@ -38,7 +39,7 @@ std::string progressText(std::size_t done, std::size_t all, std::size_t failed, 
     if (failed > 0)
         text += ", " + std::to_string(failed) + (failed == 1 ? " error" : " errors");
     const double left = seconds / static_cast<double>(done) * static_cast<double>(all - done);
-    return text + ", " + std::to_string(static_cast<long>(left + 0.5)) + " s left";
+    return text + ", " + std::to_string(std::lround(left)) + " s left";
 }
 
 bool Progress::isTime() const {

@@ -14,11 +14,13 @@ constexpr std::size_t kNumberWidth = 4;
 
 constexpr Field kFields[] = {
 #define KV_TEXT(name, offset, width, limit, group, meaning) \
-    {#name, offset, width, limit, FieldType::Text, group, meaning},
+    {#name, offset, width, limit, FieldType::Text, false, group, meaning},
 #define KV_LIST(name, offset, width, limit, group, meaning) \
-    {#name, offset, width, limit, FieldType::Text, group, meaning, true},
-#define KV_NUMBER(name, offset, group, meaning) {#name, offset, kNumberWidth, 0, FieldType::Number, group, meaning},
-#define KV_UNSIGNED(name, offset, group, meaning) {#name, offset, kNumberWidth, 0, FieldType::Unsigned, group, meaning},
+    {#name, offset, width, limit, FieldType::Text, true, group, meaning},
+#define KV_NUMBER(name, offset, group, meaning) \
+    {#name, offset, kNumberWidth, 0, FieldType::Number, false, group, meaning},
+#define KV_UNSIGNED(name, offset, group, meaning) \
+    {#name, offset, kNumberWidth, 0, FieldType::Unsigned, false, group, meaning},
 #include "include/kvcstat_fields.inc"
 };
 

@@ -21,9 +21,9 @@ struct Field {
     std::size_t width;  // in bytes
     std::size_t limit;  // the most characters that a text receives; 0 for a number
     FieldType type;
+    bool isList;  // of items joined with ";"
     std::string_view group;
     std::string_view meaning;
-    bool isList = false;  // of items joined with ";"
 };
 
 // In the order of their offsets.

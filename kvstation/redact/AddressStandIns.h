@@ -38,6 +38,7 @@ class AddressStandIns {
         bool endsInZero;
         Numbers candidates;
 
+        // NOLINTNEXTLINE(modernize-use-nullptr): clang-tidy takes the 0 of its comparisons for a pointer.
         auto operator<=>(const Class&) const = default;
     };
 

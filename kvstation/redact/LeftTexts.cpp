@@ -137,10 +137,11 @@ class LeftTextFinder {
     static bool isHex(const Json& json) { return json.is_object() && json.size() == 1 && json.contains("hex"); }
 
     void visitMembers(const Json& before, const Json& after, const std::string& path) {
+        const std::string below = path + "/";
         if (before.is_object() && !namesAreTexts(path)) {
             for (const auto& [name, value] : before.items())
                 if (after.contains(name))
-                    visit(value, after.at(name), path + "/" + name);
+                    visit(value, after.at(name), below + name);
             return;
         }
         auto made = after.items().begin();
@@ -149,7 +150,7 @@ class LeftTextFinder {
                 return;
             if (before.is_object())
                 compare(simwin::fromUtf8Leniently(name), simwin::fromUtf8Leniently(made.key()), "station.json " + path);
-            visit(value, made.value(), path + "/" + made.key());
+            visit(value, made.value(), below + made.key());
             ++made;
         }
     }

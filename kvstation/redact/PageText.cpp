@@ -45,6 +45,7 @@ struct Form {
     char32_t asciiByte;            // the second one, or 0
     const CharacterRange* script;  // null: of any
 
+    // NOLINTNEXTLINE(modernize-use-nullptr): clang-tidy takes the 0 of its comparisons for a pointer.
     auto operator<=>(const Form&) const = default;
 };
 

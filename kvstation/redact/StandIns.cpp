@@ -315,7 +315,9 @@ PageText StandIns::replaceText(PageTextView text, TextPlace place, bool othersTo
         }
         const PageTextView word = runOf(text.substr(i), isWordCharacter);
         PageText made = replaceWord(word, text.substr(i + word.size()).starts_with(U'~'), place);
-        result += othersToo && made == word && isTelling(text, word, place) ? replaceOther(word) : std::move(made);
+        if (othersToo && made == word && isTelling(text, word, place))
+            made = replaceOther(word);
+        result += made;
         i += word.size();
     }
     return result;

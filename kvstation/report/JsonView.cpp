@@ -91,7 +91,8 @@ Value exactValue(const Json& value, std::string bytes) {
     const auto given = value.find("text");
     if (given != value.end() && given->is_string() && simwin::repairedUtf8(text) != given->get<std::string>())
         text = given->get<std::string>();
-    return {.text = std::move(text), .number = 0, .filled = bytes.size(), .bytes = std::move(bytes)};
+    const std::size_t length = bytes.size();
+    return {.text = std::move(text), .number = 0, .filled = length, .bytes = std::move(bytes)};
 }
 
 // The bytes of {"hex": "41 42"}; none where it is something else.

@@ -47,7 +47,7 @@ class NameFinder : public nlohmann::json_sax<Json> {
 };
 
 Json parseRow(std::string_view line, const std::string& where) {
-    const Json row = Json::parse(line, nullptr, false);
+    Json row = Json::parse(line, nullptr, false);
     if (!row.is_object() || !row.contains("fields") || !row["fields"].is_object())
         throw Failure(where + ": this is no row of a station");
     return row;

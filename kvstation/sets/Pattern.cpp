@@ -74,6 +74,7 @@ std::vector<std::string> pathsLike(const std::string& pattern) {
         found = std::move(next);
     }
     std::vector<std::string> paths;
+    paths.reserve(found.size());
     for (const std::filesystem::path& path : found)
         paths.push_back(utf8Of(path));
     return paths;

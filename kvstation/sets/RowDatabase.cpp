@@ -31,6 +31,7 @@ std::string columnDefinitions() {
 
 std::string insertStatement() {
     std::vector<std::string_view> names;
+    names.reserve(std::size(kAboutRow) + fields().size());
     for (const AboutColumn& column : kAboutRow)
         names.push_back(column.name);
     for (const Field& field : fields())

@@ -154,6 +154,7 @@ std::vector<Source> allNames(const Sides& sides) {
     std::vector<std::string> names;
     std::ranges::set_union(sides.left->names(), sides.right->names(), std::back_inserter(names));
     std::vector<Source> sources;
+    sources.reserve(names.size());
     for (const std::string& name : names)
         sources.push_back({name, name, {}});
     return sources;

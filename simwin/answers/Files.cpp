@@ -85,7 +85,7 @@ HANDLE findFirst(Machine& machine, const char* path, WIN32_FIND_DATAA* data) {
     std::memset(data, 0, sizeof *data);
     data->dwFileAttributes = found->isFolder ? FILE_ATTRIBUTE_DIRECTORY : FILE_ATTRIBUTE_ARCHIVE;
     std::copy_n(found->name.begin(), std::min(found->name.size(), sizeof data->cFileName - 1), data->cFileName);
-    return asPointer<HANDLE>(machine.state().finds.open(path));
+    return asPointer<HANDLE>(machine.state().finds.open(std::string(wanted)));
 }
 
 BOOL closeFind(Machine& machine, HANDLE find) {
