@@ -1,4 +1,4 @@
-// _strupr, _mbsupr, _mbslwr, _mbscmp, _mbschr, _mbsrchr, _mbsstr.
+// The C runtime's functions for texts of the ANSI code page.
 #include <cstddef>
 #include <span>
 #include <string>

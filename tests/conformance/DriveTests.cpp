@@ -1,4 +1,4 @@
-// GetDriveTypeA, GetVolumeInformationA, GetDiskFreeSpaceA, GetDiskFreeSpaceExA.
+// Drives: kinds, labels, room.
 #include <cctype>
 #include <string>
 

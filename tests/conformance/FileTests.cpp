@@ -1,4 +1,4 @@
-// FindFirstFileA, FindClose, _access and the versions of files.
+// Files: which are there, and the versions in them.
 #include <cerrno>
 #include <cstring>
 #include <string>

@@ -1,4 +1,4 @@
-// wsprintfA and LoadStringA.
+// Windows' own formatting, and the module's string table.
 #include <algorithm>
 #include <string>
 

@@ -1,4 +1,4 @@
-// GetSystemInfo, GlobalMemoryStatus, GetOEMCP, GetKeyboardType, CallNtPowerInformation.
+// Processors, memory, keyboard and OEM code page, by relation: each computer has its own.
 #include <cstring>
 #include <string>
 #include <vector>

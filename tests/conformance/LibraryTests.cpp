@@ -1,4 +1,4 @@
-// GetModuleHandleA, LoadLibraryA, FreeLibrary, GetProcAddress.
+// Libraries and what is looked up in them.
 #include <string>
 
 #include "tests/conformance/Suite.h"
@@ -89,17 +89,25 @@ void testProcAddress(Suite& suite) {
     check.equal("a library that was unloaded: error", gone.error, ERROR_MOD_NOT_FOUND);
     const auto* tooHigh = reinterpret_cast<const char*>(ULONG_PTR{0xFFF0});
     check.holds("an ordinal that is not there", GetProcAddress(kernel, tooHigh) == nullptr);
-    const Library network("netapi32.dll");
-    const Library sockets("WS2_32.dll");
-    const Library oldSockets("wsock32.dll");
+}
+
+void testLookUps(Suite& suite) {
+    const Check check = suite.of("GetProcAddress");
     const struct {
-        const Library& library;
-        const char* name;
-    } lookedUp[] = {{network, "NetWkstaGetInfo"},  {network, "NetApiBufferFree"}, {sockets, "gethostname"},
-                    {sockets, "gethostbyname"},    {sockets, "gethostbyaddr"},    {oldSockets, "gethostname"},
-                    {oldSockets, "gethostbyname"}, {oldSockets, "gethostbyaddr"}, {oldSockets, "inet_addr"}};
-    for (const auto& one : lookedUp)
-        check.holds("what the module looks up: "s + one.name, one.library.find<void (*)()>(one.name) != nullptr);
+        const char* library;
+        const char* function;
+    } lookUps[] = {
+#define SIMWIN_LOOKUP(library, name) {library, #name},
+#include "simwin/calls/Calls.inc"
+    };
+    for (const auto& one : lookUps) {
+        const Library library(one.library);
+        if (library.handle() == nullptr)
+            check.skip(one.library + " is not on this computer"s);
+        else
+            check.holds("what the module looks up: "s + one.library + "!" + one.function,
+                        library.find<void (*)()>(one.function) != nullptr);
+    }
 }
 
 }  // namespace
@@ -108,6 +116,7 @@ void testLibraries(Suite& suite) {
     testModuleHandle(suite);
     testLoading(suite);
     testProcAddress(suite);
+    testLookUps(suite);
 }
 
 }  // namespace conformance

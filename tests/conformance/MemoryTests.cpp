@@ -1,4 +1,4 @@
-// LocalAlloc, LocalFree, GlobalAlloc and the others of its kind, the process heap.
+// The memory that Windows gives out: local, global, of the process's heap.
 #include <algorithm>
 #include <cstring>
 #include <string>

@@ -1,4 +1,4 @@
-// GetUserNameA, GetUserNameExA, GetComputerNameA, GetEnvironmentVariableA, GetPrivateProfileStringA.
+// Names of user and computer; variables and profile entries.
 #include <cstring>
 #include <string>
 

@@ -1,4 +1,4 @@
-// Netbios, SendARP, NetWkstaGetInfo, NetApiBufferFree, and sockets.
+// Adapters, MAC addresses and the workstation's group.
 #include <cstring>
 #include <string>
 

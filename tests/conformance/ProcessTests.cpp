@@ -1,4 +1,4 @@
-// GetCurrentProcessId, OpenProcess, OpenProcessToken, GetTokenInformation, GetLastError.
+// The own process, its token and its last error.
 #include <cstring>
 #include <string>
 

@@ -1,4 +1,4 @@
-// RegOpenKeyA, RegOpenKeyExA, RegEnumKeyA, RegCloseKey.
+// Keys of the registry: how paths lead to them, and their order.
 #include "tests/conformance/RegistryTests.h"
 
 namespace conformance {

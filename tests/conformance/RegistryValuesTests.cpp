@@ -1,4 +1,4 @@
-// RegQueryValueExA and RegEnumValueA.
+// Values of the registry: their types, sizes and ends.
 #include "tests/conformance/Arrangement.h"
 #include "tests/conformance/RegistryTests.h"
 

@@ -1,4 +1,4 @@
-// WSAStartup, inet_addr, getnameinfo, gethostname, gethostbyname, gethostbyaddr.
+// Host names and addresses.
 #include <cstring>
 #include <string>
 

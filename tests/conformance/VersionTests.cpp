@@ -1,4 +1,4 @@
-// GetVersion, GetVersionExA, VerSetConditionMask, VerifyVersionInfoA.
+// Which Windows this is.
 #include <cstring>
 #include <string>
 

@@ -1,4 +1,4 @@
-// WideCharToMultiByte.
+// UTF-16 to texts of the ANSI code page.
 #include <algorithm>
 #include <span>
 #include <string>
