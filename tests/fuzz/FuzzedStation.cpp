@@ -32,7 +32,7 @@ simwin::CompanionText readCompanionText(InputReader& input) {
     return {std::move(text), flags & 3, (flags & 4) == 0};
 }
 
-// The version, and by bits of it the code page.
+// The version, and by bits of it the code pages.
 unsigned readVersion(InputReader& input, Station& station) {
     static constexpr std::uint32_t kMajors[] = {4, 5, 6, 10, 0};
     simwin::WindowsVersion& version = station.version.emplace();
@@ -43,6 +43,8 @@ unsigned readVersion(InputReader& input, Station& station) {
     version.minor = input.byte();
     version.build = input.number();
     version.servicePack = readText(input);
+    if ((choice & 0x40) != 0)
+        station.codePages.oem = version.build;
     const std::span<const unsigned> pages = simwin::knownCodePages();
     return (choice & 0x20) != 0 ? pages[version.build % pages.size()] : simwin::kDefaultCodePage;
 }
@@ -67,7 +69,9 @@ void readProcessors(InputReader& input, Station& station) {
 
 void readDrive(InputReader& input, Station& station) {
     simwin::Drive& drive = station.drives[static_cast<char>('A' + input.below(26))];
-    drive.type = static_cast<std::uint32_t>(input.below(8));
+    const std::uint8_t choice = input.byte();
+    drive.type = choice % 8u;
+    drive.serial = choice / 8u;  // of the same byte, so that the corpus keeps its meaning
     drive.label = readOptional(input);
     drive.fileSystem = readOptional(input);
     if (input.flag()) {
