@@ -6,6 +6,9 @@
 
 namespace kvfuzz {
 
+// Set by a fuzzer whose input was not what it reads. The replay holds it against the input's name.
+inline bool wasRefused = false;
+
 inline void check(bool holds, const char* promise) {
     if (holds)
         return;

@@ -45,6 +45,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         const std::string_view line = error.what();
         kvfuzz::check(line.starts_with("hive"), "the error names the file");
         kvfuzz::check(line.find('\n') == std::string_view::npos, "the error is one line");
+        kvfuzz::wasRefused = true;
     }
     return 0;
 }

@@ -18,6 +18,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     std::string hive = whole;
     const bool isApplied =
         !kvstation::applyLogs(hive, {{"LOG1", bytes.substr(0, first)}, {"LOG2", bytes.substr(first)}}).empty();
+    kvfuzz::wasRefused = !isApplied;
     kvfuzz::check(isApplied || hive == whole, "a hive without a log that goes with it stays as it was");
     kvfuzz::check(hive.size() >= whole.size(), "a hive gets no shorter");
     kvfuzz::check(hive.size() <= kvstation::kBaseBlock + kvstation::kLongestHive, "a hive stays within its limit");

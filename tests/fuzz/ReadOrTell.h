@@ -19,6 +19,7 @@ bool readOrTell(std::string_view fileName, const Read& read) {
         const std::string_view line = error.what();
         check(line.starts_with(fileName), "the error names the file");
         check(line.find('\n') == std::string_view::npos, "the error is one line");
+        wasRefused = true;
         return false;
     }
 }

@@ -42,6 +42,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         show(kvstation::recordFromFileBytes({reinterpret_cast<const char*>(data), size}, "record"));
     } catch (const kvstation::Failure& failure) {
         kvfuzz::check(std::string_view(failure.what()).starts_with("record"), "the error names the file");
+        kvfuzz::wasRefused = true;
     }
     return 0;
 }

@@ -37,7 +37,8 @@ void checkRedaction(const Station& station, Redacting extent) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string_view input(reinterpret_cast<const char*>(data), size);
     const std::size_t end = input.find('\0');
-    if (end == std::string_view::npos)
+    kvfuzz::wasRefused = end == std::string_view::npos;
+    if (kvfuzz::wasRefused)
         return 0;
     Station station;
     if (!kvfuzz::readOrTell("station.json",
