@@ -18,8 +18,11 @@ extern "C" {
 /*
  * The station record. The caller owns it, clears ALL of it and passes its address.
  *
- * Text is in the process's ANSI code page. A text field of width N receives at most N-1 bytes of text and no
- * terminator: the terminator is the zero that the caller put there, and an empty text leaves the field as it was.
+ * A field's comment is its meaning in kvcstat_fields.inc, which tells offsets, groups and lists too.
+ *
+ * Text is in the process's ANSI code page; the items of a list are joined with ";". A text field of width N receives at
+ * most N-1 bytes of text and no terminator: the terminator is the zero that the caller put there, and an empty text
+ * leaves the field as it was.
  * Three fields differ. szVCDVersion is always terminated, also when it is empty. szCDRomDevices and szCDRomDrives are
  * cut, or padded with zeros, to the length of the BIOS date, also when they are empty; one that is longer than its
  * field is cut like any other text.
@@ -35,66 +38,66 @@ typedef struct STATIONDATA {
     char szUserName[256];           /* user as the product knows him */
     char szUserDisplayedName[51];   /* user's display name */
     char reserved358[2];            /* alignment */
-    int32_t dwKeyboardType;         /* GetKeyboardType(0) */
-    int32_t dwOEMCodePage;          /* GetOEMCP() */
+    int32_t dwKeyboardType;         /* keyboard type, GetKeyboardType(0) */
+    int32_t dwOEMCodePage;          /* OEM code page */
     char szKeyboard[101];           /* keyboard description */
     char szSystemIdentifier[51];    /* system identifier or machine type */
     int32_t dwTotalMemoryMB;        /* physical memory in MB, always even */
-    char szDiskDevices[251];        /* "2 Disk X;1 Disk Y": disks of the SCSI/ESDI device keys */
-    char szCDRomDevices[251];       /* CD-ROM devices of the same keys */
-    char szTapeDevices[101];        /* tape devices of the same keys */
-    char szOtherDevices[251];       /* all other devices of the same keys */
-    char szPrinters[251];           /* printer names joined with ";" */
-    char szCDRomDrives[101];        /* CD-ROM drive roots joined with ";" */
-    char szRemovableDrives[101];    /* removable drive roots; "|PROTOCOL BUILD PRODUCT" behind them in a session */
+    char szDiskDevices[251];        /* disk devices, counted: 2 Disk X;1 Disk Y */
+    char szCDRomDevices[251];       /* CD-ROM devices, counted, cut to the length of the BIOS date */
+    char szTapeDevices[101];        /* tape devices, counted */
+    char szOtherDevices[251];       /* other devices, counted */
+    char szPrinters[251];           /* printers */
+    char szCDRomDrives[101];        /* roots of CD-ROM drives, cut to the length of the BIOS date */
+    char szRemovableDrives[101];    /* roots of removable drives, then the session's protocol data */
     char szFixedDrives[101];        /* fixed drives with label, file system, size in MB and percent free */
     char szWorkgroup[51];           /* workgroup or LAN group */
     char reserved1983[9];           /* one byte of alignment and eight reserved */
-    int32_t bInternetExplorer;      /* 1: szBrowser's source names "Internet Explorer" */
-    int32_t bNetscape;              /* 1: szBrowser's source names "Netscape" */
-    char szTSProduct[51];           /* Citrix product name and version */
-    char szDnsName[51];             /* DNS name of the station's address */
-    char szDefaultGateway[16];      /* default gateways joined with ";", the first 15 characters */
-    char szSubnetMask[16];          /* subnet masks joined with ";", the first 15 characters */
-    char szProtocols[251];          /* network protocols joined with ";" */
-    char szNetworkDrivers[256];     /* network drivers (Windows 9x) joined with ";" */
-    char szServerIPAddress[16];     /* in a remote session: the server's own IP address */
-    char szServerMACAddress[13];    /* in a remote session: the server's own MAC address, as szMACAddress */
-    char szTSClientName[51];        /* in a remote session: the client device's name */
-    char szMailClient[101];         /* registered mail clients joined with ";" */
-    char szProviders[251];          /* network providers in provider order, joined with ";" */
-    char szBrowser[201];            /* installed browsers with versions, joined with ";" */
-    char szDefaultBrowser[51];      /* name of the default browser, or the command line that starts it */
-    char szIPAddress[16];           /* the station's (or remote client's) IP address */
-    char szNetworkAdapters[251];    /* network adapters joined with ";" */
-    int32_t bOutlook;               /* 1: szMailClient's source names "Outlook" */
-    int32_t bExchange;              /* 1: szMailClient's source names "Exchange" */
+    int32_t bInternetExplorer;      /* 1 when the browsers name Internet Explorer */
+    int32_t bNetscape;              /* 1 when the browsers name Netscape */
+    char szTSProduct[51];           /* Citrix product and version */
+    char szDnsName[51];             /* DNS name of the address */
+    char szDefaultGateway[16];      /* default gateways */
+    char szSubnetMask[16];          /* subnet masks */
+    char szProtocols[251];          /* network protocols */
+    char szNetworkDrivers[256];     /* network drivers, on Windows 9x */
+    char szServerIPAddress[16];     /* the server's own IP address, in a remote session */
+    char szServerMACAddress[13];    /* the server's own MAC address, in a remote session */
+    char szTSClientName[51];        /* name of the client device, in a remote session */
+    char szMailClient[101];         /* registered mail clients */
+    char szProviders[251];          /* network providers in their order */
+    char szBrowser[201];            /* installed browsers with versions */
+    char szDefaultBrowser[51];      /* default browser: its name, or the command line that starts it */
+    char szIPAddress[16];           /* IP address of the station or remote client */
+    char szNetworkAdapters[251];    /* network adapters */
+    int32_t bOutlook;               /* 1 when the mail clients name Outlook */
+    int32_t bExchange;              /* 1 when the mail clients name Exchange */
     char szOS[81];                  /* operating-system description */
     char reserved3681[27];          /* reserved */
     char szClientName[51];          /* computer name, or the client device's name in a session */
     char szBiosVersion[101];        /* BIOS version */
     char szCurrentUser[51];         /* logged-on user, or the terminal-session text */
-    char szProcessorName[251];      /* processor names joined with ";" */
-    char szMonitor[51];             /* monitor description */
-    char szVideoAdapter[101];       /* video adapter description */
-    char szTSVersion[51];           /* Microsoft terminal-server product name and version */
-    char szServerName[51];          /* in a remote session: the server's computer name */
-    int32_t dwTSDefaultSrvSessions; /* number in the variable KVTSDefaultSrvSessions */
-    int32_t dwWinFrame;             /* 1: WinFrame client session */
-    int32_t dwMetaFrame;            /* 1: MetaFrame client session */
-    int32_t dwTSClientSession;      /* 1: Terminal Services client session */
-    char szMACAddress[13];          /* the station's (or remote client's) MAC address: 12 hex digits, or "unknown" */
+    char szProcessorName[251];      /* processor names */
+    char szMonitor[51];             /* monitor */
+    char szVideoAdapter[101];       /* video adapters */
+    char szTSVersion[51];           /* Microsoft terminal-server product and version */
+    char szServerName[51];          /* the server's computer name, in a remote session */
+    int32_t dwTSDefaultSrvSessions; /* number of server sessions by default, of KVTSDefaultSrvSessions */
+    int32_t dwWinFrame;             /* 1 in a WinFrame client session */
+    int32_t dwMetaFrame;            /* 1 in a MetaFrame client session */
+    int32_t dwTSClientSession;      /* 1 in a Terminal Services client session */
+    char szMACAddress[13];          /* MAC address of station or remote client, 12 hex digits or "unknown" */
     char szDefaultPrinter[101];     /* default printer */
-    char szDefaultDomainName[51];   /* default logon domain (in a session) */
+    char szDefaultDomainName[51];   /* default logon domain, in a session */
     char szBiosDate[11];            /* BIOS date */
     char reserved4608[4];           /* reserved */
     char szWinUser[256];            /* Windows account name, upper case */
-    uint32_t dwSessionId;           /* Windows session of the process; written only when it could be read */
+    uint32_t dwSessionId;           /* Windows session of the calling process */
     int32_t dwNumberOfProcessors;   /* number of logical processors */
     int32_t dwCurrentMhz;           /* current clock in MHz; 0 when unknown, as it is with several processors */
     char szICAClient[21];           /* file version of the installed ICA client */
     char szRDPClient[21];           /* file version of the installed RDP client */
-    char szVCDVersion[12];          /* version of the VCD module as decimal text, terminated */
+    char szVCDVersion[12];          /* version of the VCD module, a decimal number */
 } STATIONDATA;
 
 /*
