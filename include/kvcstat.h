@@ -20,15 +20,18 @@ extern "C" {
  *
  * A field's comment is its meaning in kvcstat_fields.inc, which tells offsets, groups and lists too.
  *
- * Text is in the process's ANSI code page; the items of a list are joined with ";". A text field of width N receives at
- * most N-1 bytes of text and no terminator: the terminator is the zero that the caller put there, and an empty text
- * leaves the field as it was.
- * Three fields differ. szVCDVersion is always terminated, also when it is empty. szCDRomDevices and szCDRomDrives are
- * cut, or padded with zeros, to the length of the BIOS date, also when they are empty; one that is longer than its
- * field is cut like any other text.
+ * Text is in the process's ANSI code page. A text field of width N receives at most N-1 bytes of text, cut within a
+ * character too, and no terminator: the terminator is the zero that the caller put there, and an empty text leaves the
+ * field as it was. The items of a list are joined with ";", those that one registry value holds with "//".
  *
- * Numbers are 32-bit little-endian, flags 0 or 1; all but dwSessionId are always written, an unknown one as 0. The
- * reserved areas are never written, unless the padding to a long BIOS date reaches them.
+ * Three fields differ. szVCDVersion is always terminated, also when it is empty. szCDRomDevices and szCDRomDrives take
+ * their length from the BIOS date: a list that fits its field, an empty one too, is cut, or padded with zeros, to as
+ * many bytes as the date has. A date longer than the field pads on into what is behind it, up to the end of the record
+ * at most; without a date the field is not written. A list that does not fit is cut to the field like any other text.
+ *
+ * Numbers are 32-bit little-endian, flags 0 or 1, and an unknown one is 0. All are always written but dwSessionId,
+ * which is written only when the session could be read: in a cleared record that cannot be told from session 0. The
+ * reserved areas are never written, unless that padding reaches them.
  *
  * The structure is two bytes longer than KVCSTAT_RECORD_SIZE because a 32-bit member rounds its size; the module
  * never writes these two.
@@ -102,9 +105,11 @@ typedef struct STATIONDATA {
 
 /*
  * Fills the record at `record` (at least KVCSTAT_RECORD_SIZE bytes, cleared by the caller). Nothing is reported, and
- * the pointer is not checked. One call at a time per process. Each call leaves open one process handle and at most one
- * token handle, and allocated one internal object and, on a virtual desktop (the registry value KVVDIClient) whose
- * client's name only the Citrix interface knows, the buffer of that answer.
+ * the pointer is not checked. One call at a time per process.
+ *
+ * Each call leaves open, on purpose, one process handle and at most one token handle, and allocated one internal
+ * object: call it when a station registers, not in a loop. On a virtual desktop (the registry value KVVDIClient) whose
+ * client's name only the Citrix interface knows, the buffer of that answer stays allocated too.
  */
 #if defined(_WIN32)
 #if !defined(KVCSTAT_BUILD)

@@ -122,30 +122,10 @@ std::string markdownLine(const Cells& cells) {
 std::string introduction() {
     return "# The station record\n"
            "\n"
-           "`GetStationData` fills one record, `STATIONDATA` of `include/kvcstat.h`. The caller owns it, clears all of "
-           "it "
-           "and\n"
-           "passes its address; the module writes at most the first " +
+           "`GetStationData` fills one record, `STATIONDATA` of `include/kvcstat.h`, which says how texts, lists and\n"
+           "numbers stand in it. At most its first " +
            std::to_string(KVCSTAT_RECORD_SIZE) +
-           " bytes.\n"
-           "\n"
-           "- Text is in the process's ANSI code page. A text receives at most *limit* bytes and no terminator: the\n"
-           "  terminator is the zero that the caller put there. An empty text leaves its field as it was. "
-           "`szVCDVersion` "
-           "alone\n"
-           "  is always terminated.\n"
-           "- Numbers are 32-bit little-endian, flags 0 or 1, an unknown one 0. `dwSessionId` is written only when it "
-           "could "
-           "be\n"
-           "  read.\n"
-           "- `szCDRomDevices` and `szCDRomDrives` take their length from the BIOS date: a list that fits its field, "
-           "an empty "
-           "one\n"
-           "  too, is cut, or padded with zeros, to the date's length, and the padding to a date longer than the field "
-           "runs "
-           "on\n"
-           "  into what is behind the field ([calling.md](calling.md)).\n"
-           "- Reserved areas are never written, unless that padding reaches them.\n"
+           " bytes are written.\n"
            "\n"
            "This page is made by `./kv docs`; the table behind it is `include/kvcstat_fields.inc`.\n";
 }
