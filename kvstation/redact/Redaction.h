@@ -6,12 +6,11 @@
 namespace kvstation {
 
 enum class Redacting {
-    Names,       // what is known or seen by its form to tell whose the station is
+    Names,       // what is known or seen by its form to tell whose the station is: docs/stations.md lists it
     Everything,  // and each text that is no word of Windows
 };
 
-// The station with stand-ins in the place of user, computer, client and domain names, addresses, MACs, owner, product
-// ids and serial numbers, in whatever text they stand. A collection on it takes the same ways.
+// The station with stand-ins, in whatever text that stands. A collection on it takes the same ways.
 simwin::Station redacted(const simwin::Station& station, Redacting extent = Redacting::Names);
 
 }  // namespace kvstation

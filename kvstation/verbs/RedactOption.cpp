@@ -20,9 +20,10 @@ std::string checkExtent(const std::string& text) {
 
 void addRedactOption(CLI::App& command, RedactOption& option) {
     command
-        .add_flag(std::string("--redact{") + kNames + "}", option.extent,
-                  "Stand-ins for names, addresses, product ids and serial numbers; what stays is listed. --redact=all: "
-                  "for every text that is no word of Windows")
+        .add_flag(
+            std::string("--redact{") + kNames + "}", option.extent,
+            "Stand-ins for what tells whose the station is; what stays is listed. --redact=all: for every text that "
+            "is no word of Windows")
         ->check(checkExtent);
 }
 

@@ -30,7 +30,7 @@ int redact(const RedactOptions& options) {
 Verb addRedact(CLI::App& tool) {
     const auto options = std::make_shared<RedactOptions>();
     CLI::App* command =
-        tool.add_subcommand("redact", "Put stand-ins for names, addresses and numbers into a described station");
+        tool.add_subcommand("redact", "Put stand-ins into a described station for what tells whose it is");
     command->add_option("STATION", options->station, "The folder with registry.reg and station.json")
         ->type_name("")
         ->required()
