@@ -36,6 +36,8 @@ void Relay::learn(const ObservedCall& call) {
         give(call.result, "process " + std::to_string(numberOf(call.parameters[2])));
     else if (call.name == "OpenProcessToken")
         give(call.parameters[2], "token of " + call.subject);
+    else if (call.name == "FindFirstFileA")
+        give(call.result, std::string(textOf(call.parameters[0])));
 }
 
 std::string Relay::nameOf(std::uintptr_t handle) const {

@@ -6,6 +6,7 @@
 
 #include "simwin/calls/CallTable.h"
 #include "simwin/calls/Calls.h"
+#include "simwin/machine/Relay.h"
 #include "tests/simwin/EveryCall.h"
 #include "tests/simwin/Running.h"
 
@@ -63,6 +64,29 @@ TEST(Log, HoldsEveryCallOfARun) {
                                           [&](const LoggedCall& call) { return call.name == entry.name; });
         EXPECT_NE(isLogged, isHeap) << entry.name;
     }
+}
+
+struct SubjectsOfCalls : CallObserver {
+    void begins(const ObservedCall& call) override { lines.push_back(call.name + " of \"" + call.subject + "\""); }
+
+    std::vector<std::string> lines;
+};
+
+std::vector<std::string> subjectsOfEveryCall(Machine& machine) {
+    SubjectsOfCalls subjects;
+    machine.observe(&subjects);
+    const Machine::Scope scope(machine);
+    makeEveryCall();
+    return subjects.lines;
+}
+
+TEST(Log, TellsWhatAHandleStandsForWhereAnotherMachineGaveIt) {
+    Machine machine(describedForEveryCall());
+    Machine behind(describedForEveryCall());
+    Relay relay(behind);
+    Machine watching{Station()};
+    watching.relayTo(&relay);
+    EXPECT_THAT(subjectsOfEveryCall(watching), testing::ElementsAreArray(subjectsOfEveryCall(machine)));
 }
 
 }  // namespace
