@@ -1,6 +1,7 @@
 // Under which name the station registers, and what its session is.
 #include "kvcstat/network/NetworkInformation.h"
 #include "kvcstat/user/StatInformation.h"
+#include "simwin/text/ReadFile.h"
 #include "tests/kvcstat/MachineTest.h"
 
 namespace {
@@ -44,7 +45,10 @@ struct Outcome {
     int type;
 };
 
-// The order of the choices, written out for each type that can be asked for: c client, d DNS, i IP, m MAC.
+// What stands for each type: client, DNS, IP, MAC.
+constexpr std::string_view kChoices = "cdim";
+
+// The order of the choices, written out for each type that can be asked for.
 std::string ChoicesOf(const std::string& type) {
     if (type == "1")
         return "dimc";
@@ -80,7 +84,7 @@ TEST_F(StationTypeTest, EveryTypeFallsBackInItsOrderWhicheverValuesAreMissing) {
             std::string present;
             for (unsigned bit = 0; bit < 4; ++bit) {
                 if ((mask >> bit & 1) != 0)
-                    present += "cdim"[bit];
+                    present += kChoices[bit];
             }
             Values values;
             values.clientName = (mask & 1) != 0 ? values.clientName : "";
@@ -93,6 +97,23 @@ TEST_F(StationTypeTest, EveryTypeFallsBackInItsOrderWhicheverValuesAreMissing) {
             EXPECT_EQ(network->m_nStationType, expected.type) << type << " of " << present;
         }
     }
+}
+
+// "1 to 2, 3, 0; ...": what is tried for each type behind itself.
+std::string ToldFallbacks() {
+    std::string told;
+    for (const char* type : {"1", "2", "3"}) {
+        told += (told.empty() ? "" : "; ") + std::string(type) + " to ";
+        const std::string choices = ChoicesOf(type);
+        for (std::size_t i = 1; i < choices.size(); ++i)
+            told += (i == 1 ? "" : ", ") + std::to_string(kChoices.find(choices[i]));
+    }
+    return told;
+}
+
+TEST_F(StationTypeTest, FallbacksAreThoseOfTheDocument) {
+    EXPECT_THAT(simwin::readFile(KV_ADMINISTRATION_DOCUMENT, KV_ADMINISTRATION_DOCUMENT, 1024 * 1024),
+                testing::HasSubstr("A missing value falls back: " + ToldFallbacks() + ". Other numbers count as 0."));
 }
 
 TEST_F(StationTypeTest, WithoutAVariableTheClientNameIsTheStationInUpperCase) {
