@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <nlohmann/json.hpp>
 
@@ -49,6 +50,8 @@ TEST_F(Program, HelpHasAnExampleOfEachVerb) {
     const ProgramRun help = run({"--help"});
     EXPECT_EQ(help.status, 0);
     EXPECT_EQ(help.errors, "");
+    const auto isExample = [](const std::string& line) { return line.starts_with("  kvstation "); };
+    EXPECT_EQ(std::ranges::count_if(linesOf(help.output), isExample), std::ssize(kVerbs)) << "Verbs.h has each verb";
     for (const char* verb : kVerbs) {
         EXPECT_THAT(help.output, HasSubstr(std::string("\n  kvstation ") + verb));
         const ProgramRun own = run({verb, "--help"});

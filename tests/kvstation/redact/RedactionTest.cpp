@@ -15,10 +15,14 @@
 #include "kvstation/redact/Redaction.h"
 #include "kvstation/redact/StandIns.h"
 #include "simwin/station/RegistryWriter.h"
+#include "simwin/station/StationMembers.h"
+#include "simwin/station/StationReader.h"
 #include "simwin/station/StationWriter.h"
 #include "simwin/text/CodePage.h"
+#include "simwin/text/ReadError.h"
 #include "tests/kvstation/capture/BareWindows.h"
 #include "tests/kvstation/cause/StationRuns.h"
+#include "tests/simwin/station/MemberPlace.h"
 
 namespace kvtest {
 namespace {
@@ -543,6 +547,35 @@ TEST(Redaction, LeavesNoNameAddressOrNumberOfASession) {
     const Station made = kvstation::redacted(station);
     EXPECT_THAT(heldBy(made, secrets), testing::IsEmpty());
     EXPECT_THAT(contentOf(made), HasSubstr("citrix metaframe presentation server"));
+}
+
+// The station with this value at the member's place; none where it takes another kind of value.
+std::optional<Station> stationWith(const nlohmann::json::json_pointer& place, const nlohmann::json& value) {
+    nlohmann::json members;
+    members[place] = value;
+    Station station;
+    try {
+        simwin::describe(station, nlohmann::ordered_json::parse(members.dump()), "station.json");
+    } catch (const simwin::ReadError&) {
+        return std::nullopt;
+    }
+    return station;
+}
+
+TEST(Redaction, OfEverythingLeavesNoTextOfAnyMember) {
+    const auto name = [](const char* first) { return std::string(first) + "mustermann"; };
+    const simwin::NamesInPaths names = {
+        {"ADDRESS", "10.0.0.5"},         {"ENTRY", name("entry")},     {"N", "0"}, {"NAME", name("name")},
+        {"PATH", "C:\\" + name("path")}, {"SECTION", name("section")}, {"X", "C"}};
+    // A list's text is a key too, which some lists are of.
+    const nlohmann::json values = {
+        name("a"), nlohmann::json::array({"HKEY_USERS\\" + name("a")}), {{"hex", "6d 75 73 74 65 72 6d 61 6e 6e"}}};
+    for (const simwin::MemberText& member : simwin::stationMemberTexts())
+        for (const nlohmann::json& value : values)
+            if (const std::optional<Station> station = stationWith(simwin::placeOf(member.path, names), value)) {
+                const Station made = kvstation::redacted(*station, kvstation::Redacting::Everything);
+                EXPECT_THAT(heldBy(made, {"mustermann"}), testing::IsEmpty()) << member.path << " " << value;
+            }
 }
 
 TEST(Redaction, LeavesNoServerAddressOrMailboxInTheNamesOfPrinters) {

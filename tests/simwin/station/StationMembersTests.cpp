@@ -2,39 +2,24 @@
 
 #include <gmock/gmock.h>
 
-#include <map>
-
 #include "simwin/station/StationPage.h"
 #include "simwin/station/StationReader.h"
 #include "simwin/station/StationWriter.h"
 #include "simwin/text/ReadFile.h"
+#include "tests/simwin/station/MemberPlace.h"
 
 namespace {
 
 using namespace simwin;
 using Json = nlohmann::json;  // whose members have no order
 
-// What stands where a member's path has a word for any name.
-const std::map<std::string, std::string, std::less<>> kNames = {
-    {"ADDRESS", "10.0.0.5"}, {"CALL", "GetVersionExA"}, {"ENTRY", "device"},    {"N", "0"},
-    {"NAME", "pc-lab3"},     {"PATH", "C:\\a.exe"},     {"SECTION", "windows"}, {"X", "C"}};
+const NamesInPaths kNames = {{"ADDRESS", "10.0.0.5"}, {"CALL", "GetVersionExA"}, {"ENTRY", "device"},    {"N", "0"},
+                             {"NAME", "pc-lab3"},     {"PATH", "C:\\a.exe"},     {"SECTION", "windows"}, {"X", "C"}};
 
 // Each member takes at least one of them that is not its default.
 const Json kValues = Json::parse(R"([
   77, true, false, 1250, "Another7", "1.2.0", "2026-11-22T12:00:00Z", "10.200.2650.0", "00-0C-29-AB-CD-EF",
   {"hex": "41 42"}, [77], ["wsock32.dll"], ["10.0.0.5"], ["Another7"]])");
-
-Json::json_pointer placeOf(std::string_view path) {
-    Json::json_pointer place;
-    while (!path.empty()) {
-        const std::size_t end = std::min(path.find('.'), path.size());
-        const std::string name(path.substr(0, end));
-        const auto found = kNames.find(name);
-        place.push_back(found != kNames.end() ? found->second : name);
-        path.remove_prefix(std::min(end + 1, path.size()));
-    }
-    return place;
-}
 
 // The members as they are written once they were read; null when they are refused.
 Json writtenAgain(const Json& members) {
@@ -61,7 +46,7 @@ bool comesBack(const Json& before, const Json::json_pointer& place, const Json& 
 }
 
 void expectToComeBack(Json members, const std::string& path) {
-    const Json::json_pointer place = placeOf(path);
+    const Json::json_pointer place = placeOf(path, kNames);
     if (Json& parent = members[place.parent_pointer()]; parent.is_null())
         parent = Json::object();
     EXPECT_TRUE(std::ranges::any_of(kValues, [&](const Json& value) { return comesBack(members, place, value); }))
