@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <CLI/App.hpp>
 #include <nlohmann/json.hpp>
 
 #include "../Samples.h"
@@ -12,6 +13,7 @@
 #include "kvstation/rows/RowJson.h"
 #include "kvstation/rows/RowTable.h"
 #include "kvstation/sets/Database.h"
+#include "kvstation/verbs/RowForm.h"
 
 namespace kvstation {
 namespace {
@@ -249,6 +251,16 @@ TEST(StationSet, TakesWhatIsToBeDifferentForAll) {
     const ProgramRun told =
         run({"simulate", KV_STATIONS "/windows-xp-*", "--set", "KVIP=10.9.8.7", "--field", "szIPAddress"});
     EXPECT_THAT(linesOf(told.output), ElementsAre(StartsWith("name"), testing::EndsWith(" 10.9.8.7"), testing::_));
+}
+
+TEST(RowForms, AreThoseOfTheDocument) {
+    CLI::App command;
+    ResultOptions results;
+    RowOptions options;
+    addResultOptions(command, results);
+    const std::string document = readFile(KV_FLEET_DOCUMENT, 1024 * 1024);
+    for (const CLI::Option* form : addRowOptions(command, options))
+        EXPECT_THAT(document, HasSubstr("\n| `" + form->get_name())) << "the table of forms tells of it";
 }
 
 }  // namespace
