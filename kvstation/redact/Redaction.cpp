@@ -179,14 +179,17 @@ class Redactor {
             m_standIns.addName(wideTextOf(value.bytes, simwin::isText(value)).value_or(value.bytes));
             return;
         }
-        const TextPlace place = placeIn(value.name);
-        m_standIns.learn(value.bytes, place);
-        std::string bytes = value.bytes;
+        findInBytes(value.bytes, simwin::isText(value), placeIn(value.name));
+    }
+
+    // As redactBytes() replaces.
+    void findInBytes(std::string bytes, bool isText, TextPlace place) {
+        m_standIns.learn(bytes, place);
         const auto learn = [&](const std::string& text) {
             m_standIns.learn(text, place);
             return text;
         };
-        if (!simwin::isText(value))
+        if (!isText)
             replaceAscii(bytes, learn);
         replaceAnyWide(bytes, learn);
     }
@@ -215,6 +218,9 @@ class Redactor {
 
     void findInTexts() {
         eachText([&](const std::string& text, TextPlace place) { m_standIns.learn(text, place); });
+        for (const simwin::File& file : m_station.files)
+            if (file.resource)
+                findInBytes(*file.resource, false, TextPlace::Version);
         for (const std::vector<std::string>* keys : {&m_station.deniedKeys, &m_station.unknown})
             for (const std::string& key : *keys)
                 learnPath(key);

@@ -10,6 +10,7 @@
 #include "kvstation/platform/Errors.h"
 #include "kvstation/record/Record.h"
 #include "kvstation/redact/Beginnings.h"
+#include "kvstation/redact/LeftTexts.h"
 #include "kvstation/redact/NamedParts.h"
 #include "kvstation/redact/PageText.h"
 #include "kvstation/redact/Redaction.h"
@@ -562,19 +563,26 @@ std::optional<Station> stationWith(const nlohmann::json::json_pointer& place, co
     return station;
 }
 
-TEST(Redaction, OfEverythingLeavesNoTextOfAnyMember) {
+TEST(Redaction, OfEverythingLeavesNoTextOfAnyMemberAndEachWouldBeListed) {
     const auto name = [](const char* first) { return std::string(first) + "mustermann"; };
     const simwin::NamesInPaths names = {
         {"ADDRESS", "10.0.0.5"},         {"ENTRY", name("entry")},     {"N", "0"}, {"NAME", name("name")},
         {"PATH", "C:\\" + name("path")}, {"SECTION", name("section")}, {"X", "C"}};
-    // A list's text is a key too, which some lists are of.
-    const nlohmann::json values = {
-        name("a"), nlohmann::json::array({"HKEY_USERS\\" + name("a")}), {{"hex", "6d 75 73 74 65 72 6d 61 6e 6e"}}};
+    // The first two tell nothing but by the names in the path; a list's text is a key too, which some lists are of.
+    const nlohmann::json values = {"x",
+                                   nlohmann::json::object(),
+                                   name("a"),
+                                   nlohmann::json::array({"HKEY_USERS\\" + name("a")}),
+                                   {{"hex", "6d 75 73 74 65 72 6d 61 6e 6e"}}};
     for (const simwin::MemberText& member : simwin::stationMemberTexts())
         for (const nlohmann::json& value : values)
             if (const std::optional<Station> station = stationWith(simwin::placeOf(member.path, names), value)) {
                 const Station made = kvstation::redacted(*station, kvstation::Redacting::Everything);
                 EXPECT_THAT(heldBy(made, {"mustermann"}), testing::IsEmpty()) << member.path << " " << value;
+                // Of an address in bytes nothing is listed.
+                const bool isText = !value.contains("hex") && !heldBy(*station, {"mustermann"}).empty();
+                EXPECT_TRUE(!isText || !kvstation::leftTexts(*station, *station).empty())
+                    << member.path << " " << value;
             }
 }
 
@@ -602,7 +610,7 @@ TEST(Redaction, LeavesNoServerAddressOrMailboxWhereverItStands) {
     Station station = workstation();
     station.network.arp = {{"10.7.7.7", std::string("\x00\x1a\x2b\x3c\x4d\x5e", 6)}};
     station.environment = {{"APPS", "\\\\varsrv01\\apps"}, {"HOME", "http://websrv01:80/~olga"}};
-    station.files = {{"\\\\filesrv01\\opera\\opera.exe", std::nullopt, std::nullopt}};
+    station.files = {{"\\\\filesrv01\\opera\\opera.exe", std::nullopt, "of pablo@resourcesrv01"}};
     station.profile = {{"windows", "device", "\\\\inisrv01\\Laser,winspool,LPT1:"}};
     station.drives['C'].label = "10.1.1.1 SYS";
     station.deniedKeys = {"HKEY_CURRENT_USER\\Printers\\,,deniedsrv01,Laser"};
@@ -618,9 +626,10 @@ TEST(Redaction, LeavesNoServerAddressOrMailboxWhereverItStands) {
     station.registry.set(kSystem, simwin::textValue("", "Mail to Olga, 00:1A:2B:3C:4D:5E"));
     station.registry.set(kSystem, simwin::textValue("Port", "IP_10.4.4.4"));
     station.registry.set(kSystem, {"Odd", 1, std::string("\\\\oddsrv01\\a\nb", 14)});
-    std::vector<std::string> secrets = {"varsrv01", "websrv01", "filesrv01", "inisrv01", "deniedsrv01", "keysrv01",
-                                        "widesrv",  "olga",     "mailsrv01", "oddsrv01", "mountsrv01",  "10.7.7.7",
-                                        "10.1.1.1", "10.2.2.2", "10.2.2.3",  "10.3.3.3", "10.4.4.4"};
+    std::vector<std::string> secrets = {"varsrv01",   "websrv01", "filesrv01", "inisrv01",     "deniedsrv01",
+                                        "keysrv01",   "widesrv",  "olga",      "mailsrv01",    "oddsrv01",
+                                        "mountsrv01", "10.7.7.7", "10.1.1.1",  "10.2.2.2",     "10.2.2.3",
+                                        "10.3.3.3",   "10.4.4.4", "pablo",     "resourcesrv01"};
     for (const std::string& writing : writingsOf("00-1a-2b-3c-4d-5e"))
         secrets.push_back(writing);
     EXPECT_EQ(heldBy(station, secrets), secrets);
