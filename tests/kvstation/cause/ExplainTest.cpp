@@ -89,7 +89,7 @@ TEST(AllStations, GivesAnEmptyFieldNoGiver) {
         const FieldCauses causes = causesOn(station, field);
         EXPECT_EQ(causes.value, "") << station << ": " << field;
         EXPECT_THAT(giversOf(causes), IsEmpty()) << station << ": " << field;
-        EXPECT_THAT(kvstation::causesText(causes, false), Not(HasSubstr("unknown"))) << station << ": " << field;
+        EXPECT_THAT(kvstation::causesText(causes, false), testing::StartsWith(std::string(field) + " = \"\"\n"));
     }
 }
 
