@@ -17,8 +17,8 @@ struct Range {
 };
 
 struct KnownPage {
-    unsigned number;
     const char* converter;
+    unsigned number;
     std::array<Range, 2> leads{{{1, 0}, {1, 0}}};  // none
 };
 
@@ -26,14 +26,14 @@ constexpr std::array<Range, 2> kLeads{{{0x81, 0xFE}, {1, 0}}};
 
 // ICU's tables that are Windows' own, by the names that no alias changes.
 constexpr KnownPage kPages[] = {
-    {437, "ibm-437_P100-1995"},        {850, "ibm-850_P100-1995"},
-    {874, "windows-874-2000"},         {932, "ibm-943_P15A-2003", {{{0x81, 0x9F}, {0xE0, 0xFC}}}},
-    {936, "windows-936-2000", kLeads}, {949, "windows-949-2000", kLeads},
-    {950, "windows-950-2000", kLeads}, {1250, "ibm-5346_P100-1998"},
-    {1251, "ibm-5347_P100-1998"},      {1252, "ibm-5348_P100-1997"},
-    {1253, "ibm-5349_P100-1998"},      {1254, "ibm-5350_P100-1998"},
-    {1255, "ibm-9447_P100-2002"},      {1256, "ibm-9448_X100-2005"},
-    {1257, "ibm-9449_P100-2002"},      {1258, "ibm-5354_P100-1998"}};
+    {"ibm-437_P100-1995", 437},        {"ibm-850_P100-1995", 850},
+    {"windows-874-2000", 874},         {"ibm-943_P15A-2003", 932, {{{0x81, 0x9F}, {0xE0, 0xFC}}}},
+    {"windows-936-2000", 936, kLeads}, {"windows-949-2000", 949, kLeads},
+    {"windows-950-2000", 950, kLeads}, {"ibm-5346_P100-1998", 1250},
+    {"ibm-5347_P100-1998", 1251},      {"ibm-5348_P100-1997", 1252},
+    {"ibm-5349_P100-1998", 1253},      {"ibm-5350_P100-1998", 1254},
+    {"ibm-9447_P100-2002", 1255},      {"ibm-9448_X100-2005", 1256},
+    {"ibm-9449_P100-2002", 1257},      {"ibm-5354_P100-1998", 1258}};
 
 // Characters that Windows and ICU's table tell differently, both ways. None: Windows has no character there.
 struct Deviation {
@@ -139,7 +139,7 @@ std::string SystemCodePage::encode(char16_t character) const {
         return std::string(1, static_cast<char>(deviation->byte));
     UConverter* converter = m_tables->converter.get();
     // Two of ICU's characters have bytes that mean another one.
-    if (const std::string same = encoded(converter, character, false); !same.empty() && decode(same) == character)
+    if (std::string same = encoded(converter, character, false); !same.empty() && decode(same) == character)
         return same;
     if (const std::optional<std::string> like = bestFit(m_tables->number, character))
         return *like;
