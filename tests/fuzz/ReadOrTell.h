@@ -10,12 +10,12 @@
 namespace kvfuzz {
 
 // False when the reader refused what it read.
-template <class Read>
+template <class Refusal = simwin::ReadError, class Read>
 bool readOrTell(std::string_view fileName, const Read& read) {
     try {
         read();
         return true;
-    } catch (const simwin::ReadError& error) {
+    } catch (const Refusal& error) {
         const std::string_view line = error.what();
         check(line.starts_with(fileName), "the error names the file");
         check(line.find('\n') == std::string_view::npos, "the error is one line");

@@ -9,7 +9,7 @@
 #include "kvstation/report/RecordFile.h"
 #include "kvstation/report/TextView.h"
 #include "simwin/text/CodePage.h"
-#include "tests/fuzz/Check.h"
+#include "tests/fuzz/ReadOrTell.h"
 
 namespace {
 
@@ -38,11 +38,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::span<const unsigned> pages = simwin::knownCodePages();
     const unsigned char choice = size != 0 ? data[size - 1] : 0;
     const simwin::CodePageScope scope(choice == 0 ? simwin::kDefaultCodePage : pages[choice % pages.size()]);
-    try {
+    kvfuzz::readOrTell<kvstation::Failure>("record", [&] {
         show(kvstation::recordFromFileBytes({reinterpret_cast<const char*>(data), size}, "record"));
-    } catch (const kvstation::Failure& failure) {
-        kvfuzz::check(std::string_view(failure.what()).starts_with("record"), "the error names the file");
-        kvfuzz::wasRefused = true;
-    }
+    });
     return 0;
 }

@@ -33,6 +33,7 @@ TEST_F(StringTableTest, IdWithoutATextLoadsAsEmpty) {
     for (const unsigned id : {0u, 15999u, 16000u, 16034u, 16038u, 65535u}) {
         CString text("before");
         EXPECT_FALSE(text.LoadString(id)) << id;
+        EXPECT_STREQ(text, "") << id;
         EXPECT_EQ(text.GetLength(), 0) << id;
     }
 }
