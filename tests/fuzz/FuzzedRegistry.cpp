@@ -9,12 +9,9 @@
 namespace kvfuzz {
 namespace {
 
-// A star stands for a name out of the input. New places are appended, so that the corpus keeps its meaning.
-struct Place {
-    std::string_view key;
-    std::string_view value;
-};
-constexpr Place kPlaces[] = {
+// A star becomes a name out of the input. New places are appended: of a kept input, a byte below their former number
+// means what it did.
+constexpr RegistryPlace kPlaces[] = {
     {"HKEY_LOCAL_MACHINE\\SYSTEM\\CurrentControlSet\\Control\\Citrix", "ProductName"},
     {"HKEY_LOCAL_MACHINE\\SYSTEM\\CurrentControlSet\\Control\\Citrix", "ProductVersion"},
     {"HKEY_LOCAL_MACHINE\\System\\CurrentControlSet\\Control\\ProductOptions", "ProductSuite"},
@@ -93,6 +90,20 @@ constexpr Place kPlaces[] = {
     {"HKEY_CLASSES_ROOT\\htmlfile\\shell\\open\\command", ""},
     {"HKEY_CLASSES_ROOT\\.ica", ""},
     {"HKEY_CLASSES_ROOT\\icafile\\shell\\open\\command", ""},
+    {"HKEY_LOCAL_MACHINE\\Software\\Microsoft\\Windows NT\\CurrentVersion", "RegisteredOrganization"},
+    {"HKEY_LOCAL_MACHINE\\Software\\Microsoft\\Windows NT\\CurrentVersion", "ProductId"},
+    {"HKEY_LOCAL_MACHINE\\Software\\Microsoft\\Windows\\CurrentVersion", "RegisteredOwner"},
+    {"HKEY_LOCAL_MACHINE\\Software\\Microsoft\\Windows\\CurrentVersion", "RegisteredOrganization"},
+    {"HKEY_LOCAL_MACHINE\\HARDWARE\\DESCRIPTION\\System\\CentralProcessor\\*", "ProcessorNameString"},
+    {"HKEY_LOCAL_MACHINE\\HARDWARE\\DESCRIPTION\\System\\CentralProcessor\\*", "Identifier"},
+    {"HKEY_LOCAL_MACHINE\\HARDWARE\\DESCRIPTION\\System\\CentralProcessor\\*", "~MHz"},
+    {"HKEY_LOCAL_MACHINE\\SYSTEM\\CurrentControlSet\\Services\\*\\Parameters\\Tcpip", "IPAddress"},
+    {"HKEY_LOCAL_MACHINE\\SYSTEM\\CurrentControlSet\\Enum\\*\\*\\*", "Class"},
+    {"HKEY_LOCAL_MACHINE\\SYSTEM\\CurrentControlSet\\Enum\\*\\*\\*", "DeviceDesc"},
+    {"HKEY_LOCAL_MACHINE\\Enum\\ISAPNP\\*\\*", "DeviceDesc"},
+    {"HKEY_LOCAL_MACHINE\\Enum\\ISAPNP\\*\\*", "Driver"},
+    {"HKEY_LOCAL_MACHINE\\SYSTEM\\CurrentControlSet\\Control\\Print\\Printers\\*", "Name"},
+    {"HKEY_CLASSES_ROOT\\*\\shell\\open\\command", ""},
 };
 
 std::string withNames(InputReader& input, std::string_view pattern) {
@@ -144,8 +155,12 @@ simwin::RegistryValue readValue(InputReader& input, std::string name) {
 
 }  // namespace
 
+std::span<const RegistryPlace> fuzzedPlaces() {
+    return kPlaces;
+}
+
 std::string addRegistryItem(InputReader& input, simwin::RegistryTree& registry) {
-    const Place& place = input.oneOf(kPlaces);
+    const RegistryPlace& place = input.oneOf(kPlaces);
     std::string path = withNames(input, place.key);
     const std::optional<simwin::KeyId> key = registry.create(path);
     if (key && input.below(16) != 0)

@@ -223,6 +223,10 @@ void readRefusal(InputReader& input, Station& station, const std::string& key) {
 
 }  // namespace
 
+std::span<const std::string_view> fuzzedVariables() {
+    return kVariables;
+}
+
 Station readFuzzedStation(InputReader& input, std::optional<unsigned> codePage) {
     Station station;
     station.network.hostName = "pc-lab3";

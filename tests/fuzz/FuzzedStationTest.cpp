@@ -1,12 +1,19 @@
 #include "tests/fuzz/FuzzedStation.h"
 
+#include <fnmatch.h>
 #include <gmock/gmock.h>
 
 #include <algorithm>
 #include <cctype>
+#include <set>
 
+#include "kvstation/collect/CallLog.h"
+#include "kvstation/collect/Stage.h"
 #include "simwin/station/StationMembers.h"
+#include "simwin/station/StationReader.h"
+#include "tests/fuzz/FuzzedRegistry.h"
 #include "tests/kvstation/cause/Random.h"
+#include "tests/stations/StationNames.h"
 
 namespace {
 
@@ -67,6 +74,63 @@ TEST(FuzzedStation, HasEachMemberOfAStationInOneOf100) {
     std::vector<std::string> paths;
     std::ranges::transform(missing, std::back_inserter(paths), &simwin::MemberText::path);
     EXPECT_THAT(paths, testing::UnorderedElementsAreArray(kNeverMade));
+}
+
+// In UTF-8, where no half of a character is a backslash.
+std::string withSlashes(std::string_view path) {
+    std::string text = simwin::toUtf8(path);
+    std::ranges::replace(text, '\\', '/');
+    return text;
+}
+
+// The value's path, of which a key below HKEY_CLASSES_ROOT is that of HKEY_LOCAL_MACHINE.
+std::string valuePath(std::string_view key, std::string_view value) {
+    return withSlashes(simwin::withClassesInPlace(key)) + "/" + withSlashes(value);
+}
+
+// The video adapter's key, which has any path: the device map tells it.
+constexpr std::string_view kVideoKey = "HKEY_LOCAL_MACHINE\\System\\Video0";
+
+bool isFuzzedValue(const std::string& path) {
+    return std::ranges::any_of(kvfuzz::fuzzedPlaces(), [&](const kvfuzz::RegistryPlace& place) {
+        if (place.key == kVideoKey)
+            return path.ends_with("/" + std::string(place.value));
+        const std::string pattern = valuePath(place.key, place.value);
+        return fnmatch(pattern.c_str(), path.c_str(), FNM_PATHNAME | FNM_NOESCAPE | FNM_CASEFOLD) == 0;
+    });
+}
+
+bool isFuzzedVariable(const std::string& name) {
+    return std::ranges::any_of(kvfuzz::fuzzedVariables(),
+                               [&](std::string_view one) { return simwin::equalNoCase(one, name); });
+}
+
+// What a collection on one of the described stations reads, and the fuzzer never sets.
+std::set<std::string> readButNotFuzzed(const std::string& station) {
+    const simwin::Station described = simwin::readStation(kvtest::folderOf(station));
+    const simwin::CodePageScope scope(described.codePages.ansi);
+    simwin::Machine machine(described);
+    kvstation::CallLog log;
+    machine.observe(&log);
+    kvstation::collectOn(machine);
+    std::set<std::string> missing;
+    for (const kvstation::TimedCall& timed : log.calls()) {
+        const simwin::ObservedCall& call = timed.call;
+        const auto text = [&](std::size_t index) { return std::string(simwin::textOf(call.parameters[index])); };
+        if (call.name == "RegQueryValueExA") {
+            if (const std::string path = valuePath(call.subject, text(1)); !isFuzzedValue(path))
+                missing.insert(path);
+        } else if (call.name == "KVGetEnv") {
+            if (!isFuzzedVariable(text(0)))
+                missing.insert(text(0));
+        }
+    }
+    return missing;
+}
+
+TEST(FuzzedStation, HasWhatTheDescribedStationsAreReadFor) {
+    for (const std::string& station : kvtest::stationNames())
+        EXPECT_THAT(readButNotFuzzed(station), testing::IsEmpty()) << station;
 }
 
 }  // namespace
