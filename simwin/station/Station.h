@@ -1,7 +1,7 @@
 // A described station: what a whole machine would tell, as plain values.
 //
 // Everything is optional; what is not described fails or is absent, as Windows would answer on such a machine.
-// Texts are bytes of its ANSI code page. How station.json tells it, and what it means, is in StationMembers.cpp.
+// Texts are bytes of its ANSI code page. What a member means, and how station.json tells it, is in StationMembers.cpp.
 #pragma once
 
 #include <array>
@@ -27,12 +27,12 @@ struct CodePages {
 };
 
 struct WindowsVersion {
-    std::uint32_t platformId = 2;  // 0 Win32s, 1 Windows 9x, 2 Windows NT
+    std::uint32_t platformId = 2;
     std::uint32_t major = 0;
     std::uint32_t minor = 0;
     std::uint32_t build = 0;
     std::string servicePack;
-    bool terminalServices = false;  // VerifyVersionInfoA's answer about VER_SUITE_TERMINAL
+    bool terminalServices = false;
 };
 
 struct Keyboard {
@@ -41,12 +41,12 @@ struct Keyboard {
 };
 
 struct User {
-    OptionalText name;           // GetUserNameA
-    OptionalText samCompatible;  // GetUserNameExA's format 2
-    OptionalText displayName;    // format 3
-    OptionalText principal;      // format 8
-    OptionalText network;        // KVGetUserName
-    OptionalText directory;      // KVNDSWhoAmI
+    OptionalText name;
+    OptionalText samCompatible;
+    OptionalText displayName;
+    OptionalText principal;
+    OptionalText network;
+    OptionalText directory;
 };
 
 struct Variable {
@@ -65,12 +65,11 @@ struct Processors {
     std::uint32_t type = 0;
     std::uint16_t level = 0;
     std::uint16_t revision = 0;
-    // CallNtPowerInformation's answer, one entry per processor; empty: the call fails.
     std::vector<std::uint32_t> currentMhz;
 };
 
 struct Memory {
-    std::uint64_t physical = 0;  // bytes
+    std::uint64_t physical = 0;
     std::uint64_t virtualSize = 0;
 };
 
@@ -82,14 +81,14 @@ struct Clusters {
 };
 
 struct Drive {
-    std::uint32_t type = 0;  // GetDriveTypeA's answer
+    std::uint32_t type = 0;
     OptionalText label;
     OptionalText fileSystem;
     std::uint32_t serial = 0;
-    std::optional<std::uint64_t> total;      // bytes; without it the drive tells no space
-    std::uint64_t free = 0;                  // available to the caller
-    std::optional<std::uint64_t> totalFree;  // free in all, which a quota can make more than `free`
-    std::optional<Clusters> clusters;        // GetDiskFreeSpaceA's answer; without it bytes in clusters of 4096
+    std::optional<std::uint64_t> total;
+    std::uint64_t free = 0;
+    std::optional<std::uint64_t> totalFree;
+    std::optional<Clusters> clusters;
 };
 
 using FileVersion = std::array<std::uint16_t, 4>;
@@ -103,7 +102,7 @@ inline std::string versionText(const FileVersion& version) {
 struct File {
     std::string path;  // such as C:\WINDOWS\system32\mstscax.dll, in its real letter case
     std::optional<FileVersion> version;
-    OptionalText resource;  // a raw version resource, in place of the one made from `version`
+    OptionalText resource;
 };
 
 struct Host {
@@ -130,7 +129,7 @@ struct ArpEntry {
 
 struct Lana {
     std::uint8_t number = 0;
-    OptionalText address;  // 6 raw bytes; absent: the adapter's status query fails
+    OptionalText address;  // 6 raw bytes
 };
 
 struct StationNetwork {
@@ -149,7 +148,7 @@ struct StationNetwork {
 struct CompanionText {
     std::string text;
     int result = 1;
-    bool terminated = true;  // false: the text's bytes alone are written, as a library that forgets the NUL would
+    bool terminated = true;  // false: as of a library that forgets the NUL
 };
 
 struct Session {
@@ -160,7 +159,7 @@ struct Session {
 };
 
 struct Citrix {
-    std::optional<CompanionText> clientName;  // absent: the query fails
+    std::optional<CompanionText> clientName;
 };
 
 struct ProfileEntry {
@@ -174,9 +173,9 @@ using CallErrors = std::map<std::string, std::uint32_t, std::less<>>;
 
 // Of a station that was captured. Texts in UTF-8; one that is not known is empty.
 struct Collected {
-    std::string at;       // in UTC, to the second: "2026-11-22T12:00:00Z"
-    std::string library;  // the version of the kvcstat64.dll that collected, "1.2.0.0"
-    std::string tool;     // the version of kvstation
+    std::string at;       // "2026-11-22T12:00:00Z"
+    std::string library;  // "1.2.0.0"
+    std::string tool;
 
     bool operator==(const Collected&) const = default;
 };
@@ -197,14 +196,13 @@ struct Station {
     std::vector<File> files;
     StationNetwork network;
     Session session;
-    std::optional<Citrix> citrix;   // present: wfapi64.dll loads
-    std::optional<int> vcdVersion;  // present: KVVCD32.dll loads
+    std::optional<Citrix> citrix;
+    std::optional<int> vcdVersion;
     std::vector<ProfileEntry> profile;
     std::vector<std::string> missing;  // "library" or "library!function"
     CallErrors fails;
     std::vector<std::string> deniedKeys;  // full paths
-    // What nobody knows of the machine: members of station.json ("network.arp") and keys by full path. What lies below
-    // one and is not described is not "not there" but "not written down", for people; the answers do not heed it.
+    // What lies below one of them and is not described is not "not there" but "not written down", for people.
     std::vector<std::string> unknown;
     // Members that were asked for and are known not to be there, by their path: null in station.json.
     std::vector<MemberPath> absent;
