@@ -22,7 +22,7 @@ TEST(StationReader, DescribesNothingByAnEmptyObject) {
 }
 
 constexpr const char* kWhole = R"json({
-  "description": "a machine with everything",
+  "description": "a machine with much",
   "collected": { "at": "2028-02-29T23:59:59Z", "library": "1.2.0.0", "tool": "1.2.0" },
   "codePages": { "ansi": 1252, "oem": 850 },
   "version": { "platformId": 2, "major": 5, "minor": 1, "build": 2600, "servicePack": "Service Pack 3",
@@ -65,7 +65,7 @@ constexpr const char* kWhole = R"json({
 
 TEST(StationReader, ReadsTheSystem) {
     const Station station = parseStation(kWhole, "station.json");
-    EXPECT_EQ(station.description, "a machine with everything");
+    EXPECT_EQ(station.description, "a machine with much");
     EXPECT_EQ(station.collected, (Collected{.at = "2028-02-29T23:59:59Z", .library = "1.2.0.0", .tool = "1.2.0"}));
     EXPECT_EQ(station.codePages.oem, 850u);
     EXPECT_EQ(station.version->platformId, 2u);
