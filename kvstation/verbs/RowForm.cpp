@@ -18,6 +18,17 @@
 #endif
 
 namespace kvstation {
+
+struct RowFormKind {
+    using Make = std::unique_ptr<RowForm>(const FieldList& fields, const std::string& file);
+
+    const char* option;
+    const char* help;
+    Make* make;
+    // Of a form that goes into one file and has all fields: what is wrong with the file's name. Others are printed.
+    std::string (*checkFile)(const std::string& file) = nullptr;
+};
+
 namespace {
 
 // Rows that are text when they are encoded.
@@ -90,7 +101,13 @@ class TableForm : public TextForm {
     TableWriter m_table;
 };
 
-#ifndef _WIN32
+#ifdef _WIN32
+// Debian has no SQLite for Windows.
+std::string checkDatabase(const std::string&) {
+    return "needs the native (Linux) tool; it reads what --ndjson prints here";
+}
+constexpr RowFormKind::Make* makeDatabase = nullptr;
+#else
 class DatabaseForm : public RowForm {
   public:
     explicit DatabaseForm(const std::string& file) : m_file(file) {}
@@ -104,16 +121,38 @@ class DatabaseForm : public RowForm {
     std::string m_file;
     std::unique_ptr<DatabaseWriter> m_writer;
 };
+
+std::string checkDatabase(const std::string& file) {
+    return file == kStandardOutputName ? "an SQLite file cannot go to standard output" : checkFileName(file);
+}
+std::unique_ptr<RowForm> makeDatabase(const FieldList&, const std::string& file) {
+    return std::make_unique<DatabaseForm>(file);
+}
 #endif
 
-// Debian has no SQLite for Windows.
-std::string checkDatabase(const std::string& file) {
-#ifdef _WIN32
-    (void)file;
-    return "needs the native (Linux) tool; it reads what --ndjson prints here";
-#else
-    return file == kStandardOutputName ? "an SQLite file cannot go to standard output" : checkFileName(file);
-#endif
+template <class Form>
+std::unique_ptr<RowForm> makePrinted(const FieldList& fields, const std::string&) {
+    return std::make_unique<Form>(fields);
+}
+
+constexpr RowFormKind kForms[] = {
+    {"--ndjson", "Print a JSON object a line for each record", makePrinted<JsonForm>},
+    {"--csv", "Print a table as comma-separated values, with a header", makePrinted<CsvForm>},
+    {"--sqlite",
+     "Write the records into the table \"stations\" of the SQLite file FILE, in the place of those of the same names "
+     "(native tool)",
+     makeDatabase, checkDatabase},
+};
+
+CLI::Option* addForm(CLI::App& command, const RowFormKind& form, RowOptions& options) {
+    if (form.checkFile == nullptr)
+        return command.add_flag_callback(
+            form.option, [&options, &form] { options.form = &form; }, form.help);
+    const auto choose = [&options, &form](const std::string& file) { options = {&form, file}; };
+    return command.add_option_function<std::string>(form.option, choose, form.help)
+        ->type_name("FILE")
+        ->check(form.checkFile)
+        ->excludes(command.get_option("--field"));
 }
 
 }  // namespace
@@ -127,20 +166,16 @@ void refuseWishesOfOne(const ResultOptions& result) {
 }
 
 std::vector<CLI::Option*> addRowOptions(CLI::App& command, RowOptions& options) {
-    CLI::Option* all = command.get_option("--all");
-    CLI::Option* json = command.get_option("--json");
-    CLI::Option* ndjson = command.add_flag("--ndjson", options.ndjson, "Print a JSON object a line for each record");
-    CLI::Option* csv = command.add_flag("--csv", options.csv, "Print a table as comma-separated values, with a header");
-    CLI::Option* database =
-        command.add_option("--sqlite", options.database,
-                           "Write the records into the table \"stations\" of the SQLite file FILE, in the place of "
-                           "those of the same names (native tool)");
-    database->type_name("FILE")->check(checkDatabase)->excludes(command.get_option("--field"));
-    for (CLI::Option* option : {ndjson, csv, database})
-        option->excludes(all)->excludes(json);
-    ndjson->excludes(csv)->excludes(database);
-    csv->excludes(database);
-    return {ndjson, csv, database};
+    std::vector<CLI::Option*> added;
+    for (const RowFormKind& form : kForms) {
+        CLI::Option* option = addForm(command, form, options);
+        for (const char* other : {"--all", "--json"})
+            option->excludes(command.get_option(other));
+        for (CLI::Option* other : added)
+            option->excludes(other);
+        added.push_back(option);
+    }
+    return added;
 }
 
 void addSetOptions(CLI::App& command, SetOptions& options) {
@@ -152,14 +187,8 @@ void addSetOptions(CLI::App& command, SetOptions& options) {
 std::unique_ptr<RowForm> rowForm(const RowOptions& rows, const ResultOptions& result) {
     refuseWishesOfOne(result);
     const FieldList asked = askedFields(result);
-#ifndef _WIN32
-    if (!rows.database.empty())
-        return std::make_unique<DatabaseForm>(rows.database);
-#endif
-    if (rows.ndjson)
-        return std::make_unique<JsonForm>(asked.empty() ? allFields() : asked);
-    if (rows.csv)
-        return std::make_unique<CsvForm>(asked.empty() ? allFields() : asked);
+    if (!rows.isEmpty())
+        return rows.form->make(asked.empty() ? allFields() : asked, rows.file);
     if (!asked.empty())
         return std::make_unique<TableForm>(asked);
     return std::make_unique<ViewForm>(result.all);
@@ -179,14 +208,15 @@ int giveOutRows(const SetOptions& set, const ResultOptions& result, SourceKind k
     if (isPart())
         return servePart(perform);
     std::vector<Source> sources = sourcesOf(set.places, kind);
-    if (!set.rows.database.empty())
+    const bool isPrinted = set.rows.file.empty();
+    if (!isPrinted)
         refuseDoubles(sources);
     form->begin();
     const Tally tally = performAll(sources,
                                    {.what = what,
                                     .perform = perform,
                                     .take = [&](const Source&, std::string_view row) { form->take(row); },
-                                    .prints = set.rows.database.empty()},
+                                    .prints = isPrinted},
                                    set.jobs);
     form->finish();
     return statusOf(tally);

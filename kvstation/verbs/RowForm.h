@@ -17,12 +17,13 @@ class Option;
 
 namespace kvstation {
 
-struct RowOptions {
-    bool ndjson = false;
-    bool csv = false;
-    std::string database;  // a file's name; empty: not asked for
+struct RowFormKind;  // a row of the source's table
 
-    bool isEmpty() const { return !ndjson && !csv && database.empty(); }
+struct RowOptions {
+    const RowFormKind* form = nullptr;  // none: not asked for
+    std::string file;                   // of a form that goes into one, else empty
+
+    bool isEmpty() const { return form == nullptr; }
 };
 
 struct SetOptions {
