@@ -7,6 +7,7 @@
 #include <sstream>
 
 #include "kvstation/collect/CallLog.h"
+#include "kvstation/experiments/OtherTexts.h"
 #include "kvstation/platform/Errors.h"
 #include "kvstation/record/Record.h"
 #include "kvstation/redact/Beginnings.h"
@@ -837,11 +838,10 @@ TEST_P(RedactedStation, IsCollectedByTheSameQuestionsWhateverServersAreCalled) {
     kvstation::CallLog log;
     machine.observe(&log);
     kvstation::collectOn(machine);
-    std::set<std::string> words = wordsOf(
-        "Auto Created Client Printer MetaFrame WinFrame Internet Explorer iexplore netscape opera netscp6 firefox "
-        "wfica32 "
-        "keyboard display net cdrom cdromperipheral diskdrive diskperipheral tapeperipheral Outlook Exchange "
-        "Terminal Server REGISTRY Machine Default_Monitor nameuserprincipal");
+    std::set<std::string> words = wordsOf("iexplore netscp6");  // the module looks for how these begin
+    for (const auto& texts : {kvstation::moduleWords(), kvstation::moduleNames()})
+        for (const std::string_view text : texts)
+            words.merge(wordsOf(std::string(text)));
     for (const kvstation::TimedCall& call : log.calls())
         words.merge(wordsOf(call.call.subject + " " + call.call.arguments));
     for (const std::string& word : words)
