@@ -27,7 +27,9 @@ set(KV_WATCH ${CMAKE_BINARY_DIR}/tests/watch-folder)
 set_target_properties(watch_test PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${KV_WATCH} UNITY_BUILD_BATCH_SIZE 5)
 target_link_libraries(watch_test PRIVATE kvstation_core expected_station gmock_main)
 kv_product_first(watch_test kvstation_core simwin framework redirect)
-target_compile_definitions(watch_test PRIVATE KV_RECORD_DOCUMENT="Z:${PROJECT_SOURCE_DIR}/docs/record.md")
+target_compile_definitions(watch_test PRIVATE
+  KV_RECORD_DOCUMENT="Z:${PROJECT_SOURCE_DIR}/docs/record.md"
+  KV_STATIONS_DOCUMENT="Z:${PROJECT_SOURCE_DIR}/docs/stations.md")
 kv_copies(watch_files ${KV_WATCH} kvcstat kvenv kvtswrp kvnetapi zrtrc)
 add_dependencies(watch_test watch_files)
 target_precompile_headers(watch_test REUSE_FROM test_headers)

@@ -9,6 +9,7 @@
 #include "kvstation/collect/CallLog.h"
 #include "kvstation/experiments/OtherTexts.h"
 #include "kvstation/platform/Errors.h"
+#include "kvstation/platform/Files.h"
 #include "kvstation/record/Record.h"
 #include "kvstation/redact/Beginnings.h"
 #include "kvstation/redact/LeftTexts.h"
@@ -29,6 +30,7 @@
 namespace kvtest {
 namespace {
 
+using kvstation::PartKind;
 using kvstation::StandIns;
 using simwin::Station;
 using testing::HasSubstr;
@@ -369,15 +371,40 @@ TEST(StandIns, OfNumbersHaveAsManyDigits) {
     EXPECT_EQ(standIns.number(0), 0U);
 }
 
-// A letter and the text of each part: T text, C computer, S server's address, U user, A address, P physical address,
-// L long (IPv6) address.
+// What a part of a text is called in the tests, and in the document's table of what is redacted.
+struct PartNames {
+    char letter;
+    const char* row;
+};
+
+PartNames namesOf(PartKind kind) {
+    constexpr const char* kAddresses = "IPv4 addresses, written with dots, and IPv6 addresses";
+    switch (kind) {
+        case PartKind::Text:
+            return {'T', nullptr};
+        case PartKind::Computer:
+            return {'C', "computers"};
+        case PartKind::User:
+            return {'U', "users"};
+        case PartKind::ServerAddress:
+            return {'S', kAddresses};
+        case PartKind::Address:
+            return {'A', kAddresses};
+        case PartKind::Physical:
+            return {'P', "MACs"};
+        case PartKind::LongAddress:
+            return {'L', kAddresses};
+    }
+    return {};
+}
+
+// A letter and the text of each part.
 std::string splitting(std::string_view text) {
-    constexpr std::string_view letters = "TCSUAPL";
     std::string told;
     const kvstation::PageText characters = kvstation::pageText(text);
     for (const kvstation::NamedPart& part : kvstation::namedPartsOf(characters)) {
         told += told.empty() ? "" : " ";
-        told += letters[static_cast<std::size_t>(part.kind)];
+        told += namesOf(part.kind).letter;
         told += "<" + kvstation::bytesOf(part.text) + ">";
     }
     return told;
@@ -457,6 +484,25 @@ constexpr Splitting kSplittings[] = {
 TEST(NamedParts, AreKnownByTheirForm) {
     for (const Splitting& row : kSplittings)
         EXPECT_EQ(splitting(row.text), row.parts) << row.text;
+}
+
+// The numbers of kinds are those from 0 on, without a gap.
+TEST(NamedParts, AreThoseOfTheDocument) {
+    std::set<std::string> rows = {"the drives' serial numbers",
+                                  "the names of user, computer, client, domain and workgroup, the host's names, owner, "
+                                  "organization, product id, serial numbers"};
+    for (int number = 0; namesOf(static_cast<PartKind>(number)).letter != '\0'; ++number)
+        if (const char* row = namesOf(static_cast<PartKind>(number)).row)
+            rows.insert(row);
+
+    const std::string document = kvstation::readFile(KV_STATIONS_DOCUMENT, 1024 * 1024);
+    const std::string head = "With `--redact` stand-ins stand in the place of\n\n| what | where |\n|---|---|\n";
+    ASSERT_THAT(document, HasSubstr(head));
+    std::istringstream table(document.substr(document.find(head) + head.size()));
+    std::vector<std::string> told;
+    for (std::string line; std::getline(table, line) && line.starts_with("| ");)
+        told.push_back(line.substr(2, line.find(" | ") - 2));
+    EXPECT_THAT(told, testing::UnorderedElementsAreArray(rows));
 }
 
 TEST(StandIns, OfNamesOfShortOrCommonWordsAreFoundWhereTheirWordsAreNot) {
