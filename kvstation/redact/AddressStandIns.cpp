@@ -96,6 +96,15 @@ AddressStandIns::Form AddressStandIns::formFor(const IPv4& address) {
     return form;
 }
 
+void AddressStandIns::learn(std::string_view shown, TextPlace place) {
+    if (place == TextPlace::Anywhere)
+        note(shown, false);
+}
+
+std::string AddressStandIns::standIn(std::string_view shown, TextPlace place) {
+    return place == TextPlace::Version && !isCertain(shown) ? std::string(shown) : standIn(shown);
+}
+
 void AddressStandIns::note(std::string_view dotted, bool isCertain) {
     const std::optional<IPv4> address = parseIPv4(dotted);
     if (!address || isNobodys(*address))

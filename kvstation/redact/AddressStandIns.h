@@ -9,6 +9,7 @@
 
 #include "kvstation/redact/AddressKind.h"
 #include "kvstation/redact/Chance.h"
+#include "kvstation/redact/FormStandIns.h"
 
 namespace kvstation {
 
@@ -16,9 +17,13 @@ namespace kvstation {
 // stays in its range, and so does each of rangeOf's; a public one becomes one of kReserved or kThisNet, whichever has
 // the length. A number keeps its digits, a 0 stays, and so do a 0 at its end and a 255: what contains "0.0.0.0" is no
 // address to the module, and what ends in 255 mostly calls a whole net.
-class AddressStandIns {
+class AddressStandIns : public FormStandIns {
   public:
     explicit AddressStandIns(Chance& chance) : m_chance(chance) {}
+
+    // In the place of a version only what is certain is an address.
+    void learn(std::string_view shown, TextPlace place) override;
+    std::string standIn(std::string_view shown, TextPlace place) override;
 
     // To be told of all addresses before the first stand-in is asked for, so that none of them becomes another's.
     // Of the same text a certain one counts.

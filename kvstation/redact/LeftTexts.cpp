@@ -65,26 +65,11 @@ bool holdsLeftWordOf(PageTextView before, PageTextView after, TextPlace place) {
     return false;
 }
 
-// Whether words of such a part may stay. Of an address its kind does, which tells nobody's.
-bool keepsWords(PartKind kind) {
-    switch (kind) {
-        case PartKind::Text:
-        case PartKind::Computer:
-        case PartKind::User:
-            return true;
-        case PartKind::ServerAddress:
-        case PartKind::Address:
-        case PartKind::Physical:
-        case PartKind::LongAddress:
-            break;
-    }
-    return false;
-}
-
-// Whether a word that could tell something stands at the same place in both.
+// Whether a word that could tell something stands at the same place in both. Of an address its kind may, which tells
+// nobody's.
 bool holdsLeftWord(PageTextView before, PageTextView after, TextPlace place) {
     for (const NamedPart& part : namedPartsOf(before)) {
-        if (!keepsWords(part.kind))
+        if (!isOfWords(part.kind))
             continue;
         const auto start = static_cast<std::size_t>(part.text.data() - before.data());
         const PageTextView made = after.substr(std::min(start, after.size()), part.text.size());

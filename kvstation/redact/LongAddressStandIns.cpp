@@ -39,9 +39,19 @@ int digitsOf(std::uint16_t group) {
 
 }  // namespace
 
-std::string LongAddressStandIns::standIn(std::string_view text) {
-    const std::optional<IPv6> address = parseIPv6(text);
-    return address ? inWritingOf(text, standIn(*address)) : std::string(text);
+std::string LongAddressStandIns::standIn(std::string_view shown, TextPlace) {
+    const std::optional<IPv6> address = parseIPv6(shown);
+    return address ? inWritingOf(shown, standIn(*address)) : std::string(shown);
+}
+
+std::string LongAddressStandIns::ofBytes(std::string_view bytes) {
+    IPv6 address{};
+    for (std::size_t i = 0; i < bytes.size(); ++i)
+        address.at(i / 2) = static_cast<std::uint16_t>(address.at(i / 2) << 8 | static_cast<unsigned char>(bytes[i]));
+    std::string made;
+    for (const std::uint16_t group : standIn(address))
+        made += {static_cast<char>(group >> 8), static_cast<char>(group & 0xFF)};
+    return made;
 }
 
 IPv6 LongAddressStandIns::standIn(const IPv6& address) {

@@ -8,23 +8,26 @@
 #include <vector>
 
 #include "kvstation/redact/Chance.h"
+#include "kvstation/redact/FormStandIns.h"
 #include "kvstation/redact/LongAddress.h"
 
 namespace kvstation {
 
 // Link-local, private, multicast and documentation addresses stay such; a public one becomes one of 3fff::/20, which is
 // kept for documentation. Groups of 0 stay, and so do ::, ::1 and the known multicast groups (ff02::1).
-class LongAddressStandIns {
+class LongAddressStandIns : public FormStandIns {
   public:
     explicit LongAddressStandIns(Chance& chance) : m_chance(chance) {}
 
-    // Whatever is an address; the text itself when it is none.
-    std::string standIn(std::string_view text);
-    IPv6 standIn(const IPv6& address);
+    // The text itself when it is no address.
+    std::string standIn(std::string_view shown, TextPlace place) override;
+    // An address' 16 bytes.
+    std::string ofBytes(std::string_view bytes);
 
   private:
     using Groups = std::vector<std::uint16_t>;
 
+    IPv6 standIn(const IPv6& address);
     std::uint16_t groupFor(const Groups& prefix, std::uint16_t group, std::uint16_t fixedBits, std::uint16_t fixed);
 
     Chance& m_chance;

@@ -18,11 +18,12 @@ bool isSlash(char32_t character) {
 bool isMailboxCharacter(char32_t character) {
     return isNameCharacter(character) || character == U'+';
 }
-bool isOfLongAddress(char32_t character) {
-    return isHexDigit(character) || character == U':';
+
+char32_t characterAt(PageTextView text, std::size_t place) {
+    return place < text.size() ? text[place] : U'\0';
 }
-bool isDotted(char32_t character) {
-    return isDigit(character) || character == U'.';
+char32_t characterBefore(PageTextView text, std::size_t place) {
+    return place == 0 ? U'\0' : text[place - 1];
 }
 
 PageTextView withoutDotsBehind(PageTextView text) {
@@ -39,21 +40,72 @@ bool isDomain(PageTextView text) {
     return simwin::parseDotted(bytesOf(text)) || (last.size() > 1 && isLetter(last.front()));
 }
 
+// The length of what has the form and begins at the place, or 0.
+
+std::size_t physicalAt(PageTextView text, std::size_t place) {
+    const auto at = [&](std::size_t one) { return characterAt(text, one); };
+    const char32_t joint = at(place + 2);
+    if ((joint != U'-' && joint != U':') || isWordCharacter(characterBefore(text, place)))
+        return 0;
+    std::size_t pairs = 0;
+    std::size_t end = place;
+    while (isHexDigit(at(end)) && isHexDigit(at(end + 1)) && !isWordCharacter(at(end + 2))) {
+        ++pairs;
+        end += 2;
+        if (at(end) != joint)
+            break;
+        ++end;
+    }
+    if (at(end - 1) == joint)
+        --end;
+    return pairs >= kFewestPairs && pairs <= kMostPairs ? end - place : 0;
+}
+
+// Eight pairs joined by ":" are a physical address.
+std::size_t longAddressAt(PageTextView text, std::size_t place) {
+    const auto isOfOne = [](char32_t character) { return isHexDigit(character) || character == U':'; };
+    const char32_t before = characterBefore(text, place);
+    if (!isOfOne(characterAt(text, place)) || isWordCharacter(before) || before == U':')
+        return 0;
+    PageTextView run = runOf(text.substr(place), isOfOne);
+    const std::size_t end = place + run.size();
+    const bool endsDotted = characterAt(text, end) == U'.' && isDigit(characterAt(text, end + 1));  // ::ffff:10.0.0.5
+    if (isWordCharacter(characterAt(text, end)) || endsDotted)
+        return 0;
+    if (run.ends_with(U':') && !run.ends_with(U"::"))
+        run.remove_suffix(1);
+    return parseIPv6(bytesOf(run)) ? run.size() : 0;
+}
+
+// Four numbers up to 255 and no fifth. "v1.2.3.4" says itself that it is a version.
+std::size_t addressAt(PageTextView text, std::size_t place) {
+    const char32_t before = characterBefore(text, place);
+    const bool goesOn = isDigit(before == U'.' ? characterBefore(text, place - 1) : before);
+    if (!isDigit(characterAt(text, place)) || goesOn)
+        return 0;
+    const auto isOfOne = [](char32_t character) { return isDigit(character) || character == U'.'; };
+    const PageTextView run = withoutDotsBehind(runOf(text.substr(place), isOfOne));
+    const bool saysVersion = toLower(before) == U'v' && !isWordCharacter(characterBefore(text, place - 1));
+    return !saysVersion && simwin::parseDotted(bytesOf(run)) ? run.size() : 0;
+}
+
 class Splitter {
   public:
     explicit Splitter(PageTextView text) : m_text(text) {}
 
     std::vector<NamedPart> split() {
         while (m_place < m_text.size())
-            if (!takeServer() && !takePhysical() && !takeLongAddress() && !takeMailbox() && !takeAddress())
+            if (!takeServer() && !takeForm(PartKind::Physical, physicalAt) &&
+                !takeForm(PartKind::LongAddress, longAddressAt) && !takeMailbox() &&
+                !takeForm(PartKind::Address, addressAt))
                 ++m_place;
         endText(m_text.size());
         return std::move(m_parts);
     }
 
   private:
-    char32_t before(std::size_t place) const { return place == 0 ? U'\0' : m_text[place - 1]; }
-    char32_t at(std::size_t place) const { return place < m_text.size() ? m_text[place] : U'\0'; }
+    char32_t before(std::size_t place) const { return characterBefore(m_text, place); }
+    char32_t at(std::size_t place) const { return characterAt(m_text, place); }
 
     void endText(std::size_t end) {
         if (end > m_textStart)
@@ -104,7 +156,7 @@ class Splitter {
         if (std::ranges::none_of(name, isWordCharacter) || isDriveColon(place + name.size()) ||
             lowerCase(name) == U"localhost")
             return false;
-        if (pairsAt(place) == name.size())
+        if (physicalAt(m_text, place) == name.size())
             take(PartKind::Physical, place, name.size());
         else
             takeComputer(place, name);
@@ -114,47 +166,11 @@ class Splitter {
         take(simwin::parseDotted(bytesOf(name)) ? PartKind::ServerAddress : PartKind::Computer, place, name.size());
     }
 
-    // The length of joined pairs, or 0.
-    std::size_t pairsAt(std::size_t start) const {
-        const char32_t joint = at(start + 2);
-        if ((joint != U'-' && joint != U':') || isWordCharacter(before(start)))
-            return 0;
-        std::size_t pairs = 0;
-        std::size_t place = start;
-        while (isHexDigit(at(place)) && isHexDigit(at(place + 1)) && !isWordCharacter(at(place + 2))) {
-            ++pairs;
-            place += 2;
-            if (at(place) != joint)
-                break;
-            ++place;
-        }
-        if (at(place - 1) == joint)
-            --place;
-        return pairs >= kFewestPairs && pairs <= kMostPairs ? place - start : 0;
-    }
-    bool takePhysical() {
-        const std::size_t length = pairsAt(m_place);
+    bool takeForm(PartKind kind, std::size_t (*lengthAt)(PageTextView text, std::size_t place)) {
+        const std::size_t length = lengthAt(m_text, m_place);
         if (length != 0)
-            take(PartKind::Physical, m_place, length);
+            take(kind, m_place, length);
         return length != 0;
-    }
-
-    // Eight pairs joined by ":" are a physical address.
-    bool takeLongAddress() {
-        const char32_t first = at(m_place);
-        if ((!isHexDigit(first) && first != U':') || isWordCharacter(before(m_place)) || before(m_place) == U':')
-            return false;
-        PageTextView run = runOf(m_text.substr(m_place), isOfLongAddress);
-        const std::size_t end = m_place + run.size();
-        const bool endsDotted = at(end) == U'.' && isDigit(at(end + 1));  // ::ffff:10.0.0.5
-        if (isWordCharacter(at(end)) || endsDotted)
-            return false;
-        if (run.ends_with(U':') && !run.ends_with(U"::"))
-            run.remove_suffix(1);
-        if (!parseIPv6(bytesOf(run)))
-            return false;
-        take(PartKind::LongAddress, m_place, run.size());
-        return true;
     }
 
     bool takeMailbox() { return !isMailboxCharacter(before(m_place)) && takeMailboxAt(m_place); }
@@ -168,20 +184,6 @@ class Splitter {
             return false;
         take(PartKind::User, place, user.size());
         takeComputer(sign + 1, domain);
-        return true;
-    }
-
-    // Four numbers up to 255 and no fifth. "v1.2.3.4" says itself that it is a version.
-    bool takeAddress() {
-        const bool goesOn = before(m_place) == U'.' ? isDigit(before(m_place - 1)) : isDigit(before(m_place));
-        if (!isDigit(at(m_place)) || goesOn)
-            return false;
-        const PageTextView run = withoutDotsBehind(runOf(m_text.substr(m_place), isDotted));
-        const bool saysVersion =
-            m_place != 0 && toLower(before(m_place)) == U'v' && (m_place == 1 || !isWordCharacter(m_text[m_place - 2]));
-        if (saysVersion || !simwin::parseDotted(bytesOf(run)))
-            return false;
-        take(PartKind::Address, m_place, run.size());
         return true;
     }
 

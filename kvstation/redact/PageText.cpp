@@ -225,6 +225,15 @@ PageText lowerCase(PageTextView text) {
     return lower;
 }
 
+PageText inCaseOf(PageTextView original, PageTextView standIn) {
+    const bool isCapital = std::ranges::any_of(original, isUpper) && std::ranges::none_of(original, isLower);
+    PageText result(standIn);
+    for (std::size_t i = 0; i < result.size() && i < original.size(); ++i)
+        if (isLetter(original[i]) ? isUpper(original[i]) : isCapital)
+            result[i] = toUpper(result[i]);
+    return result;
+}
+
 std::size_t weightOf(PageTextView text) {
     std::size_t weight = 0;
     for (const char32_t character : text)

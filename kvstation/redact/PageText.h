@@ -31,6 +31,9 @@ bool isLower(char32_t character);
 char32_t toUpper(char32_t character);
 char32_t toLower(char32_t character);
 PageText lowerCase(PageTextView text);
+// A stand-in in the letter case of the text whose place it takes. A letter that stands for a digit, as in a physical
+// address, follows the others.
+PageText inCaseOf(PageTextView original, PageTextView standIn);
 
 // The characters of a text, from its first one on, up to one that does not belong to them.
 PageTextView runOf(PageTextView text, bool (*belongs)(char32_t));

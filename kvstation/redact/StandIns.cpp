@@ -14,21 +14,9 @@ constexpr std::size_t kShortestInside = 5;  // from here on also inside longer w
 constexpr std::size_t kShortestNumber = 5;  // shorter ones stay where what they were joined to is missing
 constexpr std::size_t kShortestJoined = 4;  // PC-1
 constexpr std::size_t kShortNameSize = 6;   // bytes of DHINRI~1, before its sign
-constexpr std::size_t kPhysicalSize = 6;
 
 bool isNumber(PageTextView word) {
     return std::ranges::all_of(word, isDigit);
-}
-
-// The stand-in in the letter case of the text whose place it takes. A letter that stands for a digit, as in a physical
-// address, follows the others.
-PageText inCaseOf(PageTextView original, PageTextView standIn) {
-    const bool isCapital = std::ranges::any_of(original, isUpper) && std::ranges::none_of(original, isLower);
-    PageText result(standIn);
-    for (std::size_t i = 0; i < result.size() && i < original.size(); ++i)
-        if (isLetter(original[i]) ? isUpper(original[i]) : isCapital)
-            result[i] = toUpper(result[i]);
-    return result;
 }
 
 // Of two that are as long the first in their order is to be taken.
@@ -48,11 +36,6 @@ void eachRun(PageTextView text, bool (*belongs)(char32_t), Visit&& visit) {
     }
 }
 
-bool isNobodysPhysical(std::string_view bytes) {
-    return std::ranges::all_of(bytes, [](char byte) { return byte == '\0'; }) ||
-           std::ranges::all_of(bytes, [](char byte) { return byte == '\xFF'; });
-}
-
 // The stand-in for a word that comes next, as a counter goes on: az becomes ba, and the last one the first.
 PageText following(PageTextView word, PageText standIn) {
     for (std::size_t i = word.size(); i-- > 0;) {
@@ -70,24 +53,6 @@ PageTextView shortNamePart(PageTextView word) {
     while (sizeOf(word) > kShortNameSize)
         word.remove_suffix(1);
     return word;
-}
-
-std::string hexOf(std::string_view bytes) {
-    constexpr std::string_view digits = "0123456789abcdef";
-    std::string text;
-    for (const char byte : bytes) {
-        text += digits[static_cast<unsigned char>(byte) >> 4];
-        text += digits[static_cast<unsigned char>(byte) & 0xF];
-    }
-    return text;
-}
-
-// Of pairs with one character between them.
-std::string bytesOfPairs(PageTextView pairs) {
-    std::string bytes;
-    for (std::size_t i = 0; i + 1 < pairs.size(); i += 3)
-        bytes += static_cast<char>(std::stoi(bytesOf(pairs.substr(i, 2)), nullptr, 16));
-    return bytes;
 }
 
 }  // namespace
@@ -152,6 +117,12 @@ void StandIns::lookFor(const PageText& lowerWord) {
         longest = lowerWord;
 }
 
+void StandIns::addMadeWord(const PageText& lowerWord, const PageText& standIn) {
+    m_words.insert_or_assign(lowerWord, Word{standIn, true});
+    lookFor(lowerWord);
+    m_made.insert(standIn);
+}
+
 // The digits at its start stay: the module goes by the one in settings such as "1net".
 PageText StandIns::replaceOther(PageTextView word) {
     const auto [place, isNew] = m_others.try_emplace(lowerCase(word));
@@ -193,28 +164,33 @@ void StandIns::addJoined(PageTextView joined) {
         m_joined.add(key);
 }
 
+// None where words are what is replaced.
+FormStandIns* StandIns::formOf(PartKind kind) {
+    switch (kind) {
+        case PartKind::Text:
+        case PartKind::Computer:
+        case PartKind::User:
+            return nullptr;
+        case PartKind::ServerAddress:
+        case PartKind::Address:
+            return &m_addresses;
+        case PartKind::Physical:
+            return &m_physical;
+        case PartKind::LongAddress:
+            return &m_longAddresses;
+    }
+    return nullptr;
+}
+
 void StandIns::learn(std::string_view text, TextPlace place) {
     const PageText characters = pageText(text);
     for (const NamedPart& part : namedPartsOf(characters)) {
-        switch (part.kind) {
-            case PartKind::Computer:
-            case PartKind::User:
-                addNames(part.text);
-                break;
-            case PartKind::ServerAddress:
-                addAddress(bytesOf(part.text));
-                break;
-            case PartKind::Physical:
-                addPhysical(bytesOfPairs(part.text));
-                break;
-            case PartKind::Address:
-                if (place == TextPlace::Anywhere)
-                    m_addresses.note(bytesOf(part.text), false);
-                break;
-            case PartKind::LongAddress:
-            case PartKind::Text:
-                break;
-        }
+        if (part.kind == PartKind::ServerAddress)
+            addAddress(bytesOf(part.text));
+        else if (FormStandIns* form = formOf(part.kind))
+            form->learn(bytesOf(part.text), place);
+        else if (part.kind != PartKind::Text)
+            addNames(part.text);
     }
 }
 
@@ -323,36 +299,10 @@ PageText StandIns::replaceText(PageTextView text, TextPlace place, bool othersTo
     return result;
 }
 
-PageText StandIns::replacePhysical(PageTextView text) const {
-    const std::string digits = hexOf(physical(bytesOfPairs(text)));
-    PageText result(text);
-    for (std::size_t i = 0; i < result.size(); ++i)
-        if (i % 3 != 2)
-            result[i] = static_cast<unsigned char>(digits[i / 3 * 2 + i % 3]);
-    return inCaseOf(text, result);
-}
-
-std::string StandIns::replaceAddress(const std::string& dotted, TextPlace place) {
-    return place == TextPlace::Version && !m_addresses.isCertain(dotted) ? dotted : address(dotted);
-}
-
 PageText StandIns::replacePart(const NamedPart& part, TextPlace place, bool othersToo) {
-    switch (part.kind) {
-        case PartKind::Computer:
-        case PartKind::User:
-            return knownWords(part.text);
-        case PartKind::Physical:
-            return replacePhysical(part.text);
-        case PartKind::LongAddress:
-            return pageText(m_longAddresses.standIn(bytesOf(part.text)));
-        case PartKind::ServerAddress:
-            return pageText(address(bytesOf(part.text)));
-        case PartKind::Address:
-            return pageText(replaceAddress(bytesOf(part.text), place));
-        case PartKind::Text:
-            break;
-    }
-    return replaceText(part.text, place, othersToo);
+    if (FormStandIns* form = formOf(part.kind))
+        return pageText(form->standIn(bytesOf(part.text), place));
+    return part.kind == PartKind::Text ? replaceText(part.text, place, othersToo) : knownWords(part.text);
 }
 
 std::string StandIns::replaced(std::string_view text, TextPlace place, bool othersToo) {
@@ -361,70 +311,6 @@ std::string StandIns::replaced(std::string_view text, TextPlace place, bool othe
     for (const NamedPart& part : namedPartsOf(characters))
         result += replacePart(part, place, othersToo);
     return bytesOf(result);
-}
-
-std::string StandIns::longAddress(std::string_view bytes) {
-    IPv6 address{};
-    for (std::size_t i = 0; i < bytes.size(); ++i)
-        address.at(i / 2) = static_cast<std::uint16_t>(address.at(i / 2) << 8 | static_cast<unsigned char>(bytes[i]));
-    std::string made;
-    for (const std::uint16_t group : m_longAddresses.standIn(address))
-        made += {static_cast<char>(group >> 8), static_cast<char>(group & 0xFF)};
-    return made;
-}
-
-std::string StandIns::makePhysical(std::string_view bytes) {
-    constexpr unsigned kCallsMany = 1;
-    constexpr unsigned kIsLocal = 2;
-    std::string made;
-    for (std::size_t i = 0; i < bytes.size(); ++i)
-        made += static_cast<char>(static_cast<unsigned char>(m_chance.next(256)));
-    if (bytes.size() >= kPhysicalSize) {
-        const unsigned kind = (static_cast<unsigned char>(bytes[0]) & kCallsMany) | kIsLocal;
-        made[0] = static_cast<char>((static_cast<unsigned char>(made[0]) & ~(kCallsMany | kIsLocal)) | kind);
-    }
-    return made;
-}
-
-// Written as digits it is a word like any other.
-void StandIns::addPhysical(std::string_view bytes) {
-    if (isNobodysPhysical(bytes))
-        return;
-    const auto [place, isNew] = m_physical.emplace(bytes, "");
-    if (!isNew)
-        return;
-    do {
-        place->second = makePhysical(bytes);
-    } while (place->second == bytes);
-    if (bytes.size() >= kPhysicalSize)
-        m_physicalInside.add(std::string(bytes));
-    if (bytes.size() < 4)
-        return;
-    const PageText digits = pageText(hexOf(bytes));
-    const PageText madeDigits = pageText(hexOf(place->second));
-    m_words.insert_or_assign(digits, Word{madeDigits, true});
-    lookFor(digits);
-    m_made.insert(madeDigits);
-}
-
-std::string StandIns::physical(std::string_view bytes) const {
-    const auto found = m_physical.find(std::string(bytes));
-    return found != m_physical.end() ? found->second : std::string(bytes);
-}
-
-// Of two that overlap the last in their order is written over the other.
-std::string StandIns::physicalInside(std::string_view data) const {
-    std::map<std::string_view, std::vector<std::size_t>> places;
-    for (std::size_t i = 0; i + kPhysicalSize <= data.size(); ++i)
-        m_physicalInside.eachOf(data.substr(i), [&](const std::string& bytes) { places[bytes].push_back(i); });
-    std::string result(data);
-    for (const auto& [bytes, all] : places)
-        for (std::size_t end = 0; const std::size_t place : all)
-            if (place >= end) {
-                result.replace(place, bytes.size(), m_physical.at(std::string(bytes)));
-                end = place + bytes.size();
-            }
-    return result;
 }
 
 std::uint32_t StandIns::number(std::uint32_t value) {

@@ -15,6 +15,7 @@
 #include "kvstation/redact/LongAddressStandIns.h"
 #include "kvstation/redact/NamedParts.h"
 #include "kvstation/redact/PageText.h"
+#include "kvstation/redact/PhysicalStandIns.h"
 #include "kvstation/redact/TextPlace.h"
 
 namespace kvstation {
@@ -32,9 +33,8 @@ class StandIns {
     void addName(std::string_view text);
     // A dotted IPv4 address for certain.
     void addAddress(std::string_view dotted) { m_addresses.note(dotted, true); }
-    // A physical address' bytes; all bits clear or set are nobody's. Its stand-in says that it was made up by the place
-    // itself (is locally administered), and calls one or many as it did.
-    void addPhysical(std::string_view bytes);
+    // A physical address' bytes.
+    void addPhysical(std::string_view bytes) { m_physical.addBytes(bytes); }
     // The names and addresses that the text shows by its form.
     void learn(std::string_view text, TextPlace place = TextPlace::Anywhere);
 
@@ -50,10 +50,10 @@ class StandIns {
 
     std::string address(std::string_view dotted) { return m_addresses.standIn(dotted); }
     // An IPv6 address' bytes.
-    std::string longAddress(std::string_view bytes);
-    std::string physical(std::string_view bytes) const;
+    std::string longAddress(std::string_view bytes) { return m_longAddresses.ofBytes(bytes); }
+    std::string physical(std::string_view bytes) const { return m_physical.ofBytes(bytes); }
     // Binary data with the known physical addresses in it replaced as bytes.
-    std::string physicalInside(std::string_view data) const;
+    std::string physicalInside(std::string_view data) const { return m_physical.insideData(data); }
     // Another number of as many digits; 0 stays.
     std::uint32_t number(std::uint32_t value);
 
@@ -63,9 +63,10 @@ class StandIns {
         bool standsAlone;  // looked for by itself, not only within what it is joined to
     };
     PageText make(PageTextView word);
-    std::string makePhysical(std::string_view bytes);
     const PageText& standInFor(const PageText& lowerWord);
+    void addMadeWord(const PageText& lowerWord, const PageText& standIn);
     void lookFor(const PageText& lowerWord);
+    FormStandIns* formOf(PartKind kind);
     void addNames(PageTextView text);
     void addJoined(PageTextView joined);
     bool isUsable(const PageText& secret, TextPlace place) const;
@@ -79,8 +80,6 @@ class StandIns {
     PageText shortNameOf(const PageText& lowerWord, TextPlace place) const;
     PageText replaceOther(PageTextView word);
     PageText makeFree(const PageText& lowerWord);
-    PageText replacePhysical(PageTextView text) const;
-    std::string replaceAddress(const std::string& dotted, TextPlace place);
 
     std::set<PageText> m_vocabulary;
     std::map<PageText, Word> m_words;       // in lower case
@@ -95,8 +94,8 @@ class StandIns {
     Chance m_chance;
     AddressStandIns m_addresses{m_chance};
     LongAddressStandIns m_longAddresses{m_chance};
-    std::map<std::string, std::string> m_physical;  // bytes
-    Beginnings m_physicalInside;                    // those that are looked for in binary data
+    PhysicalStandIns m_physical{
+        m_chance, [this](const PageText& digits, const PageText& standIn) { addMadeWord(digits, standIn); }};
     std::map<std::uint32_t, std::uint32_t> m_numbers;
 };
 
