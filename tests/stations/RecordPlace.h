@@ -21,9 +21,9 @@ struct RecordPlace {
     std::size_t width;
 
     // The areas that no call writes.
-    static const std::array<RecordPlace, 4>& reserved() {
-        static const std::array<RecordPlace, 4> areas = {&STATIONDATA::reserved358, &STATIONDATA::reserved1983,
-                                                         &STATIONDATA::reserved3681, &STATIONDATA::reserved4608};
+    static const auto& reserved() {
+        static const auto areas = std::to_array<RecordPlace>({&STATIONDATA::reserved358, &STATIONDATA::reserved1983,
+                                                              &STATIONDATA::reserved3681, &STATIONDATA::reserved4608});
         return areas;
     }
 

@@ -25,6 +25,13 @@ using testing::StartsWith;
 
 namespace fs = std::filesystem;
 
+constexpr const char* kFields[] = {
+#define KV_TEXT(name, offset, width, limit, group, meaning) #name,
+#define KV_NUMBER(name, offset, group, meaning) #name,
+#define KV_UNSIGNED(name, offset, group, meaning) #name,
+#include "include/kvcstat_fields.inc"
+};
+
 bool hasChild(HANDLE process) {
     const OwnedHandle list(CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0));
     PROCESSENTRY32 entry{};
@@ -84,7 +91,9 @@ TEST_F(Show, CollectsWithTheLibraryBesideTheTool) {
     EXPECT_EQ(shown.status, 0);
     EXPECT_EQ(shown.errors, "");
     const auto record = nlohmann::json::parse(shown.output);
-    EXPECT_EQ(record.size(), 61u);
+    for (const char* field : kFields)
+        EXPECT_TRUE(record.contains(field)) << field;
+    EXPECT_EQ(record.size(), std::size(kFields) + 1) << "and when and by what it was collected";
     EXPECT_THAT(record["szOS"].get<std::string>(), StartsWith("Windows NT "));
     EXPECT_GT(record["dwTotalMemoryMB"].get<int>(), 0);
     EXPECT_THAT(record["collected"]["at"].get<std::string>(), MatchesRegex("\\d+-\\d+-\\d+T\\d+:\\d+:\\d+Z"));
