@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <string>
 
+#include "tests/kvcstat/common/AbsentStringIds.h"
 #include "tests/wine/ProcessUsage.h"
 #include "tests/wine/StationModule.h"
 
@@ -95,7 +96,7 @@ TEST_F(ModuleTest, CarriesItsStringTableAndVersionAsResources) {
         EXPECT_STREQ(text, row.text);
     }
     char text[128] = {};
-    for (const UINT id : {16000u, 16001u, 16034u, 16038u})
+    for (const UINT id : kvtest::absentStringIds())
         EXPECT_EQ(LoadStringA(module.Library(), id, text, sizeof text), 0) << id;
     EXPECT_NE(FindResourceA(module.Library(), MAKEINTRESOURCEA(1), reinterpret_cast<LPCSTR>(RT_VERSION)), nullptr);
 }

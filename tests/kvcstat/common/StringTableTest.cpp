@@ -1,6 +1,7 @@
 // The module's fixed texts.
 #include "kvcstat/common/StringIds.h"
 #include "tests/kvcstat/MachineTest.h"
+#include "tests/kvcstat/common/AbsentStringIds.h"
 
 namespace {
 
@@ -30,7 +31,7 @@ TEST_F(StringTableTest, TextsLoadByTheirIds) {
 
 TEST_F(StringTableTest, IdWithoutATextLoadsAsEmpty) {
     Start();
-    for (const unsigned id : {0u, 15999u, 16000u, 16034u, 16038u, 65535u}) {
+    for (const unsigned id : kvtest::absentStringIds()) {
         CString text("before");
         EXPECT_FALSE(text.LoadString(id)) << id;
         EXPECT_STREQ(text, "") << id;
