@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "include/kvcstat.h"
+#include "tests/stations/StationTypes.h"
 
 namespace kvtest {
 namespace {
@@ -94,25 +95,27 @@ bool isServerMacAddress(const Case& field) {
         field);
 }
 
-// The fields that a station's name is taken from, in their order for each type.
-std::vector<std::string_view> sourcesOfStation(int type) {
-    switch (type) {
-        case 1:
-            return {"szDnsName", "szIPAddress", "szMACAddress", "szClientName"};
-        case 2:
-            return {"szIPAddress", "szMACAddress", "szClientName"};
-        case 3:
-            return {"szMACAddress", "szIPAddress", "szClientName"};
-        default:
-            return {"szClientName"};
+std::string textOf(const Fields& record, StationName name) {
+    switch (name) {
+        case StationName::Client:
+            return fieldOf(record, "szClientName");
+        case StationName::Dns:
+            return fieldOf(record, "szDnsName");
+        case StationName::IPAddress: {
+            const std::string addresses = fieldOf(record, "szIPAddress");
+            return addresses.substr(0, addresses.find(';', 1));
+        }
+        case StationName::MACAddress:
+            return fieldOf(record, "szMACAddress");
     }
+    return {};
 }
 
 std::string stationName(const Fields& record, int type) {
-    for (const std::string_view source : sourcesOfStation(type)) {
-        const std::string text = fieldOf(record, source);
+    for (const StationName name : namesTried(type)) {
+        const std::string text = textOf(record, name);
         if (!text.empty())
-            return upperCase(source == "szIPAddress" ? text.substr(0, text.find(';', 1)) : text);
+            return upperCase(text);
     }
     return "UNKNOWN";
 }

@@ -3,20 +3,23 @@
 #include "kvcstat/user/StatInformation.h"
 #include "simwin/text/ReadFile.h"
 #include "tests/kvcstat/MachineTest.h"
+#include "tests/stations/StationTypes.h"
 
 namespace {
 
 using kvtest::kCitrix;
+using kvtest::StationName;
+
+// What the network collector has found.
+struct Values {
+    const char* clientName = "Client";
+    const char* dnsName = "Dns.Lab";
+    const char* ipAddress = "10.0.0.5";
+    const char* macAddress = "00ab";
+};
 
 class StationTypeTest : public kvtest::MachineTest {
   protected:
-    struct Values {
-        const char* clientName = "Client";
-        const char* dnsName = "Dns.Lab";
-        const char* ipAddress = "10.0.0.5";
-        const char* macAddress = "00ab";
-    };
-
     // A network collector that has found these values, and a new station-type collector.
     CStatInformation& Make(const Values& values) {
         stat.reset();
@@ -45,34 +48,31 @@ struct Outcome {
     int type;
 };
 
-// What stands for each type: client, DNS, IP, MAC.
-constexpr std::string_view kChoices = "cdim";
+// Where the collector has each name, and what the station is called after it.
+struct Source {
+    const char* Values::*value;
+    const char* station;
+};
 
-// The order of the choices, written out for each type that can be asked for.
-std::string ChoicesOf(const std::string& type) {
-    if (type == "1")
-        return "dimc";
-    if (type == "2")
-        return "imc";
-    if (type == "3")
-        return "mic";
-    return "c";
+Source SourceOf(StationName name) {
+    switch (name) {
+        case StationName::Client:
+            return {&Values::clientName, "CLIENT"};
+        case StationName::Dns:
+            return {&Values::dnsName, "DNS.LAB"};
+        case StationName::IPAddress:
+            return {&Values::ipAddress, "10.0.0.5"};
+        case StationName::MACAddress:
+            return {&Values::macAddress, "00AB"};
+    }
+    return {};
 }
 
-Outcome ExpectedOutcome(const std::string& type, const std::string& present) {
-    for (const char choice : ChoicesOf(type)) {
-        if (present.find(choice) == std::string::npos)
-            continue;
-        switch (choice) {
-            case 'c':
-                return {"CLIENT", 0};
-            case 'd':
-                return {"DNS.LAB", 1};
-            case 'i':
-                return {"10.0.0.5", 2};
-            default:
-                return {"00AB", 3};
-        }
+Outcome ExpectedOutcome(int type, const Values& values) {
+    for (const StationName name : kvtest::namesTried(type)) {
+        const Source source = SourceOf(name);
+        if (*(values.*source.value) != '\0')
+            return {source.station, static_cast<int>(name)};
     }
     return {"UNKNOWN", -1};
 }
@@ -81,20 +81,15 @@ TEST_F(StationTypeTest, EveryTypeFallsBackInItsOrderWhicheverValuesAreMissing) {
     for (const char* type : {"", "0", "1", "2", "3", "4", "7", "-1", "abc"}) {
         station.environment = {{"KVStationType", type}};
         for (unsigned mask = 0; mask < 16; ++mask) {
-            std::string present;
-            for (unsigned bit = 0; bit < 4; ++bit) {
-                if ((mask >> bit & 1) != 0)
-                    present += kChoices[bit];
-            }
             Values values;
             values.clientName = (mask & 1) != 0 ? values.clientName : "";
             values.dnsName = (mask & 2) != 0 ? values.dnsName : "";
             values.ipAddress = (mask & 4) != 0 ? values.ipAddress : "";
             values.macAddress = (mask & 8) != 0 ? values.macAddress : "";
             EXPECT_EQ(Make(values).Collect(*network), 0);
-            const Outcome expected = ExpectedOutcome(type, present);
-            EXPECT_STREQ(stat->m_cStation, expected.station.c_str()) << type << " of " << present;
-            EXPECT_EQ(network->m_nStationType, expected.type) << type << " of " << present;
+            const Outcome expected = ExpectedOutcome(std::atoi(type), values);
+            EXPECT_STREQ(stat->m_cStation, expected.station.c_str()) << type << " of " << mask;
+            EXPECT_EQ(network->m_nStationType, expected.type) << type << " of " << mask;
         }
     }
 }
@@ -104,9 +99,9 @@ std::string ToldFallbacks() {
     std::string told;
     for (const char* type : {"1", "2", "3"}) {
         told += (told.empty() ? "" : "; ") + std::string(type) + " to ";
-        const std::string choices = ChoicesOf(type);
-        for (std::size_t i = 1; i < choices.size(); ++i)
-            told += (i == 1 ? "" : ", ") + std::to_string(kChoices.find(choices[i]));
+        const std::vector<StationName>& names = kvtest::namesTried(std::atoi(type));
+        for (std::size_t i = 1; i < names.size(); ++i)
+            told += (i == 1 ? "" : ", ") + std::to_string(static_cast<int>(names[i]));
     }
     return told;
 }
