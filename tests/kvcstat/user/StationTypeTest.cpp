@@ -48,22 +48,23 @@ struct Outcome {
     int type;
 };
 
-// Where the collector has each name, and what the station is called after it.
+// Where the collector has each name, what the station is called after it, and what the document calls it.
 struct Source {
     const char* Values::*value;
     const char* station;
+    const char* told;
 };
 
 Source SourceOf(StationName name) {
     switch (name) {
         case StationName::Client:
-            return {&Values::clientName, "CLIENT"};
+            return {&Values::clientName, "CLIENT", "client name"};
         case StationName::Dns:
-            return {&Values::dnsName, "DNS.LAB"};
+            return {&Values::dnsName, "DNS.LAB", "DNS name"};
         case StationName::IPAddress:
-            return {&Values::ipAddress, "10.0.0.5"};
+            return {&Values::ipAddress, "10.0.0.5", "first IP address"};
         case StationName::MACAddress:
-            return {&Values::macAddress, "00AB"};
+            return {&Values::macAddress, "00AB", "MAC address"};
     }
     return {};
 }
@@ -78,7 +79,10 @@ Outcome ExpectedOutcome(int type, const Values& values) {
 }
 
 TEST_F(StationTypeTest, EveryTypeFallsBackInItsOrderWhicheverValuesAreMissing) {
-    for (const char* type : {"", "0", "1", "2", "3", "4", "7", "-1", "abc"}) {
+    std::vector<std::string> types = {"", "-1", "abc", "100"};
+    for (std::size_t type = 0; type <= kvtest::kStationTypes.size(); ++type)
+        types.push_back(std::to_string(type));
+    for (const std::string& type : types) {
         station.environment = {{"KVStationType", type}};
         for (unsigned mask = 0; mask < 16; ++mask) {
             Values values;
@@ -87,28 +91,38 @@ TEST_F(StationTypeTest, EveryTypeFallsBackInItsOrderWhicheverValuesAreMissing) {
             values.ipAddress = (mask & 4) != 0 ? values.ipAddress : "";
             values.macAddress = (mask & 8) != 0 ? values.macAddress : "";
             EXPECT_EQ(Make(values).Collect(*network), 0);
-            const Outcome expected = ExpectedOutcome(std::atoi(type), values);
+            const Outcome expected = ExpectedOutcome(std::atoi(type.c_str()), values);
             EXPECT_STREQ(stat->m_cStation, expected.station.c_str()) << type << " of " << mask;
             EXPECT_EQ(network->m_nStationType, expected.type) << type << " of " << mask;
         }
     }
 }
 
+// "`0` client name, `1` DNS name, ...".
+std::string ToldTypes() {
+    std::string told;
+    for (std::size_t type = 0; type < kvtest::kStationTypes.size(); ++type)
+        told += (type == 0 ? "`" : ", `") + std::to_string(type) + "` " + SourceOf(static_cast<StationName>(type)).told;
+    return told;
+}
+
 // "1 to 2, 3, 0; ...": what is tried for each type behind itself.
 std::string ToldFallbacks() {
     std::string told;
-    for (const char* type : {"1", "2", "3"}) {
-        told += (told.empty() ? "" : "; ") + std::string(type) + " to ";
-        const std::vector<StationName>& names = kvtest::namesTried(std::atoi(type));
+    for (std::size_t type = 1; type < kvtest::kStationTypes.size(); ++type) {
+        const std::vector<StationName>& names = kvtest::kStationTypes[type];
+        told += (type == 1 ? "" : "; ") + std::to_string(type) + " to ";
         for (std::size_t i = 1; i < names.size(); ++i)
             told += (i == 1 ? "" : ", ") + std::to_string(static_cast<int>(names[i]));
     }
     return told;
 }
 
-TEST_F(StationTypeTest, FallbacksAreThoseOfTheDocument) {
+TEST_F(StationTypeTest, TypesAndFallbacksAreThoseOfTheDocument) {
     EXPECT_THAT(simwin::readFile(KV_ADMINISTRATION_DOCUMENT, KV_ADMINISTRATION_DOCUMENT, 1024 * 1024),
-                testing::HasSubstr("A missing value falls back: " + ToldFallbacks() + ". Other numbers count as 0."));
+                testing::HasSubstr("| `KVStationType` | station | Under which name the station registers: " +
+                                   ToldTypes() + ". A missing value falls back: " + ToldFallbacks() +
+                                   ". Other numbers count as 0. Without a client name either it is \"UNKNOWN\"."));
 }
 
 TEST_F(StationTypeTest, WithoutAVariableTheClientNameIsTheStationInUpperCase) {
