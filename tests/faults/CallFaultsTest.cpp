@@ -13,8 +13,10 @@ TEST_P(FaultsTest, EachCallThatFailsLeavesEveryFieldRightOrEmptyOrAtItsFallback)
     FailEach(Fault::Kind::Call, undisturbed.calls, [&](const FaultedRun& run) {
         std::vector<std::string> lines = run.leftovers;
         const Fields fields = fieldsOf(run.record);
-        for (const std::string& line : unexplainedFields(texts, expected.record, fields))
+        Explanation explanation = explain(texts, expected.record, fields);
+        for (const std::string& line : explanation.unexplainedFields)
             lines.push_back(line);
+        rulesNeeded.merge(explanation.neededRules);
         if (run.record != recordBytes(fields))
             lines.push_back("bytes are written beside the fields' texts");
         if (run.failedCall.empty())
@@ -23,6 +25,7 @@ TEST_P(FaultsTest, EachCallThatFailsLeavesEveryFieldRightOrEmptyOrAtItsFallback)
             lines.push_back("it threw");
         return lines;
     });
+    stationsTried.insert(GetParam());
     std::printf("%s: each of %llu calls failed once\n", GetParam().c_str(),
                 static_cast<unsigned long long>(undisturbed.calls));
 }

@@ -1,6 +1,7 @@
 #include "tests/faults/FaultsTest.h"
 
 #include "simwin/station/StationReader.h"
+#include "tests/faults/FieldRules.h"
 #include "tests/stations/QuietOutput.h"
 
 namespace kvtest {
@@ -19,6 +20,15 @@ void FaultsTest::SetUp() {
     undisturbed = Run({});
     ASSERT_THAT(undisturbed.leftovers, ::testing::IsEmpty());
     ASSERT_EQ(undisturbed.record, recordBytes(expected.record));
+}
+
+void FaultsTest::TearDownTestSuite() {
+    if (stationsTried.size() != stationNames().size())
+        return;
+    Texts idle = allRules();
+    for (const std::string& rule : rulesNeeded)
+        idle.erase(rule);
+    EXPECT_THAT(idle, ::testing::IsEmpty()) << "no call that fails needs these rules: has their source gone?";
 }
 
 FaultedRun FaultsTest::Run(Fault fault) const {

@@ -9,6 +9,7 @@
 
 #include "simwin/text/CodePage.h"
 #include "tests/faults/FaultedStation.h"
+#include "tests/faults/TextLists.h"
 #include "tests/stations/ExpectedStation.h"
 
 namespace kvtest {
@@ -17,6 +18,11 @@ class FaultsTest : public ::testing::TestWithParam<std::string> {
   protected:
     FaultsTest();
     void SetUp() override;
+
+    // After all stations, which are not all where tests were chosen: each rule must have been needed.
+    static void TearDownTestSuite();
+    static inline Texts rulesNeeded;
+    static inline Texts stationsTried;  // whose calls have failed
 
     // The lines that the run prints are left out: thousands of runs print thousands of them.
     FaultedRun Run(Fault fault) const;

@@ -68,31 +68,33 @@ bool isSeenAsSession(const Case& field) {
 }
 
 bool isIPAddress(const Case& field) {
-    const Texts addresses = isSeenAsSession(field) ? field.station.clientAddresses() : field.station.ownAddresses();
-    return isAnyOf(united(addresses, field.station.chosenAddresses()), field);
+    return isAnyOf(isSeenAsSession(field) ? field.station.clientAddresses() : field.station.ownAddresses(), field);
 }
 
 bool isDnsName(const Case& field) {
     return isAnyOf(isSeenAsSession(field) ? field.station.clientDnsNames() : field.station.ownDnsNames(), field);
 }
 
-// "unknown" where no address is found, and where the client's is not asked for. Without an IP address the adapter tells
-// its own; a client's is never told by the server's adapters.
+// "unknown" where no address is found, and where the client's is not asked for.
 bool isMacAddress(const Case& field) {
     const StationTexts& station = field.station;
-    const Texts found = isSeenAsSession(field)
-                            ? station.macAddresses(station.clientAddresses())
-                            : united(station.macAddresses(station.ownAddresses()), station.adapterMacAddresses());
-    return isAnyOf(united(found, {"unknown"}), field);
+    const Texts addresses = isSeenAsSession(field) ? station.clientAddresses() : station.ownAddresses();
+    return isAnyOf(united(station.macAddresses(addresses), {"unknown"}), field);
 }
 
 bool isServerMacAddress(const Case& field) {
     const StationTexts& station = field.station;
-    if (!station.hasClient())
-        return false;
-    return isAnyOf(
-        united(united(station.macAddresses(station.ownAddresses()), station.adapterMacAddresses()), {"unknown"}),
-        field);
+    return station.hasClient() && isAnyOf(united(station.macAddresses(station.ownAddresses()), {"unknown"}), field);
+}
+
+// Without an IP address the adapter tells its own; a client's is never told by the server's adapters.
+bool isAdapterMacAddress(const Case& field) {
+    return !isSeenAsSession(field) && isAnyOf(field.station.adapterMacAddresses(), field);
+}
+
+// Where the client's address is not known.
+bool isServerAdapterMacAddress(const Case& field) {
+    return field.station.hasClient() && isAnyOf(field.station.adapterMacAddresses(), field);
 }
 
 std::string textOf(const Fields& record, StationName name) {
@@ -141,16 +143,6 @@ bool isCurrentUser(const Case& field) {
     if (field.station.hasClient())
         texts.insert({"Terminal server session" + user, user});
     return isAnyOf(texts, field);
-}
-
-// Processors whose names can be read; with none, the name of their type.
-bool isProcessorName(const Case& field) {
-    return isListOf<&StationTexts::processors>(field) || isOneOf<&StationTexts::processorTypes>(field);
-}
-
-// Windows 9x lists display adapters; Windows NT has one.
-bool isVideoAdapter(const Case& field) {
-    return isListOf<&StationTexts::displayAdapters>(field) || isOneOf<&StationTexts::videoAdapters>(field);
 }
 
 // Each browser as it was or missing, and Opera without its version when that cannot be read.
@@ -226,7 +218,8 @@ struct Rule {
     bool (*explains)(const Case& field);
 };
 
-// What a field may hold beside what it holds undisturbed and nothing. A field that is not listed has no fallback.
+// What a field may hold beside what it holds undisturbed and nothing, with a rule for each source. A field that is not
+// listed has no fallback.
 constexpr Rule kRules[] = {
     {"szStation", isStation},
     {"szUserName", isOneOf<&StationTexts::userNames>},
@@ -247,6 +240,7 @@ constexpr Rule kRules[] = {
     {"szProtocols", isListOf<&StationTexts::protocols>},
     {"szNetworkDrivers", isListOf<&StationTexts::networkDrivers>},
     {"szServerMACAddress", isServerMacAddress},
+    {"szServerMACAddress", isServerAdapterMacAddress},
     {"szTSClientName", isOneOf<&StationTexts::sessionClientNames>},
     {"szMailClient", isListOf<&StationTexts::mailClients>},
     {"szProviders", isListOf<&StationTexts::providers>},
@@ -256,11 +250,14 @@ constexpr Rule kRules[] = {
     {"szClientName", isOneOf<&StationTexts::clientNames>},
     {"szBiosVersion", isOneOf<&StationTexts::biosVersions>},
     {"szCurrentUser", isCurrentUser},
-    {"szProcessorName", isProcessorName},
+    {"szProcessorName", isListOf<&StationTexts::processors>},
+    {"szProcessorName", isOneOf<&StationTexts::processorTypes>},  // where no name can be read
     {"szMonitor", isOneOf<&StationTexts::monitors>},
-    {"szVideoAdapter", isVideoAdapter},
+    {"szVideoAdapter", isListOf<&StationTexts::displayAdapters>},  // of Windows 9x
+    {"szVideoAdapter", isOneOf<&StationTexts::videoAdapters>},     // of Windows NT, which has one
     {"szTSVersion", isOneOf<&StationTexts::terminalServers>},
     {"szMACAddress", isMacAddress},
+    {"szMACAddress", isAdapterMacAddress},
     {"szBiosDate", isOneOf<&StationTexts::biosDates>},
     {"szWinUser", isOneOf<&StationTexts::windowsUsers>},
 };
@@ -281,34 +278,54 @@ std::size_t limitOf(const std::string& field) {
         ->limit;
 }
 
-bool isExplained(const std::string& name, const Case& field) {
-    if (field.found == field.expected || field.found.empty())
-        return true;
-    const auto* rule =
-        std::find_if(std::begin(kRules), std::end(kRules), [&](const Rule& one) { return one.field == name; });
-    return rule != std::end(kRules) && rule->explains(field);
+// Such as "szMACAddress, rule 2".
+std::string nameOf(const Rule& rule) {
+    const auto before =
+        std::count_if(std::begin(kRules), &rule, [&](const Rule& other) { return other.field == rule.field; });
+    return std::string(rule.field) + ", rule " + std::to_string(before + 1);
 }
 
-bool isExplained(std::int64_t expected, std::int64_t found) {
-    return found == expected || found == 0;
+Texts rulesThatExplain(const std::string& name, const Case& field) {
+    Texts rules;
+    for (const Rule& rule : kRules) {
+        if (rule.field == name && rule.explains(field))
+            rules.insert(nameOf(rule));
+    }
+    return rules;
+}
+
+bool isNothing(const FieldValue& value) {
+    return value == FieldValue(std::string()) || value == FieldValue(std::int64_t{0});
 }
 
 }  // namespace
 
-std::vector<std::string> unexplainedFields(const StationTexts& texts, const Fields& expected, const Fields& found) {
-    std::vector<std::string> lines;
+Texts allRules() {
+    Texts names;
+    for (const Rule& rule : kRules)
+        names.insert(nameOf(rule));
+    return names;
+}
+
+Explanation explain(const StationTexts& texts, const Fields& expected, const Fields& found) {
+    Explanation explanation;
     for (std::size_t i = 0; i < found.size(); ++i) {
-        const std::string& name = found[i].first;
-        if (const auto* number = std::get_if<std::int64_t>(&found[i].second)) {
-            if (!isExplained(std::get<std::int64_t>(expected[i].second), *number))
-                lines.push_back(name + " is " + std::to_string(*number));
+        const auto& [name, value] = found[i];
+        if (value == expected[i].second || isNothing(value))
+            continue;
+        if (const auto* number = std::get_if<std::int64_t>(&value)) {
+            explanation.unexplainedFields.push_back(name + " is " + std::to_string(*number));
             continue;
         }
-        const auto& text = std::get<std::string>(found[i].second);
-        if (!isExplained(name, {texts, found, std::get<std::string>(expected[i].second), text, limitOf(name)}))
-            lines.push_back(name + " is '" + text + "'");
+        const auto& text = std::get<std::string>(value);
+        Texts rules =
+            rulesThatExplain(name, {texts, found, std::get<std::string>(expected[i].second), text, limitOf(name)});
+        if (rules.empty())
+            explanation.unexplainedFields.push_back(name + " is '" + text + "'");
+        if (rules.size() == 1)
+            explanation.neededRules.merge(rules);
     }
-    return lines;
+    return explanation;
 }
 
 }  // namespace kvtest

@@ -9,8 +9,16 @@
 
 namespace kvtest {
 
-// One line for each field that holds neither what it must hold undisturbed, nor nothing (an empty text, 0), nor what is
-// documented for a failure of its sources.
-std::vector<std::string> unexplainedFields(const StationTexts& texts, const Fields& expected, const Fields& found);
+struct Explanation {
+    // One line for each field that holds neither what it must hold undisturbed, nor nothing (an empty text, 0), nor
+    // what is documented for a failure of its sources.
+    std::vector<std::string> unexplainedFields;
+    Texts neededRules;  // without which there were more of them
+};
+
+Explanation explain(const StationTexts& texts, const Fields& expected, const Fields& found);
+
+// The names of all rules that there are.
+Texts allRules();
 
 }  // namespace kvtest

@@ -30,7 +30,7 @@ class FieldRulesTest : public ::testing::Test {
                     value = content.text;
             }
         }
-        return unexplainedFields(StationTexts(station), expected, found);
+        return explain(StationTexts(station), expected, found).unexplainedFields;
     }
 };
 

@@ -156,12 +156,6 @@ Texts StationTexts::clientAddresses() const {
     return hasClient() && m_station.session.clientAddress ? Texts{m_station.session.clientAddress->text} : Texts();
 }
 
-Texts StationTexts::chosenAddresses() const {
-    Texts addresses;
-    addIfThere(addresses, variable("KVRDPClientIP"));
-    return addresses;
-}
-
 // An address without a name is its own.
 std::string StationTexts::nameOf(const std::string& address) const {
     for (const simwin::ReverseEntry& entry : m_station.network.addresses) {

@@ -31,7 +31,6 @@ class StationTexts {
     // Addresses: the station's own are the server's in a session.
     Texts ownAddresses() const;
     Texts clientAddresses() const;
-    Texts chosenAddresses() const;  // for a remote client, by the administrator
     Texts ownDnsNames() const;
     Texts clientDnsNames() const;
     Texts macAddresses(const Texts& addresses) const;  // by ARP

@@ -61,7 +61,7 @@ class FaultsTest : public ::testing::TestWithParam<std::string> {
         std::vector<std::string> lines = Leftovers(machine);
         if (machine.failedCall().empty())
             lines.push_back("no call has failed");
-        for (const std::string& line : kvtest::unexplainedFields(texts, expected.record, fields))
+        for (const std::string& line : kvtest::explain(texts, expected.record, fields).unexplainedFields)
             lines.push_back(machine.failedCall() + ": " + line);
         if (record != kvtest::recordBytes(fields))
             lines.push_back(machine.failedCall() + ": bytes are written beside the fields' texts");
