@@ -5,20 +5,12 @@
 #include "framework/Object.h"
 #include "framework/String.h"
 
-class CObList : public CObject, public List<CObject*> {
-  public:
-    explicit CObList(int blockSize = 10) : List(blockSize) {}
-};
+class CObList : public CObject, public List<CObject*> {};
 
-class CPtrList : public CObject, public List<void*> {
-  public:
-    explicit CPtrList(int blockSize = 10) : List(blockSize) {}
-};
+class CPtrList : public CObject, public List<void*> {};
 
 class CStringList : public CObject, public List<CString> {
   public:
-    explicit CStringList(int blockSize = 10) : List(blockSize) {}
-
     // Place of the first item that equals `text` exactly, or null.
     POSITION Find(const char* text) const noexcept;
 };
@@ -27,8 +19,6 @@ class CStringList : public CObject, public List<CString> {
 // were first stored, so that two runs on one station give one result.
 class CMapStringToOb : public CObject {
   public:
-    explicit CMapStringToOb(int blockSize = 10) : m_entries(blockSize) {}
-
     int GetCount() const noexcept { return m_entries.GetCount(); }
     bool IsEmpty() const noexcept { return m_entries.IsEmpty(); }
 

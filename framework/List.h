@@ -4,18 +4,18 @@
 struct ListPlace;
 using POSITION = ListPlace*;
 
-// A list that grows at its tail and is walked from its head. Entries come in blocks of `blockSize`; they never move,
-// so that a place stays valid until RemoveAll or the end of the list.
+// A list that grows at its tail and is walked from its head. Entries come in blocks of ten; they never move, so that a
+// place stays valid until RemoveAll or the end of the list.
 template <class Value>
 class List {
   public:
-    explicit List(int blockSize) : m_nBlockSize(blockSize) {}
+    List() = default;
     List(const List&) = delete;
     List& operator=(const List&) = delete;
     ~List() { RemoveAll(); }
 
     POSITION AddTail(const Value& value) {
-        const int used = m_nCount % m_nBlockSize;
+        const int used = m_nCount % kBlockSize;
         if (used == 0)
             AddBlock();
         Entry* entry = &m_pLastBlock->entries[used];
@@ -54,24 +54,22 @@ class List {
     }
 
   private:
+    static constexpr int kBlockSize = 10;
+
     struct Entry {
         Entry* next = nullptr;
         Value value{};
     };
     struct Block {
-        explicit Block(int size) : entries(new Entry[static_cast<unsigned>(size)]) {}
-        Block(const Block&) = delete;
-        Block& operator=(const Block&) = delete;
-        ~Block() { delete[] entries; }
         Block* next = nullptr;
-        Entry* entries;
+        Entry entries[kBlockSize];
     };
 
     static POSITION PlaceOf(Entry* entry) noexcept { return reinterpret_cast<POSITION>(entry); }
     static Entry* EntryAt(POSITION place) noexcept { return reinterpret_cast<Entry*>(place); }
 
     void AddBlock() {
-        auto* block = new Block(m_nBlockSize);
+        auto* block = new Block;
         if (m_pLastBlock != nullptr)
             m_pLastBlock->next = block;
         else
@@ -79,7 +77,6 @@ class List {
         m_pLastBlock = block;
     }
 
-    int m_nBlockSize;
     int m_nCount = 0;
     Block* m_pFirstBlock = nullptr;
     Block* m_pLastBlock = nullptr;

@@ -26,7 +26,7 @@ class CRegistryEntry : public CObject {
 
   private:
     HKEY m_hRootKey = nullptr;
-    CPtrList m_lOpenKeys{10};
+    CPtrList m_lOpenKeys;
     CString m_cPath;
     CString m_cSubKey;
 };

@@ -7,7 +7,6 @@
 // The devices by description, in the order in which the descriptions were first found. The map owns them.
 class CDeviceMap : public CMapStringToOb {
   public:
-    CDeviceMap() : CMapStringToOb(10) {}
     ~CDeviceMap() override { DeleteAll(); }
 
     // Stores the first device of a description, with the count 1. A further one is counted with the first and deleted,

@@ -68,12 +68,12 @@ class CHardwareInformation : public CObject {
     CString m_cCurrentUser;  // "Terminal server session (USER1)", the logged-on user's name, or "unknown"
     CDeviceMap m_DeviceMap;
     DWORD m_nRemovableDrives = 0;
-    CObList m_RemovableDrives{10};  // CDiskInformation, as are the next four
-    CObList m_FixedDrives{10};
-    CObList m_RemoteDrives{10};
-    CObList m_CDRomDrives{10};
-    CObList m_RamDisks{10};
-    CObList m_Printers{10};  // CPrinterInformation
+    CObList m_RemovableDrives;  // CDiskInformation, as are the next four
+    CObList m_FixedDrives;
+    CObList m_RemoteDrives;
+    CObList m_CDRomDrives;
+    CObList m_RamDisks;
+    CObList m_Printers;  // CPrinterInformation
     DWORD m_nFixedDrives = 0;
     DWORD m_nRemoteDrives = 0;
     DWORD m_nCDRomDrives = 0;

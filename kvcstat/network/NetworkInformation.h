@@ -101,7 +101,7 @@ class CNetworkInformation : public CObject {
     int m_nSessionID = -1;
     CString m_cICAClientVersion;
     CString m_cRDPClientVersion;
-    CStringList m_lstProviders{10};
+    CStringList m_lstProviders;
     CString m_cProviders;
 
   private:
@@ -124,5 +124,5 @@ class CNetworkInformation : public CObject {
 
     void ReadTSVersion();
 
-    CStringList m_lstProtocols{10};  // descriptions that a provider of this walk has already put into m_cProtocols
+    CStringList m_lstProtocols;  // descriptions that a provider of this walk has already put into m_cProtocols
 };

@@ -12,7 +12,7 @@ class Item : public CObject {};
 
 TEST(CObList, WalksFromHeadToTailAcrossItsBlocks) {
     std::vector<std::unique_ptr<Item>> items(25);
-    CObList list(10);
+    CObList list;
     EXPECT_EQ(list.GetHeadPosition(), nullptr);
     for (auto& item : items) {
         item = std::make_unique<Item>();
@@ -39,7 +39,7 @@ TEST(CObList, IsEmptyAndUsableAfterRemoveAll) {
 }
 
 TEST(CStringList, FindsItemsByExactText) {
-    CStringList list(10);
+    CStringList list;
     list.AddTail("NetBT");
     list.AddTail("Tcpip");
     EXPECT_EQ(list.Find("NetBT"), list.GetHeadPosition());
@@ -59,7 +59,7 @@ TEST(CPtrList, KeepsAnyPointer) {
 TEST(CMapStringToOb, LooksUpByExactKeyAndReplacesOnSetAt) {
     Item first;
     Item second;
-    CMapStringToOb map(10);
+    CMapStringToOb map;
     CObject* found = nullptr;
     EXPECT_FALSE(map.Lookup("disk", found));
     map.SetAt("disk", &first);
@@ -75,7 +75,7 @@ TEST(CMapStringToOb, LooksUpByExactKeyAndReplacesOnSetAt) {
 TEST(CMapStringToOb, TellsKeysOfTheSameHashApart) {
     Item first;
     Item second;
-    CMapStringToOb map(10);
+    CMapStringToOb map;
     map.SetAt("ab", &first);  // 97 * 33 + 98 = 98 * 33 + 65
     map.SetAt("bA", &second);
     CObject* found = nullptr;
@@ -87,7 +87,7 @@ TEST(CMapStringToOb, TellsKeysOfTheSameHashApart) {
 
 TEST(CMapStringToOb, IteratesInTheOrderInWhichKeysWereFirstStored) {
     Item item;
-    CMapStringToOb map(10);
+    CMapStringToOb map;
     std::vector<std::string> keys;
     for (int i = 99; i >= 0; --i) {
         keys.push_back("device " + std::to_string(i));
@@ -107,7 +107,7 @@ TEST(CMapStringToOb, IteratesInTheOrderInWhichKeysWereFirstStored) {
 
 TEST(CMapStringToOb, ForgetsEverythingOnRemoveAll) {
     Item item;
-    CMapStringToOb map(10);
+    CMapStringToOb map;
     map.SetAt("", &item);
     map.RemoveAll();
     CObject* found = nullptr;

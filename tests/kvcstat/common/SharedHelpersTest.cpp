@@ -148,7 +148,7 @@ TEST_F(SharedHelpersTest, ListIsEmptiedByDeletingEveryElement) {
     };
     Start();
     int alive = 0;
-    CObList list(10);
+    CObList list;
     for (int i = 0; i < 12; ++i)
         list.AddTail(new Counted(alive));
     list.AddTail(nullptr);
