@@ -270,6 +270,14 @@ TEST_F(RegistryAccessTest, FailingBytesReadLeavesNull) {
     EXPECT_EQ(bytes, nullptr);
 }
 
+TEST_F(RegistryAccessTest, BytesOfAKeyThatIsNotThereAreLeft) {
+    Start();
+    BYTE before = 7;
+    BYTE* bytes = &before;
+    EXPECT_EQ(global.GetRegBinary(HKEY_LOCAL_MACHINE, kKey, "bytes", bytes), -1);
+    EXPECT_EQ(bytes, &before);
+}
+
 TEST_F(RegistryAccessTest, SubKeysAndValuesEnumerateInOrderUntilAnEmptyName) {
     station.registry.create("HKEY_LOCAL_MACHINE\\SOFTWARE\\Lab\\First");
     station.registry.create("HKEY_LOCAL_MACHINE\\SOFTWARE\\Lab\\Second");
