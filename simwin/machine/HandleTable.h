@@ -19,6 +19,7 @@ enum class HandleKind : std::uint8_t {
     LocalBlock,
     NetBuffer,     // NetApiBufferFree's
     CitrixBuffer,  // the Citrix interface's own
+    Last = CitrixBuffer,
 };
 
 // Values are given in rising order from 0x10000004 (the first key), 0x20000004 (the first library) and so on, and

@@ -35,6 +35,10 @@ void addBlocks(std::vector<OpenHandle>& all, HandleKind kind, const BlockTable& 
         all.push_back({kind, reinterpret_cast<std::uintptr_t>(block.get()), {}});
 }
 
+HandleKind next(HandleKind kind) {
+    return static_cast<HandleKind>(static_cast<int>(kind) + 1);
+}
+
 std::string numbered(const char* word, std::uint32_t number) {
     return word + std::to_string(number);
 }
@@ -69,29 +73,52 @@ Machine::Scope::~Scope() {
 
 std::vector<OpenHandle> Machine::openHandles() const {
     std::vector<OpenHandle> all;
-    const MachineState& state = *m_state;
-    for (const auto& key : state.keys.entries())
-        all.push_back({HandleKind::RegistryKey, key.value, m_station->registry.path(key.payload)});
-    for (std::size_t i = 0; i < state.libraryLoads.size(); ++i)
-        all.insert(all.end(), state.libraryLoads[i],
-                   {HandleKind::Library, libraryHandle(i), std::string(libraries()[i].name)});
-    for (const auto& process : state.processes.entries())
-        all.push_back({HandleKind::Process, process.value, numbered("process ", process.payload)});
-    for (const auto& token : state.tokens.entries())
-        all.push_back({HandleKind::Token, token.value, numbered("token of process ", token.payload)});
-    for (const auto& find : state.finds.entries())
-        all.push_back({HandleKind::Find, find.value, find.payload});
-    for (const auto& block : state.globalBlocks.entries())
-        all.push_back({HandleKind::GlobalBlock, block.value, {}});
-    addBlocks(all, HandleKind::LocalBlock, state.fixedBlocks);
-    addBlocks(all, HandleKind::NetBuffer, state.netBuffers);
-    addBlocks(all, HandleKind::CitrixBuffer, state.citrixBuffers);
+    for (auto kind = HandleKind::RegistryKey; kind <= HandleKind::Last; kind = next(kind))
+        for (OpenHandle& handle : openHandles(kind))
+            all.push_back(std::move(handle));
     return all;
 }
 
 std::vector<OpenHandle> Machine::openHandles(HandleKind kind) const {
-    std::vector<OpenHandle> all = openHandles();
-    std::erase_if(all, [kind](const OpenHandle& handle) { return handle.kind != kind; });
+    std::vector<OpenHandle> all;
+    const MachineState& state = *m_state;
+    const auto add = [&](std::uintptr_t value, std::string what) { all.push_back({kind, value, std::move(what)}); };
+    switch (kind) {
+        case HandleKind::RegistryKey:
+            for (const auto& key : state.keys.entries())
+                add(key.value, m_station->registry.path(key.payload));
+            break;
+        case HandleKind::Library:
+            for (std::size_t i = 0; i < state.libraryLoads.size(); ++i)
+                for (unsigned load = 0; load < state.libraryLoads[i]; ++load)
+                    add(libraryHandle(i), std::string(libraries()[i].name));
+            break;
+        case HandleKind::Process:
+            for (const auto& process : state.processes.entries())
+                add(process.value, numbered("process ", process.payload));
+            break;
+        case HandleKind::Token:
+            for (const auto& token : state.tokens.entries())
+                add(token.value, numbered("token of process ", token.payload));
+            break;
+        case HandleKind::Find:
+            for (const auto& find : state.finds.entries())
+                add(find.value, find.payload);
+            break;
+        case HandleKind::GlobalBlock:
+            for (const auto& block : state.globalBlocks.entries())
+                add(block.value, {});
+            break;
+        case HandleKind::LocalBlock:
+            addBlocks(all, kind, state.fixedBlocks);
+            break;
+        case HandleKind::NetBuffer:
+            addBlocks(all, kind, state.netBuffers);
+            break;
+        case HandleKind::CitrixBuffer:
+            addBlocks(all, kind, state.citrixBuffers);
+            break;
+    }
     return all;
 }
 
