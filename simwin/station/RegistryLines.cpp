@@ -72,7 +72,7 @@ std::size_t RegistryLines::lengthOfNext() const {
 }
 
 std::string RegistryLines::takeCharacter() {
-    const std::string character(m_line.substr(0, lengthOfNext()));
+    std::string character(m_line.substr(0, lengthOfNext()));
     m_line.remove_prefix(character.size());
     if (character != "\\")
         return character;

@@ -55,6 +55,14 @@ TEST_F(RegistryAccessTest, EntryWithoutAPathNamesNoHiveOnceItIsParsed) {
     EXPECT_STREQ(entry.GetSubKey(), "SOFTWARE");
 }
 
+TEST_F(RegistryAccessTest, EntryOfNothingOpensNothing) {
+    Start();
+    const CRegistryEntry entry;
+    EXPECT_EQ(entry.GetHive(), nullptr);
+    EXPECT_STREQ(entry.GetSubKey(), "");
+    EXPECT_EQ(entry.Open(), nullptr);
+}
+
 TEST_F(RegistryAccessTest, HiveNamesMatchAsPrefixesInTheirFixedOrder) {
     Start();
     const struct {
