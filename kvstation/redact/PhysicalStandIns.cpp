@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <vector>
 
+#include "simwin/text/HexText.h"
+
 namespace kvstation {
 namespace {
 
@@ -15,19 +17,16 @@ bool isNobodys(std::string_view bytes) {
 }
 
 std::string hexOf(std::string_view bytes) {
-    constexpr std::string_view digits = "0123456789abcdef";
     std::string text;
-    for (const char byte : bytes) {
-        text += digits[static_cast<unsigned char>(byte) >> 4];
-        text += digits[static_cast<unsigned char>(byte) & 0xF];
-    }
+    for (const char byte : bytes)
+        text += simwin::hexDigits(static_cast<unsigned char>(byte), 2);
     return text;
 }
 
 std::string bytesOfPairs(std::string_view pairs) {
     std::string bytes;
     for (std::size_t i = 0; i + 1 < pairs.size(); i += 3)
-        bytes += static_cast<char>(std::stoi(std::string(pairs.substr(i, 2)), nullptr, 16));
+        bytes += simwin::byteOfHex(pairs.substr(i, 2)).value();
     return bytes;
 }
 

@@ -89,11 +89,11 @@ class Schema(FleetTest):
         for place, value in (
             (["name"], 1), (["source"], None), (["codePage"], "932"), (["codePage"], 31), (["tool"], "new"),
             (["extra"], 1), (["fields"], {}), (["fields"], None), (["fields", "szNothing"], ""),
-            (["fields", "szOS"], "x" * 300), (["fields", "szOS"], 5), (["fields", "szOS"], None),
+            (["fields", "szOS"], "x" * 82), (["fields", "szOS"], 5), (["fields", "szOS"], None),
             (["fields", "dwSessionId"], "0"), (["fields", "dwSessionId"], -1), (["fields", "dwSessionId"], 1 << 32),
             (["fields", "dwCurrentMhz"], 1 << 31), (["fields", "dwCurrentMhz"], 0.5),
             (["fields", "szDefaultBrowser", "hex"], "4"), (["fields", "szDefaultBrowser", "hex"], "41 4g"),
-            (["fields", "szDefaultBrowser", "hex"], "41 " * 300 + "41"), (["fields", "szDefaultBrowser", "more"], ""),
+            (["fields", "szDefaultBrowser", "hex"], "41 " * 51 + "41"), (["fields", "szDefaultBrowser", "more"], ""),
             (["fields", "szDefaultBrowser"], {"text": half["text"]}), (["collected"], "today"),
             (["collected"], {"by": "me"}), (["collected"], {"at": "2026-11-22"}), (["collected"], {"tool": "new"}),
         ):

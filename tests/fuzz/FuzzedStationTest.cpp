@@ -7,12 +7,10 @@
 #include <cctype>
 #include <set>
 
-#include "kvstation/collect/CallLog.h"
-#include "kvstation/collect/Stage.h"
 #include "simwin/station/StationMembers.h"
-#include "simwin/station/StationReader.h"
 #include "tests/fuzz/FuzzedRegistry.h"
 #include "tests/kvstation/cause/Random.h"
+#include "tests/kvstation/cause/StationRuns.h"
 #include "tests/stations/StationNames.h"
 
 namespace {
@@ -91,12 +89,27 @@ std::string valuePath(std::string_view key, std::string_view value) {
 // The video adapter's key, which has any path: the device map tells it.
 constexpr std::string_view kVideoKey = "HKEY_LOCAL_MACHINE\\System\\Video0";
 
+struct Pattern {
+    std::string path;
+    bool isOfAnyKey;  // its end is that of the path
+};
+
+std::vector<Pattern> fuzzedValues() {
+    std::vector<Pattern> patterns;
+    for (const kvfuzz::RegistryPlace& place : kvfuzz::fuzzedPlaces()) {
+        const bool isOfAnyKey = place.key == kVideoKey;
+        patterns.push_back(
+            {isOfAnyKey ? "/" + withSlashes(place.value) : valuePath(place.key, place.value), isOfAnyKey});
+    }
+    return patterns;
+}
+
 bool isFuzzedValue(const std::string& path) {
-    return std::ranges::any_of(kvfuzz::fuzzedPlaces(), [&](const kvfuzz::RegistryPlace& place) {
-        if (place.key == kVideoKey)
-            return path.ends_with("/" + std::string(place.value));
-        const std::string pattern = valuePath(place.key, place.value);
-        return fnmatch(pattern.c_str(), path.c_str(), FNM_PATHNAME | FNM_NOESCAPE | FNM_CASEFOLD) == 0;
+    static const std::vector<Pattern> patterns = fuzzedValues();
+    return std::ranges::any_of(patterns, [&](const Pattern& pattern) {
+        return pattern.isOfAnyKey
+                   ? path.ends_with(pattern.path)
+                   : fnmatch(pattern.path.c_str(), path.c_str(), FNM_PATHNAME | FNM_NOESCAPE | FNM_CASEFOLD) == 0;
     });
 }
 
@@ -107,14 +120,10 @@ bool isFuzzedVariable(const std::string& name) {
 
 // What a collection on one of the described stations reads, and the fuzzer never sets.
 std::set<std::string> readButNotFuzzed(const std::string& station) {
-    const simwin::Station described = simwin::readStation(kvtest::folderOf(station));
+    const simwin::Station described = kvtest::stationNamed(station);
     const simwin::CodePageScope scope(described.codePages.ansi);
-    simwin::Machine machine(described);
-    kvstation::CallLog log;
-    machine.observe(&log);
-    kvstation::collectOn(machine);
     std::set<std::string> missing;
-    for (const kvstation::TimedCall& timed : log.calls()) {
+    for (const kvstation::TimedCall& timed : kvtest::callsOf(described)) {
         const simwin::ObservedCall& call = timed.call;
         const auto text = [&](std::size_t index) { return std::string(simwin::textOf(call.parameters[index])); };
         if (call.name == "RegQueryValueExA") {

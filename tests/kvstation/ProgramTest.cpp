@@ -359,6 +359,7 @@ TEST_F(Program, ExplainsAFieldAsTheDocumentShows) {
     EXPECT_EQ(explained.errors, "");
     EXPECT_THAT(explained.output, StartsWith("szMACAddress = \"unknown\"\n"));
     EXPECT_THAT(kvstation::readFile(KV_TOOL_DOCUMENT, 1024 * 1024), HasSubstr("\n```\n" + explained.output + "```\n"));
+    EXPECT_THAT(run({"explain", "SZMacAddress", kConsole}).output, HasSubstr("\n  gives    00-1a-a0-3f-c7-e2"));
     EXPECT_EQ(run({"explain", "szMacAdress", kConsole}).status, 2);
 }
 

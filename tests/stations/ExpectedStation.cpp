@@ -133,22 +133,14 @@ std::string contentOf(const std::filesystem::path& path) {
     return content.str();
 }
 
-FieldValue emptyValue(const Field& field) {
-    if (field.width == kSigned || field.width == kUnsigned)
-        return std::int64_t{0};
-    return std::string();
-}
-
 // Every field, of which the file tells those that hold something.
 Fields readRecord(const Json& values, const std::string& file) {
-    Fields record;
+    Fields record = fieldsOf(std::string(KVCSTAT_RECORD_SIZE, '\0'));
     auto value = values.begin();
-    for (const Field& field : kFields) {
-        if (value == values.end() || value.key() != field.name) {
-            record.emplace_back(field.name, emptyValue(field));
+    for (auto& [name, content] : record) {
+        if (value == values.end() || value.key() != name)
             continue;
-        }
-        record.emplace_back(field.name, readValue(*value, file + ": " + field.name));
+        content = readValue(*value, file + ": " + name);
         ++value;
     }
     if (value != values.end())

@@ -32,14 +32,18 @@ inline std::string bytesOf(const kvstation::RecordBytes& record) {
     return {record.begin(), record.end()};
 }
 
-// The calls of a collection with their outcomes.
-inline std::vector<std::string> questionsOf(const simwin::Station& station) {
+inline std::vector<kvstation::TimedCall> callsOf(const simwin::Station& station) {
     simwin::Machine machine(station);
     kvstation::CallLog log;
     machine.observe(&log);
     kvstation::collectOn(machine);
+    return log.calls();
+}
+
+// The calls of a collection with their outcomes.
+inline std::vector<std::string> questionsOf(const simwin::Station& station) {
     std::vector<std::string> names;
-    for (const kvstation::TimedCall& call : log.calls())
+    for (const kvstation::TimedCall& call : callsOf(station))
         names.push_back(call.call.name + (call.call.succeeded ? "" : " failed"));
     return names;
 }

@@ -6,7 +6,6 @@
 #include <set>
 #include <sstream>
 
-#include "kvstation/collect/CallLog.h"
 #include "kvstation/experiments/OtherTexts.h"
 #include "kvstation/platform/Errors.h"
 #include "kvstation/platform/Files.h"
@@ -880,15 +879,11 @@ TEST_P(RedactedStation, IsCollectedByTheSameQuestions) {
 // Servers that are called as what the module asks for and compares with: these words stay elsewhere.
 TEST_P(RedactedStation, IsCollectedByTheSameQuestionsWhateverServersAreCalled) {
     Station station = described;
-    simwin::Machine machine(station);
-    kvstation::CallLog log;
-    machine.observe(&log);
-    kvstation::collectOn(machine);
     std::set<std::string> words = wordsOf("iexplore netscp6");  // the module looks for how these begin
     for (const auto& texts : {kvstation::moduleWords(), kvstation::moduleNames()})
         for (const std::string_view text : texts)
             words.merge(wordsOf(std::string(text)));
-    for (const kvstation::TimedCall& call : log.calls())
+    for (const kvstation::TimedCall& call : callsOf(station))
         words.merge(wordsOf(call.call.subject + " " + call.call.arguments));
     for (const std::string& word : words)
         station.registry.set(kDevices, simwin::textValue("\\\\" + word + "\\x", "winspool,Ne00:"));
