@@ -31,28 +31,19 @@ using PhysicalAddressPlace = PULONG;  // Wine's declaration, where Windows has P
 
 extern "C" {
 
-#ifdef _WIN32
-#define SIMWIN_SOCKET(library, name) decltype(::name) sim_##name;
-#define SIMWIN_SOCKET_TYPE(name) decltype(::name)
-#else
-#define SIMWIN_SOCKET(library, name) decltype(::WS_##name) sim_##name;
-#define SIMWIN_SOCKET_TYPE(name) decltype(::WS_##name)
-#endif
 #define SIMWIN_CALL(library, name) decltype(::name) sim_##name;
+#define SIMWIN_LOOKUP(library, name) decltype(::name) sim_##name;
+#ifndef _WIN32
+#define SIMWIN_SOCKET(library, name) decltype(::WS_##name) sim_##name;
+#define SIMWIN_SOCKET_LOOKUP(library, name) decltype(::WS_##name) sim_##name;
+#endif
+#define SIMWIN_UNDECLARED(library, name)
 #include "simwin/calls/Calls.inc"
 
 ZRTRC_FORMAT decltype(::ZRTrace) sim_ZRTrace;
 
-decltype(::VerSetConditionMask) sim_VerSetConditionMask;
-decltype(::VerifyVersionInfoA) sim_VerifyVersionInfoA;
-decltype(::GetDiskFreeSpaceExA) sim_GetDiskFreeSpaceExA;
-decltype(::NetWkstaGetInfo) sim_NetWkstaGetInfo;
-decltype(::NetApiBufferFree) sim_NetApiBufferFree;
-decltype(::CallNtPowerInformation) sim_CallNtPowerInformation;
+// Wine's native headers leave it to the C library's, whose size is another type.
 int WINAPI sim_gethostname(char* name, int size);
-SIMWIN_SOCKET_TYPE(gethostbyname) sim_gethostbyname;
-SIMWIN_SOCKET_TYPE(gethostbyaddr) sim_gethostbyaddr;
-
 // Citrix's session query: informationClass 10 is the client's name. TRUE gives a text that the caller would release
 // with the interface's own free function.
 BOOL WINAPI sim_WFQuerySessionInformationA(HANDLE server, DWORD session, int informationClass, LPSTR* buffer,
@@ -60,5 +51,3 @@ BOOL WINAPI sim_WFQuerySessionInformationA(HANDLE server, DWORD session, int inf
 // The product's VCD module's version number.
 int sim_KVGetVCDVersion();
 }
-
-#undef SIMWIN_SOCKET_TYPE
