@@ -6,17 +6,10 @@
 #include "framework/WindowsSockets.h"
 
 #include <lm.h>
-#include <nb30.h>
 
 namespace kvstation {
 namespace {
 
-struct NamedError {
-    std::uint32_t code;
-    std::string_view name;
-};
-#define KV_ERROR(name) \
-    { static_cast<std::uint32_t>(name), #name }
 constexpr NamedError kWindowsErrors[] = {
     KV_ERROR(ERROR_FILE_NOT_FOUND),
     KV_ERROR(ERROR_PATH_NOT_FOUND),
@@ -65,16 +58,6 @@ constexpr NamedError kWindowsErrors[] = {
     {0xC000000D, "STATUS_INVALID_PARAMETER"},
     {0xC00000BB, "STATUS_NOT_SUPPORTED"},
 };
-constexpr NamedError kNetbiosErrors[] = {KV_ERROR(NRC_BUFLEN),     KV_ERROR(NRC_ILLCMD), KV_ERROR(NRC_INCOMP),
-                                         KV_ERROR(NRC_INVADDRESS), KV_ERROR(NRC_BRIDGE), KV_ERROR(NRC_ENVNOTDEF),
-                                         KV_ERROR(NRC_SYSTEM)};
-#undef KV_ERROR
-
-template <class Errors>
-std::string_view nameIn(const Errors& errors, std::uint32_t code) {
-    const auto* found = std::ranges::find(errors, code, &NamedError::code);
-    return found != std::end(errors) ? found->name : std::string_view();
-}
 
 }  // namespace
 
@@ -82,8 +65,9 @@ std::string_view windowsErrorName(std::uint32_t code) {
     return nameIn(kWindowsErrors, code);
 }
 
-std::string_view netbiosErrorName(std::uint32_t code) {
-    return nameIn(kNetbiosErrors, code);
+std::string_view nameIn(std::span<const NamedError> errors, std::uint32_t code) {
+    const auto found = std::ranges::find(errors, code, &NamedError::code);
+    return found != errors.end() ? found->name : std::string_view();
 }
 
 std::string shown(const CallError& error) {

@@ -49,6 +49,14 @@ void keepPhysicalAddress(StationDraft& draft, const ObservedCall& call) {
 
 // NetBIOS.
 
+constexpr NamedError kNetbiosErrors[] = {KV_ERROR(NRC_BUFLEN),     KV_ERROR(NRC_ILLCMD), KV_ERROR(NRC_INCOMP),
+                                         KV_ERROR(NRC_INVADDRESS), KV_ERROR(NRC_BRIDGE), KV_ERROR(NRC_ENVNOTDEF),
+                                         KV_ERROR(NRC_SYSTEM)};
+
+std::string_view netbiosErrorName(std::uint32_t code) {
+    return nameIn(kNetbiosErrors, code);
+}
+
 void keepAdapters(StationDraft& draft, const ObservedCall& call) {
     const auto* block = pointerIn<NCB>(call.parameters[0]);
     auto& lanas = draft.station.network.netbios;
