@@ -16,12 +16,8 @@ namespace {
 
 std::vector<Verb> addVerbs(CLI::App& tool) {
     return {
-        addShow(tool),   addSimulate(tool),   addDecode(tool),     addDiff(tool),    addLayout(tool),
-        addTrace(tool),  addExplain(tool),    addWhatIfVerb(tool), addCapture(tool), addRedact(tool),
-#ifndef _WIN32
-        addImport(tool),
-#endif
-        addHelp(tool),   addCompletion(tool), addMan(tool),
+#define KV_VERB(word, add) add(tool),
+#include "kvstation/verbs/Verbs.inc"
     };
 }
 

@@ -17,21 +17,7 @@ struct Verb {
     std::function<int()> run;  // gives the exit status; throws Failure or WrongUse
 };
 
-Verb addShow(CLI::App& tool);
-Verb addSimulate(CLI::App& tool);
-Verb addDecode(CLI::App& tool);
-Verb addDiff(CLI::App& tool);
-Verb addLayout(CLI::App& tool);
-Verb addTrace(CLI::App& tool);
-Verb addExplain(CLI::App& tool);
-Verb addWhatIfVerb(CLI::App& tool);
-Verb addCapture(CLI::App& tool);
-Verb addRedact(CLI::App& tool);
-Verb addHelp(CLI::App& tool);
-Verb addCompletion(CLI::App& tool);
-Verb addMan(CLI::App& tool);
-#ifndef _WIN32
-Verb addImport(CLI::App& tool);
-#endif
+#define KV_VERB(word, add) Verb add(CLI::App& tool);
+#include "kvstation/verbs/Verbs.inc"
 
 }  // namespace kvstation

@@ -51,7 +51,7 @@ TEST_F(Program, HelpHasAnExampleOfEachVerb) {
     EXPECT_EQ(help.status, 0);
     EXPECT_EQ(help.errors, "");
     const auto isExample = [](const std::string& line) { return line.starts_with("  kvstation "); };
-    EXPECT_EQ(std::ranges::count_if(linesOf(help.output), isExample), std::ssize(kVerbs)) << "Verbs.h has each verb";
+    EXPECT_EQ(std::ranges::count_if(linesOf(help.output), isExample), std::ssize(kVerbs));
     for (const char* verb : kVerbs) {
         EXPECT_THAT(help.output, HasSubstr(std::string("\n  kvstation ") + verb));
         const ProgramRun own = run({verb, "--help"});

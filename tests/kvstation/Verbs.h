@@ -3,7 +3,9 @@
 
 namespace kvstation {
 
-inline constexpr const char* kVerbs[] = {"show",   "simulate", "decode", "diff",   "layout", "trace",      "explain",
-                                         "whatif", "capture",  "redact", "import", "help",   "completion", "man"};
+inline constexpr const char* kVerbs[] = {
+#define KV_VERB(word, add) word,
+#include "kvstation/verbs/Verbs.inc"
+};
 
 }  // namespace kvstation
