@@ -9,8 +9,24 @@
 
 namespace {
 
-enum StationType { kNoName = -1, kClientName = 0, kDnsName = 1, kIPAddress = 2, kMACAddress = 3 };
-constexpr int kTypes = 4;
+// What "KVStationType" asks for, by its numbers.
+enum StationType { kClientName = 0, kDnsName = 1, kIPAddress = 2, kMACAddress = 3 };
+constexpr int kTypes = kMACAddress + 1;
+constexpr int kNoName = -1;
+
+CString NameOf(StationType type, const CNetworkInformation& network) {
+    switch (type) {
+        case kDnsName:
+            return network.m_cDnsName;
+        case kIPAddress:
+            return network.FirstAddress(network.m_cIPAddress);
+        case kMACAddress:
+            return network.m_cMACAddress;
+        case kClientName:
+            break;
+    }
+    return network.m_cClientName;
+}
 
 // For each type that is asked for, what is tried, in this order. The client name (0, so that it also fills the rows) is
 // everyone's last choice, and the only one of a type that is not listed.
@@ -52,15 +68,14 @@ int CStatInformation::Collect(CNetworkInformation& network) {
     if (!clientIP.IsEmpty())
         network.m_cIPAddress = clientIP;
 
-    const CString names[kTypes] = {network.m_cClientName, network.m_cDnsName,
-                                   network.FirstAddress(network.m_cIPAddress), network.m_cMACAddress};
     const auto& typesToTry = TypesToTry(network.m_nStationType);
     network.m_nStationType = kNoName;
     m_cStation.LoadString(IDS_UNKNOWN_NAME);
     for (const StationType tried : typesToTry) {
-        if (!names[tried].IsEmpty()) {
+        const CString name = NameOf(tried, network);
+        if (!name.IsEmpty()) {
             network.m_nStationType = tried;
-            m_cStation = names[tried];
+            m_cStation = name;
             break;
         }
     }
