@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <charconv>
 #include <string>
 
 #include "framework/Windows.h"
@@ -45,15 +46,27 @@ void writeConsoleText(HANDLE console, std::wstring_view text) {
     }
 }
 
-// The console's own attributes for a colour: consoles before Windows 10 know no sequences.
-WORD attributesOf(std::string_view colour, WORD normal) {
+// Of a colour's number in a sequence, 0 black to 7 white, of which bit 0 is red; a console's bit 0 is blue.
+WORD foregroundOf(int colour) {
+    return static_cast<WORD>(((colour & 1) != 0 ? FOREGROUND_RED : 0) | ((colour & 2) != 0 ? FOREGROUND_GREEN : 0) |
+                             ((colour & 4) != 0 ? FOREGROUND_BLUE : 0));
+}
+
+// The console's own attributes for a sequence "\x1b[NUMBERm": consoles before Windows 10 know no sequences.
+WORD attributesOf(std::string_view sequence, WORD normal) {
+    constexpr int kBoldText = 1;
+    constexpr int kDimText = 2;
+    constexpr int kFirstColour = 30;
+    constexpr int kLastColour = 37;
+    int number = 0;
+    std::from_chars(sequence.data() + 2, sequence.data() + sequence.size(), number);
     const auto background = static_cast<WORD>(normal & 0xFFF0);
-    if (colour == kBold)
+    if (number == kBoldText)
         return static_cast<WORD>(normal | FOREGROUND_INTENSITY);
-    if (colour == kDim)
+    if (number == kDimText)
         return static_cast<WORD>(background | FOREGROUND_INTENSITY);
-    if (colour == kCyan)
-        return static_cast<WORD>(background | FOREGROUND_GREEN | FOREGROUND_BLUE);
+    if (number >= kFirstColour && number <= kLastColour)
+        return static_cast<WORD>(background | foregroundOf(number - kFirstColour));
     return normal;
 }
 
