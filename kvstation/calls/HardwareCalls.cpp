@@ -83,10 +83,6 @@ void keepMemory(StationDraft& draft, const ObservedCall& call) {
     draft.station.memory = memoryIn(call);
 }
 
-void keepOemCodePage(StationDraft& draft, const ObservedCall& call) {
-    draft.station.codePages.oem = static_cast<unsigned>(simwin::numberOf(call.result));
-}
-
 bool asksForType(const ObservedCall& call) {
     return numberAt(call, 0) == 0;
 }
@@ -113,7 +109,7 @@ KV_CALL(GlobalMemoryStatus,
              R"([{"physical": 67108864, "virtual": 2147352576}, {"physical": 1073741824, "virtual": 2147352576}])"),
         tellMemory, keepMemory);
 KV_CALL(GetOEMCP, asks("the OEM code page", member<"codePages", "oem">, "[437, 850, 932]"), tellNumber,
-        keepOemCodePage);
+        keepResult<&simwin::Station::codePages, &simwin::CodePages::oem>);
 KV_CALL(GetKeyboardType, asks("the keyboard's type", placeOfKeyboard, "[0, 1, 2, 3, 4, 5, 6, 7, 8]"), tellNumber,
         keepKeyboard);
 

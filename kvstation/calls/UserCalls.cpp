@@ -9,17 +9,14 @@ namespace kvstation {
 namespace {
 
 using simwin::ObservedCall;
+using simwin::Station;
+using simwin::User;
 
 void keepComputerName(StationDraft& draft, const ObservedCall& call) {
     if (call.succeeded)
         draft.station.computerName = textAt(call, 0);
     else if (call.error == ERROR_BUFFER_OVERFLOW)
         draft.station.computerName = standInFor(numberAt(call, 1));
-}
-
-void keepUserName(StationDraft& draft, const ObservedCall& call) {
-    if (call.succeeded)
-        draft.station.user.name = textAt(call, 0);
 }
 
 // A format of the user's name that a station describes.
@@ -60,16 +57,6 @@ void keepNameFormat(StationDraft& draft, const ObservedCall& call) {
         draft.outcomes[call.name].isDescribed = true;
 }
 
-void keepNetworkUser(StationDraft& draft, const ObservedCall& call) {
-    if (call.succeeded)
-        draft.station.user.network = textAt(call, 0);
-}
-
-void keepDirectoryUser(StationDraft& draft, const ObservedCall& call) {
-    if (call.succeeded)
-        draft.station.user.directory = textAt(call, 1);
-}
-
 void keepDomain(StationDraft& draft, const ObservedCall& call) {
     if (!textAt(call, 0).empty())
         draft.station.network.domain = textAt(call, 0);
@@ -79,14 +66,15 @@ void keepDomain(StationDraft& draft, const ObservedCall& call) {
 
 KV_CALL(GetComputerNameA, asks("the computer's name", member<"computerName">, kNameSamples), tellText<0>,
         keepComputerName);
-KV_CALL(GetUserNameA, asks("the Windows account", member<"user", "name">, kNameSamples), tellText<0>, keepUserName);
+KV_CALL(GetUserNameA, asks("the Windows account", member<"user", "name">, kNameSamples), tellText<0>,
+        keepText<0, &Station::user, &User::name>);
 KV_CALL(GetUserNameExA,
         asks("the user's name in a format of the directory", placeOfNameFormat, R"(["ANOTHER7\\another7"])"),
         tellText<1>, Kept(keepNameFormat, ERROR_NONE_MAPPED));
 KV_CALL(KVGetUserName, asks("the network account", member<"user", "network">, kNameSamples), tellText<0>,
-        keepNetworkUser);
+        keepText<0, &Station::user, &User::network>);
 KV_CALL(KVNDSWhoAmI, asks("the directory's name of the user", member<"user", "directory">, kNameSamples), tellText<1>,
-        keepDirectoryUser);
+        keepText<1, &Station::user, &User::directory>);
 KV_CALL(KVGetDomainName, asks("the user's domain", member<"network", "domain">, kNameSamples), tellText<0>, keepDomain);
 
 }  // namespace kvstation
