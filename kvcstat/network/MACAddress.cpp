@@ -1,4 +1,4 @@
-// The station's hardware address, from NetBIOS or by ARP.
+// The station's hardware address.
 #include <algorithm>
 #include <cstdio>
 #include <cstring>

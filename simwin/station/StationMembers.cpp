@@ -224,21 +224,19 @@ constexpr Member<Station> kMembers<Station>[] = {
                               "of Windows; absent: GetVersionExA fails. Of a captured station it is the true version; "
                               "with `capture --as-caller` the "
                               "one that a [program without a manifest](calling.md#the-version-of-windows) is told"),
-    member<&Station::keyboard>("keyboard", "absent: both numbers are 0"),
+    member<&Station::keyboard>("keyboard", "absent: its numbers are 0"),
     member<&Station::computerName>("computerName", Tells::Name, "GetComputerNameA; absent: it fails"),
     member<&Station::user>("user", "who is logged on"),
     member<&Station::environment, VariablesForm>("environment", "variables"),
     member<&Station::process>("process", "the own one; absent: OpenProcess fails. There are no tokens on Windows 9x"),
     member<&Station::processors>("processors", "GetSystemInfo"),
-    member<&Station::memory>("memory", "GlobalMemoryStatus' totals"),
+    member<&Station::memory>("memory", "GlobalMemoryStatus"),
     member<&Station::drives>("drives", "drives by upper-case letter"),
     member<&Station::files, Named<&File::path, FilePath>>(
         "files", "what is on disk, by its path in the real letter case; the folders above a file exist with it"),
     member<&Station::network>("network", "what the network tells"),
-    member<&Station::session>(
-        "session",
-        "what the terminal-services wrapper tells. An absent text is answered with result 0 and an "
-        "untouched buffer"),
+    member<&Station::session>("session",
+                              "the terminal session. An absent text is answered with result 0 and an untouched buffer"),
     member<&Station::citrix>("citrix", "present: wfapi64.dll loads"),
     member<&Station::vcdVersion>("vcdVersion", "present: KVVCD32.dll loads, and its KVGetVCDVersion gives this number"),
     member<&Station::profile>("profile",
