@@ -1,7 +1,6 @@
 #include "kvstation/redact/LeftTexts.h"
 
 #include <algorithm>
-#include <array>
 #include <cstdio>
 #include <map>
 #include <nlohmann/json.hpp>
@@ -10,6 +9,7 @@
 #include "kvstation/redact/NamedParts.h"
 #include "kvstation/redact/WindowsWords.h"
 #include "kvstation/text/VisibleText.h"
+#include "simwin/station/StationMembers.h"
 #include "simwin/station/StationWriter.h"
 #include "simwin/station/TextForms.h"
 #include "simwin/text/CodePage.h"
@@ -19,36 +19,20 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 using simwin::KeyId;
+using simwin::MemberPath;
 using simwin::RegistryTree;
 using simwin::RegistryValue;
+using simwin::Tells;
 
-// Whose members' names are the station's own; those of all others are the form's.
-constexpr std::array<std::string_view, 6> kNaming = {"/environment",       "/files",      "/profile", "/network/hosts",
-                                                     "/network/addresses", "/network/arp"};
-// Words of the form's own, which its reader checks: times and versions, libraries, calls, types of drives.
-bool isOfTheForm(const std::string& path) {
-    return path == "/collected" || path == "/missing" || path == "/fails" ||
-           (path.starts_with("/drives/") && path.ends_with("/type"));
+TextPlace placeOf(Tells tells, std::string_view name) {
+    if (tells == Tells::Setting)
+        return placeIn(name);
+    return tells == Tells::Version || tells == Tells::VersionBytes ? TextPlace::Version : TextPlace::Anywhere;
 }
 
-// What is unknown of a station: a member's path is the form's own, but for the names of its variables and files.
-bool isMemberOfTheForm(const std::string& path, std::string_view unknown) {
-    return path.starts_with("/unknown/") && !simwin::splitHive(unknown) && !unknown.starts_with("environment.") &&
-           !unknown.starts_with("files.");
-}
-
-bool namesAreTexts(const std::string& path) {
-    return std::ranges::find(kNaming, path) != kNaming.end() || path.starts_with("/profile/");
-}
-
-bool isResource(const std::string& path) {
-    return path.starts_with("/files/") && path.ends_with("/resource");
-}
-
-TextPlace kindOf(const std::string& path) {
-    if (isResource(path) || path == "/version/servicePack")
-        return TextPlace::Version;
-    return path.starts_with("/environment/") ? placeIn(path.substr(path.rfind('/'))) : TextPlace::Anywhere;
+// How much of a text is the form's own: of an unknown member's path what leads to the name of a variable or a file.
+std::size_t formPartOf(std::string_view text, Tells tells) {
+    return tells == Tells::Unknown && !simwin::splitHive(text) ? simwin::ownNameIn(text) : 0;
 }
 
 bool holdsLeftWordOf(PageTextView before, PageTextView after, TextPlace place) {
@@ -83,16 +67,12 @@ class LeftTextFinder {
   public:
     std::vector<LeftText> texts() && { return std::move(m_texts); }
 
-    void visit(const Json& before, const Json& after, const std::string& path) {
-        if (isOfTheForm(path) || (before.is_string() && isMemberOfTheForm(path, before.get<std::string>())))
-            return;
-        if (before.is_string() && after.is_string())
-            compare(bytesOf(before), bytesOf(after), "station.json " + path, kindOf(path));
-        else if (isHex(before) && isHex(after))
-            compareBytes(bytesOfHex(before), bytesOfHex(after), !isResource(path), "station.json " + path,
-                         kindOf(path));
+    void visit(const Json& before, const Json& after, const MemberPath& path) {
+        const simwin::ToldAt told = simwin::toldAt(path);
+        if (told.text != Tells::Nothing && (before.is_string() || isHex(before)))
+            compareAt(before, after, told.text, path);
         else if (before.is_structured() && after.is_structured())
-            visitMembers(before, after, path);
+            visitMembers(before, after, told.names != Tells::Nothing, path);
     }
 
     void visit(const RegistryTree& before, KeyId key, const RegistryTree& after, KeyId made) {
@@ -121,12 +101,30 @@ class LeftTextFinder {
     static std::string bytesOfHex(const Json& object) { return simwin::readHex({object.at("hex"), "", ""}); }
     static bool isHex(const Json& json) { return json.is_object() && json.size() == 1 && json.contains("hex"); }
 
-    void visitMembers(const Json& before, const Json& after, const std::string& path) {
-        const std::string below = path + "/";
-        if (before.is_object() && !namesAreTexts(path)) {
+    static std::string placeAt(const MemberPath& path) {
+        std::string place = "station.json ";
+        for (const std::string& name : path)
+            place += "/" + name;
+        return place;
+    }
+
+    void compareAt(const Json& before, const Json& after, Tells tells, const MemberPath& path) {
+        const TextPlace kind = placeOf(tells, path.back());
+        if (before.is_string() && after.is_string())
+            compare(bytesOf(before), bytesOf(after), placeAt(path), kind, formPartOf(bytesOf(before), tells));
+        else if (isHex(before) && isHex(after))
+            compareBytes(bytesOfHex(before), bytesOfHex(after), tells != Tells::VersionBytes, placeAt(path), kind);
+    }
+
+    void visitMembers(const Json& before, const Json& after, bool namesAreTexts, MemberPath path) {
+        const std::string place = placeAt(path);
+        path.emplace_back();
+        if (before.is_object() && !namesAreTexts) {
             for (const auto& [name, value] : before.items())
-                if (after.contains(name))
-                    visit(value, after.at(name), below + name);
+                if (after.contains(name)) {
+                    path.back() = name;
+                    visit(value, after.at(name), path);
+                }
             return;
         }
         auto made = after.items().begin();
@@ -134,8 +132,9 @@ class LeftTextFinder {
             if (made == after.items().end())
                 return;
             if (before.is_object())
-                compare(simwin::fromUtf8Leniently(name), simwin::fromUtf8Leniently(made.key()), "station.json " + path);
-            visit(value, made.value(), below + made.key());
+                compare(simwin::fromUtf8Leniently(name), simwin::fromUtf8Leniently(made.key()), place);
+            path.back() = made.key();
+            visit(value, made.value(), path);
             ++made;
         }
     }
@@ -148,9 +147,10 @@ class LeftTextFinder {
             compare(one.text, textAt(after, one), place, kind);
     }
 
+    // From `begin` on they are the station's own.
     void compare(std::string_view before, std::string_view after, const std::string& place,
-                 TextPlace kind = TextPlace::Anywhere) {
-        if (!holdsLeftWord(pageText(before), pageText(after), kind))
+                 TextPlace kind = TextPlace::Anywhere, std::size_t begin = 0) {
+        if (!holdsLeftWord(pageText(before.substr(begin)), pageText(after.substr(begin)), kind))
             return;
         const auto [known, isNew] = m_known.emplace(simwin::lowerCase(after), m_texts.size());
         if (isNew)
@@ -175,7 +175,7 @@ std::string lineOf(const LeftText& left) {
 std::vector<LeftText> leftTexts(const simwin::Station& station, const simwin::Station& redacted) {
     const simwin::CodePageScope scope(station.codePages.ansi);
     LeftTextFinder finder;
-    finder.visit(simwin::stationJson(station), simwin::stationJson(redacted), "");
+    finder.visit(simwin::stationJson(station), simwin::stationJson(redacted), {});
     for (const simwin::Hive hive : simwin::kOwnHives)
         finder.visit(station.registry, station.registry.root(hive), redacted.registry, redacted.registry.root(hive));
     return std::move(finder).texts();

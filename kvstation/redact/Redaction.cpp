@@ -82,10 +82,22 @@ std::string replacePath(std::string_view path, Replace replace) {
     return made;
 }
 
-// Windows calls the session at the machine itself so: nobody's name, and it tells why a station passes for a session.
-bool isName(const simwin::Variable& variable) {
-    return isAmong(kSecretVariables, variable.name) && !simwin::equalNoCase(variable.value, "Console");
+// What a variable of that name tells. "Console" is what Windows calls the session at the machine itself: nobody's name,
+// and it tells why a station passes for a session.
+Tells tellsOf(std::string_view variable, std::string_view value) {
+    if (isAmong(kSecretVariables, variable) && !simwin::equalNoCase(value, "Console"))
+        return Tells::Name;
+    if (isAmong(kAddressVariables, variable))
+        return Tells::Addresses;
+    return placeIn(variable) == TextPlace::Version ? Tells::Version : Tells::Words;
 }
+
+// A text of station.json.
+struct Text {
+    std::string* text;
+    Tells tells;
+    std::string name;  // of a variable
+};
 
 class Redactor {
   public:
@@ -93,41 +105,83 @@ class Redactor {
         : m_standIns(askedWords()), m_station(station), m_everything(extent == Redacting::Everything) {
         if (m_everything)
             m_standIns.leaveNothing();
-        findNames();
-        findAddresses();
+        collectTexts();
+        // This order, and that of redact(), is the one in which chance makes the stand-ins.
+        findFrom(Tells::Name, Tells::Name);
+        findFrom(Tells::HostName, Tells::PhysicalBytes);
         findInRegistry();
-        findInTexts();
+        findFrom(Tells::Words, Tells::Last);
+        findAbsent();
     }
 
     Station redact() {
-        redactNames();
-        redactNetwork();
-        redactTexts();
+        redactFrom(Tells::Name, Tells::OwnWords);
+        for (auto& [letter, drive] : m_station.drives)
+            drive.serial = m_standIns.number(drive.serial);
+        redactFrom(Tells::Key, Tells::Key);
+        for (simwin::MemberPath& path : m_station.absent)
+            redactMember(path);
+        redactFrom(Tells::Unknown, Tells::Last);
         redactRegistry();
         return std::move(m_station);
     }
 
   private:
-    // Calls visit(text) for the members of station.json that tell just that.
-    template <class Visit>
-    void eachTelling(Tells what, Visit visit) {
-        simwin::eachToldText(m_station, [&](std::string& text, Tells tells) {
-            if (tells == what)
-                visit(text);
+    void collectTexts() {
+        simwin::eachToldText(m_station, [&](std::string& text, const simwin::Told& told) {
+            m_texts.push_back({&text, told.tells, std::string(told.name)});
         });
+        std::ranges::stable_sort(m_texts, {}, &Text::tells);
+        for (Text& text : m_texts)
+            if (text.tells == Tells::Setting)
+                text.tells = tellsOf(text.name, *text.text);
     }
 
-    void findNames() {
-        eachTelling(Tells::Name, [&](const std::string& name) { m_standIns.addName(name); });
-        for (const simwin::Variable& variable : m_station.environment)
-            if (isName(variable))
-                m_standIns.addName(variable.value);
-        for (const simwin::Host& host : m_station.network.hosts)
-            m_standIns.addName(host.name + " " + host.hostName);
-        // An address without a name of its own may stand here by itself.
-        for (const simwin::ReverseEntry& entry : m_station.network.addresses)
-            if (!simwin::parseDotted(entry.name))
-                m_standIns.addName(entry.name);
+    // The texts of these kinds.
+    void findFrom(Tells first, Tells last) {
+        for (const Text& text : m_texts)
+            if (first <= text.tells && text.tells <= last)
+                findIn(text.tells, *text.text);
+    }
+    void redactFrom(Tells first, Tells last) {
+        for (const Text& text : m_texts)
+            if (first <= text.tells && text.tells <= last)
+                *text.text = redacted(text.tells, *text.text);
+    }
+
+    void findIn(Tells tells, const std::string& text) {
+        switch (tells) {
+            case Tells::Name:
+            case Tells::HostName:
+                return m_standIns.addName(text);
+            case Tells::AddressBytes:
+                return addAddressBytes(text);
+            case Tells::Address:
+                return m_standIns.addAddress(text);
+            case Tells::HostOrAddress:
+                if (!simwin::parseDotted(text))
+                    m_standIns.addName(text);
+                return addAddresses(text);
+            case Tells::PhysicalBytes:
+                return m_standIns.addPhysical(text);
+            case Tells::Addresses:
+                addAddresses(text);
+                return m_standIns.learn(text);
+            case Tells::Words:
+            case Tells::OwnWords:
+                return m_standIns.learn(text);
+            case Tells::Version:
+                return m_standIns.learn(text, TextPlace::Version);
+            case Tells::VersionBytes:
+                return findInBytes(text, false, TextPlace::Version);
+            case Tells::Key:
+            case Tells::Unknown:
+                return learnPath(text);
+            case Tells::Nothing:
+            case Tells::Setting:
+            case Tells::OwnName:
+                return;
+        }
     }
 
     // All addresses in a text that tells addresses.
@@ -138,26 +192,11 @@ class Redactor {
                 m_standIns.addAddress(bytesOf(part.text));
     }
 
-    void findAddresses() {
-        for (const simwin::Host& host : m_station.network.hosts)
-            for (const std::string& address : host.addresses)
-                if (address.size() == kIPv4Size)
-                    m_standIns.addAddress(simwin::dotted(address));
-                else if (address.size() != kIPv6Size)
-                    m_standIns.addPhysical(address);
-        for (const simwin::ReverseEntry& entry : m_station.network.addresses)
-            addAddresses(entry.address + " " + entry.name);
-        for (const simwin::ArpEntry& entry : m_station.network.arp) {
-            m_standIns.addAddress(entry.address);
-            m_standIns.addPhysical(entry.physical);
-        }
-        for (const simwin::Lana& lana : m_station.network.netbios)
-            if (lana.address)
-                m_standIns.addPhysical(*lana.address);
-        eachTelling(Tells::Addresses, [&](const std::string& text) { addAddresses(text); });
-        for (const simwin::Variable& variable : m_station.environment)
-            if (isAmong(kAddressVariables, variable.name))
-                addAddresses(variable.value);
+    void addAddressBytes(const std::string& bytes) {
+        if (bytes.size() == kIPv4Size)
+            m_standIns.addAddress(simwin::dotted(bytes));
+        else if (bytes.size() != kIPv6Size)
+            m_standIns.addPhysical(bytes);
     }
 
     void findInRegistry() {
@@ -201,29 +240,7 @@ class Redactor {
         });
     }
 
-    // Calls visit(text, place) for every text that may hold names and addresses among others.
-    template <class Visit>
-    void eachText(Visit visit) {
-        eachTelling(Tells::Words, [&](std::string& text) { visit(text, TextPlace::Anywhere); });
-        eachTelling(Tells::Addresses, [&](std::string& text) { visit(text, TextPlace::Anywhere); });
-        eachTelling(Tells::Version, [&](std::string& text) { visit(text, TextPlace::Version); });
-        for (simwin::Variable& variable : m_station.environment)
-            if (!isName(variable))
-                visit(variable.value, placeIn(variable.name));
-        for (simwin::File& file : m_station.files)
-            visit(file.path, TextPlace::Anywhere);
-        for (simwin::ProfileEntry& entry : m_station.profile)
-            visit(entry.value, TextPlace::Anywhere);
-    }
-
-    void findInTexts() {
-        eachText([&](const std::string& text, TextPlace place) { m_standIns.learn(text, place); });
-        for (const simwin::File& file : m_station.files)
-            if (file.resource)
-                findInBytes(*file.resource, false, TextPlace::Version);
-        for (const std::vector<std::string>* keys : {&m_station.deniedKeys, &m_station.unknown})
-            for (const std::string& key : *keys)
-                learnPath(key);
+    void findAbsent() {
         for (const simwin::MemberPath& path : m_station.absent)
             if (simwin::parseDotted(path.back()))
                 m_standIns.addAddress(path.back());
@@ -231,27 +248,38 @@ class Redactor {
                 m_standIns.addName(path.back());
     }
 
-    void redactNames() {
-        eachTelling(Tells::Name, [&](std::string& name) { name = m_standIns.whole(name); });
-    }
-
-    void redactNetwork() {
-        for (simwin::Host& host : m_station.network.hosts) {
-            host.hostName = m_standIns.whole(host.hostName);
-            host.name = m_standIns.whole(host.name);
-            for (std::string& address : host.addresses)
-                address = redactAddress(address);
+    std::string redacted(Tells tells, const std::string& text) {
+        switch (tells) {
+            case Tells::Name:
+            case Tells::HostName:
+                return m_standIns.whole(text);
+            case Tells::AddressBytes:
+                return redactAddress(text);
+            case Tells::Address:
+                return m_standIns.address(text);
+            case Tells::HostOrAddress:
+                return simwin::parseDotted(text) ? m_standIns.address(text) : m_standIns.whole(text);
+            case Tells::PhysicalBytes:
+                return m_standIns.physical(text);
+            case Tells::Words:
+            case Tells::Addresses:
+            case Tells::OwnWords:
+                return m_standIns.inside(text);
+            case Tells::Version:
+                return m_standIns.inside(text, TextPlace::Version);
+            case Tells::VersionBytes:
+                return redactBytes(text, false, TextPlace::Version);
+            case Tells::Key:
+                return redactPath(text);
+            case Tells::Unknown:
+                return redactUnknown(text);
+            case Tells::OwnName:
+                return m_everything ? m_standIns.inside(text) : text;
+            case Tells::Nothing:
+            case Tells::Setting:
+                break;
         }
-        for (simwin::ReverseEntry& entry : m_station.network.addresses) {
-            entry.address = m_standIns.address(entry.address);
-            entry.name =
-                simwin::parseDotted(entry.name) ? m_standIns.address(entry.name) : m_standIns.whole(entry.name);
-        }
-        for (simwin::ArpEntry& entry : m_station.network.arp)
-            entry = {m_standIns.address(entry.address), m_standIns.physical(entry.physical)};
-        for (simwin::Lana& lana : m_station.network.netbios)
-            if (lana.address)
-                lana.address = m_standIns.physical(*lana.address);
+        return text;
     }
 
     std::string redactAddress(const std::string& bytes) {
@@ -260,42 +288,12 @@ class Redactor {
         return bytes.size() == kIPv6Size ? m_standIns.longAddress(bytes) : m_standIns.physical(bytes);
     }
 
-    void redactTexts() {
-        for (simwin::Variable& variable : m_station.environment)
-            if (isName(variable))
-                variable.value = m_standIns.whole(variable.value);
-        eachText([&](std::string& text, TextPlace place) { text = m_standIns.inside(text, place); });
-        for (auto& [letter, drive] : m_station.drives)
-            drive.serial = m_standIns.number(drive.serial);
-        for (std::string& key : m_station.deniedKeys)
-            key = redactPath(key);
-        for (simwin::MemberPath& path : m_station.absent)
-            redactMember(path);
-        for (std::string& one : m_station.unknown)
-            one = redactUnknown(one);
-        for (simwin::File& file : m_station.files)
-            if (file.resource)
-                file.resource = redactBytes(*file.resource, false, TextPlace::Version);
-        if (m_everything)
-            redactOwnNames();
-    }
-
-    // Names that the module asks for stay, as in every text.
-    void redactOwnNames() {
-        for (simwin::Variable& variable : m_station.environment)
-            variable.name = m_standIns.inside(variable.name);
-        for (simwin::ProfileEntry& entry : m_station.profile)
-            entry = {m_standIns.inside(entry.section), m_standIns.inside(entry.entry), entry.value};
-    }
-
     // A key, a variable, a file, or a member that every station has.
     std::string redactUnknown(const std::string& unknown) {
         if (simwin::splitHive(unknown))
             return redactPath(unknown);
-        for (const std::string_view naming : {"environment.", "files."})
-            if (unknown.starts_with(naming))
-                return std::string(naming) + m_standIns.inside(unknown.substr(naming.size()));
-        return unknown;
+        const std::size_t name = simwin::ownNameIn(unknown);
+        return unknown.substr(0, name) + m_standIns.inside(unknown.substr(name));
     }
 
     // The last name may be an address, a host or a file.
@@ -347,6 +345,7 @@ class Redactor {
     StandIns m_standIns;
     Station m_station;
     bool m_everything;
+    std::vector<Text> m_texts;  // of m_station, kind by kind
 };
 
 }  // namespace

@@ -1,5 +1,6 @@
 // Forms: how a value stands in JSON. read() takes it from there or throws ReadError, write() makes what read() takes,
-// null where there is nothing, tell() says what stands there, and eachText() visits the texts in it.
+// null where there is nothing, tell() says what stands there, eachText() visits the texts in it, and at() knows what
+// they and the names in it tell.
 #pragma once
 
 #include <concepts>
@@ -23,7 +24,8 @@ struct ObjectForm {
         member.value = "object";
         tellMembers<Object>(member.path + ".", below);
     }
-    static void eachText(Object& object, Tells, const TextVisitor& visit) { eachTextOf(object, visit); }
+    static void eachText(Object& object, const Told&, const TextVisitor& visit) { eachTextOf(object, visit); }
+    static ToldAt at(PathBelow path, Tells) { return toldBelow<Object>(path); }
 };
 
 template <std::integral Number>
@@ -53,15 +55,17 @@ struct Maybe {
     }
     static void tell(MemberText& member, MemberTexts& below) { Form::tell(member, below); }
     template <class Value>
-    static void eachText(std::optional<Value>& value, Tells tells, const TextVisitor& visit) {
+    static void eachText(std::optional<Value>& value, const Told& told, const TextVisitor& visit) {
         if (value)
-            Form::eachText(*value, tells, visit);
+            Form::eachText(*value, told, visit);
     }
+    static ToldAt at(PathBelow path, Tells tells) { return Form::at(path, tells); }
 };
 
-// A list. A row says nothing of its texts.
+// A list.
 template <class Form>
-struct ListOf : OneValue {
+struct ListOf {
+    static constexpr bool kIsText = Form::kIsText;
     template <class Value>
     static void read(const JsonView& view, std::vector<Value>& values) {
         view.eachItem([&](const JsonView& item) { Form::read(item, values.emplace_back()); });
@@ -78,6 +82,12 @@ struct ListOf : OneValue {
         Form::tell(item, below);
         member.value = "list, of each: " + item.value;
     }
+    template <class Value>
+    static void eachText(std::vector<Value>& values, const Told& told, const TextVisitor& visit) {
+        for (Value& value : values)
+            Form::eachText(value, told, visit);
+    }
+    static ToldAt at(PathBelow path, Tells tells) { return path.empty() ? ToldAt{} : Form::at(path.subspan(1), tells); }
 };
 
 // The form that values of a type have unless a row names another one.
@@ -96,10 +106,15 @@ struct FormOf<std::vector<Value>> : ListOf<FormOf<Value>> {};
 
 // A structure that one of its fields tells.
 template <auto Field, class Form = FormOfField<Field>>
-struct Only : OneValue {
+struct Only {
+    static constexpr bool kIsText = Form::kIsText;
     static void read(const JsonView& view, ObjectOf<Field>& object) { Form::read(view, object.*Field); }
     static JsonView::Json write(const ObjectOf<Field>& object) { return Form::write(object.*Field); }
     static void tell(MemberText& member, MemberTexts& below) { Form::tell(member, below); }
+    static void eachText(ObjectOf<Field>& object, const Told& told, const TextVisitor& visit) {
+        Form::eachText(object.*Field, told, visit);
+    }
+    static ToldAt at(PathBelow path, Tells tells) { return Form::at(path, tells); }
 };
 
 // Tells an object whose members' names are of one kind.
@@ -110,9 +125,10 @@ void tellNamed(MemberText& member, MemberTexts& below) {
     member.value += "; " + std::string(Name::kPlaceholder) + ": " + std::string(Name::kMeaning);
 }
 
-// A list as an object: the members are named by a field of the items. A row says nothing of its texts.
+// A list as an object: the members are named by a field of the items.
 template <auto NameField, class Name, class Form = FormOf<ObjectOf<NameField>>>
-struct Named : OneValue {
+struct Named {
+    static constexpr bool kIsText = Form::kIsText;
     using Items = std::vector<ObjectOf<NameField>>;
 
     static void read(const JsonView& view, Items& items) {
@@ -129,6 +145,16 @@ struct Named : OneValue {
         return object;
     }
     static void tell(MemberText& member, MemberTexts& below) { tellNamed<Name, Form>(member, below); }
+    // The name last, which tells what its value is.
+    static void eachText(Items& items, const Told& told, const TextVisitor& visit) {
+        for (ObjectOf<NameField>& item : items) {
+            Form::eachText(item, {told.tells, item.*NameField}, visit);
+            visit(item.*NameField, {Name::kTells, {}});
+        }
+    }
+    static ToldAt at(PathBelow path, Tells tells) {
+        return path.empty() ? ToldAt{.names = Name::kTells} : Form::at(path.subspan(1), tells);
+    }
 };
 
 }  // namespace simwin

@@ -10,6 +10,7 @@
 #pragma once
 
 #include <functional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <type_traits>
@@ -20,16 +21,42 @@
 
 namespace simwin {
 
-// What a text tells of whose the station is.
+// What a text tells of whose the station is. A redaction takes the texts kind by kind, in this order.
 enum class Tells {
     Nothing,
-    Name,       // a name as a whole
-    Words,      // names and addresses among others
-    Version,    // numbers that may look like an address, and words
-    Addresses,  // addresses first of all
+    Name,           // a name as a whole
+    HostName,       // the same, of a computer in the network
+    AddressBytes,   // an IPv4 address of 4 bytes, an IPv6 address of 16, or else a physical one
+    Address,        // an IPv4 address with dots
+    HostOrAddress,  // a computer's name, or such an address in its place
+    PhysicalBytes,  // a physical address
+    Words,          // names and addresses among others
+    Addresses,      // the same, addresses first of all
+    Version,        // the same, and numbers that may look like an address
+    Setting,        // any of these, by the name before it
+    OwnWords,       // words, of a file's path or a file of settings
+    Key,            // the full path of a key
+    Unknown,        // the same, or the path of a member with dots
+    VersionBytes,   // a raw version resource
+    OwnName,        // what the station calls a setting of its own
+    Last = OwnName,
 };
 
-using TextVisitor = std::function<void(std::string& text, Tells tells)>;
+struct Told {
+    Tells tells;
+    std::string_view name;  // under which the text stands, where that is the station's own: a variable's
+};
+
+using TextVisitor = std::function<void(std::string& text, const Told& told)>;
+
+// The names and numbers that lead from a place to one below it, in UTF-8.
+using PathBelow = std::span<const std::string>;
+
+// What stands at a place.
+struct ToldAt {
+    Tells text = Tells::Nothing;   // of a text
+    Tells names = Tells::Nothing;  // of an object's names, where they are the station's own
+};
 
 // What people are told of a member.
 struct MemberText {
@@ -49,7 +76,8 @@ struct Member {
     void (*read)(const JsonView&, Object&);   // throws ReadError
     JsonView::Json (*write)(const Object&);   // null leaves the member out
     void (*tell)(MemberText&, MemberTexts&);  // the value, and the members below it
-    void (*eachText)(Object&, Tells, const TextVisitor&);
+    void (*eachText)(Object&, const Told&, const TextVisitor&);
+    ToldAt (*at)(PathBelow, Tells);
 
     // With a rule of its own about what is left out.
     constexpr Member writtenBy(JsonView::Json (*own)(const Object&)) const {
@@ -87,12 +115,13 @@ constexpr Member<ObjectOf<Field>> rowOf(std::string_view name, std::string_view 
             .read = [](const JsonView& value, Object& object) { Form::read(value, object.*Field); },
             .write = [](const Object& object) -> JsonView::Json { return Form::write(object.*Field); },
             .tell = [](MemberText& member, MemberTexts& below) { Form::tell(member, below); },
-            .eachText = [](Object& object, Tells told,
-                           const TextVisitor& visit) { Form::eachText(object.*Field, told, visit); }};
+            .eachText = [](Object& object, const Told& told,
+                           const TextVisitor& visit) { Form::eachText(object.*Field, told, visit); },
+            .at = [](PathBelow path, Tells told) { return Form::at(path, told); }};
 }
 
-// A row. That of a text says what it tells. Texts in lists and under names of the file's own are not among those that
-// eachTextOf() visits.
+// A row. That of a text, or of several in a list or under names of the station's own, says what each tells; what the
+// names do is said where they are read.
 template <auto Field, class Form = FormOfField<Field>>
 requires(!Form::kIsText) constexpr auto member(std::string_view name, std::string_view meaning) {
     return rowOf<Field, Form>(name, meaning, Tells::Nothing);
@@ -156,7 +185,15 @@ void tellMembers(const std::string& path, MemberTexts& texts) {
 template <class Object>
 void eachTextOf(Object& object, const TextVisitor& visit) {
     for (const Member<Object>& member : kMembers<Object>)
-        member.eachText(object, member.tells, visit);
+        member.eachText(object, {member.tells, {}}, visit);
+}
+
+template <class Object>
+ToldAt toldBelow(PathBelow path) {
+    for (const Member<Object>& member : kMembers<Object>)
+        if (!path.empty() && member.name == path.front())
+            return member.at(path.subspan(1), member.tells);
+    return {};
 }
 
 }  // namespace simwin

@@ -14,11 +14,12 @@ namespace simwin {
 struct DottedAddress {
     static constexpr std::string_view kPlaceholder = "ADDRESS";
     static constexpr std::string_view kMeaning = "IPv4 address such as 10.0.0.5";
+    static constexpr Tells kTells = Tells::Address;
     static std::string read(const std::string& address, const JsonView& value);
 };
 
 // Raw bytes of addresses that are all of one length.
-struct AddressListForm : OneValue {
+struct AddressListForm : ListOf<TextForm> {
     static void read(const JsonView& view, std::vector<std::string>& addresses);
     static JsonView::Json write(const std::vector<std::string>& addresses);
     static void tell(MemberText& member, MemberTexts&);
@@ -35,7 +36,7 @@ std::string meaningOfPhysicalAddress(LengthRange lengths);
 
 // The raw bytes of a physical address of a length from `Least` to `Most`.
 template <std::size_t Least, std::size_t Most>
-struct PhysicalAddressForm : OneValue {
+struct PhysicalAddressForm : TextForm {
     static void read(const JsonView& view, std::string& bytes) { bytes = readPhysicalAddress(view, {Least, Most}); }
     static JsonView::Json write(std::string_view bytes) { return writePhysicalAddress(bytes); }
     static void tell(MemberText& member, MemberTexts&) { member.value = meaningOfPhysicalAddress({Least, Most}); }

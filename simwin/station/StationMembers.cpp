@@ -1,5 +1,7 @@
 #include "simwin/station/StationMembers.h"
 
+#include <algorithm>
+
 #include "simwin/station/Forms.h"
 #include "simwin/station/NetworkForms.h"
 #include "simwin/station/StorageForms.h"
@@ -114,7 +116,7 @@ constexpr Member<Drive> kMembers<Drive>[] = {
 template <>
 constexpr Member<File> kMembers<File>[] = {
     member<&File::version>("version", "its version resource is made of it"),
-    member<&File::resource, Maybe<BytesForm>>("resource",
+    member<&File::resource, Maybe<BytesForm>>("resource", Tells::VersionBytes,
                                               "a raw version resource in its place, which need not be whole"),
 };
 
@@ -128,9 +130,9 @@ JsonView::Json officialName(const Host& host) {
 
 template <>
 constexpr Member<Host> kMembers<Host>[] = {
-    member<&Host::name>("name", Tells::Name, "the official name; absent: NAME").writtenBy(officialName),
+    member<&Host::name>("name", Tells::HostName, "the official name; absent: NAME").writtenBy(officialName),
     member<&Host::addressType>("addressType", "h_addrtype"),
-    member<&Host::addresses, AddressListForm>("addresses", "its addresses"),
+    member<&Host::addresses, AddressListForm>("addresses", Tells::AddressBytes, "its addresses"),
 };
 
 namespace {
@@ -148,7 +150,8 @@ struct HostForm : ObjectForm<Host> {
 template <>
 constexpr Member<Lana> kMembers<Lana>[] = {
     always<&Lana::number>("lana", "the adapter's number"),
-    member<&Lana::address, Maybe<PhysicalAddressForm<6, 6>>>("address", "absent: its status query fails"),
+    member<&Lana::address, Maybe<PhysicalAddressForm<6, 6>>>("address", Tells::PhysicalBytes,
+                                                             "absent: its status query fails"),
 };
 
 using HostsForm = Named<&Host::hostName, HostName, HostForm>;
@@ -160,9 +163,10 @@ constexpr Member<StationNetwork> kMembers<StationNetwork>[] = {
     member<&StationNetwork::hostName>("hostName", Tells::Name, "gethostname; absent: it fails"),
     member<&StationNetwork::hosts, HostsForm>("hosts", "gethostbyname"),
     member<&StationNetwork::addresses, ReverseEntriesForm>(
-        "addresses", "the name that gethostbyaddr and getnameinfo find; no entry: null and the address as text"),
+        "addresses", Tells::HostOrAddress,
+        "the name that gethostbyaddr and getnameinfo find; no entry: null and the address as text"),
     member<&StationNetwork::arp, ArpForm>(
-        "arp",
+        "arp", Tells::PhysicalBytes,
         "what SendARP finds; no entry: it fails with 67. At most 8 bytes are written into a buffer that is "
         "shorter than the address; its length word tells all"),
     member<&StationNetwork::netbios>("netbios", "adapters in the order of their enumeration"),
@@ -193,7 +197,8 @@ struct CompanionTextForm {
         return isUsual ? TextForm::write(text.text) : writeMembers(text);
     }
     static void tell(MemberText& member, MemberTexts&) { member.value = "text, or its parts"; }
-    static void eachText(CompanionText& text, Tells tells, const TextVisitor& visit) { visit(text.text, tells); }
+    static void eachText(CompanionText& text, const Told& told, const TextVisitor& visit) { visit(text.text, told); }
+    static ToldAt at(PathBelow, Tells tells) { return {.text = tells}; }
 };
 template <>
 struct FormOf<CompanionText> : CompanionTextForm {};
@@ -227,7 +232,7 @@ constexpr Member<Station> kMembers<Station>[] = {
     member<&Station::keyboard>("keyboard", "absent: its numbers are 0"),
     member<&Station::computerName>("computerName", Tells::Name, "GetComputerNameA; absent: it fails"),
     member<&Station::user>("user", "who is logged on"),
-    member<&Station::environment, VariablesForm>("environment", "variables"),
+    member<&Station::environment, VariablesForm>("environment", Tells::Setting, "variables"),
     member<&Station::process>("process", "the own one; absent: OpenProcess fails. There are no tokens on Windows 9x"),
     member<&Station::processors>("processors", "GetSystemInfo"),
     member<&Station::memory>("memory", "GlobalMemoryStatus"),
@@ -239,7 +244,7 @@ constexpr Member<Station> kMembers<Station>[] = {
                               "the terminal session. An absent text is answered with result 0 and an untouched buffer"),
     member<&Station::citrix>("citrix", "present: wfapi64.dll loads"),
     member<&Station::vcdVersion>("vcdVersion", "present: KVVCD32.dll loads, and its KVGetVCDVersion gives this number"),
-    member<&Station::profile>("profile",
+    member<&Station::profile>("profile", Tells::OwnWords,
                               "kvcstat64.ini. Blanks at a value's ends do not count, and one pair of quotes "
                               "around it"),
     member<&Station::missing, ListOf<MissingNameForm>>(
@@ -249,11 +254,11 @@ constexpr Member<Station> kMembers<Station>[] = {
     member<&Station::fails>("fails",
                             "the error that a call always gives, such as `\"GetVersionExA\": 120`. Calls that "
                             "cannot fail on Windows, such as GetVersion, do not heed it"),
-    member<&Station::deniedKeys>("deniedKeys",
+    member<&Station::deniedKeys>("deniedKeys", Tells::Key,
                                  "keys by full path that cannot be opened; each must be in registry.reg. "
                                  "Keys below them can be opened"),
     member<&Station::unknown>(
-        "unknown",
+        "unknown", Tells::Unknown,
         "what nobody knows of the machine: members by their path (`network.arp`) and keys by full path. It "
         "is answered as if it were not there; `simulate`, `explain`, `whatif` and the page say so, and of a "
         "field that nothing else changes which entries would. Whoever fills something in takes it off the "
@@ -292,6 +297,21 @@ MemberTexts companionTextMembers() {
 
 void eachToldText(Station& station, const TextVisitor& visit) {
     eachTextOf(station, visit);
+}
+
+ToldAt toldAt(PathBelow path) {
+    return toldBelow<Station>(path);
+}
+
+std::size_t ownNameIn(std::string_view dottedPath) {
+    MemberPath path;
+    std::size_t place = 0;
+    while (place < dottedPath.size() && toldAt(path).names == Tells::Nothing) {
+        const std::size_t end = std::min(dottedPath.find('.', place), dottedPath.size());
+        path.emplace_back(dottedPath.substr(place, end - place));
+        place = std::min(end + 1, dottedPath.size());
+    }
+    return place;
 }
 
 }  // namespace simwin

@@ -22,7 +22,14 @@ Collected readCollected(const JsonView& view);
 MemberTexts stationMemberTexts();
 MemberTexts companionTextMembers();
 
-// Visits the texts whose rows say what they tell of whose the station is, in the order of the tables.
+// Visits the texts that may tell whose the station is, in the order of the tables, but for the names in `absent`.
 void eachToldText(Station& station, const TextVisitor& visit);
+
+// What stands at a place of the file.
+ToldAt toldAt(PathBelow path);
+
+// Where the name that is the station's own begins in a member's path with dots, such as "environment.KVIP"; the path's
+// end when there is none.
+std::size_t ownNameIn(std::string_view dottedPath);
 
 }  // namespace simwin

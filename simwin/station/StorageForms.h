@@ -31,7 +31,7 @@ struct DriveLetter {
 // An object of drives by their letters.
 template <class Value>
 struct ByLetterForm {
-    static constexpr bool kIsText = false;
+    static constexpr bool kIsText = FormOf<Value>::kIsText;
     static void read(const JsonView& view, std::map<char, Value>& values) {
         view.eachMember([&](const std::string& name, const JsonView& value) {
             FormOf<Value>::read(value, values[DriveLetter::read(name, value)]);
@@ -44,9 +44,12 @@ struct ByLetterForm {
         return object;
     }
     static void tell(MemberText& member, MemberTexts& below) { tellNamed<DriveLetter, FormOf<Value>>(member, below); }
-    static void eachText(std::map<char, Value>& values, Tells tells, const TextVisitor& visit) {
+    static void eachText(std::map<char, Value>& values, const Told& told, const TextVisitor& visit) {
         for (auto& [letter, value] : values)
-            FormOf<Value>::eachText(value, tells, visit);
+            FormOf<Value>::eachText(value, told, visit);
+    }
+    static ToldAt at(PathBelow path, Tells tells) {
+        return path.empty() ? ToldAt{} : FormOf<Value>::at(path.subspan(1), tells);
     }
 };
 template <class Value>
@@ -56,6 +59,7 @@ struct FormOf<std::map<char, Value>> : ByLetterForm<Value> {};
 struct FilePath {
     static constexpr std::string_view kPlaceholder = "PATH";
     static constexpr std::string_view kMeaning = "full path of a file, such as C:\\WINDOWS\\notepad.exe";
+    static constexpr Tells kTells = Tells::OwnWords;
     static std::string read(const std::string& path, const JsonView& value);
 };
 

@@ -3,6 +3,7 @@
 
 #include <string>
 #include <string_view>
+#include <type_traits>
 
 #include "simwin/station/Member.h"
 
@@ -20,10 +21,18 @@ std::string readHex(const JsonView& view);
 // A text, or its bytes as {"hex": "41 42"}.
 std::string readText(const JsonView& view);
 
-// Base of forms of a value without members and texts of its own.
-struct OneValue {
+// Base of forms of what holds no text but words that are nobody's, since the reader takes no other ones.
+struct KnownWords {
     static constexpr bool kIsText = false;
-    static void eachText(const auto&, Tells, const TextVisitor&) {}
+    static void eachText(const auto&, const Told&, const TextVisitor&) {}
+    static ToldAt at(PathBelow, Tells) { return {}; }
+};
+
+// Base of forms of a value without members and texts.
+struct OneValue : KnownWords {
+    template <class Value>
+    requires std::is_trivially_copyable_v<Value>
+    static void eachText(const Value&, const Told&, const TextVisitor&) {}
 };
 
 // A text, or its bytes where they would not come back.
@@ -32,7 +41,8 @@ struct TextForm {
     static void read(const JsonView& view, std::string& text) { text = readText(view); }
     static JsonView::Json write(std::string_view text);
     static void tell(MemberText& member, MemberTexts&) { member.value = "text"; }
-    static void eachText(std::string& text, Tells tells, const TextVisitor& visit) { visit(text, tells); }
+    static void eachText(std::string& text, const Told& told, const TextVisitor& visit) { visit(text, told); }
+    static ToldAt at(PathBelow, Tells tells) { return {.text = tells}; }
 };
 
 // A text that stays UTF-8 as it is.
@@ -42,8 +52,7 @@ struct Utf8Form : TextForm {
 };
 
 // Bytes that are written as such even where they are a text.
-struct BytesForm : OneValue {
-    static void read(const JsonView& view, std::string& bytes) { bytes = readText(view); }
+struct BytesForm : TextForm {
     static JsonView::Json write(std::string_view bytes);
     static void tell(MemberText& member, MemberTexts&) { member.value = "bytes, `{\"hex\": ...}`"; }
 };

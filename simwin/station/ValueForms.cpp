@@ -112,6 +112,18 @@ void ProfileForm::tell(MemberText& member, MemberTexts& below) {
     TextForm::tell(member, below);
 }
 
+void ProfileForm::eachText(std::vector<ProfileEntry>& profile, const Told& told, const TextVisitor& visit) {
+    for (ProfileEntry& entry : profile) {
+        visit(entry.value, {told.tells, entry.entry});
+        visit(entry.section, {Tells::OwnName, {}});
+        visit(entry.entry, {Tells::OwnName, {}});
+    }
+}
+
+ToldAt ProfileForm::at(PathBelow path, Tells tells) {
+    return path.size() < 2 ? ToldAt{.names = Tells::OwnName} : ToldAt{.text = tells};
+}
+
 void MissingNameForm::read(const JsonView& view, std::string& name) {
     name = view.utf8();
     const std::size_t mark = name.find('!');

@@ -10,14 +10,14 @@
 
 namespace simwin {
 
-struct TimeForm : OneValue {
+struct TimeForm : KnownWords {
     static void read(const JsonView& view, std::string& time);
     static JsonView::Json write(const std::string& time) { return time; }
     static void tell(MemberText& member, MemberTexts&);
 };
 
-// A version of this project. Numbers alone, so that nobody's name can stand here: a redaction leaves it.
-struct ReleaseForm : OneValue {
+// A version of this project: numbers alone.
+struct ReleaseForm : KnownWords {
     static void read(const JsonView& view, std::string& version);
     static JsonView::Json write(const std::string& version) { return version; }
     static void tell(MemberText& member, MemberTexts&);
@@ -32,6 +32,7 @@ struct AnsiCodePageForm : NumberForm<unsigned> {
 struct VariableName {
     static constexpr std::string_view kPlaceholder = "NAME";
     static constexpr std::string_view kMeaning = "variable's name";
+    static constexpr Tells kTells = Tells::OwnName;
     static std::string read(const std::string& name, const JsonView& value);
 };
 
@@ -39,28 +40,32 @@ struct VariableName {
 struct HostName {
     static constexpr std::string_view kPlaceholder = "NAME";
     static constexpr std::string_view kMeaning = "host's name as it is asked for";
+    static constexpr Tells kTells = Tells::HostName;
     static std::string read(const std::string& name, const JsonView& value) { return toCodePage(name, value); }
 };
 
 // An object of sections, each an object of entries.
-struct ProfileForm : OneValue {
+struct ProfileForm {
+    static constexpr bool kIsText = true;
     static void read(const JsonView& view, std::vector<ProfileEntry>& profile);
     static JsonView::Json write(const std::vector<ProfileEntry>& profile);
     static void tell(MemberText& member, MemberTexts&);
+    static void eachText(std::vector<ProfileEntry>& profile, const Told& told, const TextVisitor& visit);
+    static ToldAt at(PathBelow path, Tells tells);
 };
 
 template <>
 struct FormOf<std::vector<ProfileEntry>> : ProfileForm {};
 
 // "wsock32.dll" or "netapi32.dll!NetWkstaGetInfo".
-struct MissingNameForm : OneValue {
+struct MissingNameForm : KnownWords {
     static void read(const JsonView& view, std::string& name);
     static JsonView::Json write(const std::string& name) { return TextForm::write(name); }
     static void tell(MemberText& member, MemberTexts&);
 };
 
 // Errors of calls by name.
-struct CallErrorsForm : OneValue {
+struct CallErrorsForm : KnownWords {
     static void read(const JsonView& view, CallErrors& errors);
     static JsonView::Json write(const CallErrors& errors) { return errors; }
     static void tell(MemberText& member, MemberTexts&);

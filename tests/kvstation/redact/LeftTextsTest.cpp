@@ -124,6 +124,17 @@ TEST(LeftTexts, AreFoundWhereverOneCanStand) {
     EXPECT_THAT(leftOf(station, Redacting::Everything), IsEmpty());
 }
 
+// A variable may be called as what marks bytes, and an unknown member may be below any name.
+TEST(LeftTexts, AreNoWordsOfTheForm) {
+    const Station station = simwin::parseStation(
+        R"({"environment": {"hex": "Kran"}, "unknown": ["network.hosts", "network.hosts.Werft", "profile.Mole.Dock"]})",
+        "station.json");
+    EXPECT_THAT(leftOf(station), ElementsAre("hex | station.json /environment", "Kran | station.json /environment/hex",
+                                             "network.hosts.Werft | station.json /unknown/1",
+                                             "profile.Mole.Dock | station.json /unknown/2"));
+    EXPECT_THAT(leftOf(station, Redacting::Everything), IsEmpty());
+}
+
 TEST(LeftTexts, AreToldAsTheyAreNow) {
     Station station;
     station.user.name = "hinrichs";
