@@ -101,17 +101,19 @@ struct Text {
 
 class Redactor {
   public:
-    Redactor(const Station& station, Redacting extent)
-        : m_standIns(askedWords()), m_station(station), m_everything(extent == Redacting::Everything) {
-        if (m_everything)
+    Redactor(const Station& station, Redacting extent) : m_standIns(askedWords()), m_station(station) {
+        if (extent == Redacting::Everything)
             m_standIns.leaveNothing();
         collectTexts();
         // This order, and that of redact(), is the one in which chance makes the stand-ins.
         findFrom(Tells::Name, Tells::Name);
-        findFrom(Tells::HostName, Tells::PhysicalBytes);
+        findFrom(Tells::AddressBytes, Tells::PhysicalBytes);
         findInRegistry();
         findFrom(Tells::Words, Tells::Last);
-        findAbsent();
+        replaceAbsent([&](Tells tells, const std::string& name) {
+            findIn(tells, name);
+            return name;
+        });
     }
 
     Station redact() {
@@ -119,8 +121,7 @@ class Redactor {
         for (auto& [letter, drive] : m_station.drives)
             drive.serial = m_standIns.number(drive.serial);
         redactFrom(Tells::Key, Tells::Key);
-        for (simwin::MemberPath& path : m_station.absent)
-            redactMember(path);
+        replaceAbsent([&](Tells tells, const std::string& name) { return redacted(tells, name); });
         redactFrom(Tells::Unknown, Tells::Last);
         redactRegistry();
         return std::move(m_station);
@@ -152,13 +153,12 @@ class Redactor {
     void findIn(Tells tells, const std::string& text) {
         switch (tells) {
             case Tells::Name:
-            case Tells::HostName:
                 return m_standIns.addName(text);
             case Tells::AddressBytes:
                 return addAddressBytes(text);
             case Tells::Address:
                 return m_standIns.addAddress(text);
-            case Tells::HostOrAddress:
+            case Tells::Host:
                 if (!simwin::parseDotted(text))
                     m_standIns.addName(text);
                 return addAddresses(text);
@@ -240,30 +240,36 @@ class Redactor {
         });
     }
 
-    void findAbsent() {
-        for (const simwin::MemberPath& path : m_station.absent)
-            if (simwin::parseDotted(path.back()))
-                m_standIns.addAddress(path.back());
-            else if (path.size() > 1 && path[1] == "hosts")
-                m_standIns.addName(path.back());
+    // Puts what replace(tells, name) gives into the place of each name that is the station's own in what is told not to
+    // be there; such a member's own name stays, and so does what is not in the code page.
+    template <class Replace>
+    void replaceAbsent(Replace replace) {
+        for (simwin::MemberPath& path : m_station.absent)
+            for (std::size_t i = 0; i < path.size(); ++i) {
+                const Tells tells = simwin::toldAt(simwin::PathBelow(path).first(i)).names;
+                simwin::Utf8Error error{};
+                const std::optional<std::string> name = simwin::fromUtf8(path[i], error);
+                if (tells != Tells::Nothing && name)
+                    path[i] = simwin::toUtf8(replace(tells, *name));
+            }
     }
 
     std::string redacted(Tells tells, const std::string& text) {
         switch (tells) {
             case Tells::Name:
-            case Tells::HostName:
                 return m_standIns.whole(text);
             case Tells::AddressBytes:
                 return redactAddress(text);
             case Tells::Address:
                 return m_standIns.address(text);
-            case Tells::HostOrAddress:
+            case Tells::Host:
                 return simwin::parseDotted(text) ? m_standIns.address(text) : m_standIns.whole(text);
             case Tells::PhysicalBytes:
                 return m_standIns.physical(text);
             case Tells::Words:
             case Tells::Addresses:
             case Tells::OwnWords:
+            case Tells::OwnName:  // what the module asks for stays, as in every text
                 return m_standIns.inside(text);
             case Tells::Version:
                 return m_standIns.inside(text, TextPlace::Version);
@@ -273,8 +279,6 @@ class Redactor {
                 return redactPath(text);
             case Tells::Unknown:
                 return redactUnknown(text);
-            case Tells::OwnName:
-                return m_everything ? m_standIns.inside(text) : text;
             case Tells::Nothing:
             case Tells::Setting:
                 break;
@@ -294,18 +298,6 @@ class Redactor {
             return redactPath(unknown);
         const std::size_t name = simwin::ownNameIn(unknown);
         return unknown.substr(0, name) + m_standIns.inside(unknown.substr(name));
-    }
-
-    // The last name may be an address, a host or a file.
-    void redactMember(simwin::MemberPath& path) {
-        simwin::Utf8Error error{};
-        const std::optional<std::string> name = simwin::fromUtf8(path.back(), error);
-        if (!name)
-            return;
-        const bool isHost = path.size() > 1 && path[1] == "hosts";
-        path.back() = simwin::toUtf8(simwin::parseDotted(*name) ? m_standIns.address(*name)
-                                     : isHost                   ? m_standIns.whole(*name)
-                                                                : m_standIns.inside(*name));
     }
 
     std::string redactPath(const std::string& path) {
@@ -344,7 +336,6 @@ class Redactor {
 
     StandIns m_standIns;
     Station m_station;
-    bool m_everything;
     std::vector<Text> m_texts;  // of m_station, kind by kind
 };
 

@@ -25,10 +25,9 @@ namespace simwin {
 enum class Tells {
     Nothing,
     Name,           // a name as a whole
-    HostName,       // the same, of a computer in the network
     AddressBytes,   // an IPv4 address of 4 bytes, an IPv6 address of 16, or else a physical one
     Address,        // an IPv4 address with dots
-    HostOrAddress,  // a computer's name, or such an address in its place
+    Host,           // a name as a whole, or such an address in its place
     PhysicalBytes,  // a physical address
     Words,          // names and addresses among others
     Addresses,      // the same, addresses first of all

@@ -130,7 +130,7 @@ JsonView::Json officialName(const Host& host) {
 
 template <>
 constexpr Member<Host> kMembers<Host>[] = {
-    member<&Host::name>("name", Tells::HostName, "the official name; absent: NAME").writtenBy(officialName),
+    member<&Host::name>("name", Tells::Host, "the official name; absent: NAME").writtenBy(officialName),
     member<&Host::addressType>("addressType", "h_addrtype"),
     member<&Host::addresses, AddressListForm>("addresses", Tells::AddressBytes, "its addresses"),
 };
@@ -163,7 +163,7 @@ constexpr Member<StationNetwork> kMembers<StationNetwork>[] = {
     member<&StationNetwork::hostName>("hostName", Tells::Name, "gethostname; absent: it fails"),
     member<&StationNetwork::hosts, HostsForm>("hosts", "gethostbyname"),
     member<&StationNetwork::addresses, ReverseEntriesForm>(
-        "addresses", Tells::HostOrAddress,
+        "addresses", Tells::Host,
         "the name that gethostbyaddr and getnameinfo find; no entry: null and the address as text"),
     member<&StationNetwork::arp, ArpForm>(
         "arp", Tells::PhysicalBytes,

@@ -40,7 +40,7 @@ struct VariableName {
 struct HostName {
     static constexpr std::string_view kPlaceholder = "NAME";
     static constexpr std::string_view kMeaning = "host's name as it is asked for";
-    static constexpr Tells kTells = Tells::HostName;
+    static constexpr Tells kTells = Tells::Host;
     static std::string read(const std::string& name, const JsonView& value) { return toCodePage(name, value); }
 };
 

@@ -20,6 +20,7 @@
 #include "simwin/station/StationMembers.h"
 #include "simwin/station/StationReader.h"
 #include "simwin/station/StationWriter.h"
+#include "simwin/text/Address.h"
 #include "simwin/text/CodePage.h"
 #include "simwin/text/ReadError.h"
 #include "tests/kvstation/capture/BareWindows.h"
@@ -680,6 +681,48 @@ TEST(Redaction, LeavesNoServerAddressOrMailboxWhereverItStands) {
         secrets.push_back(writing);
     EXPECT_EQ(heldBy(station, secrets), secrets);
     EXPECT_THAT(heldBy(kvstation::redacted(station), secrets), testing::IsEmpty());
+}
+
+// Whatever is told below them; the members of the form keep their names, or nothing would be known not to be there.
+TEST(Redaction, LeavesNoNameInWhatIsToldNotToBeThere) {
+    const Station station = simwin::parseStation(R"({
+        "computerName": "session", "user": {"name": "zornig", "network": null}, "session": null, "vcdVersion": null,
+        "environment": {"ZORNIG_HOME": null}, "drives": {"D": {"label": null}},
+        "files": {"C:\\zornig\\a.exe": {"version": null}}, "profile": {"zornig": {"zornig.device": null}},
+        "network": {"hosts": {"zornpc": {"name": null, "addresses": ["10.7.7.7"]}, "10.7.7.7": null},
+                    "arp": {"10.7.7.8": null}}})",
+                                                 "station.json");
+    const std::vector<std::string> secrets = {"zornig", "zornpc", "10.7.7.7", "10.7.7.8"};
+    EXPECT_EQ(heldBy(station, secrets), secrets);
+    for (const auto extent : {kvstation::Redacting::Names, kvstation::Redacting::Everything}) {
+        const Station made = kvstation::redacted(station, extent);
+        EXPECT_THAT(heldBy(made, secrets), testing::IsEmpty());
+        for (const simwin::MemberPath& path : std::vector<simwin::MemberPath>{
+                 {"user", "network"}, {"session"}, {"vcdVersion"}, {"drives", "D", "label"}})
+            EXPECT_THAT(made.absent, testing::Contains(path));
+        // What stands below a name is below the same one.
+        EXPECT_EQ(simwin::parseStation(simwin::writeStation(made), "again").network.hosts.size(), 1U);
+    }
+}
+
+TEST(Redaction, LeavesNoNameInTheNamesOfVariablesAndEntries) {
+    Station station = workstation();
+    station.user.name = "zornig";
+    station.environment = {{"ZORNIG_HOME", "x"}, {"KVUser", "x"}};
+    station.profile = {{"of zornig", "zornig", "x"}};
+    const Station made = kvstation::redacted(station);
+    EXPECT_THAT(heldBy(made, {"zornig"}), testing::IsEmpty());
+    EXPECT_EQ(made.environment[1].name, "KVUser");
+}
+
+TEST(Redaction, GivesAHostThatIsAskedForByItsAddressThatOfTheAddress) {
+    Station station = workstation();
+    station.network.hosts = {{"10.7.7.7", "10.7.7.7", 2, {std::string("\x0A\7\7\7")}}};
+    const Station made = kvstation::redacted(station);
+    const simwin::Host& host = made.network.hosts[0];
+    EXPECT_NE(host.hostName, "10.7.7.7");
+    EXPECT_EQ(host.hostName, simwin::dotted(host.addresses[0]));
+    EXPECT_EQ(host.name, host.hostName);
 }
 
 TEST(Redaction, LeavesVersionsThatLookLikeAddresses) {

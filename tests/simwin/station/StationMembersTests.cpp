@@ -118,10 +118,9 @@ TEST(StationMembers, SayWhichTextsTellWhoseTheStationIs) {
     EXPECT_THAT(textsThat(Tells::Words, station), testing::ElementsAre("of Jo", "JO", "NTFS"));
     EXPECT_THAT(textsThat(Tells::Version, station), testing::ElementsAre("Service Pack 3"));
     EXPECT_THAT(textsThat(Tells::Addresses, station), testing::ElementsAre("10.0.0.5"));
-    EXPECT_THAT(textsThat(Tells::HostName, station), testing::ElementsAre("h.lab", "h"));
+    EXPECT_THAT(textsThat(Tells::Host, station), testing::ElementsAre("h.lab", "h", "pc.lab"));
     EXPECT_THAT(textsThat(Tells::AddressBytes, station), testing::ElementsAre("ABCD"));
     EXPECT_THAT(textsThat(Tells::Address, station), testing::ElementsAre("10.0.0.6", "10.0.0.7"));
-    EXPECT_THAT(textsThat(Tells::HostOrAddress, station), testing::ElementsAre("pc.lab"));
     EXPECT_THAT(textsThat(Tells::PhysicalBytes, station), testing::ElementsAre("abc", "abcdef"));
     EXPECT_THAT(textsThat(Tells::Setting, station), testing::ElementsAre("jo"));
     EXPECT_THAT(textsThat(Tells::OwnWords, station), testing::ElementsAre("C:\\jo.exe", "value"));
@@ -188,9 +187,9 @@ TEST(StationMembers, AreKnownByTheirPlaceAsWhatTheyAreVisitedAs) {
                 }
         }
     // All but addresses and bytes.
-    EXPECT_THAT(known, testing::ElementsAre(Tells::Name, Tells::HostName, Tells::HostOrAddress, Tells::Words,
-                                            Tells::Addresses, Tells::Version, Tells::Setting, Tells::OwnWords,
-                                            Tells::Key, Tells::Unknown, Tells::OwnName));
+    EXPECT_THAT(known,
+                testing::ElementsAre(Tells::Name, Tells::Host, Tells::Words, Tells::Addresses, Tells::Version,
+                                     Tells::Setting, Tells::OwnWords, Tells::Key, Tells::Unknown, Tells::OwnName));
 }
 
 TEST(StationMembers, HaveNamesOfTheStationsOwnInPathsWithDots) {
