@@ -30,11 +30,6 @@ TextPlace placeOf(Tells tells, std::string_view name) {
     return tells == Tells::Version || tells == Tells::VersionBytes ? TextPlace::Version : TextPlace::Anywhere;
 }
 
-// How much of a text is the form's own: of an unknown member's path what leads to the name of a variable or a file.
-std::size_t formPartOf(std::string_view text, Tells tells) {
-    return tells == Tells::Unknown && !simwin::splitHive(text) ? simwin::ownNameIn(text) : 0;
-}
-
 bool holdsLeftWordOf(PageTextView before, PageTextView after, TextPlace place) {
     for (std::size_t i = 0; i < before.size();) {
         if (!isWordCharacter(before[i])) {
@@ -63,6 +58,30 @@ bool holdsLeftWord(PageTextView before, PageTextView after, TextPlace place) {
     return false;
 }
 
+bool holdsLeftWord(std::string_view before, std::string_view after, TextPlace place) {
+    return holdsLeftWord(pageText(before), pageText(after), place);
+}
+
+// The same of a key's path, whose names keep their lengths.
+bool holdsLeftKeyName(std::string_view before, std::string_view after) {
+    bool holds = false;
+    eachKeyName(before, [&](std::string_view name, TextPlace place) {
+        const auto start = static_cast<std::size_t>(name.data() - before.data());
+        const std::string_view made = after.substr(std::min(start, after.size()), name.size());
+        holds = holds || holdsLeftWord(name, made, place);
+    });
+    return holds;
+}
+
+// Whether something is left of a text of that kind, which stands under that name.
+bool isLeft(std::string_view before, std::string_view after, Tells tells, std::string_view name) {
+    if (tells == Tells::Key || (tells == Tells::Unknown && simwin::splitHive(before)))
+        return holdsLeftKeyName(before, after);
+    // Of an unknown member's path the form's own is what leads to the name of a variable or a file.
+    const std::size_t own = tells == Tells::Unknown ? simwin::ownNameIn(before) : 0;
+    return holdsLeftWord(before.substr(own), after.substr(own), placeOf(tells, name));
+}
+
 class LeftTextFinder {
   public:
     std::vector<LeftText> texts() && { return std::move(m_texts); }
@@ -75,7 +94,8 @@ class LeftTextFinder {
             visitMembers(before, after, told.names != Tells::Nothing, path);
     }
 
-    void visit(const RegistryTree& before, KeyId key, const RegistryTree& after, KeyId made) {
+    // The place is that of the names of the keys below.
+    void visit(const RegistryTree& before, KeyId key, const RegistryTree& after, KeyId made, TextPlace keysPlace) {
         const std::string place = "registry.reg [" + simwin::toUtf8(after.path(made)) + "]";
         const auto& values = before.values(key);
         const auto& madeValues = after.values(made);
@@ -88,8 +108,8 @@ class LeftTextFinder {
         const auto& keys = before.subKeys(key);
         const auto& madeKeys = after.subKeys(made);
         for (std::size_t i = 0; i < std::min(keys.size(), madeKeys.size()); ++i) {
-            compare(before.name(keys[i]), after.name(madeKeys[i]), place);
-            visit(before, keys[i], after, madeKeys[i]);
+            compare(before.name(keys[i]), after.name(madeKeys[i]), place, keysPlace);
+            visit(before, keys[i], after, madeKeys[i], placeBelow(before.name(keys[i]), keysPlace));
         }
     }
 
@@ -109,11 +129,13 @@ class LeftTextFinder {
     }
 
     void compareAt(const Json& before, const Json& after, Tells tells, const MemberPath& path) {
-        const TextPlace kind = placeOf(tells, path.back());
-        if (before.is_string() && after.is_string())
-            compare(bytesOf(before), bytesOf(after), placeAt(path), kind, formPartOf(bytesOf(before), tells));
-        else if (isHex(before) && isHex(after))
-            compareBytes(bytesOfHex(before), bytesOfHex(after), tells != Tells::VersionBytes, placeAt(path), kind);
+        if (before.is_string() && after.is_string()) {
+            if (isLeft(bytesOf(before), bytesOf(after), tells, path.back()))
+                note(bytesOf(after), placeAt(path));
+        } else if (isHex(before) && isHex(after)) {
+            compareBytes(bytesOfHex(before), bytesOfHex(after), tells != Tells::VersionBytes, placeAt(path),
+                         placeOf(tells, path.back()));
+        }
     }
 
     void visitMembers(const Json& before, const Json& after, bool namesAreTexts, MemberPath path) {
@@ -147,14 +169,16 @@ class LeftTextFinder {
             compare(one.text, textAt(after, one), place, kind);
     }
 
-    // From `begin` on they are the station's own.
     void compare(std::string_view before, std::string_view after, const std::string& place,
-                 TextPlace kind = TextPlace::Anywhere, std::size_t begin = 0) {
-        if (!holdsLeftWord(pageText(before.substr(begin)), pageText(after.substr(begin)), kind))
-            return;
-        const auto [known, isNew] = m_known.emplace(simwin::lowerCase(after), m_texts.size());
+                 TextPlace kind = TextPlace::Anywhere) {
+        if (holdsLeftWord(before, after, kind))
+            note(after, place);
+    }
+
+    void note(std::string_view text, const std::string& place) {
+        const auto [known, isNew] = m_known.emplace(simwin::lowerCase(text), m_texts.size());
         if (isNew)
-            m_texts.push_back({simwin::toUtf8(after), place, 0});
+            m_texts.push_back({simwin::toUtf8(text), place, 0});
         else
             ++m_texts[known->second].others;
     }
@@ -177,7 +201,8 @@ std::vector<LeftText> leftTexts(const simwin::Station& station, const simwin::St
     LeftTextFinder finder;
     finder.visit(simwin::stationJson(station), simwin::stationJson(redacted), {});
     for (const simwin::Hive hive : simwin::kOwnHives)
-        finder.visit(station.registry, station.registry.root(hive), redacted.registry, redacted.registry.root(hive));
+        finder.visit(station.registry, station.registry.root(hive), redacted.registry, redacted.registry.root(hive),
+                     TextPlace::Anywhere);
     return std::move(finder).texts();
 }
 

@@ -1,6 +1,7 @@
 #include "kvstation/redact/Redaction.h"
 
 #include <algorithm>
+#include <optional>
 #include <string_view>
 
 #include "kvstation/redact/BinaryTexts.h"
@@ -66,22 +67,6 @@ void eachKey(const RegistryTree& tree, Visit visit) {
         eachKey(tree, tree.root(hive), visit);
 }
 
-// Calls replace(text, place) for the names of a key's path, which take the place of the old ones. The hive's stays.
-template <class Replace>
-std::string replacePath(std::string_view path, Replace replace) {
-    std::string made;
-    auto place = TextPlace::Anywhere;
-    for (std::size_t from = 0; from <= path.size();) {
-        const std::size_t end = std::min(simwin::findCharacter(path, '\\', from), path.size());
-        const std::string_view name = path.substr(from, end - from);
-        made += from == 0 ? std::string(name) : "\\" + replace(name, place);
-        if (simwin::equalNoCase(name, kKeyOfVersions))
-            place = TextPlace::Version;
-        from = end + 1;
-    }
-    return made;
-}
-
 // What a variable of that name tells. "Console" is what Windows calls the session at the machine itself: nobody's name,
 // and it tells why a station passes for a session.
 Tells tellsOf(std::string_view variable, std::string_view value) {
@@ -90,6 +75,12 @@ Tells tellsOf(std::string_view variable, std::string_view value) {
     if (isAmong(kAddressVariables, variable))
         return Tells::Addresses;
     return placeIn(variable) == TextPlace::Version ? Tells::Version : Tells::Words;
+}
+
+// A UTF-8 text in the code page in force, which the names that are looked for are in; none where it has not all of it.
+std::optional<std::string> inPage(const std::string& utf8) {
+    std::string bytes = simwin::fromUtf8Leniently(utf8);
+    return simwin::toUtf8(bytes) == utf8 ? std::optional(std::move(bytes)) : std::nullopt;
 }
 
 // A text of station.json.
@@ -109,7 +100,7 @@ class Redactor {
         findFrom(Tells::Name, Tells::Name);
         findFrom(Tells::AddressBytes, Tells::PhysicalBytes);
         findInRegistry();
-        findFrom(Tells::Words, Tells::Last);
+        findFrom(Tells::Utf8Words, Tells::Last);
         replaceAbsent([&](Tells tells, const std::string& name) {
             findIn(tells, name);
             return name;
@@ -167,6 +158,8 @@ class Redactor {
             case Tells::Addresses:
                 addAddresses(text);
                 return m_standIns.learn(text);
+            case Tells::Utf8Words:
+                return m_standIns.learn(inPage(text).value_or(text));
             case Tells::Words:
             case Tells::OwnWords:
                 return m_standIns.learn(text);
@@ -234,10 +227,7 @@ class Redactor {
     }
 
     void learnPath(const std::string& path) {
-        replacePath(path, [&](std::string_view name, TextPlace place) {
-            m_standIns.learn(name, place);
-            return std::string();
-        });
+        eachKeyName(path, [&](std::string_view name, TextPlace place) { m_standIns.learn(name, place); });
     }
 
     // Puts what replace(tells, name) gives into the place of each name that is the station's own in what is told not to
@@ -266,6 +256,8 @@ class Redactor {
                 return simwin::parseDotted(text) ? m_standIns.address(text) : m_standIns.whole(text);
             case Tells::PhysicalBytes:
                 return m_standIns.physical(text);
+            case Tells::Utf8Words:
+                return redactUtf8(text);
             case Tells::Words:
             case Tells::Addresses:
             case Tells::OwnWords:
@@ -286,6 +278,11 @@ class Redactor {
         return text;
     }
 
+    std::string redactUtf8(const std::string& text) {
+        const std::optional<std::string> bytes = inPage(text);
+        return bytes ? simwin::toUtf8(m_standIns.inside(*bytes)) : m_standIns.inside(text);
+    }
+
     std::string redactAddress(const std::string& bytes) {
         if (bytes.size() == kIPv4Size)
             return *simwin::parseDotted(m_standIns.address(simwin::dotted(bytes)));
@@ -300,9 +297,12 @@ class Redactor {
         return unknown.substr(0, name) + m_standIns.inside(unknown.substr(name));
     }
 
+    // The hive's name stays.
     std::string redactPath(const std::string& path) {
-        return replacePath(path,
-                           [&](std::string_view name, TextPlace place) { return m_standIns.inside(name, place); });
+        std::string made = path.substr(0, simwin::findCharacter(path, '\\'));
+        eachKeyName(path,
+                    [&](std::string_view name, TextPlace place) { made += "\\" + m_standIns.inside(name, place); });
+        return made;
     }
 
     std::string redactBytes(const RegistryValue& value) {

@@ -1,6 +1,7 @@
 // What the place of a text tells of the numbers in it.
 #pragma once
 
+#include <functional>
 #include <string_view>
 
 namespace kvstation {
@@ -12,7 +13,12 @@ enum class TextPlace { Anywhere, Version };
 
 // Of what a registry value or a variable of that name holds.
 TextPlace placeIn(std::string_view name);
-// Below this key the names of keys are versions.
-inline constexpr std::string_view kKeyOfVersions = "Netscape";
+
+// Of the names of the keys below one that is called so and has that place itself.
+TextPlace placeBelow(std::string_view key, TextPlace place);
+
+// Visits the names in a key's full path but the hive's, each with its place.
+using KeyNameVisitor = std::function<void(std::string_view name, TextPlace place)>;
+void eachKeyName(std::string_view path, const KeyNameVisitor& visit);
 
 }  // namespace kvstation

@@ -29,7 +29,8 @@ enum class Tells {
     Address,        // an IPv4 address with dots
     Host,           // a name as a whole, or such an address in its place
     PhysicalBytes,  // a physical address
-    Words,          // names and addresses among others
+    Utf8Words,      // names and addresses among others, in UTF-8
+    Words,          // the same in the code page, as all that follows
     Addresses,      // the same, addresses first of all
     Version,        // the same, and numbers that may look like an address
     Setting,        // any of these, by the name before it

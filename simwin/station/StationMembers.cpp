@@ -220,7 +220,7 @@ using VariablesForm = Named<&Variable::name, VariableName, Only<&Variable::value
 
 template <>
 constexpr Member<Station> kMembers<Station>[] = {
-    member<&Station::description, Utf8Form>("description", Tells::Words, "one line: what machine this is"),
+    member<&Station::description, Utf8Form>("description", Tells::Utf8Words, "one line: what machine this is"),
     member<&Station::collected>("collected",
                                 "of a captured station. One that was written by hand or imported from a "
                                 "disk has none"),

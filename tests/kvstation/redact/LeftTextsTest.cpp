@@ -135,6 +135,19 @@ TEST(LeftTexts, AreNoWordsOfTheForm) {
     EXPECT_THAT(leftOf(station, Redacting::Everything), IsEmpty());
 }
 
+// The module shows what Netscape's keys are called as its versions, which a redaction leaves.
+TEST(LeftTexts, AreNoVersionsThatKeysAreCalledBy) {
+    Station station;
+    station.registry.create("HKEY_LOCAL_MACHINE\\Software\\Netscape\\8.1 47110");
+    station.registry.create("HKEY_LOCAL_MACHINE\\Software\\Windows\\8.1 47111");
+    station.deniedKeys = {"HKEY_LOCAL_MACHINE\\Software\\Netscape\\8.1 47110",
+                          "HKEY_LOCAL_MACHINE\\Software\\Windows\\8.1 47111"};
+    EXPECT_THAT(leftOf(station),
+                ElementsAre("HKEY_LOCAL_MACHINE\\Software\\Windows\\8.1 47111 | station.json /deniedKeys/1",
+                            "8.1 47111 | registry.reg [HKEY_LOCAL_MACHINE\\Software\\Windows]"));
+    EXPECT_THAT(leftOf(station, Redacting::Everything), IsEmpty());
+}
+
 TEST(LeftTexts, AreToldAsTheyAreNow) {
     Station station;
     station.user.name = "hinrichs";

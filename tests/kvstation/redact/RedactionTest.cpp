@@ -715,6 +715,19 @@ TEST(Redaction, LeavesNoNameInTheNamesOfVariablesAndEntries) {
     EXPECT_EQ(made.environment[1].name, "KVUser");
 }
 
+// The description alone is UTF-8. What the code page has no letters for is replaced where it is known by ASCII alone.
+TEST(Redaction, LeavesNoNameInTheDescription) {
+    Station station = workstation();
+    station.user.name = "M\xFCller";
+    station.computerName = "ZORNPC";
+    station.description = "M\xC3\xBCller's ZORNPC";
+    EXPECT_THAT(heldBy(kvstation::redacted(station), {"M\xC3\xBCller", "M\xFCller", "ZORNPC"}), testing::IsEmpty());
+    station.description = "\xE6\xA9\x9F ZORNPC";
+    const Station made = kvstation::redacted(station);
+    EXPECT_THAT(heldBy(made, {"ZORNPC"}), testing::IsEmpty());
+    EXPECT_THAT(made.description, testing::StartsWith("\xE6\xA9\x9F "));
+}
+
 TEST(Redaction, GivesAHostThatIsAskedForByItsAddressThatOfTheAddress) {
     Station station = workstation();
     station.network.hosts = {{"10.7.7.7", "10.7.7.7", 2, {std::string("\x0A\7\7\7")}}};
