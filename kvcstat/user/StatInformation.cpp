@@ -1,6 +1,7 @@
 #include "kvcstat/user/StatInformation.h"
 
 #include <cstdlib>
+#include <iterator>
 
 #include "kvcstat/common/Handles.h"
 #include "kvcstat/common/StatGlobal.h"
@@ -9,44 +10,27 @@
 
 namespace {
 
-// What "KVStationType" asks for, by its numbers.
+// What "KVStationType" asks for, by its numbers, and what is tried then, in this order. The client name (0, so that it
+// also fills the rows) is everyone's last choice, and the only one of any other number.
 enum StationType { kClientName = 0, kDnsName = 1, kIPAddress = 2, kMACAddress = 3 };
-constexpr int kTypes = kMACAddress + 1;
+struct StationName {
+    CString (*of)(const CNetworkInformation& network);
+    StationType tried[4];
+};
+constexpr StationName kStationNames[] = {
+    {[](const CNetworkInformation& network) { return network.m_cClientName; }, {kClientName}},
+    {[](const CNetworkInformation& network) { return network.m_cDnsName; },
+     {kDnsName, kIPAddress, kMACAddress, kClientName}},
+    {[](const CNetworkInformation& network) { return network.FirstAddress(network.m_cIPAddress); },
+     {kIPAddress, kMACAddress, kClientName}},
+    {[](const CNetworkInformation& network) { return network.m_cMACAddress; }, {kMACAddress, kIPAddress, kClientName}},
+};
+
 constexpr int kNoName = -1;
 
-CString NameOf(StationType type, const CNetworkInformation& network) {
-    switch (type) {
-        case kDnsName:
-            return network.m_cDnsName;
-        case kIPAddress:
-            return network.FirstAddress(network.m_cIPAddress);
-        case kMACAddress:
-            return network.m_cMACAddress;
-        case kClientName:
-            break;
-    }
-    return network.m_cClientName;
-}
-
-// For each type that is asked for, what is tried, in this order. The client name (0, so that it also fills the rows) is
-// everyone's last choice, and the only one of a type that is not listed.
-struct Preference {
-    int asked;
-    StationType tried[kTypes];
-};
-constexpr Preference kPreferences[] = {
-    {kDnsName, {kDnsName, kIPAddress, kMACAddress, kClientName}},
-    {kIPAddress, {kIPAddress, kMACAddress, kClientName}},
-    {kMACAddress, {kMACAddress, kIPAddress, kClientName}},
-};
-constexpr StationType kClientNameOnly[kTypes] = {kClientName};
-
-const StationType (&TypesToTry(int asked))[kTypes] {
-    for (const Preference& preference : kPreferences) {
-        if (preference.asked == asked)
-            return preference.tried;
-    }
-    return kClientNameOnly;
+const StationName& StationNameOf(int asked) {
+    const bool isKnown = static_cast<std::size_t>(asked) < std::size(kStationNames);
+    return kStationNames[isKnown ? asked : int{kClientName}];
 }
 
 using GetVCDVersionFunction = int (*)();
@@ -68,11 +52,11 @@ int CStatInformation::Collect(CNetworkInformation& network) {
     if (!clientIP.IsEmpty())
         network.m_cIPAddress = clientIP;
 
-    const auto& typesToTry = TypesToTry(network.m_nStationType);
+    const StationName& asked = StationNameOf(network.m_nStationType);
     network.m_nStationType = kNoName;
     m_cStation.LoadString(IDS_UNKNOWN_NAME);
-    for (const StationType tried : typesToTry) {
-        const CString name = NameOf(tried, network);
+    for (const StationType tried : asked.tried) {
+        const CString name = kStationNames[tried].of(network);
         if (!name.IsEmpty()) {
             network.m_nStationType = tried;
             m_cStation = name;
