@@ -1,6 +1,7 @@
 // Processors, memory, keyboard, and the code page of the console.
 #include <algorithm>
 #include <array>
+#include <iterator>
 
 #include "framework/Windows.h"
 #include "kvstation/calls/CallFacts.h"
@@ -83,19 +84,23 @@ void keepMemory(StationDraft& draft, const ObservedCall& call) {
     draft.station.memory = memoryIn(call);
 }
 
-bool asksForType(const ObservedCall& call) {
-    return numberAt(call, 0) == 0;
+// Null for a question that every keyboard answers with 0.
+const simwin::KeyboardNumber* keyboardNumberOf(const ObservedCall& call) {
+    const std::uint64_t asked = numberAt(call, 0);
+    return asked < std::size(simwin::kKeyboardNumbers) ? &simwin::kKeyboardNumbers[asked] : nullptr;
 }
 
 Place placeOfKeyboard(const ObservedCall& call) {
-    return memberPlace({"keyboard", asksForType(call) ? "type" : "subType"});
+    const simwin::KeyboardNumber* number = keyboardNumberOf(call);
+    return number != nullptr ? memberPlace({"keyboard", number->name}) : memberPlace({"keyboard"});
 }
 
 void keepKeyboard(StationDraft& draft, const ObservedCall& call) {
+    const simwin::KeyboardNumber* number = keyboardNumberOf(call);
     if (!draft.station.keyboard)
         draft.station.keyboard.emplace();
-    simwin::Keyboard& keyboard = *draft.station.keyboard;
-    (asksForType(call) ? keyboard.type : keyboard.subType) = static_cast<int>(simwin::numberOf(call.result));
+    if (number != nullptr)
+        (*draft.station.keyboard).*number->number = static_cast<int>(simwin::numberOf(call.result));
 }
 
 }  // namespace

@@ -1,4 +1,5 @@
 #include <cstring>
+#include <iterator>
 
 #include "simwin/calls/Calls.h"
 #include "simwin/machine/Call.h"
@@ -96,7 +97,8 @@ int WINAPI sim_GetKeyboardType(int kind) {
         "GetKeyboardType", failsWithZero(ERROR_INVALID_PARAMETER),
         [&](Machine& machine) -> int {
             const Keyboard keyboard = machine.station().keyboard.value_or(Keyboard{});
-            return kind == 0 ? keyboard.type : kind == 1 ? keyboard.subType : 0;
+            const auto asked = static_cast<std::size_t>(kind);
+            return asked < std::size(kKeyboardNumbers) ? keyboard.*kKeyboardNumbers[asked].number : 0;
         },
         Value{kind});
 }

@@ -39,6 +39,12 @@ struct Keyboard {
     int type = 0;
     int subType = 0;
 };
+// By what GetKeyboardType is asked with; a name is the member's in station.json.
+struct KeyboardNumber {
+    const char* name;
+    int Keyboard::*number;
+};
+inline constexpr KeyboardNumber kKeyboardNumbers[] = {{"type", &Keyboard::type}, {"subType", &Keyboard::subType}};
 
 struct User {
     OptionalText name;
