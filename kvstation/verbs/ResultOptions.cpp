@@ -8,7 +8,6 @@
 #include "kvstation/platform/Output.h"
 #include "kvstation/report/HtmlView.h"
 #include "kvstation/report/JsonView.h"
-#include "kvstation/report/TextView.h"
 #include "kvstation/text/Similar.h"
 #include "kvstation/text/VisibleText.h"
 
@@ -31,7 +30,10 @@ std::string view(const Report& report, const ResultOptions& options) {
         return jsonView(report);
     if (!options.fields.empty())
         return fieldView(report.record, askedFields(options), terminal);
-    return textView(report, {.all = options.all, .colours = terminal.hasColours, .width = terminal.width});
+    TextOptions text = options.text;
+    text.colours = terminal.hasColours;
+    text.width = terminal.width;
+    return textView(report, text);
 }
 
 std::string rawBytes(const Report& report, const std::string& path) {
@@ -47,7 +49,7 @@ std::vector<NewFile> results(const Report& report, const ResultOptions& options)
         files.push_back({options.html, htmlView(report)});
     if (!options.raw.empty())
         files.push_back({options.raw, rawBytes(report, options.raw)});
-    if (options.json || options.all || !options.fields.empty() || files.empty())
+    if (options.json || options.text != TextOptions() || !options.fields.empty() || files.empty())
         files.push_back({kStandardOutputName, view(report, options)});
     return files;
 }
@@ -65,7 +67,7 @@ void addResultOptions(CLI::App& command, ResultOptions& options) {
     CLI::Option* field =
         command.add_option("--field", options.fields, "Print the value of this field, for scripts; may be repeated");
     field->type_name("FIELD")->allow_extra_args(false)->excludes(json)->check(checkFieldName);
-    CLI::Option* all = command.add_flag("--all", options.all, "Print the empty fields too");
+    CLI::Option* all = command.add_flag("--all", options.text.all, "Print the empty fields too");
     all->excludes(json)->excludes(field);
     command.add_option("--html", options.html, "Write a page to FILE, - for standard output")
         ->type_name("FILE")

@@ -7,6 +7,7 @@
 
 #include "kvstation/platform/Files.h"
 #include "kvstation/report/Report.h"
+#include "kvstation/report/TextView.h"
 
 namespace CLI {
 class App;
@@ -15,7 +16,7 @@ class App;
 namespace kvstation {
 
 struct ResultOptions {
-    bool all = false;
+    TextOptions text;  // without what the terminal decides
     bool json = false;
     std::vector<std::string> fields;
     std::string html;  // file names, "-" for standard output; empty: not asked for

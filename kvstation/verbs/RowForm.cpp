@@ -31,51 +31,42 @@ struct RowFormKind {
 
 namespace {
 
-// Rows that are text when they are encoded.
+// Rows that are text when they are encoded, behind a header.
 class TextForm : public RowForm {
   public:
+    using Encode = std::function<std::string(const StationRow&)>;
+
+    explicit TextForm(Encode encode, std::string header = {})
+        : m_encode(std::move(encode)), m_header(std::move(header)) {}
+
+    std::string encode(const StationRow& row) override { return m_encode(row); }
+    void begin() override { m_output.add(m_header); }
     void take(std::string_view encoded) override { m_output.add(encoded); }
     void finish() override { m_output.flush(); }
 
-  protected:
+  private:
+    Encode m_encode;
+    std::string m_header;
     ResultBuffer m_output;
 };
 
+std::unique_ptr<RowForm> makeJson(const FieldList& fields, const std::string&) {
+    const auto writer = std::make_shared<RowJsonWriter>(fields);
+    return std::make_unique<TextForm>([writer](const StationRow& row) { return writer->line(row); });
+}
+
+std::unique_ptr<RowForm> makeCsv(const FieldList& fields, const std::string&) {
+    return std::make_unique<TextForm>([fields](const StationRow& row) { return csvLine(row, fields); },
+                                      csvHeader(fields));
+}
+
 // Each record as it is shown by itself, below its name.
-class ViewForm : public TextForm {
-  public:
-    explicit ViewForm(bool all) : m_all(all) {}
+std::unique_ptr<RowForm> makeViews(const TextOptions& options) {
+    return std::make_unique<TextForm>(
+        [options](const StationRow& row) { return visible(row.name) + ":\n" + textView(row.report, options) + "\n"; });
+}
 
-    std::string encode(const StationRow& row) override {
-        return visible(row.name) + ":\n" + textView(row.report, {.all = m_all}) + "\n";
-    }
-
-  private:
-    bool m_all;
-};
-
-class JsonForm : public TextForm {
-  public:
-    explicit JsonForm(FieldList fields) : m_writer(std::move(fields)) {}
-
-    std::string encode(const StationRow& row) override { return m_writer.line(row); }
-
-  private:
-    RowJsonWriter m_writer;
-};
-
-class CsvForm : public TextForm {
-  public:
-    explicit CsvForm(FieldList fields) : m_fields(std::move(fields)) {}
-
-    std::string encode(const StationRow& row) override { return csvLine(row, m_fields); }
-    void begin() override { m_output.add(csvHeader(m_fields)); }
-
-  private:
-    FieldList m_fields;
-};
-
-class TableForm : public TextForm {
+class TableForm : public RowForm {
   public:
     explicit TableForm(FieldList fields) : m_fields(std::move(fields)), m_table(m_fields) {}
 
@@ -99,6 +90,7 @@ class TableForm : public TextForm {
   private:
     FieldList m_fields;
     TableWriter m_table;
+    ResultBuffer m_output;
 };
 
 #ifdef _WIN32
@@ -130,14 +122,9 @@ std::unique_ptr<RowForm> makeDatabase(const FieldList&, const std::string& file)
 }
 #endif
 
-template <class Form>
-std::unique_ptr<RowForm> makePrinted(const FieldList& fields, const std::string&) {
-    return std::make_unique<Form>(fields);
-}
-
 constexpr RowFormKind kForms[] = {
-    {"--ndjson", "Print a JSON object a line for each record", makePrinted<JsonForm>},
-    {"--csv", "Print a table as comma-separated values, with a header", makePrinted<CsvForm>},
+    {"--ndjson", "Print a JSON object a line for each record", makeJson},
+    {"--csv", "Print a table as comma-separated values, with a header", makeCsv},
     {"--sqlite",
      "Write the records into the table \"stations\" of the SQLite file FILE, in the place of those of the same names "
      "(native tool)",
@@ -191,7 +178,7 @@ std::unique_ptr<RowForm> rowForm(const RowOptions& rows, const ResultOptions& re
         return rows.form->make(asked.empty() ? allFields() : asked, rows.file);
     if (!asked.empty())
         return std::make_unique<TableForm>(asked);
-    return std::make_unique<ViewForm>(result.all);
+    return makeViews(result.text);
 }
 
 void giveOutRow(const StationRow& row, const RowOptions& rows, const ResultOptions& result) {

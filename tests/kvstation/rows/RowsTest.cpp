@@ -261,6 +261,10 @@ TEST(RowForms, AreThoseOfTheDocument) {
     const std::string document = readFile(KV_FLEET_DOCUMENT, 1024 * 1024);
     for (const CLI::Option* form : addRowOptions(command, options))
         EXPECT_THAT(document, HasSubstr("\n| `" + form->get_name())) << "the table of forms tells of it";
+    std::string columns;
+    for (const AboutColumn& column : kAboutRow)
+        columns += "`" + std::string(column.name) + "`, ";
+    EXPECT_THAT(document, HasSubstr(columns + "and the fields"));
 }
 
 }  // namespace
