@@ -16,7 +16,7 @@ namespace {
 
 std::vector<Verb> addVerbs(CLI::App& tool) {
     return {
-#define KV_VERB(word, add) add(tool),
+#define KV_VERB(add) add(tool),
 #include "kvstation/verbs/Verbs.inc"
     };
 }

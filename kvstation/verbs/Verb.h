@@ -17,7 +17,7 @@ struct Verb {
     std::function<int()> run;  // gives the exit status; throws Failure or WrongUse
 };
 
-#define KV_VERB(word, add) Verb add(CLI::App& tool);
+#define KV_VERB(add) Verb add(CLI::App& tool);
 #include "kvstation/verbs/Verbs.inc"
 
 }  // namespace kvstation

@@ -51,12 +51,12 @@ TEST_F(Program, HelpHasAnExampleOfEachVerb) {
     EXPECT_EQ(help.status, 0);
     EXPECT_EQ(help.errors, "");
     const auto isExample = [](const std::string& line) { return line.starts_with("  kvstation "); };
-    EXPECT_EQ(std::ranges::count_if(linesOf(help.output), isExample), std::ssize(kVerbs));
-    for (const char* verb : kVerbs) {
-        EXPECT_THAT(help.output, HasSubstr(std::string("\n  kvstation ") + verb));
+    EXPECT_EQ(std::ranges::count_if(linesOf(help.output), isExample), std::ssize(allVerbs()));
+    for (const std::string& verb : allVerbs()) {
+        EXPECT_THAT(help.output, HasSubstr("\n  kvstation " + verb));
         const ProgramRun own = run({verb, "--help"});
         EXPECT_EQ(own.status, 0);
-        EXPECT_THAT(own.output, HasSubstr(std::string("Example:\n  kvstation ") + verb));
+        EXPECT_THAT(own.output, HasSubstr("Example:\n  kvstation " + verb));
     }
 }
 

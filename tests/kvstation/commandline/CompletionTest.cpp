@@ -128,11 +128,11 @@ TEST_P(Completion, OffersWhatBelongsThere) {
 
 TEST_P(Completion, OffersEachVerbAndItsOptions) {
     std::string lines = "kvstation \n";
-    for (const std::string verb : kVerbs)
+    for (const std::string& verb : allVerbs())
         lines += "kvstation " + verb + " --\n";
     auto answers = ask(lines);
-    EXPECT_THAT(answers["kvstation "], IsSupersetOf(kVerbs));
-    for (const std::string verb : kVerbs) {
+    EXPECT_THAT(answers["kvstation "], IsSupersetOf(allVerbs()));
+    for (const std::string& verb : allVerbs()) {
         const std::string help = outputOf({verb, "--help"});
         const Offers& options = answers["kvstation " + verb + " --"];
         EXPECT_THAT(options, Contains("--help")) << verb;
@@ -175,7 +175,7 @@ std::string withoutQuoted(const std::string& script) {
 
 TEST(CompletionOfPowerShell, HasItsTablesWholeAndItsBracketsInPairs) {
     std::string script = outputOf({"completion", "powershell"});
-    for (const std::string verb : kVerbs)
+    for (const std::string& verb : allVerbs())
         EXPECT_THAT(script, HasSubstr("        '" + verb + "' = '"));
     EXPECT_THAT(script, HasSubstr("        'decode --field' = 'FIELD'\n"));
     EXPECT_THAT(script, HasSubstr("        'decode --html' = '@path'\n"));
@@ -232,7 +232,7 @@ TEST(ManualPage, IsFormattedWithoutAWarning) {
         {"/bin/sh", "-c", "LC_ALL=C.UTF-8 MANWIDTH=80 man --warnings -l \"$0\" | cat", folder / "kvstation.1"});
     EXPECT_EQ(shown.errors, "");
     EXPECT_THAT(shown.output, StartsWith("KVSTATION(1)"));
-    for (const std::string verb : kVerbs)
+    for (const std::string& verb : allVerbs())
         EXPECT_THAT(shown.output, HasSubstr("\n   " + verb + " "));
     EXPECT_THAT(shown.output, HasSubstr("\n       --value KEY\\NAME=TEXT\n"));
     EXPECT_THAT(shown.output, HasSubstr("\n       szMACAddress\n"));
