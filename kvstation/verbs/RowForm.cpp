@@ -50,16 +50,6 @@ class TextForm : public RowForm {
     ResultBuffer m_output;
 };
 
-std::unique_ptr<RowForm> makeJson(const FieldList& fields, const std::string&) {
-    const auto writer = std::make_shared<RowJsonWriter>(fields);
-    return std::make_unique<TextForm>([writer](const StationRow& row) { return writer->line(row); });
-}
-
-std::unique_ptr<RowForm> makeCsv(const FieldList& fields, const std::string&) {
-    return std::make_unique<TextForm>([fields](const StationRow& row) { return csvLine(row, fields); },
-                                      csvHeader(fields));
-}
-
 // Each record as it is shown by itself, below its name.
 std::unique_ptr<RowForm> makeViews(const TextOptions& options) {
     return std::make_unique<TextForm>(
@@ -121,6 +111,16 @@ std::unique_ptr<RowForm> makeDatabase(const FieldList&, const std::string& file)
     return std::make_unique<DatabaseForm>(file);
 }
 #endif
+
+std::unique_ptr<RowForm> makeJson(const FieldList& fields, const std::string&) {
+    const auto writer = std::make_shared<RowJsonWriter>(fields);
+    return std::make_unique<TextForm>([writer](const StationRow& row) { return writer->line(row); });
+}
+
+std::unique_ptr<RowForm> makeCsv(const FieldList& fields, const std::string&) {
+    return std::make_unique<TextForm>([fields](const StationRow& row) { return csvLine(row, fields); },
+                                      csvHeader(fields));
+}
 
 constexpr RowFormKind kForms[] = {
     {"--ndjson", "Print a JSON object a line for each record", makeJson},
