@@ -88,7 +88,7 @@ class LeftTextFinder {
 
     void visit(const Json& before, const Json& after, const MemberPath& path) {
         const simwin::ToldAt told = simwin::toldAt(path);
-        if (told.text != Tells::Nothing && (before.is_string() || isHex(before)))
+        if (told.text != Tells::Nothing && isText(before) && isText(after))
             compareAt(before, after, told.text, path);
         else if (before.is_structured() && after.is_structured())
             visitMembers(before, after, told.names != Tells::Nothing, path);
@@ -117,9 +117,13 @@ class LeftTextFinder {
     static std::string nameOf(const RegistryValue& value) {
         return value.name.empty() ? "@" : "\"" + simwin::toUtf8(value.name) + "\"";
     }
-    static std::string bytesOf(const Json& text) { return simwin::fromUtf8Leniently(text.get<std::string>()); }
-    static std::string bytesOfHex(const Json& object) { return simwin::readHex({object.at("hex"), "", ""}); }
-    static bool isHex(const Json& json) { return json.is_object() && json.size() == 1 && json.contains("hex"); }
+    static std::string textIn(const Json& json) {
+        return json.is_string() ? simwin::fromUtf8Leniently(json.get<std::string>())
+                                : simwin::readHex({json.at(simwin::kHex), "", ""});
+    }
+    static bool isHex(const Json& json) { return json.is_object() && json.size() == 1 && json.contains(simwin::kHex); }
+
+    static bool isText(const Json& json) { return json.is_string() || isHex(json); }
 
     static std::string placeAt(const MemberPath& path) {
         std::string place = "station.json ";
@@ -129,13 +133,12 @@ class LeftTextFinder {
     }
 
     void compareAt(const Json& before, const Json& after, Tells tells, const MemberPath& path) {
-        if (before.is_string() && after.is_string()) {
-            if (isLeft(bytesOf(before), bytesOf(after), tells, path.back()))
-                note(bytesOf(after), placeAt(path));
-        } else if (isHex(before) && isHex(after)) {
-            compareBytes(bytesOfHex(before), bytesOfHex(after), tells != Tells::VersionBytes, placeAt(path),
+        const bool isPath = tells == Tells::Key || tells == Tells::Unknown;
+        if (isHex(before) && isHex(after) && !isPath)
+            compareBytes(textIn(before), textIn(after), tells != Tells::VersionBytes, placeAt(path),
                          placeOf(tells, path.back()));
-        }
+        else if (isLeft(textIn(before), textIn(after), tells, path.back()))
+            note(textIn(after), placeAt(path));
     }
 
     void visitMembers(const Json& before, const Json& after, bool namesAreTexts, MemberPath path) {

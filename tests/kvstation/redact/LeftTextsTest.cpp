@@ -127,7 +127,7 @@ TEST(LeftTexts, AreFoundWhereverOneCanStand) {
 // A variable may be called as what marks bytes, and an unknown member may be below any name.
 TEST(LeftTexts, AreNoWordsOfTheForm) {
     const Station station = simwin::parseStation(
-        R"({"environment": {"hex": "Kran"}, "unknown": ["network.hosts", "network.hosts.Werft", "profile.Mole.Dock"]})",
+        R"({"environment": {"hex": "Kran"}, "unknown": ["network.hosts", "network.hosts.Werft", "profile.Mole.Dock", "net\u007fork"]})",
         "station.json");
     EXPECT_THAT(leftOf(station), ElementsAre("hex | station.json /environment", "Kran | station.json /environment/hex",
                                              "network.hosts.Werft | station.json /unknown/1",
