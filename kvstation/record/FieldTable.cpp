@@ -24,8 +24,8 @@ constexpr Field kFields[] = {
 #include "include/kvcstat_fields.inc"
 };
 
-constexpr std::string_view kGroups[] = {"Station", "User",     "System", "Session",
-                                        "Network", "Software", "Drives", "Hardware"};
+constexpr Group kGroups[] = {{"Station", 222}, {"User", 172},    {"System", 262}, {"Session", 312},
+                             {"Network", 198}, {"Software", 38}, {"Drives", 138}, {"Hardware", 8}};
 
 }  // namespace
 
@@ -33,7 +33,7 @@ std::span<const Field> fields() {
     return kFields;
 }
 
-std::span<const std::string_view> groups() {
+std::span<const Group> groups() {
     return kGroups;
 }
 

@@ -29,8 +29,13 @@ struct Field {
 // In the order of their offsets.
 std::span<const Field> fields();
 
+struct Group {
+    std::string_view name;  // as the fields have it
+    int hue;                // of the colour that shows it, in degrees
+};
+
 // In the order in which people read them.
-std::span<const std::string_view> groups();
+std::span<const Group> groups();
 
 // The index in fields(), or fields().size() when there is no such field.
 std::size_t findField(std::string_view name);

@@ -4,6 +4,7 @@
 #include <cstdio>
 
 #include "kvstation/record/FieldTable.h"
+#include "kvstation/report/HtmlStyle.h"
 #include "kvstation/report/HtmlText.h"
 
 namespace kvstation {
@@ -88,10 +89,6 @@ std::string measures() {
 }
 
 }  // namespace
-
-std::string groupClass(std::string_view group) {
-    return "g" + std::to_string(std::ranges::find(groups(), group) - groups().begin());
-}
 
 std::string placeOf(const Field& field, const Value& value) {
     const std::string place = hexOffset(field.offset) + ", ";

@@ -16,7 +16,7 @@ std::string page(const std::string& title, const std::string& body, const std::s
            "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n"
            "<meta http-equiv=\"Content-Security-Policy\" content=\"default-src 'none'; style-src 'unsafe-inline'\">\n"
            "<title>" +
-           escapeHtml(title) + "</title>\n<style>" + kPageStyle + "</style>\n</head>\n<body>\n" + body + "<footer>" +
+           escapeHtml(title) + "</title>\n<style>" + pageStyle() + "</style>\n</head>\n<body>\n" + body + "<footer>" +
            escapeHtml(foot) + " made by kvstation " KVSTATION_VERSION "</footer>\n</body>\n</html>\n";
 }
 

@@ -1,8 +1,13 @@
 #include "kvstation/report/HtmlStyle.h"
 
-namespace kvstation {
+#include <algorithm>
 
-const char* const kPageStyle = R"css(
+#include "kvstation/record/FieldTable.h"
+
+namespace kvstation {
+namespace {
+
+constexpr char kStyle[] = R"css(
 :root {
   color-scheme: light dark;
   --page: #f6f6f3; --card: #fff; --text: #22252a; --quiet: #666c76; --line: #e4e4df;
@@ -14,8 +19,6 @@ const char* const kPageStyle = R"css(
     --filled: 34% 42%; --empty: 22% 23%; --ink: 45% 92%; --mark: 40% 60%; --reserved: #2a2d33;
   }
 }
-.g0 { --hue: 222 } .g1 { --hue: 172 } .g2 { --hue: 262 } .g3 { --hue: 312 }
-.g4 { --hue: 198 } .g5 { --hue: 38 } .g6 { --hue: 138 } .g7 { --hue: 8 }
 * { box-sizing: border-box }
 body {
   margin: 0 auto; padding: 2.5rem 1.25rem; max-width: 64rem; background: var(--page); color: var(--text);
@@ -111,5 +114,18 @@ footer { color: var(--quiet); font-size: .8rem; overflow-wrap: anywhere }
   .fields div { padding: .3rem 0 }
 }
 )css";
+
+}  // namespace
+
+std::string pageStyle() {
+    std::string style = kStyle;
+    for (const Group& group : groups())
+        style += "." + groupClass(group.name) + " { --hue: " + std::to_string(group.hue) + " }\n";
+    return style;
+}
+
+std::string groupClass(std::string_view group) {
+    return "g" + std::to_string(std::ranges::find(groups(), group, &Group::name) - groups().begin());
+}
 
 }  // namespace kvstation

@@ -6,6 +6,7 @@
 #include "kvstation/record/FixedDrives.h"
 #include "kvstation/report/HtmlMap.h"
 #include "kvstation/report/HtmlPage.h"
+#include "kvstation/report/HtmlStyle.h"
 #include "kvstation/report/HtmlText.h"
 #include "kvstation/report/HtmlTop.h"
 #include "kvstation/text/JoinWords.h"
@@ -131,8 +132,8 @@ std::string unknownNotice(const Report& report) {
 
 std::string legend() {
     std::string html = "<ul class=\"legend\">";
-    for (const std::string_view group : groups())
-        html += "<li><i class=\"" + groupClass(group) + "\"></i>" + std::string(group) + "</li>";
+    for (const Group& group : groups())
+        html += "<li><i class=\"" + groupClass(group.name) + "\"></i>" + std::string(group.name) + "</li>";
     return html + "</ul>\n";
 }
 
@@ -145,8 +146,8 @@ std::string foot(const std::string& origin) {
 
 std::string htmlView(const Report& report) {
     std::string html = topOfPage(report) + unknownNotice(report) + glance(report);
-    for (const std::string_view group : groups())
-        html += groupSection(report, group);
+    for (const Group& group : groups())
+        html += groupSection(report, group.name);
     html += "<section><h2>The record's bytes</h2>\n" + legend() + mapOfBytes(report.record) + "</section>\n";
     return page(stationName(report.record) + " - station record", html, foot(report.origin));
 }

@@ -117,8 +117,8 @@ std::string emptyFields(const Record& record) {
 
 std::string textView(const Report& report, const TextOptions& options) {
     TextWriter writer(options);
-    for (const std::string_view group : groups())
-        writeGroup(writer, report, group, options.all);
+    for (const Group& group : groups())
+        writeGroup(writer, report, group.name, options.all);
     const std::string empty = emptyFields(report.record);
     if (!options.all && !empty.empty())
         writer.remark("Empty or 0: ", empty);

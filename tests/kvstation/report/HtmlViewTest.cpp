@@ -121,9 +121,12 @@ TEST(HtmlView, AnEmptyRecordIsAPageToo) {
     EXPECT_THAT(html, HasSubstr("<dt>User's display name</dt><dd class=\"main\">unknown</dd>"));
 }
 
-TEST(HtmlView, EveryGroupHasAColour) {
-    for (std::size_t i = 0; i < groups().size(); ++i)
-        EXPECT_THAT(kPageStyle, HasSubstr(".g" + std::to_string(i) + " { --hue: "));
+TEST(HtmlView, EveryGroupOfTheFieldsIsShownInAColour) {
+    const std::string html = page(RecordBytes{});
+    for (const Field& field : fields()) {
+        EXPECT_NE(std::ranges::find(groups(), field.group, &Group::name), groups().end()) << field.group;
+        EXPECT_THAT(html, HasSubstr("." + groupClass(field.group) + " { --hue: "));
+    }
 }
 
 TEST(HtmlView, DrivesAreBars) {
