@@ -15,7 +15,7 @@ struct CallError {
 
 std::string shown(const CallError& error);  // "67 ERROR_BAD_NET_NAME"
 
-// The name of an error; empty for one that is not known here. Most calls give those of Windows, sockets and NT.
+// The name of an error; empty for one that is not known here. Most calls give those of Windows and of sockets.
 using ErrorName = std::string_view (*)(std::uint32_t code);
 std::string_view windowsErrorName(std::uint32_t code);
 

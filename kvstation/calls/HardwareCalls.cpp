@@ -57,6 +57,16 @@ Answer tellClock(const ObservedCall& call) {
     return wordsAnswer(std::to_string(clockIn(call)) + " MHz");
 }
 
+constexpr NamedError kNtStatuses[] = {
+    {0xC0000002, "STATUS_NOT_IMPLEMENTED"}, {0xC000000D, "STATUS_INVALID_PARAMETER"},
+    {0xC0000022, "STATUS_ACCESS_DENIED"},   {0xC0000023, "STATUS_BUFFER_TOO_SMALL"},
+    {0xC00000BB, "STATUS_NOT_SUPPORTED"},
+};
+
+std::string_view ntStatusName(std::uint32_t status) {
+    return nameIn(kNtStatuses, status);
+}
+
 // A record for each processor is too much for the caller's room when there are several, and then no clock is told.
 void keepClock(StationDraft& draft, const ObservedCall& call) {
     constexpr std::uint32_t kBufferTooSmall = 0xC0000023;
@@ -108,7 +118,7 @@ void keepKeyboard(StationDraft& draft, const ObservedCall& call) {
 KV_CALL(GetSystemInfo, asks("the processors", member<"processors">, kSystems), tellProcessors, keepProcessors);
 KV_CALL(CallNtPowerInformation,
         asks("the processors' clocks", member<"processors", "currentMhz">, "[[0], [777], [777, 777]]"), tellClock,
-        keepClock);
+        keepClock, ntStatusName);
 KV_CALL(GlobalMemoryStatus,
         asks("the memory", member<"memory">,
              R"([{"physical": 67108864, "virtual": 2147352576}, {"physical": 1073741824, "virtual": 2147352576}])"),

@@ -51,10 +51,12 @@ TEST(Answer, OfAFailureIsTheErrorByItsName) {
     EXPECT_EQ(shown(*kvstation::errorOf(call)), "67 ERROR_BAD_NET_NAME");
     call.error = 2138;
     EXPECT_EQ(shown(*kvstation::errorOf(call)), "2138 NERR_WkstaNotStarted");
-    call.error = 0xC0000022;
-    EXPECT_EQ(shown(*kvstation::errorOf(call)), "3221225506 STATUS_ACCESS_DENIED");
     call.error = 77777;
     EXPECT_EQ(shown(*kvstation::errorOf(call)), "77777");
+    call.error = 0xC0000022;
+    EXPECT_EQ(shown(*kvstation::errorOf(call)), "3221225506") << "no status of NT is ARP's";
+    call.name = "CallNtPowerInformation";
+    EXPECT_EQ(shown(*kvstation::errorOf(call)), "3221225506 STATUS_ACCESS_DENIED");
     call.error = 0;
     EXPECT_FALSE(kvstation::errorOf(call));
     call.error = 67;
