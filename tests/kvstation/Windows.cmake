@@ -23,8 +23,9 @@ kv_wine_program(watch_test ${KV_WATCH_TESTS} cause/AllStationsTest.cpp cause/Cau
   capture/CompletedStationTest.cpp cause/ExplainTest.cpp capture/LiveCaptureTest.cpp cause/PlaceEdits.cpp
   report/TraceTest.cpp cause/StationRun.cpp)
 set(KV_WATCH ${CMAKE_BINARY_DIR}/tests/watch-folder)
-# An object file for Windows holds 32,767 sections at most.
+# An object file for Windows holds 32,767 sections, and a big one any number.
 set_target_properties(watch_test PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${KV_WATCH} UNITY_BUILD_BATCH_SIZE 5)
+target_compile_options(watch_test PRIVATE -Wa,-mbig-obj)
 target_link_libraries(watch_test PRIVATE kvstation_core expected_station gmock_main)
 kv_product_first(watch_test kvstation_core simwin framework redirect)
 target_compile_definitions(watch_test PRIVATE
