@@ -19,7 +19,8 @@ namespace kvstation {
 // address to the module, and what ends in 255 mostly calls a whole net.
 class AddressStandIns : public FormStandIns {
   public:
-    explicit AddressStandIns(Chance& chance) : m_chance(chance) {}
+    AddressStandIns(FormsByKind& forms, Chance& chance)
+        : FormStandIns(forms, {PartKind::ServerAddress, PartKind::Address}), m_chance(chance) {}
 
     // In the place of a version only what is certain is an address.
     void learn(std::string_view shown, TextPlace place) override;

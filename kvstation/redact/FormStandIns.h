@@ -1,16 +1,27 @@
 // Stand-ins for what texts show by one form, such as IPv4 addresses.
 #pragma once
 
+#include <initializer_list>
+#include <map>
 #include <string>
 #include <string_view>
 
+#include "kvstation/redact/NamedParts.h"
 #include "kvstation/redact/TextPlace.h"
 
 namespace kvstation {
 
+class FormStandIns;
+// By the kinds of parts that they stand for.
+using FormsByKind = std::map<PartKind, FormStandIns*>;
+
 class FormStandIns {
   public:
-    FormStandIns() = default;
+    // Puts itself among the forms, for these kinds.
+    FormStandIns(FormsByKind& forms, std::initializer_list<PartKind> kinds) {
+        for (const PartKind kind : kinds)
+            forms[kind] = this;
+    }
     FormStandIns(const FormStandIns&) = delete;
     FormStandIns& operator=(const FormStandIns&) = delete;
     virtual ~FormStandIns() = default;

@@ -17,7 +17,8 @@ namespace kvstation {
 // kept for documentation. Groups of 0 stay, and so do ::, ::1 and the known multicast groups (ff02::1).
 class LongAddressStandIns : public FormStandIns {
   public:
-    explicit LongAddressStandIns(Chance& chance) : m_chance(chance) {}
+    LongAddressStandIns(FormsByKind& forms, Chance& chance)
+        : FormStandIns(forms, {PartKind::LongAddress}), m_chance(chance) {}
 
     // The text itself when it is no address.
     std::string standIn(std::string_view shown, TextPlace place) override;

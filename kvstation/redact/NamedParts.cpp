@@ -1,6 +1,7 @@
 #include "kvstation/redact/NamedParts.h"
 
 #include <algorithm>
+#include <span>
 
 #include "kvstation/redact/LongAddress.h"
 #include "simwin/text/Address.h"
@@ -89,15 +90,27 @@ std::size_t addressAt(PageTextView text, std::size_t place) {
     return !saysVersion && simwin::parseDotted(bytesOf(run)) ? run.size() : 0;
 }
 
+struct PartForm {
+    PartKind kind;
+    std::size_t (*lengthAt)(PageTextView text, std::size_t place);
+};
+
+// Tried in their order: 00-1a-2b-3c-4d-5e@srv begins with a physical address, 10.1.2.3@srv is a mailbox.
+constexpr PartForm kFormsBeforeMailbox[] = {
+    {PartKind::Physical, physicalAt},
+    {PartKind::LongAddress, longAddressAt},
+};
+constexpr PartForm kFormsBehindMailbox[] = {
+    {PartKind::Address, addressAt},
+};
+
 class Splitter {
   public:
     explicit Splitter(PageTextView text) : m_text(text) {}
 
     std::vector<NamedPart> split() {
         while (m_place < m_text.size())
-            if (!takeServer() && !takeForm(PartKind::Physical, physicalAt) &&
-                !takeForm(PartKind::LongAddress, longAddressAt) && !takeMailbox() &&
-                !takeForm(PartKind::Address, addressAt))
+            if (!takeServer() && !takeForm(kFormsBeforeMailbox) && !takeMailbox() && !takeForm(kFormsBehindMailbox))
                 ++m_place;
         endText(m_text.size());
         return std::move(m_parts);
@@ -166,11 +179,13 @@ class Splitter {
         take(simwin::parseDotted(bytesOf(name)) ? PartKind::ServerAddress : PartKind::Computer, place, name.size());
     }
 
-    bool takeForm(PartKind kind, std::size_t (*lengthAt)(PageTextView text, std::size_t place)) {
-        const std::size_t length = lengthAt(m_text, m_place);
-        if (length != 0)
-            take(kind, m_place, length);
-        return length != 0;
+    bool takeForm(std::span<const PartForm> forms) {
+        for (const PartForm& form : forms)
+            if (const std::size_t length = form.lengthAt(m_text, m_place); length != 0) {
+                take(form.kind, m_place, length);
+                return true;
+            }
+        return false;
     }
 
     bool takeMailbox() { return !isMailboxCharacter(before(m_place)) && takeMailboxAt(m_place); }

@@ -21,7 +21,8 @@ class PhysicalStandIns : public FormStandIns {
     using AddWord = std::function<void(const PageText& digits, const PageText& standIn)>;
 
     // Calls addWord for each that has enough bytes to be one, as soon as it is known.
-    PhysicalStandIns(Chance& chance, AddWord addWord) : m_chance(chance), m_addWord(std::move(addWord)) {}
+    PhysicalStandIns(FormsByKind& forms, Chance& chance, AddWord addWord)
+        : FormStandIns(forms, {PartKind::Physical}), m_chance(chance), m_addWord(std::move(addWord)) {}
 
     // Pairs of digits with one character between them.
     void learn(std::string_view shown, TextPlace place) override;

@@ -165,21 +165,8 @@ void StandIns::addJoined(PageTextView joined) {
 }
 
 // None where words are what is replaced.
-FormStandIns* StandIns::formOf(PartKind kind) {
-    switch (kind) {
-        case PartKind::Text:
-        case PartKind::Computer:
-        case PartKind::User:
-            return nullptr;
-        case PartKind::ServerAddress:
-        case PartKind::Address:
-            return &m_addresses;
-        case PartKind::Physical:
-            return &m_physical;
-        case PartKind::LongAddress:
-            return &m_longAddresses;
-    }
-    return nullptr;
+FormStandIns* StandIns::formOf(PartKind kind) const {
+    return isOfWords(kind) ? nullptr : m_forms.at(kind);
 }
 
 void StandIns::learn(std::string_view text, TextPlace place) {

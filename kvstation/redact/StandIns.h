@@ -66,7 +66,7 @@ class StandIns {
     const PageText& standInFor(const PageText& lowerWord);
     void addMadeWord(const PageText& lowerWord, const PageText& standIn);
     void lookFor(const PageText& lowerWord);
-    FormStandIns* formOf(PartKind kind);
+    FormStandIns* formOf(PartKind kind) const;
     void addNames(PageTextView text);
     void addJoined(PageTextView joined);
     bool isUsable(const PageText& secret, TextPlace place) const;
@@ -92,10 +92,11 @@ class StandIns {
     BasicBeginnings<PageText> m_inside;
     std::array<std::map<PageText, PageText>, 2> m_longest;
     Chance m_chance;
-    AddressStandIns m_addresses{m_chance};
-    LongAddressStandIns m_longAddresses{m_chance};
+    FormsByKind m_forms;  // those that follow
+    AddressStandIns m_addresses{m_forms, m_chance};
+    LongAddressStandIns m_longAddresses{m_forms, m_chance};
     PhysicalStandIns m_physical{
-        m_chance, [this](const PageText& digits, const PageText& standIn) { addMadeWord(digits, standIn); }};
+        m_forms, m_chance, [this](const PageText& digits, const PageText& standIn) { addMadeWord(digits, standIn); }};
     std::map<std::uint32_t, std::uint32_t> m_numbers;
 };
 

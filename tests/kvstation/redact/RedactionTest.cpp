@@ -398,6 +398,14 @@ PartNames namesOf(PartKind kind) {
     return {};
 }
 
+// Their numbers are those from 0 on, without a gap.
+std::vector<PartKind> partKinds() {
+    std::vector<PartKind> kinds;
+    for (auto kind = PartKind{}; namesOf(kind).letter != '\0'; kind = static_cast<PartKind>(kinds.size()))
+        kinds.push_back(kind);
+    return kinds;
+}
+
 // A letter and the text of each part.
 std::string splitting(std::string_view text) {
     std::string told;
@@ -445,6 +453,8 @@ constexpr Splitting kSplittings[] = {
     {"(erika@zorn.example)", "T<(> U<erika> T<@> C<zorn.example> T<)>"},
     {"e.m+x@zorn", "U<e.m+x> T<@> C<zorn>"},
     {"root@10.1.2.3", "U<root> T<@> S<10.1.2.3>"},
+    {"10.1.2.3@srv", "U<10.1.2.3> T<@> C<srv>"},
+    {"00-1a-2b-3c-4d-5e@srv", "P<00-1a-2b-3c-4d-5e> T<@srv>"},
     {"CPU i7-2600 @ 3.40GHz", "T<CPU i7-2600 @ 3.40GHz>"},
     {"6600@2.40GHz", "T<6600@2.40GHz>"},
     {"@oem7.inf,%mfg%;x", "T<@oem7.inf,%mfg%;x>"},
@@ -486,13 +496,32 @@ TEST(NamedParts, AreKnownByTheirForm) {
         EXPECT_EQ(splitting(row.text), row.parts) << row.text;
 }
 
-// The numbers of kinds are those from 0 on, without a gap.
+// Whether one of the splittings has a part of the kind that something else takes the place of.
+bool hasStandIns(PartKind kind) {
+    return std::ranges::any_of(kSplittings, [&](const Splitting& row) {
+        StandIns standIns({});
+        standIns.learn(row.text);
+        const kvstation::PageText before = kvstation::pageText(row.text);
+        const kvstation::PageText after = kvstation::pageText(standIns.inside(row.text));
+        return std::ranges::any_of(kvstation::namedPartsOf(before), [&](const kvstation::NamedPart& part) {
+            const auto place = static_cast<std::size_t>(part.text.data() - before.data());
+            return part.kind == kind && after.substr(place, part.text.size()) != part.text;
+        });
+    });
+}
+
+TEST(NamedParts, HaveStandIns) {
+    for (const PartKind kind : partKinds())
+        if (kind != PartKind::Text)
+            EXPECT_TRUE(hasStandIns(kind)) << namesOf(kind).letter;
+}
+
 TEST(NamedParts, AreThoseOfTheDocument) {
     std::set<std::string> rows = {"the drives' serial numbers",
                                   "the names of user, computer, client, domain and workgroup, the host's names, owner, "
                                   "organization, product id, serial numbers"};
-    for (int number = 0; namesOf(static_cast<PartKind>(number)).letter != '\0'; ++number)
-        if (const char* row = namesOf(static_cast<PartKind>(number)).row)
+    for (const PartKind kind : partKinds())
+        if (const char* row = namesOf(kind).row)
             rows.insert(row);
 
     const std::string document = kvstation::readFile(KV_STATIONS_DOCUMENT, 1024 * 1024);
