@@ -162,6 +162,7 @@ class Redactor {
                 return m_standIns.learn(inPage(text).value_or(text));
             case Tells::Words:
             case Tells::OwnWords:
+            case Tells::OwnName:
                 return m_standIns.learn(text);
             case Tells::Version:
                 return m_standIns.learn(text, TextPlace::Version);
@@ -172,7 +173,6 @@ class Redactor {
                 return learnPath(text);
             case Tells::Nothing:
             case Tells::Setting:
-            case Tells::OwnName:
                 return;
         }
     }
