@@ -54,7 +54,7 @@ LPVOID lockGlobal(Machine& machine, HGLOBAL handle) {
             ++block->locks;
         return block->memory.get();
     }
-    if (machine.state().fixedBlocks.isOpen(handle))
+    if (machine.state().fixedBlocks.isOpen(asNumber(handle)))
         return handle;
     refuse(machine, "GlobalLock", handle);
     return nullptr;
@@ -70,7 +70,7 @@ BOOL unlockGlobal(Machine& machine, HGLOBAL handle) {
         machine.setLastError(NO_ERROR);
         return --block->locks > 0 ? TRUE : FALSE;
     }
-    if (machine.state().fixedBlocks.isOpen(handle))
+    if (machine.state().fixedBlocks.isOpen(asNumber(handle)))
         return TRUE;
     refuse(machine, "GlobalUnlock", handle);
     return FALSE;
@@ -85,7 +85,8 @@ bool closeGlobal(MachineState& state, HGLOBAL handle) {
 
 // Null tells success, as Windows has it; freeing null does nothing.
 HGLOBAL freeBlock(Machine& machine, const char* call, HGLOBAL handle) {
-    if (handle == nullptr || closeGlobal(machine.state(), handle) || machine.state().fixedBlocks.close(handle))
+    if (handle == nullptr || closeGlobal(machine.state(), handle) ||
+        machine.state().fixedBlocks.close(asNumber(handle)))
         return nullptr;
     refuse(machine, call, handle);
     return handle;

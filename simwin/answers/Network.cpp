@@ -65,7 +65,7 @@ NET_API_STATUS workstationInfo(Machine& machine, DWORD level, BYTE** place) {
 }
 
 NET_API_STATUS freeBuffer(Machine& machine, void* buffer) {
-    if (buffer == nullptr || machine.state().netBuffers.close(buffer))
+    if (buffer == nullptr || machine.state().netBuffers.close(asNumber(buffer)))
         return NERR_Success;
     machine.reportMisuse("NetApiBufferFree", asNumber(buffer), "is no open buffer");
     return ERROR_INVALID_PARAMETER;

@@ -3,10 +3,13 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <string>
 #include <utility>
 #include <vector>
 
 namespace simwin {
+
+struct Station;
 
 // Kinds of things that a program opens and has to close.
 enum class HandleKind : std::uint8_t {
@@ -19,7 +22,12 @@ enum class HandleKind : std::uint8_t {
     LocalBlock,
     NetBuffer,     // NetApiBufferFree's
     CitrixBuffer,  // the Citrix interface's own
-    Last = CitrixBuffer,
+};
+
+struct OpenHandle {
+    HandleKind kind;
+    std::uintptr_t value;
+    std::string what;  // such as the key's full path
 };
 
 // Values are given in rising order from 0x10000004 (the first key), 0x20000004 (the first library) and so on, and
@@ -32,7 +40,11 @@ class HandleTable {
         Payload payload;
     };
 
-    explicit HandleTable(HandleKind kind) : m_last(static_cast<std::uintptr_t>(kind) << 28) {}
+    // What stands behind a handle, in a few words.
+    using What = std::string (*)(const Station& station, const Payload& payload);
+
+    HandleTable(HandleKind kind, What what)
+        : m_kind(kind), m_what(what), m_last(static_cast<std::uintptr_t>(kind) << 28) {}
 
     std::uintptr_t open(Payload payload) {
         m_last += 4;
@@ -45,6 +57,8 @@ class HandleTable {
         return place != m_entries.end() && place->value == value ? &place->payload : nullptr;
     }
 
+    bool isOpen(std::uintptr_t value) const { return std::ranges::binary_search(m_entries, value, {}, &Entry::value); }
+
     // False when it was not open.
     bool close(std::uintptr_t value) {
         const auto place = placeOf(value);
@@ -54,14 +68,20 @@ class HandleTable {
         return true;
     }
 
+    void tell(std::vector<OpenHandle>& all, const Station& station) const {
+        for (const Entry& entry : m_entries)
+            all.push_back({m_kind, entry.value, m_what(station, entry.payload)});
+    }
+
     const std::vector<Entry>& entries() const { return m_entries; }
 
   private:
     typename std::vector<Entry>::iterator placeOf(std::uintptr_t value) {
-        return std::lower_bound(m_entries.begin(), m_entries.end(), value,
-                                [](const Entry& entry, std::uintptr_t wanted) { return entry.value < wanted; });
+        return std::ranges::lower_bound(m_entries, value, {}, &Entry::value);
     }
 
+    HandleKind m_kind;
+    What m_what;
     std::uintptr_t m_last;
     std::vector<Entry> m_entries;  // sorted, because values only rise
 };

@@ -60,12 +60,12 @@ HMODULE loadLibrary(Machine& machine, const char* fileName) {
     const std::optional<std::size_t> found = fileName != nullptr ? findNamed(machine, fileName) : std::nullopt;
     if (!found)
         return notFound(machine);
-    ++machine.state().libraryLoads[*found];
+    ++machine.state().libraries.loads[*found];
     return asPointer<HMODULE>(libraryHandle(*found));
 }
 
 bool isLoaded(Machine& machine, std::size_t library) {
-    return libraries()[library].loadedAtStart || machine.state().libraryLoads[library] != 0;
+    return libraries()[library].loadedAtStart || machine.state().libraries.loads[library] != 0;
 }
 
 HMODULE moduleHandle(Machine& machine, const char* fileName) {
@@ -79,8 +79,8 @@ HMODULE moduleHandle(Machine& machine, const char* fileName) {
 
 BOOL freeLibrary(Machine& machine, HMODULE library) {
     const std::optional<std::size_t> found = findLibraryByHandle(asNumber(library));
-    if (found && machine.state().libraryLoads[*found] != 0) {
-        --machine.state().libraryLoads[*found];
+    if (found && machine.state().libraries.loads[*found] != 0) {
+        --machine.state().libraries.loads[*found];
         return TRUE;
     }
     if (library != nullptr)
@@ -149,6 +149,16 @@ std::optional<std::size_t> findLibraryByHandle(std::uintptr_t handle) {
         return std::nullopt;
     const std::size_t number = (handle - kFirstLibrary) / kLibrarySpan - 1;
     return number < libraries().size() ? std::optional(number) : std::nullopt;
+}
+
+bool LibraryTable::isOpen(std::uintptr_t value) const {
+    const std::optional<std::size_t> number = findLibraryByHandle(value);
+    return number && loads[*number] != 0;
+}
+
+void LibraryTable::tell(std::vector<OpenHandle>& all, const Station&) const {
+    for (std::size_t i = 0; i < loads.size(); ++i)
+        all.insert(all.end(), loads[i], {HandleKind::Library, libraryHandle(i), std::string(libraries()[i].name)});
 }
 
 }  // namespace simwin

@@ -2,8 +2,9 @@
 
 #include <cstdint>
 #include <optional>
+#include <vector>
 
-#include "framework/Windows.h"
+#include "simwin/machine/HandleTable.h"
 
 namespace simwin {
 
@@ -11,5 +12,13 @@ namespace simwin {
 std::uintptr_t libraryHandle(std::size_t number);
 
 std::optional<std::size_t> findLibraryByHandle(std::uintptr_t handle);
+
+// The libraries that the program loaded.
+struct LibraryTable {
+    std::vector<unsigned> loads;  // by the library's number
+
+    bool isOpen(std::uintptr_t value) const;
+    void tell(std::vector<OpenHandle>& all, const Station& station) const;
+};
 
 }  // namespace simwin

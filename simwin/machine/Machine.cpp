@@ -30,26 +30,13 @@ std::vector<KeyId> findDeniedKeys(const Station& station) {
     return denied;
 }
 
-void addBlocks(std::vector<OpenHandle>& all, HandleKind kind, const BlockTable& table) {
-    for (const auto& block : table.blocks())
-        all.push_back({kind, reinterpret_cast<std::uintptr_t>(block.get()), {}});
-}
-
-HandleKind next(HandleKind kind) {
-    return static_cast<HandleKind>(static_cast<int>(kind) + 1);
-}
-
-std::string numbered(const char* word, std::uint32_t number) {
-    return word + std::to_string(number);
-}
-
 }  // namespace
 
 Machine::Machine(Station station) : Machine(std::make_shared<const Station>(std::move(station))) {}
 
 Machine::Machine(std::shared_ptr<const Station> station)
     : m_station(std::move(station)), m_state(std::make_unique<MachineState>()), m_mayFail(!m_station->fails.empty()) {
-    m_state->libraryLoads.resize(libraries().size());
+    m_state->libraries.loads.resize(libraries().size());
     const CodePageScope scope(m_station->codePages.ansi);
     m_state->deniedKeys = findDeniedKeys(*m_station);
 }
@@ -73,53 +60,14 @@ Machine::Scope::~Scope() {
 
 std::vector<OpenHandle> Machine::openHandles() const {
     std::vector<OpenHandle> all;
-    for (auto kind = HandleKind::RegistryKey; kind <= HandleKind::Last; kind = next(kind))
-        for (OpenHandle& handle : openHandles(kind))
-            all.push_back(std::move(handle));
+    std::apply([&](const auto&... table) { (table.tell(all, *m_station), ...); }, each(*m_state));
     return all;
 }
 
 std::vector<OpenHandle> Machine::openHandles(HandleKind kind) const {
-    std::vector<OpenHandle> all;
-    const MachineState& state = *m_state;
-    const auto add = [&](std::uintptr_t value, std::string what) { all.push_back({kind, value, std::move(what)}); };
-    switch (kind) {
-        case HandleKind::RegistryKey:
-            for (const auto& key : state.keys.entries())
-                add(key.value, m_station->registry.path(key.payload));
-            break;
-        case HandleKind::Library:
-            for (std::size_t i = 0; i < state.libraryLoads.size(); ++i)
-                for (unsigned load = 0; load < state.libraryLoads[i]; ++load)
-                    add(libraryHandle(i), std::string(libraries()[i].name));
-            break;
-        case HandleKind::Process:
-            for (const auto& process : state.processes.entries())
-                add(process.value, numbered("process ", process.payload));
-            break;
-        case HandleKind::Token:
-            for (const auto& token : state.tokens.entries())
-                add(token.value, numbered("token of process ", token.payload));
-            break;
-        case HandleKind::Find:
-            for (const auto& find : state.finds.entries())
-                add(find.value, find.payload);
-            break;
-        case HandleKind::GlobalBlock:
-            for (const auto& block : state.globalBlocks.entries())
-                add(block.value, {});
-            break;
-        case HandleKind::LocalBlock:
-            addBlocks(all, kind, state.fixedBlocks);
-            break;
-        case HandleKind::NetBuffer:
-            addBlocks(all, kind, state.netBuffers);
-            break;
-        case HandleKind::CitrixBuffer:
-            addBlocks(all, kind, state.citrixBuffers);
-            break;
-    }
-    return all;
+    std::vector<OpenHandle> open = openHandles();
+    std::erase_if(open, [kind](const OpenHandle& one) { return one.kind != kind; });
+    return open;
 }
 
 void Machine::failCall(std::uint64_t n) noexcept {
@@ -201,11 +149,7 @@ bool Machine::isOpen(std::uintptr_t value) {
     // Whatever a real function gives may come back to one.
     if (m_relay != nullptr)
         return m_relay->behind() != nullptr ? m_relay->behind()->isOpen(value) : value != 0;
-    const auto* block = reinterpret_cast<const void*>(value);
-    return m_state->keys.find(value) != nullptr || m_state->processes.find(value) != nullptr ||
-           m_state->tokens.find(value) != nullptr || m_state->finds.find(value) != nullptr ||
-           m_state->globalBlocks.find(value) != nullptr || m_state->fixedBlocks.isOpen(block) ||
-           m_state->netBuffers.isOpen(block) || m_state->citrixBuffers.isOpen(block);
+    return std::apply([value](const auto&... table) { return (table.isOpen(value) || ...); }, each(*m_state));
 }
 
 std::string Machine::describe(std::uintptr_t handle) {

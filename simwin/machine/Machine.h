@@ -30,12 +30,6 @@ struct TraceLine {
     std::string text;  // formatted
 };
 
-struct OpenHandle {
-    HandleKind kind;
-    std::uintptr_t value;
-    std::string what;  // such as the key's full path
-};
-
 // One call as people read it; texts are UTF-8.
 struct LoggedCall {
     std::string name;

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "simwin/machine/HostAnswer.h"
+#include "simwin/machine/Roles.h"
 
 namespace simwin {
 
@@ -11,12 +12,18 @@ void* BlockTable::open(std::size_t size) {
     return m_blocks.back().get();
 }
 
-bool BlockTable::close(const void* block) {
-    return std::erase_if(m_blocks, [block](const auto& one) { return one.get() == block; }) != 0;
+bool BlockTable::isOpen(std::uintptr_t value) const {
+    return std::any_of(m_blocks.begin(), m_blocks.end(),
+                       [value](const auto& one) { return asNumber(one.get()) == value; });
 }
 
-bool BlockTable::isOpen(const void* block) const {
-    return std::any_of(m_blocks.begin(), m_blocks.end(), [block](const auto& one) { return one.get() == block; });
+bool BlockTable::close(std::uintptr_t value) {
+    return std::erase_if(m_blocks, [value](const auto& one) { return asNumber(one.get()) == value; }) != 0;
+}
+
+void BlockTable::tell(std::vector<OpenHandle>& all, const Station&) const {
+    for (const auto& block : m_blocks)
+        all.push_back({m_kind, asNumber(block.get()), {}});
 }
 
 std::vector<std::string> addressesOf(const winsock::HostEntry& answer) {

@@ -4,24 +4,29 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <tuple>
 #include <unordered_map>
 #include <vector>
 
 #include "simwin/machine/HandleTable.h"
-#include "simwin/station/RegistryTree.h"
+#include "simwin/machine/Libraries.h"
+#include "simwin/station/Station.h"
 
 namespace simwin {
 
 // Blocks whose handle is their address.
 class BlockTable {
   public:
+    explicit BlockTable(HandleKind kind) : m_kind(kind) {}
+
     // Zeroed.
     void* open(std::size_t size);
-    bool close(const void* block);
-    bool isOpen(const void* block) const;
-    const std::vector<std::unique_ptr<char[]>>& blocks() const { return m_blocks; }
+    bool isOpen(std::uintptr_t value) const;
+    bool close(std::uintptr_t value);
+    void tell(std::vector<OpenHandle>& all, const Station& station) const;
 
   private:
+    HandleKind m_kind;
     std::vector<std::unique_ptr<char[]>> m_blocks;
 };
 
@@ -31,24 +36,36 @@ struct GlobalBlock {
     int locks = 0;
 };
 
+// What is open, a table for each kind, in the order of the kinds. Its tell() appends what is open in it.
+struct HandleTables {
+    HandleTable<KeyId> keys{HandleKind::RegistryKey,
+                            [](auto& station, auto& key) { return station.registry.path(key); }};
+    LibraryTable libraries;
+    HandleTable<std::uint32_t> processes{HandleKind::Process,
+                                         [](auto&, auto& id) { return "process " + std::to_string(id); }};
+    HandleTable<std::uint32_t> tokens{
+        HandleKind::Token, [](auto&, auto& process) { return "token of process " + std::to_string(process); }};
+    HandleTable<std::string> finds{HandleKind::Find, [](auto&, auto& asked) { return asked; }};
+    HandleTable<GlobalBlock> globalBlocks{HandleKind::GlobalBlock, [](auto&, auto&) { return std::string(); }};
+    BlockTable fixedBlocks{HandleKind::LocalBlock};  // LocalAlloc's
+    BlockTable netBuffers{HandleKind::NetBuffer};
+    BlockTable citrixBuffers{HandleKind::CitrixBuffer};
+};
+
+// Each table: one more does not compile until it stands here.
+inline auto each(const HandleTables& tables) {
+    const auto& [keys, libraries, processes, tokens, finds, globals, locals, nets, citrix] = tables;
+    return std::tie(keys, libraries, processes, tokens, finds, globals, locals, nets, citrix);
+}
+
 // An answer of the resolver; like the real one it stands until the next.
 struct HostAnswer;
 
-struct MachineState {
+struct MachineState : HandleTables {
     MachineState();
     ~MachineState();
 
-    HandleTable<KeyId> keys{HandleKind::RegistryKey};
-    HandleTable<std::uint32_t> processes{HandleKind::Process};  // their ids
-    HandleTable<std::uint32_t> tokens{HandleKind::Token};       // their processes' ids
-    HandleTable<std::string> finds{HandleKind::Find};           // the path asked for
-    HandleTable<GlobalBlock> globalBlocks{HandleKind::GlobalBlock};
     std::string lastGlobalBlock;  // what the one that was freed last held
-    BlockTable fixedBlocks;       // LocalAlloc's
-    BlockTable netBuffers;
-    BlockTable citrixBuffers;
-
-    std::vector<unsigned> libraryLoads;  // by the library's number in the call table
     std::vector<KeyId> deniedKeys;
 
     // Variables set since the start; none in the value: removed.

@@ -11,6 +11,10 @@
 namespace {
 
 using namespace simwin;
+using testing::AllOf;
+using testing::ElementsAre;
+using testing::ElementsAreArray;
+using testing::Field;
 using testing::IsEmpty;
 using testing::SizeIs;
 
@@ -124,20 +128,71 @@ TEST(Machine, LeavesNothingOpenBehindAFailureAnywhere) {
     }
 }
 
+// A handle of each kind, opened in another order than that of the kinds.
+struct OneOfEach {
+    DWORD size = 0;
+    char* citrix = nullptr;
+    BYTE* net = nullptr;
+    HKEY key = nullptr;
+    HANDLE local = nullptr, global = nullptr, find = nullptr, process = nullptr, token = nullptr;
+    HMODULE library = nullptr;
+
+    OneOfEach() {
+        sim_WFQuerySessionInformationA(nullptr, 0xFFFFFFFF, 10, &citrix, &size);
+        sim_NetWkstaGetInfo(nullptr, 101, &net);
+        local = LocalAlloc(LPTR, 4);
+        global = GlobalAlloc(GMEM_MOVEABLE, 4);
+        WIN32_FIND_DATAA data;
+        find = FindFirstFileA("C:\\a.dll", &data);
+        process = OpenProcess(0, FALSE, 1234);
+        OpenProcessToken(process, TOKEN_QUERY, &token);
+        library = LoadLibraryA("powrprof.dll");
+        RegOpenKeyA(HKEY_LOCAL_MACHINE, "software\\product", &key);
+    }
+};
+
 TEST(Machine, TellsWhatIsOpenByItsKind) {
     Running running(describedForEveryCall());
-    HKEY key = nullptr;
-    RegOpenKeyA(HKEY_LOCAL_MACHINE, "software\\product", &key);
-    LoadLibraryA("powrprof.dll");
-    OpenProcess(0, FALSE, 1234);
-    const std::vector<OpenHandle> open = running.machine.openHandles();
-    ASSERT_THAT(open, SizeIs(3));
-    EXPECT_EQ(open[0].kind, HandleKind::RegistryKey);
-    EXPECT_EQ(open[0].value, 0x10000004u);
-    EXPECT_EQ(open[0].what, "HKEY_LOCAL_MACHINE\\SOFTWARE\\Product");
-    EXPECT_EQ(open[1].what, "powrprof.dll");
-    EXPECT_EQ(open[2].value, 0x30000004u);
-    EXPECT_EQ(open[2].what, "process 1234");
+    const OneOfEach one;
+    const auto number = [](const void* handle) { return reinterpret_cast<std::uintptr_t>(handle); };
+    const OpenHandle expected[] = {
+        {HandleKind::RegistryKey, 0x10000004, "HKEY_LOCAL_MACHINE\\SOFTWARE\\Product"},
+        {HandleKind::Library, number(one.library), "powrprof.dll"},
+        {HandleKind::Process, 0x30000004, "process 1234"},
+        {HandleKind::Token, 0x40000004, "token of process 1234"},
+        {HandleKind::Find, 0x50000004, "C:\\a.dll"},
+        {HandleKind::GlobalBlock, 0x60000004, ""},
+        {HandleKind::LocalBlock, number(one.local), ""},
+        {HandleKind::NetBuffer, number(one.net), ""},
+        {HandleKind::CitrixBuffer, number(one.citrix), ""},
+    };
+    const auto same = [](const OpenHandle& handle) {
+        return AllOf(Field("kind", &OpenHandle::kind, handle.kind), Field("value", &OpenHandle::value, handle.value),
+                     Field("what", &OpenHandle::what, handle.what));
+    };
+    std::vector<testing::Matcher<OpenHandle>> all;
+    for (const OpenHandle& handle : expected) {
+        EXPECT_THAT(running.machine.openHandles(handle.kind), ElementsAre(same(handle)));
+        EXPECT_TRUE(running.machine.isOpen(handle.value)) << static_cast<int>(handle.kind);
+        all.emplace_back(same(handle));
+    }
+    EXPECT_THAT(running.machine.openHandles(), ElementsAreArray(all));
+    EXPECT_FALSE(running.machine.isOpen(0));
+}
+
+TEST(Machine, KnowsWhatWasClosedAsNotOpen) {
+    Running running(describedForEveryCall());
+    const OneOfEach one;
+    RegCloseKey(one.key);
+    FreeLibrary(one.library);
+    FindClose(one.find);
+    GlobalFree(one.global);
+    LocalFree(one.local);
+    sim_NetApiBufferFree(one.net);
+    const void* closed[] = {one.key, one.library, one.find, one.global, one.local, one.net};
+    for (const void* handle : closed)
+        EXPECT_FALSE(running.machine.isOpen(reinterpret_cast<std::uintptr_t>(handle))) << handle;
+    EXPECT_THAT(running.machine.openHandles(), SizeIs(3));
 }
 
 }  // namespace
