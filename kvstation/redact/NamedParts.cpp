@@ -9,6 +9,12 @@
 namespace kvstation {
 namespace {
 
+// How a form is found: how many characters one takes at a place of the text, 0 where none is.
+struct PartForm {
+    PartKind kind;
+    std::size_t (*lengthAt)(PageTextView text, std::size_t place);
+};
+
 constexpr std::size_t kFewestPairs = 6;
 constexpr std::size_t kMostPairs = 16;
 constexpr PageTextView kUncPrefix = U"?\\unc\\";  // of \\?\UNC\server\share
@@ -90,18 +96,13 @@ std::size_t addressAt(PageTextView text, std::size_t place) {
     return !saysVersion && simwin::parseDotted(bytesOf(run)) ? run.size() : 0;
 }
 
-struct PartForm {
-    PartKind kind;
-    std::size_t (*lengthAt)(PageTextView text, std::size_t place);
+// Tried in their order: 10.1.2.3@srv is a mailbox, 00-1a-2b-3c-4d-5e@srv begins with a physical address.
+constexpr PartForm kFormsBehindMailbox[] = {
+    {PartKind::Address, addressAt},
 };
-
-// Tried in their order: 00-1a-2b-3c-4d-5e@srv begins with a physical address, 10.1.2.3@srv is a mailbox.
 constexpr PartForm kFormsBeforeMailbox[] = {
     {PartKind::Physical, physicalAt},
     {PartKind::LongAddress, longAddressAt},
-};
-constexpr PartForm kFormsBehindMailbox[] = {
-    {PartKind::Address, addressAt},
 };
 
 class Splitter {

@@ -52,7 +52,7 @@ struct HandleTables {
     BlockTable citrixBuffers{HandleKind::CitrixBuffer};
 };
 
-// Each table: one more does not compile until it stands here.
+// All of them: one more does not compile until the first line has it, and belongs in both.
 inline auto each(const HandleTables& tables) {
     const auto& [keys, libraries, processes, tokens, finds, globals, locals, nets, citrix] = tables;
     return std::tie(keys, libraries, processes, tokens, finds, globals, locals, nets, citrix);

@@ -39,12 +39,14 @@ struct Keyboard {
     int type = 0;
     int subType = 0;
 };
-// By what GetKeyboardType is asked with; a name is the member's in station.json.
+// By what GetKeyboardType is asked with; name and meaning are those of the member of station.json.
 struct KeyboardNumber {
-    const char* name;
     int Keyboard::*number;
+    const char* name;
+    const char* meaning;
 };
-inline constexpr KeyboardNumber kKeyboardNumbers[] = {{"type", &Keyboard::type}, {"subType", &Keyboard::subType}};
+inline constexpr KeyboardNumber kKeyboardNumbers[] = {{&Keyboard::type, "type", "GetKeyboardType(0)"},
+                                                      {&Keyboard::subType, "subType", "GetKeyboardType(1)"}};
 
 struct User {
     OptionalText name;

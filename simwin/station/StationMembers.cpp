@@ -1,6 +1,9 @@
 #include "simwin/station/StationMembers.h"
 
 #include <algorithm>
+#include <array>
+#include <iterator>
+#include <utility>
 
 #include "simwin/station/Forms.h"
 #include "simwin/station/NetworkForms.h"
@@ -36,11 +39,13 @@ constexpr Member<WindowsVersion> kMembers<WindowsVersion>[] = {
                                               "VerifyVersionInfoA's answer about the terminal suite"),
 };
 
+template <std::size_t... Number>
+constexpr auto keyboardMembers(std::index_sequence<Number...>) {
+    return std::array{
+        always<kKeyboardNumbers[Number].number>(kKeyboardNumbers[Number].name, kKeyboardNumbers[Number].meaning)...};
+}
 template <>
-constexpr Member<Keyboard> kMembers<Keyboard>[] = {
-    always<&Keyboard::type>("type", "GetKeyboardType(0)"),
-    always<&Keyboard::subType>("subType", "GetKeyboardType(1)"),
-};
+constexpr auto kMembers<Keyboard> = keyboardMembers(std::make_index_sequence<std::size(kKeyboardNumbers)>());
 
 template <>
 constexpr Member<User> kMembers<User>[] = {

@@ -259,8 +259,10 @@ TEST(RowForms, AreThoseOfTheDocument) {
     RowOptions options;
     addResultOptions(command, results);
     const std::string document = readFile(KV_FLEET_DOCUMENT, 1024 * 1024);
-    for (const CLI::Option* form : addRowOptions(command, options))
-        EXPECT_THAT(document, HasSubstr("\n| `" + form->get_name())) << "the table of forms tells of it";
+    for (const CLI::Option* form : addRowOptions(command, options)) {
+        const std::string file = form->get_type_name().empty() ? "" : " " + form->get_type_name();
+        EXPECT_THAT(document, HasSubstr("\n| `" + form->get_name() + file + "` | " + form->get_description()));
+    }
     std::string columns;
     for (const AboutColumn& column : kAboutRow)
         columns += "`" + std::string(column.name) + "`, ";
