@@ -57,9 +57,10 @@ Answer tellClock(const ObservedCall& call) {
     return wordsAnswer(std::to_string(clockIn(call)) + " MHz");
 }
 
+constexpr std::uint32_t kBufferTooSmall = 0xC0000023;
 constexpr NamedError kNtStatuses[] = {
     {0xC0000002, "STATUS_NOT_IMPLEMENTED"}, {0xC000000D, "STATUS_INVALID_PARAMETER"},
-    {0xC0000022, "STATUS_ACCESS_DENIED"},   {0xC0000023, "STATUS_BUFFER_TOO_SMALL"},
+    {0xC0000022, "STATUS_ACCESS_DENIED"},   {kBufferTooSmall, "STATUS_BUFFER_TOO_SMALL"},
     {0xC00000BB, "STATUS_NOT_SUPPORTED"},
 };
 
@@ -69,7 +70,6 @@ std::string_view ntStatusName(std::uint32_t status) {
 
 // A record for each processor is too much for the caller's room when there are several, and then no clock is told.
 void keepClock(StationDraft& draft, const ObservedCall& call) {
-    constexpr std::uint32_t kBufferTooSmall = 0xC0000023;
     if (!draft.station.processors)
         return;
     simwin::Processors& processors = *draft.station.processors;

@@ -39,7 +39,7 @@ void keepText(StationDraft& draft, const simwin::ObservedCall& call) {
         fieldOf<Fields...>(draft.station) = textAt(call, Parameter);
 }
 
-// Keeps the number that the call gave back.
+// Keeps the number that the call gave back, an int of Windows.
 template <auto... Fields>
 void keepResult(StationDraft& draft, const simwin::ObservedCall& call) {
     auto& field = fieldOf<Fields...>(draft.station);

@@ -15,7 +15,7 @@ struct Terminal {
 
 Terminal standardOutput();
 
-// What turns colours of a terminal on, and all of them off. Of colours by number a console knows 30 to 37.
+// What turns colours of a terminal on, and all of them off. An old console shows bold, dim and the colours 30 to 37.
 inline constexpr std::string_view kBold = "\x1b[1m";
 inline constexpr std::string_view kDim = "\x1b[2m";
 inline constexpr std::string_view kCyan = "\x1b[36m";

@@ -52,19 +52,17 @@ WORD foregroundOf(int colour) {
                              ((colour & 4) != 0 ? FOREGROUND_BLUE : 0));
 }
 
-// The console's own attributes for a sequence "\x1b[NUMBERm": consoles before Windows 10 know no sequences.
+// The console's own attributes for a sequence: consoles before Windows 10 know none.
 WORD attributesOf(std::string_view sequence, WORD normal) {
-    constexpr int kBoldText = 1;
-    constexpr int kDimText = 2;
     constexpr int kFirstColour = 30;
     constexpr int kLastColour = 37;
+    const auto background = static_cast<WORD>(normal & 0xFFF0);
+    if (sequence == kBold)
+        return static_cast<WORD>(normal | FOREGROUND_INTENSITY);
+    if (sequence == kDim)
+        return static_cast<WORD>(background | FOREGROUND_INTENSITY);
     int number = 0;
     std::from_chars(sequence.data() + 2, sequence.data() + sequence.size(), number);
-    const auto background = static_cast<WORD>(normal & 0xFFF0);
-    if (number == kBoldText)
-        return static_cast<WORD>(normal | FOREGROUND_INTENSITY);
-    if (number == kDimText)
-        return static_cast<WORD>(background | FOREGROUND_INTENSITY);
     if (number >= kFirstColour && number <= kLastColour)
         return static_cast<WORD>(background | foregroundOf(number - kFirstColour));
     return normal;

@@ -86,10 +86,11 @@ class LeftTextFinder {
   public:
     std::vector<LeftText> texts() && { return std::move(m_texts); }
 
-    void visit(const Json& before, const Json& after, const MemberPath& path) {
+    // The name is the one before, which tells what stands there.
+    void visit(const Json& before, const Json& after, const MemberPath& path, const std::string& name = {}) {
         const simwin::ToldAt told = simwin::toldAt(path);
         if (told.text != Tells::Nothing && isText(before) && isText(after))
-            compareAt(before, after, told.text, path);
+            compareAt(before, after, told.text, path, name);
         else if (before.is_structured() && after.is_structured())
             visitMembers(before, after, told.names != Tells::Nothing, path);
     }
@@ -132,12 +133,13 @@ class LeftTextFinder {
         return place;
     }
 
-    void compareAt(const Json& before, const Json& after, Tells tells, const MemberPath& path) {
+    void compareAt(const Json& before, const Json& after, Tells tells, const MemberPath& path,
+                   const std::string& name) {
         const bool isPath = tells == Tells::Key || tells == Tells::Unknown;
         if (isHex(before) && isHex(after) && !isPath)
             compareBytes(textIn(before), textIn(after), tells != Tells::VersionBytes, placeAt(path),
-                         placeOf(tells, path.back()));
-        else if (isLeft(textIn(before), textIn(after), tells, path.back()))
+                         placeOf(tells, name));
+        else if (isLeft(textIn(before), textIn(after), tells, name))
             note(textIn(after), placeAt(path));
     }
 
@@ -148,7 +150,7 @@ class LeftTextFinder {
             for (const auto& [name, value] : before.items())
                 if (after.contains(name)) {
                     path.back() = name;
-                    visit(value, after.at(name), path);
+                    visit(value, after.at(name), path, name);
                 }
             return;
         }
@@ -159,7 +161,7 @@ class LeftTextFinder {
             if (before.is_object())
                 compare(simwin::fromUtf8Leniently(name), simwin::fromUtf8Leniently(made.key()), place);
             path.back() = made.key();
-            visit(value, made.value(), path);
+            visit(value, made.value(), path, name);
             ++made;
         }
     }

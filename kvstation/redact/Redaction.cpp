@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <optional>
 #include <string_view>
+#include <utility>
 
 #include "kvstation/redact/BinaryTexts.h"
 #include "kvstation/redact/NamedParts.h"
@@ -77,17 +78,51 @@ Tells tellsOf(std::string_view variable, std::string_view value) {
     return placeIn(variable) == TextPlace::Version ? Tells::Version : Tells::Words;
 }
 
-// A UTF-8 text in the code page in force, which the names that are looked for are in; none where it has not all of it.
-std::optional<std::string> inPage(const std::string& utf8) {
-    std::string bytes = simwin::fromUtf8Leniently(utf8);
-    return simwin::toUtf8(bytes) == utf8 ? std::optional(std::move(bytes)) : std::nullopt;
+std::size_t lengthOfUtf8(std::string_view text) {
+    std::size_t length = 1;
+    while (length < text.size() && (simwin::byteOf(text[length]) & 0xC0) == 0x80)
+        ++length;
+    return length;
+}
+
+// A UTF-8 text with replace(part) in the place of each of its parts that the code page in force has, and that the names
+// that are looked for are in. What it has not stays.
+template <class Replace>
+std::string replaceInPage(std::string_view utf8, Replace replace) {
+    std::string made;
+    std::string part;
+    const auto endPart = [&] {
+        if (!part.empty())
+            made += simwin::toUtf8(replace(std::exchange(part, {})));
+    };
+    while (!utf8.empty()) {
+        const std::string_view character = utf8.substr(0, lengthOfUtf8(utf8));
+        simwin::Utf8Error error{};
+        if (const std::optional<std::string> bytes = simwin::fromUtf8(character, error)) {
+            part += *bytes;
+        } else {
+            endPart();
+            made += character;
+        }
+        utf8.remove_prefix(character.size());
+    }
+    endPart();
+    return made;
+}
+
+template <class Visit>
+void eachInPage(std::string_view utf8, Visit visit) {
+    replaceInPage(utf8, [&](const std::string& part) {
+        visit(part);
+        return part;
+    });
 }
 
 // A text of station.json.
 struct Text {
     std::string* text;
     Tells tells;
-    std::string name;  // of a variable
+    std::string name;  // under which it stands, where that is the station's own
 };
 
 class Redactor {
@@ -101,9 +136,8 @@ class Redactor {
         findFrom(Tells::AddressBytes, Tells::PhysicalBytes);
         findInRegistry();
         findFrom(Tells::Utf8Words, Tells::Last);
-        replaceAbsent([&](Tells tells, const std::string& name) {
-            findIn(tells, name);
-            return name;
+        eachAbsentName([&](const std::string& name, Tells tells) {
+            eachInPage(name, [&](const std::string& part) { findIn(tells, part); });
         });
     }
 
@@ -112,7 +146,9 @@ class Redactor {
         for (auto& [letter, drive] : m_station.drives)
             drive.serial = m_standIns.number(drive.serial);
         redactFrom(Tells::Key, Tells::Key);
-        replaceAbsent([&](Tells tells, const std::string& name) { return redacted(tells, name); });
+        eachAbsentName([&](std::string& name, Tells tells) {
+            name = replaceInPage(name, [&](const std::string& part) { return redacted(tells, part); });
+        });
         redactFrom(Tells::Unknown, Tells::Last);
         redactRegistry();
         return std::move(m_station);
@@ -159,7 +195,8 @@ class Redactor {
                 addAddresses(text);
                 return m_standIns.learn(text);
             case Tells::Utf8Words:
-                return m_standIns.learn(inPage(text).value_or(text));
+                eachInPage(text, [&](const std::string& part) { m_standIns.learn(part); });
+                return;
             case Tells::Words:
             case Tells::OwnWords:
             case Tells::OwnName:
@@ -169,8 +206,11 @@ class Redactor {
             case Tells::VersionBytes:
                 return findInBytes(text, false, TextPlace::Version);
             case Tells::Key:
-            case Tells::Unknown:
                 return learnPath(text);
+            case Tells::Unknown:
+                return simwin::splitHive(text)
+                           ? learnPath(text)
+                           : m_standIns.learn(std::string_view(text).substr(simwin::ownNameIn(text)));
             case Tells::Nothing:
             case Tells::Setting:
                 return;
@@ -230,18 +270,14 @@ class Redactor {
         eachKeyName(path, [&](std::string_view name, TextPlace place) { m_standIns.learn(name, place); });
     }
 
-    // Puts what replace(tells, name) gives into the place of each name that is the station's own in what is told not to
-    // be there; such a member's own name stays, and so does what is not in the code page.
-    template <class Replace>
-    void replaceAbsent(Replace replace) {
+    // Calls visit(name, tells) for each name that is the station's own in what is told not to be there; such a
+    // member's own name is none.
+    template <class Visit>
+    void eachAbsentName(Visit visit) {
         for (simwin::MemberPath& path : m_station.absent)
-            for (std::size_t i = 0; i < path.size(); ++i) {
-                const Tells tells = simwin::toldAt(simwin::PathBelow(path).first(i)).names;
-                simwin::Utf8Error error{};
-                const std::optional<std::string> name = simwin::fromUtf8(path[i], error);
-                if (tells != Tells::Nothing && name)
-                    path[i] = simwin::toUtf8(replace(tells, *name));
-            }
+            for (std::size_t i = 0; i < path.size(); ++i)
+                if (const Tells tells = simwin::toldAt(simwin::PathBelow(path).first(i)).names; tells != Tells::Nothing)
+                    visit(path[i], tells);
     }
 
     std::string redacted(Tells tells, const std::string& text) {
@@ -257,7 +293,7 @@ class Redactor {
             case Tells::PhysicalBytes:
                 return m_standIns.physical(text);
             case Tells::Utf8Words:
-                return redactUtf8(text);
+                return replaceInPage(text, [&](const std::string& part) { return m_standIns.inside(part); });
             case Tells::Words:
             case Tells::Addresses:
             case Tells::OwnWords:
@@ -276,11 +312,6 @@ class Redactor {
                 break;
         }
         return text;
-    }
-
-    std::string redactUtf8(const std::string& text) {
-        const std::optional<std::string> bytes = inPage(text);
-        return bytes ? simwin::toUtf8(m_standIns.inside(*bytes)) : m_standIns.inside(text);
     }
 
     std::string redactAddress(const std::string& bytes) {
@@ -336,7 +367,7 @@ class Redactor {
 
     StandIns m_standIns;
     Station m_station;
-    std::vector<Text> m_texts;  // of m_station, kind by kind
+    std::vector<Text> m_texts;  // of m_station, in the order of Tells; variables where Setting is
 };
 
 }  // namespace

@@ -17,7 +17,7 @@ TextPlace placeIn(std::string_view name);
 // Of the names of the keys below one that is called so and has that place itself.
 TextPlace placeBelow(std::string_view key, TextPlace place);
 
-// Visits the names in a key's full path but the hive's, each with its place.
+// Visits the names in a key's full path but the hive's, each with its place. A name is a view into the path.
 using KeyNameVisitor = std::function<void(std::string_view name, TextPlace place)>;
 void eachKeyName(std::string_view path, const KeyNameVisitor& visit);
 

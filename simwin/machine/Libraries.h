@@ -13,7 +13,7 @@ std::uintptr_t libraryHandle(std::size_t number);
 
 std::optional<std::size_t> findLibraryByHandle(std::uintptr_t handle);
 
-// The libraries that the program loaded.
+// The libraries that the program loaded, each as often as it did; those that are there at its start are none.
 struct LibraryTable {
     std::vector<unsigned> loads;  // by the library's number
 

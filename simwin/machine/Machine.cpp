@@ -60,7 +60,7 @@ Machine::Scope::~Scope() {
 
 std::vector<OpenHandle> Machine::openHandles() const {
     std::vector<OpenHandle> all;
-    std::apply([&](const auto&... table) { (table.tell(all, *m_station), ...); }, each(*m_state));
+    std::apply([&](const auto&... table) { (table.tell(all, *m_station), ...); }, tablesOf(*m_state));
     return all;
 }
 
@@ -149,7 +149,7 @@ bool Machine::isOpen(std::uintptr_t value) {
     // Whatever a real function gives may come back to one.
     if (m_relay != nullptr)
         return m_relay->behind() != nullptr ? m_relay->behind()->isOpen(value) : value != 0;
-    return std::apply([value](const auto&... table) { return (table.isOpen(value) || ...); }, each(*m_state));
+    return std::apply([value](const auto&... table) { return (table.isOpen(value) || ...); }, tablesOf(*m_state));
 }
 
 std::string Machine::describe(std::uintptr_t handle) {

@@ -53,7 +53,7 @@ struct HandleTables {
 };
 
 // All of them: one more does not compile until the first line has it, and belongs in both.
-inline auto each(const HandleTables& tables) {
+inline auto tablesOf(const HandleTables& tables) {
     const auto& [keys, libraries, processes, tokens, finds, globals, locals, nets, citrix] = tables;
     return std::tie(keys, libraries, processes, tokens, finds, globals, locals, nets, citrix);
 }

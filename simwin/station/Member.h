@@ -21,24 +21,24 @@
 
 namespace simwin {
 
-// What a text tells of whose the station is. A redaction takes the texts kind by kind, in this order.
+// What a text tells of whose the station is. A redaction goes by this order, so that it is the same each time.
 enum class Tells {
     Nothing,
     Name,           // a name as a whole
     AddressBytes,   // an IPv4 address of 4 bytes, an IPv6 address of 16, or else a physical one
     Address,        // an IPv4 address with dots
-    Host,           // a name as a whole, or such an address in its place
+    Host,           // a name as a whole, or an address with dots in its place
     PhysicalBytes,  // a physical address
     Utf8Words,      // names and addresses among others, in UTF-8
     Words,          // the same in the code page, as all that follows
     Addresses,      // the same, addresses first of all
     Version,        // the same, and numbers that may look like an address
-    Setting,        // any of these, by the name before it
-    OwnWords,       // words, of a file's path or a file of settings
+    Setting,        // any of these, by the name of the variable
+    OwnWords,       // words, of a file's path or of an entry in kvcstat64.ini
     Key,            // the full path of a key
     Unknown,        // the same, or the path of a member with dots
     VersionBytes,   // a raw version resource
-    OwnName,        // what the station calls a setting of its own
+    OwnName,        // the name of a variable, of a section or of an entry
     Last = OwnName,
 };
 

@@ -28,8 +28,8 @@ void eachToldText(Station& station, const TextVisitor& visit);
 // What stands at a place of the file.
 ToldAt toldAt(PathBelow path);
 
-// Where the name that is the station's own begins in a member's path with dots, such as "environment.KVIP"; the path's
-// end when there is none.
+// Where the name that is the station's own begins in a member's path with dots, such as "environment.KVIP": at its end
+// when there is none, and at its beginning when it is no member's path.
 std::size_t ownNameIn(std::string_view dottedPath);
 
 }  // namespace simwin

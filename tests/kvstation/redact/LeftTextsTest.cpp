@@ -129,9 +129,10 @@ TEST(LeftTexts, AreNoWordsOfTheForm) {
     const Station station = simwin::parseStation(
         R"({"environment": {"hex": "Kran"}, "unknown": ["network.hosts", "network.hosts.Werft", "profile.Mole.Dock", "net\u007fork"]})",
         "station.json");
-    EXPECT_THAT(leftOf(station), ElementsAre("hex | station.json /environment", "Kran | station.json /environment/hex",
-                                             "network.hosts.Werft | station.json /unknown/1",
-                                             "profile.Mole.Dock | station.json /unknown/2"));
+    EXPECT_THAT(leftOf(station),
+                ElementsAre("hex | station.json /environment", "Kran | station.json /environment/hex",
+                            "network.hosts.Werft | station.json /unknown/1",
+                            "profile.Mole.Dock | station.json /unknown/2", "net\x7Fork | station.json /unknown/3"));
     EXPECT_THAT(leftOf(station, Redacting::Everything), IsEmpty());
 }
 
@@ -145,6 +146,14 @@ TEST(LeftTexts, AreNoVersionsThatKeysAreCalledBy) {
     EXPECT_THAT(leftOf(station),
                 ElementsAre("HKEY_LOCAL_MACHINE\\Software\\Windows\\8.1 47111 | station.json /deniedKeys/1",
                             "8.1 47111 | registry.reg [HKEY_LOCAL_MACHINE\\Software\\Windows]"));
+    EXPECT_THAT(leftOf(station, Redacting::Everything), IsEmpty());
+}
+
+// What a variable holds is told by its name, which may be another one now.
+TEST(LeftTexts, AreNoVersionsInVariablesThatAreCalledOtherwiseNow) {
+    Station station;
+    station.environment = {{"WerftVersion", "8.1 47110"}};
+    EXPECT_THAT(leftOf(station), ElementsAre("WerftVersion | station.json /environment"));
     EXPECT_THAT(leftOf(station, Redacting::Everything), IsEmpty());
 }
 

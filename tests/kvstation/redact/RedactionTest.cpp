@@ -512,8 +512,7 @@ bool hasStandIns(PartKind kind) {
 
 TEST(NamedParts, HaveStandIns) {
     for (const PartKind kind : partKinds())
-        if (kind != PartKind::Text)
-            EXPECT_TRUE(hasStandIns(kind)) << namesOf(kind).letter;
+        EXPECT_NE(hasStandIns(kind), kind == PartKind::Text) << namesOf(kind).letter;
 }
 
 TEST(NamedParts, AreThoseOfTheDocument) {
@@ -739,22 +738,58 @@ TEST(Redaction, LeavesNoNameInTheNamesOfVariablesAndEntries) {
     station.user.name = "zornig";
     station.environment = {{"ZORNIG_HOME", "x"}, {"KVUser", "x"}, {"jo@hafen.example", "x"}};
     station.profile = {{"of zornig", "zornig", "x"}};
-    const Station made = kvstation::redacted(station);
-    EXPECT_THAT(heldBy(made, {"zornig", "jo@", "hafen"}), testing::IsEmpty());
-    EXPECT_EQ(made.environment[1].name, "KVUser");
+    for (const auto extent : {kvstation::Redacting::Names, kvstation::Redacting::Everything}) {
+        const Station made = kvstation::redacted(station, extent);
+        EXPECT_THAT(heldBy(made, {"zornig", "jo@", "hafen"}), testing::IsEmpty());
+        EXPECT_EQ(made.environment[1].name, "KVUser");
+    }
 }
 
-// The description alone is UTF-8. What the code page has no letters for is replaced where it is known by ASCII alone.
+// The description alone is UTF-8. What the code page has no letters for stays.
 TEST(Redaction, LeavesNoNameInTheDescription) {
     Station station = workstation();
     station.user.name = "M\xFCller";
     station.computerName = "ZORNPC";
     station.description = "M\xC3\xBCller's ZORNPC";
     EXPECT_THAT(heldBy(kvstation::redacted(station), {"M\xC3\xBCller", "M\xFCller", "ZORNPC"}), testing::IsEmpty());
-    station.description = "\xE6\xA9\x9F ZORNPC";
+    station.description = "機 ZORNPC 械Müller";
+    for (const auto extent : {kvstation::Redacting::Names, kvstation::Redacting::Everything}) {
+        const Station made = kvstation::redacted(station, extent);
+        EXPECT_THAT(heldBy(made, {"Müller", "ZORNPC"}), testing::IsEmpty());
+        EXPECT_THAT(made.description, testing::StartsWith("機 "));
+        EXPECT_THAT(made.description, HasSubstr(" 械"));
+    }
+    station.codePages.ansi = 932;
+    station.user.name = "jo";
+    station.description = "“Werft” 한 Müller";
+    const Station japanese = kvstation::redacted(station, kvstation::Redacting::Everything);
+    EXPECT_THAT(japanese.description, testing::StartsWith("“"));
+    EXPECT_THAT(japanese.description, HasSubstr("” 한 "));
+    EXPECT_THAT(heldBy(japanese, {"Werft"}), testing::IsEmpty());
+    simwin::parseStation(simwin::writeStation(japanese), "again");
+}
+
+TEST(Redaction, LeavesNothingInWhatNobodyKnows) {
+    Station station = workstation();
+    station.user.name = "zornig";
+    station.unknown = {"environment.jo@hafen.example",
+                       "files.\\\\kranwerk\\zornig",
+                       "network.arp.20.1.2.3",
+                       "network.hosts.20.1.2.4",
+                       "zornig",
+                       "network.arp",
+                       "drives.C.label",
+                       "files"};
     const Station made = kvstation::redacted(station);
-    EXPECT_THAT(heldBy(made, {"ZORNPC"}), testing::IsEmpty());
-    EXPECT_THAT(made.description, testing::StartsWith("\xE6\xA9\x9F "));
+    EXPECT_THAT(heldBy(made, {"jo@", "hafen", "kranwerk", "zornig", "20.1.2."}), testing::IsEmpty());
+    for (const std::size_t form : {5U, 6U, 7U})
+        EXPECT_EQ(made.unknown[form], station.unknown[form]);
+}
+
+TEST(Redaction, LeavesNoNameBesideWhatThePageHasNot) {
+    const Station station = simwin::parseStation(
+        R"({"user": {"name": "zornig"}, "files": {"C:\\名\\zornig.exe": null}, "computerName": "PC"})", "station.json");
+    EXPECT_THAT(heldBy(kvstation::redacted(station), {"zornig"}), testing::IsEmpty());
 }
 
 TEST(Redaction, GivesAHostThatIsAskedForByItsAddressThatOfTheAddress) {
@@ -884,10 +919,10 @@ TEST(Redaction, FindsANameOfIdeographsInLongerWordsAndOneOfTwoIsLongEnough) {
     station.codePages.ansi = 932;
     station.user.name = ofPage("山田");
     station.computerName = ofPage("森");
-    station.description = ofPage("山田太郎のプリンタ 森 青森");
+    station.description = "山田太郎のプリンタ 森 青森";
     const Station made = kvstation::redacted(station);
-    EXPECT_EQ(made.description,
-              *made.user.name + ofPage("太郎のプリンタ ") + *made.computerName + ofPage(" 青森") + ", redacted");
+    EXPECT_EQ(made.description, simwin::toUtf8(*made.user.name) + "太郎のプリンタ " +
+                                    simwin::toUtf8(*made.computerName) + " 青森, redacted");
 }
 
 // A lead byte in front of it takes its first letter for the reader of the page.

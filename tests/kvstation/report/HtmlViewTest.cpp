@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <set>
 
 #include "kvstation/report/HtmlStyle.h"
 #include "kvstation/report/HtmlText.h"
@@ -126,7 +127,11 @@ TEST(HtmlView, EveryGroupOfTheFieldsIsShownInAColour) {
     for (const Field& field : fields()) {
         EXPECT_NE(std::ranges::find(groups(), field.group, &Group::name), groups().end()) << field.group;
         EXPECT_THAT(html, HasSubstr("." + groupClass(field.group) + " { --hue: "));
+        EXPECT_THAT(html, HasSubstr("<section class=\"" + groupClass(field.group) + "\">"));
     }
+    std::set<int> hues;
+    for (const Group& group : groups())
+        EXPECT_TRUE(hues.insert(group.hue).second) << group.name;
 }
 
 TEST(HtmlView, DrivesAreBars) {

@@ -196,8 +196,11 @@ TEST(StationMembers, AreKnownByTheirPlaceAsWhatTheyAreVisitedAs) {
 TEST(StationMembers, HaveNamesOfTheStationsOwnInPathsWithDots) {
     for (const std::string own : {"environment.", "files.", "profile.", "network.hosts.", "network.arp."})
         EXPECT_EQ(ownNameIn(own + "C:\\a.exe"), own.size()) << own;
-    for (const std::string_view form : {"", "environment", "environment.", "network.domain", "user.name", "drives.C"})
+    for (const std::string_view form : {"", "environment", "environment.", "network.domain", "user.name", "drives.C",
+                                        "drives.C.label", "network.netbios.0.lana"})
         EXPECT_EQ(ownNameIn(form), form.size()) << form;
+    for (const std::string_view none : {"jo", "user.jo", "drives.Disk", "network.netbios.jo", "user.name.jo", "userx"})
+        EXPECT_EQ(ownNameIn(none), 0U) << none;
 }
 
 // Rows that do not compile.
