@@ -102,7 +102,7 @@ const simwin::KeyboardNumber* keyboardNumberOf(const ObservedCall& call) {
 
 Place placeOfKeyboard(const ObservedCall& call) {
     const simwin::KeyboardNumber* number = keyboardNumberOf(call);
-    return number != nullptr ? memberPlace({"keyboard", number->name}) : memberPlace({"keyboard"});
+    return number != nullptr ? memberPlace({"keyboard", number->name}) : Place{};
 }
 
 void keepKeyboard(StationDraft& draft, const ObservedCall& call) {

@@ -46,6 +46,18 @@ TEST(Answer, OfBinaryDataThatIsATextIsThatText) {
     EXPECT_EQ(shown(answerOf(registryAnswer(3, ""))), "no bytes");
 }
 
+TEST(Answer, OfTheKeyboardStandsWhereItsNumberDoes) {
+    const auto placeAsked = [](std::uint64_t number) {
+        ObservedCall call{
+            .name = "GetKeyboardType", .arguments = {}, .answer = {}, .subject = {}, .parameters = {number}};
+        return kvstation::nameOf(kvstation::calls::GetKeyboardType.asks.place(call));
+    };
+    EXPECT_EQ(placeAsked(0), "keyboard.type");
+    EXPECT_EQ(placeAsked(1), "keyboard.subType");
+    EXPECT_EQ(placeAsked(2), "") << "no station describes it";
+    EXPECT_EQ(placeAsked(0xFFFFFFFF), "");
+}
+
 TEST(Answer, OfAFailureIsTheErrorByItsName) {
     ObservedCall call{.name = "SendARP", .arguments = {}, .answer = {}, .subject = {}, .succeeded = false, .error = 67};
     EXPECT_EQ(shown(*kvstation::errorOf(call)), "67 ERROR_BAD_NET_NAME");
