@@ -15,7 +15,7 @@ std::string ImportLine(std::string library, const std::string& function) {
     return "import " + library + " " + function;
 }
 
-// What simwin answers, and beside it the export and what nobody answers: mostly the compiler's runtime. A new
+// What simwin answers, and beside it the export and what is not answered, the C runtime's calls above all. A new
 // dependency of the library is a reviewed change of either list.
 std::vector<std::string> ListedTables() {
     std::vector<std::string> lines = {
