@@ -10,9 +10,10 @@
 
 namespace {
 
-std::string ImportLine(std::string library, const std::string& function) {
-    CharLowerA(library.data());
-    return "import " + library + " " + function;
+std::string ImportLine(const std::string& library, const std::string& function) {
+    std::string line = "import " + library;
+    CharLowerA(line.data());
+    return line + " " + function;
 }
 
 // What simwin answers, and beside it the export and what is not answered, the C runtime's calls above all. A new
