@@ -13,6 +13,7 @@
 #include "simwin/station/StationMembers.h"
 #include "simwin/text/Address.h"
 #include "simwin/text/CodePage.h"
+#include "simwin/text/Utf8.h"
 
 namespace kvstation {
 namespace {
@@ -78,13 +79,6 @@ Tells tellsOf(std::string_view variable, std::string_view value) {
     return placeIn(variable) == TextPlace::Version ? Tells::Version : Tells::Words;
 }
 
-std::size_t lengthOfUtf8(std::string_view text) {
-    std::size_t length = 1;
-    while (length < text.size() && (simwin::byteOf(text[length]) & 0xC0) == 0x80)
-        ++length;
-    return length;
-}
-
 // A UTF-8 text with replace(part) in the place of each of its parts that the code page in force has, and that the names
 // that are looked for are in. What it has not stays.
 template <class Replace>
@@ -96,7 +90,7 @@ std::string replaceInPage(std::string_view utf8, Replace replace) {
             made += simwin::toUtf8(replace(std::exchange(part, {})));
     };
     while (!utf8.empty()) {
-        const std::string_view character = utf8.substr(0, lengthOfUtf8(utf8));
+        const std::string_view character = utf8.substr(0, std::max(simwin::decodeUtf8(utf8).length, std::size_t{1}));
         simwin::Utf8Error error{};
         if (const std::optional<std::string> bytes = simwin::fromUtf8(character, error)) {
             part += *bytes;
@@ -165,16 +159,18 @@ class Redactor {
                 text.tells = tellsOf(text.name, *text.text);
     }
 
-    // The texts of these kinds.
-    void findFrom(Tells first, Tells last) {
+    // Calls visit(text) for the texts of these kinds.
+    template <class Visit>
+    void eachFrom(Tells first, Tells last, Visit visit) {
         for (const Text& text : m_texts)
             if (first <= text.tells && text.tells <= last)
-                findIn(text.tells, *text.text);
+                visit(text);
+    }
+    void findFrom(Tells first, Tells last) {
+        eachFrom(first, last, [&](const Text& one) { findIn(one.tells, *one.text); });
     }
     void redactFrom(Tells first, Tells last) {
-        for (const Text& text : m_texts)
-            if (first <= text.tells && text.tells <= last)
-                *text.text = redacted(text.tells, *text.text);
+        eachFrom(first, last, [&](const Text& one) { *one.text = redacted(one.tells, *one.text); });
     }
 
     void findIn(Tells tells, const std::string& text) {
