@@ -18,7 +18,7 @@ extern "C" {
 /*
  * The station record. The caller owns it, clears ALL of it and passes its address.
  *
- * A field's comment is its meaning in kvcstat_fields.inc, which tells offsets, groups and lists too.
+ * The structure is made of kvcstat_fields.inc, which tells each field's offset, its group and whether it is a list too.
  *
  * Text is in the process's ANSI code page. A text field of width N receives at most N-1 bytes of text, cut within a
  * character too, and no terminator: the terminator is the zero that the caller put there, and an empty text leaves the
@@ -40,7 +40,7 @@ typedef struct STATIONDATA {
     char szStation[51];             /* name under which the station registers, upper case */
     char szUserName[256];           /* user as the product knows him */
     char szUserDisplayedName[51];   /* user's display name */
-    char reserved358[2];            /* alignment */
+    char reserved358[2];            /* reserved */
     int32_t dwKeyboardType;         /* keyboard type, GetKeyboardType(0) */
     int32_t dwOEMCodePage;          /* OEM code page */
     char szKeyboard[101];           /* keyboard description */
@@ -55,7 +55,7 @@ typedef struct STATIONDATA {
     char szRemovableDrives[101];    /* roots of removable drives, then the session's protocol data */
     char szFixedDrives[101];        /* fixed drives with label, file system, size in MB and percent free */
     char szWorkgroup[51];           /* workgroup or LAN group */
-    char reserved1983[9];           /* one byte of alignment and eight reserved */
+    char reserved1983[9];           /* reserved */
     int32_t bInternetExplorer;      /* 1 when the browsers name Internet Explorer */
     int32_t bNetscape;              /* 1 when the browsers name Netscape */
     char szTSProduct[51];           /* Citrix product and version */

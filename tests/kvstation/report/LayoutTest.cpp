@@ -66,17 +66,6 @@ TEST(Layout, JsonHasAnObjectForEachField) {
     EXPECT_FALSE(json[3].contains("limit"));
 }
 
-TEST(Layout, TheHeaderTellsTheMeaningOfEachField) {
-    const std::vector<std::string> header = linesOf(readFile(KV_RECORD_HEADER, 1024 * 1024));
-    for (const Field& field : fields()) {
-        const auto isItsLine = [&](const std::string& line) {
-            return line.find(" " + std::string(field.name) + (field.limit != 0 ? "[" : ";")) != std::string::npos &&
-                   line.ends_with("/* " + std::string(field.meaning) + " */");
-        };
-        EXPECT_TRUE(std::ranges::any_of(header, isItsLine)) << field.name << ": " << field.meaning;
-    }
-}
-
 // Its last column is what experiments find, which a test of the real library holds.
 TEST(Layout, TheDocumentHasARowForEachFieldAndReservedArea) {
     const std::vector<std::string> document = linesOf(readFile(KV_RECORD_DOCUMENT, 1024 * 1024));
