@@ -15,6 +15,9 @@ struct Terminal {
 
 Terminal standardOutput();
 
+// In the place of a file's name.
+inline constexpr const char* kStandardOutputName = "-";
+
 // What turns colours of a terminal on, and all of them off. An old console shows bold, dim and the colours 30 to 37.
 inline constexpr std::string_view kBold = "\x1b[1m";
 inline constexpr std::string_view kDim = "\x1b[2m";

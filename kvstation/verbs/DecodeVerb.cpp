@@ -8,7 +8,7 @@
 #include "kvstation/sets/StandardInput.h"
 #include "kvstation/verbs/CodePageOption.h"
 #include "kvstation/verbs/ResultOptions.h"
-#include "kvstation/verbs/RowForm.h"
+#include "kvstation/verbs/RowOptions.h"
 #include "kvstation/verbs/Verb.h"
 
 namespace kvstation {

@@ -36,8 +36,6 @@ void addResultOptions(CLI::App& command, ResultOptions& options);
 // the text. Throws Failure, and WrongUse where standard output would get two results.
 void giveOut(const Report& report, const ResultOptions& options);
 
-inline constexpr const char* kStandardOutputName = "-";
-
 // Several results, all or none, each into its file or to standard output. Throws Failure, and WrongUse where two have
 // one place.
 void writeResults(std::vector<NewFile> results);

@@ -13,7 +13,7 @@
 #include "kvstation/report/CallTimes.h"
 #include "kvstation/verbs/LiveOptions.h"
 #include "kvstation/verbs/ResultOptions.h"
-#include "kvstation/verbs/RowForm.h"
+#include "kvstation/verbs/RowOptions.h"
 #include "kvstation/verbs/Verb.h"
 #include "simwin/text/CodePage.h"
 

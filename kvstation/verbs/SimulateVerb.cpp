@@ -11,7 +11,7 @@
 #include "kvstation/report/CallTimes.h"
 #include "kvstation/report/Simulation.h"
 #include "kvstation/verbs/ResultOptions.h"
-#include "kvstation/verbs/RowForm.h"
+#include "kvstation/verbs/RowOptions.h"
 #include "kvstation/verbs/Verb.h"
 
 namespace kvstation {

@@ -19,6 +19,9 @@ class Tool(FleetTest):
     def test_shows_the_fields_asked_for(self):
         self.run_block("table")
 
+    def test_tells_the_columns(self):
+        self.run_block("columns")
+
     def test_tells_who_came_and_who_went(self):
         self.run_block("differences")
 

@@ -2,18 +2,16 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <CLI/App.hpp>
 #include <nlohmann/json.hpp>
 
 #include "../Samples.h"
 #include "../TemporaryFolder.h"
 #include "../ToolRun.h"
+#include "kvstation/forms/RowForm.h"
+#include "kvstation/forms/RowTable.h"
 #include "kvstation/platform/Files.h"
-#include "kvstation/rows/RowCsv.h"
 #include "kvstation/rows/RowJson.h"
-#include "kvstation/rows/RowTable.h"
 #include "kvstation/sets/Database.h"
-#include "kvstation/verbs/RowForm.h"
 
 namespace kvstation {
 namespace {
@@ -51,6 +49,10 @@ TEST(RowJson, NothingOfOneLineStaysInTheNext) {
     EXPECT_EQ(json["fields"], OrderedJson::parse(R"({"szStation": "", "dwSessionId": 0})"));
 }
 
+std::string csvLine(const StationRow& row, const FieldList& fields) {
+    return kCsvForm.make(fields, {})->encode(row);
+}
+
 TEST(RowCsv, CellsWithCommasQuotesAndEndsOfLinesStandInQuotes) {
     RecordBytes bytes = sampleBytes();
     put(bytes, &STATIONDATA::szStation, "A,\"B\"\r\nC");
@@ -58,8 +60,6 @@ TEST(RowCsv, CellsWithCommasQuotesAndEndsOfLinesStandInQuotes) {
     row.report.record = Record(bytes);
     EXPECT_EQ(csvLine(row, kTwo), "branch/pc1,records/branch/pc1.bin,1252," + std::string(rowTool()) +
                                       ",2026-11-22T12:00:00Z,1.2.0.0,,\"A,\"\"B\"\"\r\nC\",4294967294\r\n");
-    EXPECT_EQ(csvHeader(kTwo),
-              "name,source,codePage,tool,collectedAt,collectedByLibrary,collectedByTool,szStation,dwSessionId\r\n");
 }
 
 // As in JSON, where another library puts it.
@@ -126,6 +126,14 @@ TEST_F(RecordSet, IsALineForEachRecord) {
     EXPECT_EQ(OrderedJson::parse(rows[0])["name"], "pc1");
     EXPECT_EQ(OrderedJson::parse(rows[0])["source"], records + "/pc1.bin");
     EXPECT_EQ(OrderedJson::parse(rows[1])["fields"], OrderedJson::parse(R"({"szStation": "pc2"})"));
+}
+
+TEST_F(RecordSet, IsLinesBelowTheirColumns) {
+    const ProgramRun told = run({"decode", records, "--csv", "--field", "szStation", "--field", "dwSessionId"});
+    EXPECT_THAT(told.output,
+                StartsWith("name,source,codePage,tool,collectedAt,collectedByLibrary,collectedByTool,szStation,"
+                           "dwSessionId\r\npc1," +
+                           records + "/pc1.bin,"));
 }
 
 TEST_F(RecordSet, IsATableOfTheFieldsAskedFor) {
@@ -251,22 +259,6 @@ TEST(StationSet, TakesWhatIsToBeDifferentForAll) {
     const ProgramRun told =
         run({"simulate", KV_STATIONS "/windows-xp-*", "--set", "KVIP=10.9.8.7", "--field", "szIPAddress"});
     EXPECT_THAT(linesOf(told.output), ElementsAre(StartsWith("name"), testing::EndsWith(" 10.9.8.7"), testing::_));
-}
-
-TEST(RowForms, AreThoseOfTheDocument) {
-    CLI::App command;
-    ResultOptions results;
-    RowOptions options;
-    addResultOptions(command, results);
-    const std::string document = readFile(KV_FLEET_DOCUMENT, 1024 * 1024);
-    for (const CLI::Option* form : addRowOptions(command, options)) {
-        const std::string file = form->get_type_name().empty() ? "" : " " + form->get_type_name();
-        EXPECT_THAT(document, HasSubstr("\n| `" + form->get_name() + file + "` | " + form->get_description()));
-    }
-    std::string columns;
-    for (const AboutColumn& column : kAboutRow)
-        columns += "`" + std::string(column.name) + "`, ";
-    EXPECT_THAT(document, HasSubstr(columns + "and the fields"));
 }
 
 }  // namespace

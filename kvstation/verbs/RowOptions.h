@@ -1,9 +1,9 @@
-// The forms in which rows are given out, and the options that choose one.
+// The options that choose a form of rows, and rows given out in it.
 #pragma once
 
-#include <memory>
+#include <functional>
 #include <string>
-#include <string_view>
+#include <vector>
 
 #include "kvstation/rows/StationRow.h"
 #include "kvstation/sets/Jobs.h"
@@ -17,7 +17,7 @@ class Option;
 
 namespace kvstation {
 
-struct RowFormKind;  // a row of the source's table
+struct RowFormKind;
 
 struct RowOptions {
     const RowFormKind* form = nullptr;  // none: not asked for
@@ -42,29 +42,10 @@ void addSetOptions(CLI::App& command, SetOptions& options);
 // Throws WrongUse for what there is of one record alone.
 void refuseWishesOfOne(const ResultOptions& result);
 
-class RowForm {
-  public:
-    RowForm() = default;
-    RowForm(const RowForm&) = delete;
-    RowForm& operator=(const RowForm&) = delete;
-    virtual ~RowForm() = default;
-
-    // What `take` needs of a row. In any process.
-    virtual std::string encode(const StationRow& row) = 0;
-
-    // The rest happens in one process: once at first, for each row in its turn, and once at the end.
-    virtual void begin() {}
-    virtual void take(std::string_view encoded) = 0;
-    virtual void finish() = 0;
-};
-
-// Refuses the same.
-std::unique_ptr<RowForm> rowForm(const RowOptions& rows, const ResultOptions& result);
-
 // One row by itself.
 void giveOutRow(const StationRow& row, const RowOptions& rows, const ResultOptions& result);
 
-// Each source's row in its form; gives the exit status.
+// Each source's row in its form; gives the exit status. Refuses what there is of one record alone.
 int giveOutRows(const SetOptions& set, const ResultOptions& result, SourceKind kind, const std::string& what,
                 const std::function<StationRow(const Source&)>& rowOf);
 

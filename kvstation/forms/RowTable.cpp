@@ -1,4 +1,4 @@
-#include "kvstation/rows/RowTable.h"
+#include "kvstation/forms/RowTable.h"
 
 #include <algorithm>
 

@@ -1,5 +1,5 @@
-#include "kvstation/rows/RowCsv.h"
-
+// Rows as CSV (RFC 4180) in UTF-8: a header, then a line a row.
+#include "kvstation/forms/TextForm.h"
 #include "simwin/text/Utf8.h"
 
 namespace kvstation {
@@ -22,9 +22,7 @@ std::string endLine(std::string line) {
     return line += "\r\n";
 }
 
-}  // namespace
-
-std::string csvHeader(const FieldList& list) {
+std::string headerOf(const FieldList& list) {
     std::string line;
     for (const AboutColumn& column : kAboutRow)
         appendCell(line, column.name);
@@ -33,7 +31,8 @@ std::string csvHeader(const FieldList& list) {
     return endLine(std::move(line));
 }
 
-std::string csvLine(const StationRow& row, const FieldList& list) {
+// A byte that is no character becomes the replacement character, and what nobody knows an empty cell.
+std::string lineOf(const StationRow& row, const FieldList& list) {
     std::string line;
     for (const std::optional<std::string>& text : aboutRow(row))
         appendCell(line, simwin::repairedUtf8(text.value_or(std::string())));
@@ -41,5 +40,15 @@ std::string csvLine(const StationRow& row, const FieldList& list) {
         appendCell(line, simwin::repairedUtf8(row.report.record.textOf(field)));
     return endLine(std::move(line));
 }
+
+std::unique_ptr<RowForm> makeCsv(const FieldList& fields, const std::string&) {
+    return std::make_unique<TextForm>([fields](const StationRow& row) { return lineOf(row, fields); },
+                                      headerOf(fields));
+}
+
+}  // namespace
+
+const RowFormKind kCsvForm = {"--csv", "Print a table as comma-separated values (RFC 4180, in UTF-8), with a header",
+                              makeCsv};
 
 }  // namespace kvstation
