@@ -50,3 +50,6 @@ target_compile_definitions(watch_verbs_test PRIVATE
 add_dependencies(watch_verbs_test kvstation ending_files ending_names)
 add_test(NAME wine.Ending.ShowsOnATerminalWhatItWaitsForAndClearsIt
   COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/collect/terminal-line ${KV_ENDING}/kvstation.exe)
+add_test(NAME wine.Terminal.ShowsTheColoursOfAConsole
+  COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/platform/terminal-colours $<TARGET_FILE:kvstation>
+    ${PROJECT_SOURCE_DIR}/stations/windows-98-japanese)
