@@ -33,6 +33,7 @@ class Witness : public simwin::CallObserver {
 }  // namespace
 
 LiveStation captureHere(simwin::CallObserver& observer) {
+    const std::unique_ptr<LocalState> state = runningState();
     Witness witness(observer);
     LiveStation live;
     live.record = collectHereObserved(witness);
@@ -40,7 +41,6 @@ LiveStation captureHere(simwin::CallObserver& observer) {
     live.station.collected = collectedNow();
     AskedPlaces asked;
     asked.add(witness.calls());
-    const std::unique_ptr<LocalState> state = runningState();
     const Collector collector;
     complete(live.station, asked, *state, collector);
     return live;

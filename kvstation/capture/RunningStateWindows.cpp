@@ -1,10 +1,13 @@
+#include <algorithm>
 #include <array>
+#include <cwchar>
 #include <vector>
 
 #include "framework/Windows.h"
 #include "kvcstat/common/Handles.h"
 #include "kvstation/capture/RunningState.h"
 #include "kvstation/platform/Errors.h"
+#include "kvstation/platform/Utf16.h"
 #include "simwin/machine/Registry.h"
 #include "simwin/machine/VersionResource.h"
 #include "simwin/text/CodePage.h"
@@ -45,6 +48,29 @@ void copyValues(HKEY key, simwin::KeyId id, simwin::RegistryTree& tree) {
     }
 }
 
+std::optional<std::string> variableNow(const std::string& name) {
+    const DWORD size = GetEnvironmentVariableA(name.c_str(), nullptr, 0);
+    std::string value(size, '\0');
+    if (size == 0 || GetEnvironmentVariableA(name.c_str(), value.data(), size) >= size)
+        return std::nullopt;
+    value.resize(size - 1);
+    return value;
+}
+
+// A name may begin with "=".
+std::vector<simwin::Variable> variablesNow() {
+    const auto release = [](wchar_t* block) { FreeEnvironmentStringsW(block); };
+    const std::unique_ptr<wchar_t, decltype(release)> block(GetEnvironmentStringsW(), release);
+    std::vector<simwin::Variable> variables;
+    for (const wchar_t* line = block.get(); line != nullptr && *line != L'\0'; line += std::wcslen(line) + 1) {
+        const std::wstring_view wideName(line, std::wcscspn(line + 1, L"=") + 1);
+        const std::string name = simwin::fromUtf8Leniently(toUtf8(wideName));
+        if (const std::optional<std::string> value = variableNow(name))
+            variables.push_back({name, *value});
+    }
+    return variables;
+}
+
 class RunningState : public LocalState {
   public:
     bool copyKey(const std::string& fullPath, simwin::RegistryTree& tree) override {
@@ -58,12 +84,9 @@ class RunningState : public LocalState {
     }
 
     std::optional<std::string> variable(const std::string& name) override {
-        const DWORD size = GetEnvironmentVariableA(name.c_str(), nullptr, 0);
-        std::string value(size, '\0');
-        if (size == 0 || GetEnvironmentVariableA(name.c_str(), value.data(), size) >= size)
-            return std::nullopt;
-        value.resize(size - 1);
-        return value;
+        const auto isSame = [&](const simwin::Variable& one) { return simwin::equalNoCase(one.name, name); };
+        const auto found = std::ranges::find_if(m_variables, isSame);
+        return found != m_variables.end() ? std::optional(found->value) : std::nullopt;
     }
 
     std::optional<simwin::File> file(const std::string& path) override {
@@ -86,6 +109,8 @@ class RunningState : public LocalState {
             return std::nullopt;
         return simwin::versionIn({static_cast<const char*>(found), length});
     }
+
+    const std::vector<simwin::Variable> m_variables = variablesNow();
 };
 
 }  // namespace

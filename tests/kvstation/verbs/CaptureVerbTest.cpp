@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 
 #include <filesystem>
+#include <fstream>
 #include <nlohmann/json.hpp>
 
 #include "framework/Windows.h"
@@ -44,6 +45,16 @@ TEST_F(CaptureVerb, WritesAStationThatIsSimulatedAsThisComputerIsShown) {
     const ProgramRun captured = run({"capture", folder.string()});
     EXPECT_EQ(captured.status, 0) << captured.errors;
     EXPECT_EQ(recordOf(run({"simulate", folder.string(), "--json"})), recordOf(run({"show", "--json"})));
+}
+
+// A replay would ask for the name of the address that was published, in place of the address of the name.
+TEST_F(CaptureVerb, WritesNoVariableThatTheCollectionPublished) {
+    const ProgramRun captured = run({"capture", folder.string()});
+    EXPECT_EQ(captured.status, 0) << captured.errors;
+    const nlohmann::json station = nlohmann::json::parse(std::ifstream(folder / "station.json"));
+    EXPECT_TRUE(station["environment"].contains("USERDOMAIN"));
+    EXPECT_FALSE(station["environment"].contains("KVIP"));
+    EXPECT_FALSE(station["environment"].contains("KVUser"));
 }
 
 // As an option of other Windows programs does; under Wine it is a path like any.
