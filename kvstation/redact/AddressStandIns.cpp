@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "simwin/text/Address.h"
+
 namespace kvstation {
 namespace {
 
@@ -97,40 +99,34 @@ AddressStandIns::Form AddressStandIns::formFor(const IPv4& address) {
 }
 
 void AddressStandIns::learn(std::string_view shown, TextPlace place) {
-    if (place == TextPlace::Anywhere)
-        note(shown, false);
-}
-
-std::string AddressStandIns::standIn(std::string_view shown, TextPlace place) {
-    return place == TextPlace::Version && !isCertain(shown) ? std::string(shown) : standIn(shown);
-}
-
-void AddressStandIns::note(std::string_view dotted, bool isCertain) {
-    const std::optional<IPv4> address = parseIPv4(dotted);
-    if (!address || isNobodys(*address))
+    const std::optional<IPv4> address = parseIPv4(shown);
+    if (place == TextPlace::Version || !address || isNobodys(*address))
         return;
-    bool& known = m_noted[*address];
-    known = known || isCertain;
+    bool& isCertain = m_isCertain[*address];
+    isCertain = isCertain || place == TextPlace::Address;
     for (std::size_t i = 0; i < address->size(); ++i)
         m_numbersBehind[prefixOf(*address, i)].insert((*address)[i]);
 }
 
-bool AddressStandIns::isCertain(std::string_view dotted) const {
-    const std::optional<IPv4> address = parseIPv4(dotted);
-    const auto known = address ? m_noted.find(*address) : m_noted.end();
-    return known != m_noted.end() && known->second;
+std::string AddressStandIns::standIn(std::string_view shown, TextPlace place) {
+    const std::optional<IPv4> address = parseIPv4(shown);
+    const auto learned = address ? m_isCertain.find(*address) : m_isCertain.end();
+    if (learned == m_isCertain.end() || (place == TextPlace::Version && !learned->second))
+        return std::string(shown);
+    const auto [made, isNew] = m_standIns.emplace(*address, IPv4{});
+    if (isNew) {
+        made->second = make(*address);
+        m_made.insert(made->second);
+    }
+    return withZerosOf(shown, *address, made->second);
 }
 
-std::string AddressStandIns::standIn(std::string_view dotted) {
-    const std::optional<IPv4> address = parseIPv4(dotted);
-    if (!address || !m_noted.contains(*address))
-        return std::string(dotted);
-    const auto [place, isNew] = m_standIns.emplace(*address, IPv4{});
-    if (isNew) {
-        place->second = make(*address);
-        m_made.insert(place->second);
-    }
-    return withZerosOf(dotted, *address, place->second);
+void AddressStandIns::learnBytes(std::string_view bytes) {
+    learn(simwin::dotted(bytes), TextPlace::Address);
+}
+
+std::string AddressStandIns::ofBytes(std::string_view bytes) {
+    return simwin::parseDotted(standIn(simwin::dotted(bytes), TextPlace::Address)).value();
 }
 
 IPv4 AddressStandIns::make(const IPv4& address) {

@@ -22,17 +22,14 @@ class AddressStandIns : public FormStandIns {
     AddressStandIns(FormsByKind& forms, Chance& chance)
         : FormStandIns(forms, {PartKind::ServerAddress, PartKind::Address}), m_chance(chance) {}
 
-    // In the place of a version only what is certain is an address.
+    // Told of all addresses before, so that none of them becomes another's.
     void learn(std::string_view shown, TextPlace place) override;
+    // The address itself when it was not learned, when no other one is of its form (isNobodys, 10.0.0.0), and in the
+    // place of a version when nothing told for certain that it is one.
     std::string standIn(std::string_view shown, TextPlace place) override;
 
-    // To be told of all addresses before the first stand-in is asked for, so that none of them becomes another's.
-    // Of the same text a certain one counts.
-    void note(std::string_view dotted, bool isCertain);
-    // False for a number that only looks like an address.
-    bool isCertain(std::string_view dotted) const;
-    // The address itself when it was not noted, and when no other one is of its form: isNobodys, 10.0.0.0.
-    std::string standIn(std::string_view dotted);
+    void learnBytes(std::string_view bytes) override;
+    std::string ofBytes(std::string_view bytes) override;
 
   private:
     using Numbers = std::vector<unsigned>;
@@ -58,7 +55,7 @@ class AddressStandIns : public FormStandIns {
     IPv4 make(const IPv4& address);
 
     Chance& m_chance;
-    std::map<IPv4, bool> m_noted;                               // and whether it is certain
+    std::map<IPv4, bool> m_isCertain;                           // those that were learned
     std::map<std::string, std::set<unsigned>> m_numbersBehind;  // a prefix, in what was noted
     std::map<IPv4, IPv4> m_standIns;
     std::set<IPv4> m_made;

@@ -30,6 +30,12 @@ class FormStandIns {
     virtual void learn(std::string_view /*shown*/, TextPlace /*place*/) {}
     // What takes its place, as long as it and in its writing; the text itself where that may stay.
     virtual std::string standIn(std::string_view shown, TextPlace place) = 0;
+
+    // The same of one by its bytes, where the form has such.
+    virtual void learnBytes(std::string_view /*bytes*/) {}
+    virtual std::string ofBytes(std::string_view bytes) { return std::string(bytes); }
+    // Replaces those that are known, in binary data.
+    virtual void replaceIn(std::string& /*data*/) const {}
 };
 
 }  // namespace kvstation

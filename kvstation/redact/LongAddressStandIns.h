@@ -23,7 +23,7 @@ class LongAddressStandIns : public FormStandIns {
     // The text itself when it is no address.
     std::string standIn(std::string_view shown, TextPlace place) override;
     // An address' 16 bytes.
-    std::string ofBytes(std::string_view bytes);
+    std::string ofBytes(std::string_view bytes) override;
 
   private:
     using Groups = std::vector<std::uint16_t>;

@@ -33,7 +33,7 @@ std::string bytesOfPairs(std::string_view pairs) {
 }  // namespace
 
 void PhysicalStandIns::learn(std::string_view shown, TextPlace) {
-    addBytes(bytesOfPairs(shown));
+    learnBytes(bytesOfPairs(shown));
 }
 
 std::string PhysicalStandIns::standIn(std::string_view shown, TextPlace) {
@@ -58,7 +58,7 @@ std::string PhysicalStandIns::make(std::string_view bytes) {
     return made;
 }
 
-void PhysicalStandIns::addBytes(std::string_view bytes) {
+void PhysicalStandIns::learnBytes(std::string_view bytes) {
     if (isNobodys(bytes))
         return;
     const auto [place, isNew] = m_standIns.emplace(bytes, "");
@@ -73,24 +73,23 @@ void PhysicalStandIns::addBytes(std::string_view bytes) {
         m_addWord(pageText(hexOf(bytes)), pageText(hexOf(place->second)));
 }
 
-std::string PhysicalStandIns::ofBytes(std::string_view bytes) const {
+std::string PhysicalStandIns::ofBytes(std::string_view bytes) {
     const auto found = m_standIns.find(std::string(bytes));
     return found != m_standIns.end() ? found->second : std::string(bytes);
 }
 
 // Of two that overlap the last in their order is written over the other.
-std::string PhysicalStandIns::insideData(std::string_view data) const {
+void PhysicalStandIns::replaceIn(std::string& data) const {
     std::map<std::string_view, std::vector<std::size_t>> places;
     for (std::size_t i = 0; i + kWholeSize <= data.size(); ++i)
-        m_inside.eachOf(data.substr(i), [&](const std::string& bytes) { places[bytes].push_back(i); });
-    std::string result(data);
+        m_inside.eachOf(std::string_view(data).substr(i),
+                        [&](const std::string& bytes) { places[bytes].push_back(i); });
     for (const auto& [bytes, all] : places)
         for (std::size_t end = 0; const std::size_t place : all)
             if (place >= end) {
-                result.replace(place, bytes.size(), m_standIns.at(std::string(bytes)));
+                data.replace(place, bytes.size(), m_standIns.at(std::string(bytes)));
                 end = place + bytes.size();
             }
-    return result;
 }
 
 }  // namespace kvstation

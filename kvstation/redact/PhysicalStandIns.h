@@ -28,11 +28,10 @@ class PhysicalStandIns : public FormStandIns {
     void learn(std::string_view shown, TextPlace place) override;
     std::string standIn(std::string_view shown, TextPlace place) override;
 
-    void addBytes(std::string_view bytes);
+    void learnBytes(std::string_view bytes) override;
     // The address itself when it is not known.
-    std::string ofBytes(std::string_view bytes) const;
-    // Data with the known ones in it replaced.
-    std::string insideData(std::string_view data) const;
+    std::string ofBytes(std::string_view bytes) override;
+    void replaceIn(std::string& data) const override;
 
   private:
     std::string make(std::string_view bytes);

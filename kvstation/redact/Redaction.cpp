@@ -188,8 +188,7 @@ class Redactor {
             case Tells::PhysicalBytes:
                 return m_standIns.addPhysical(text);
             case Tells::Addresses:
-                addAddresses(text);
-                return m_standIns.learn(text);
+                return m_standIns.learn(text, TextPlace::Address);
             case Tells::Utf8Words:
                 eachInPage(text, [&](const std::string& part) { m_standIns.learn(part); });
                 return;
@@ -213,7 +212,7 @@ class Redactor {
         }
     }
 
-    // All addresses in a text that tells addresses.
+    // Of a host's name, which is one as a whole: no other form is looked for in it.
     void addAddresses(std::string_view text) {
         const PageText characters = pageText(text);
         for (const NamedPart& part : namedPartsOf(characters))
@@ -242,7 +241,7 @@ class Redactor {
 
     void findInValue(const RegistryValue& value) {
         if (isAmong(kAddressValues, value.name))
-            addAddresses(value.bytes);
+            m_standIns.learn(value.bytes, TextPlace::Address);
         if (isSecretValue(value.name)) {
             m_standIns.addName(wideTextOf(value.bytes, simwin::isText(value)).value_or(value.bytes));
             return;
@@ -340,8 +339,9 @@ class Redactor {
         const std::optional<std::string> wide = wideTextOf(value.bytes, simwin::isText(value));
         return wide ? widened(m_standIns.whole(*wide)) : m_standIns.whole(value.bytes);
     }
-    std::string redactBytes(std::string_view data, bool isText, TextPlace place) {
-        std::string bytes = m_standIns.inside(m_standIns.physicalInside(data), place);
+    std::string redactBytes(std::string bytes, bool isText, TextPlace place) {
+        m_standIns.replaceIn(bytes);
+        bytes = m_standIns.inside(bytes, place);
         const auto inside = [&](const std::string& text) { return m_standIns.inside(text, place); };
         if (!isText)
             replaceAscii(bytes, inside);

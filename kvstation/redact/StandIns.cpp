@@ -201,7 +201,7 @@ PageText StandIns::knownWords(PageTextView text) const {
 bool StandIns::isUsable(const PageText& secret, TextPlace place) const {
     const auto known = m_words.find(secret);
     return weightOf(secret) >= kShortestWord && !m_vocabulary.contains(secret) && known != m_words.end() &&
-           known->second.standsAlone && (place == TextPlace::Anywhere || !isNumber(secret));
+           known->second.standsAlone && (place != TextPlace::Version || !isNumber(secret));
 }
 
 PageText StandIns::replaceWord(PageTextView word, bool isShortName, TextPlace place) const {

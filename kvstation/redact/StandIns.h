@@ -32,9 +32,9 @@ class StandIns {
     // too short to look for, or too common, the whole is.
     void addName(std::string_view text);
     // A dotted IPv4 address for certain.
-    void addAddress(std::string_view dotted) { m_addresses.note(dotted, true); }
+    void addAddress(std::string_view dotted) { m_addresses.learn(dotted, TextPlace::Address); }
     // A physical address' bytes.
-    void addPhysical(std::string_view bytes) { m_physical.addBytes(bytes); }
+    void addPhysical(std::string_view bytes) { m_physical.learnBytes(bytes); }
     // The names and addresses that the text shows by its form.
     void learn(std::string_view text, TextPlace place = TextPlace::Anywhere);
 
@@ -48,12 +48,12 @@ class StandIns {
     // The same, but that what nobody knows to be a secret stays after leaveNothing() too.
     std::string insideKnown(std::string_view text, TextPlace place) { return replaced(text, place, false); }
 
-    std::string address(std::string_view dotted) { return m_addresses.standIn(dotted); }
+    std::string address(std::string_view dotted) { return m_addresses.standIn(dotted, TextPlace::Address); }
     // An IPv6 address' bytes.
     std::string longAddress(std::string_view bytes) { return m_longAddresses.ofBytes(bytes); }
-    std::string physical(std::string_view bytes) const { return m_physical.ofBytes(bytes); }
-    // Binary data with the known physical addresses in it replaced as bytes.
-    std::string physicalInside(std::string_view data) const { return m_physical.insideData(data); }
+    std::string physical(std::string_view bytes) { return m_physical.ofBytes(bytes); }
+    // Replaces the known physical addresses in binary data as bytes.
+    void replaceIn(std::string& data) const { m_physical.replaceIn(data); }
     // Another number of as many digits; 0 stays.
     std::uint32_t number(std::uint32_t value);
 
