@@ -48,7 +48,7 @@ bool holdsLeftWordOf(PageTextView before, PageTextView after, TextPlace place) {
 // nobody's.
 bool holdsLeftWord(PageTextView before, PageTextView after, TextPlace place) {
     for (const NamedPart& part : namedPartsOf(before)) {
-        if (!isOfWords(part.kind))
+        if (part.form != nullptr)
             continue;
         const auto start = static_cast<std::size_t>(part.text.data() - before.data());
         const PageTextView made = after.substr(std::min(start, after.size()), part.text.size());

@@ -1,22 +1,10 @@
 #include "kvstation/redact/NamedParts.h"
 
 #include <algorithm>
-#include <span>
-
-#include "kvstation/redact/LongAddress.h"
-#include "simwin/text/Address.h"
 
 namespace kvstation {
 namespace {
 
-// How a form is found: how many characters one takes at a place of the text, 0 where none is.
-struct PartForm {
-    PartKind kind;
-    std::size_t (*lengthAt)(PageTextView text, std::size_t place);
-};
-
-constexpr std::size_t kFewestPairs = 6;
-constexpr std::size_t kMostPairs = 16;
 constexpr PageTextView kUncPrefix = U"?\\unc\\";  // of \\?\UNC\server\share
 
 bool isSlash(char32_t character) {
@@ -26,84 +14,13 @@ bool isMailboxCharacter(char32_t character) {
     return isNameCharacter(character) || character == U'+';
 }
 
-char32_t characterAt(PageTextView text, std::size_t place) {
-    return place < text.size() ? text[place] : U'\0';
-}
-char32_t characterBefore(PageTextView text, std::size_t place) {
-    return place == 0 ? U'\0' : text[place - 1];
-}
-
-PageTextView withoutDotsBehind(PageTextView text) {
-    while (text.ends_with(U'.'))
-        text.remove_suffix(1);
-    return text;
-}
-
-// "i7@2.40GHz" is no mailbox: the last piece of a domain begins with a letter, and one letter is none.
-bool isDomain(PageTextView text) {
+// "i7@2.40GHz" is no mailbox: the last piece of a domain without a form begins with a letter, and one letter is none.
+bool isDomain(PageTextView text, const TextForm* form) {
     if (text.empty() || !isWordCharacter(text.front()))
         return false;
     const PageTextView last = text.substr(text.rfind(U'.') + 1);
-    return simwin::parseDotted(bytesOf(text)) || (last.size() > 1 && isLetter(last.front()));
+    return form != nullptr || (last.size() > 1 && isLetter(last.front()));
 }
-
-// The length of what has the form and begins at the place, or 0.
-
-std::size_t physicalAt(PageTextView text, std::size_t place) {
-    const auto at = [&](std::size_t one) { return characterAt(text, one); };
-    const char32_t joint = at(place + 2);
-    if ((joint != U'-' && joint != U':') || isWordCharacter(characterBefore(text, place)))
-        return 0;
-    std::size_t pairs = 0;
-    std::size_t end = place;
-    while (isHexDigit(at(end)) && isHexDigit(at(end + 1)) && !isWordCharacter(at(end + 2))) {
-        ++pairs;
-        end += 2;
-        if (at(end) != joint)
-            break;
-        ++end;
-    }
-    if (at(end - 1) == joint)
-        --end;
-    return pairs >= kFewestPairs && pairs <= kMostPairs ? end - place : 0;
-}
-
-// Eight pairs joined by ":" are a physical address.
-std::size_t longAddressAt(PageTextView text, std::size_t place) {
-    const auto isOfOne = [](char32_t character) { return isHexDigit(character) || character == U':'; };
-    const char32_t before = characterBefore(text, place);
-    if (!isOfOne(characterAt(text, place)) || isWordCharacter(before) || before == U':')
-        return 0;
-    PageTextView run = runOf(text.substr(place), isOfOne);
-    const std::size_t end = place + run.size();
-    const bool endsDotted = characterAt(text, end) == U'.' && isDigit(characterAt(text, end + 1));  // ::ffff:10.0.0.5
-    if (isWordCharacter(characterAt(text, end)) || endsDotted)
-        return 0;
-    if (run.ends_with(U':') && !run.ends_with(U"::"))
-        run.remove_suffix(1);
-    return parseIPv6(bytesOf(run)) ? run.size() : 0;
-}
-
-// Four numbers up to 255 and no fifth. "v1.2.3.4" says itself that it is a version.
-std::size_t addressAt(PageTextView text, std::size_t place) {
-    const char32_t before = characterBefore(text, place);
-    const bool goesOn = isDigit(before == U'.' ? characterBefore(text, place - 1) : before);
-    if (!isDigit(characterAt(text, place)) || goesOn)
-        return 0;
-    const auto isOfOne = [](char32_t character) { return isDigit(character) || character == U'.'; };
-    const PageTextView run = withoutDotsBehind(runOf(text.substr(place), isOfOne));
-    const bool saysVersion = toLower(before) == U'v' && !isWordCharacter(characterBefore(text, place - 1));
-    return !saysVersion && simwin::parseDotted(bytesOf(run)) ? run.size() : 0;
-}
-
-// Tried in their order: 10.1.2.3@srv is a mailbox, 00-1a-2b-3c-4d-5e@srv begins with a physical address.
-constexpr PartForm kFormsBehindMailbox[] = {
-    {PartKind::Address, addressAt},
-};
-constexpr PartForm kFormsBeforeMailbox[] = {
-    {PartKind::Physical, physicalAt},
-    {PartKind::LongAddress, longAddressAt},
-};
 
 class Splitter {
   public:
@@ -111,7 +28,7 @@ class Splitter {
 
     std::vector<NamedPart> split() {
         while (m_place < m_text.size())
-            if (!takeServer() && !takeForm(kFormsBeforeMailbox) && !takeMailbox() && !takeForm(kFormsBehindMailbox))
+            if (!takeServer() && !takeFormOrMailbox())
                 ++m_place;
         endText(m_text.size());
         return std::move(m_parts);
@@ -123,12 +40,12 @@ class Splitter {
 
     void endText(std::size_t end) {
         if (end > m_textStart)
-            m_parts.push_back({PartKind::Text, m_text.substr(m_textStart, end - m_textStart)});
+            m_parts.push_back({PartKind::Text, nullptr, m_text.substr(m_textStart, end - m_textStart)});
         m_textStart = end;
     }
-    void take(PartKind kind, std::size_t place, std::size_t length) {
+    void take(PartKind kind, const TextForm* form, std::size_t place, std::size_t length) {
         endText(place);
-        m_parts.push_back({kind, m_text.substr(place, length)});
+        m_parts.push_back({kind, form, m_text.substr(place, length)});
         m_place = m_textStart = place + length;
     }
 
@@ -170,23 +87,25 @@ class Splitter {
         if (std::ranges::none_of(name, isWordCharacter) || isDriveColon(place + name.size()) ||
             lowerCase(name) == U"localhost")
             return false;
-        if (physicalAt(m_text, place) == name.size())
-            take(PartKind::Physical, place, name.size());
-        else
-            takeComputer(place, name);
+        take(PartKind::Computer, formOf(place, name.size()), place, name.size());
         return true;
     }
-    void takeComputer(std::size_t place, PageTextView name) {
-        take(simwin::parseDotted(bytesOf(name)) ? PartKind::ServerAddress : PartKind::Computer, place, name.size());
+
+    // The form of so much of the text, or null.
+    const TextForm* formOf(std::size_t place, std::size_t length) const {
+        const auto* const form = std::ranges::find_if(
+            kTextForms, [&](const TextForm* one) { return one->lengthAt(m_text, place) == length; });
+        return form != std::end(kTextForms) ? *form : nullptr;
     }
 
-    bool takeForm(std::span<const PartForm> forms) {
-        for (const PartForm& form : forms)
-            if (const std::size_t length = form.lengthAt(m_text, m_place); length != 0) {
-                take(form.kind, m_place, length);
+    bool takeFormOrMailbox() {
+        for (const TextForm* form : kTextForms)
+            if (const std::size_t length = form->lengthAt(m_text, m_place); length != 0) {
+                if (!form->isInMailboxes || !takeMailbox())
+                    take(PartKind::Text, form, m_place, length);
                 return true;
             }
-        return false;
+        return takeMailbox();
     }
 
     bool takeMailbox() { return !isMailboxCharacter(before(m_place)) && takeMailboxAt(m_place); }
@@ -196,10 +115,12 @@ class Splitter {
         if (at(sign) != U'@' || std::ranges::none_of(user, isWordCharacter))
             return false;
         const PageTextView domain = withoutDotsBehind(runOf(m_text.substr(sign + 1), isNameCharacter));
-        if (!isDomain(domain))
+        const TextForm* whole = formOf(sign + 1, domain.size());
+        const TextForm* form = whole != nullptr && whole->isInMailboxes ? whole : nullptr;
+        if (!isDomain(domain, form))
             return false;
-        take(PartKind::User, place, user.size());
-        takeComputer(sign + 1, domain);
+        take(PartKind::User, nullptr, place, user.size());
+        take(PartKind::Computer, form, sign + 1, domain.size());
         return true;
     }
 

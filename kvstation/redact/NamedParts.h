@@ -3,29 +3,19 @@
 
 #include <vector>
 
-#include "kvstation/redact/PageText.h"
+#include "kvstation/redact/TextForm.h"
 
 namespace kvstation {
 
 enum class PartKind {
-    // Of words
     Text,      // whatever else stands there
     Computer,  // the server of \\SERVER\share, //server/share, ,,SERVER,printer and ##SERVER#share, and a mail domain
     User,      // of user@domain
-    // Of a form
-    ServerAddress,  // a dotted address in the place of a computer
-    Address,        // a dotted IPv4 address anywhere else; it may be the version of a program
-    Physical,       // six to sixteen pairs of hexadecimal digits joined by "-" or by ":"
-    LongAddress,    // an IPv6 address
 };
-
-// Whether its words are what tells something. A form has stand-ins of its own.
-constexpr bool isOfWords(PartKind kind) {
-    return kind <= PartKind::User;
-}
 
 struct NamedPart {
     PartKind kind;
+    const TextForm* form;  // null: its words are what tells something
     PageTextView text;
 };
 

@@ -214,6 +214,12 @@ char32_t toLower(char32_t character) {
     return pageInForce().known(character).lower;
 }
 
+PageTextView withoutDotsBehind(PageTextView text) {
+    while (text.ends_with(U'.'))
+        text.remove_suffix(1);
+    return text;
+}
+
 PageTextView runOf(PageTextView text, bool (*belongs)(char32_t)) {
     const auto end = std::ranges::find_if_not(text, belongs);
     return text.substr(0, static_cast<std::size_t>(end - text.begin()));

@@ -35,6 +35,15 @@ PageText lowerCase(PageTextView text);
 // address, follows the others.
 PageText inCaseOf(PageTextView original, PageTextView standIn);
 
+// 0 where the text has none.
+inline char32_t characterAt(PageTextView text, std::size_t place) {
+    return place < text.size() ? text[place] : U'\0';
+}
+inline char32_t characterBefore(PageTextView text, std::size_t place) {
+    return place == 0 ? U'\0' : text[place - 1];
+}
+
+PageTextView withoutDotsBehind(PageTextView text);
 // The characters of a text, from its first one on, up to one that does not belong to them.
 PageTextView runOf(PageTextView text, bool (*belongs)(char32_t));
 

@@ -24,9 +24,6 @@ using simwin::RegistryValue;
 using simwin::Station;
 using simwin::Tells;
 
-constexpr std::size_t kIPv4Size = 4;
-constexpr std::size_t kIPv6Size = 16;
-
 // Variables and registry values that tell a name.
 constexpr std::string_view kSecretVariables[] = {"CLIENTNAME",  "COMPUTERNAME",  "KVRDPClientName", "KVUser",
                                                  "LOGONSERVER", "USERDNSDOMAIN", "USERDOMAIN",      "USERNAME"};
@@ -53,6 +50,13 @@ bool isAmong(const List& list, std::string_view name) {
 
 bool isSecretValue(std::string_view name) {
     return isAmong(kSecretValues, name) || simwin::lowerCase(name).find("serial") != std::string::npos;
+}
+
+// Of an address whose bytes alone are told.
+const TextForm& formOfBytes(std::string_view bytes) {
+    constexpr std::size_t kIPv4Size = 4;
+    constexpr std::size_t kIPv6Size = 16;
+    return bytes.size() == kIPv4Size ? kAddressForm : bytes.size() == kIPv6Size ? kLongAddressForm : kPhysicalForm;
 }
 
 // Visits every key with its full path, parents first.
@@ -178,15 +182,15 @@ class Redactor {
             case Tells::Name:
                 return m_standIns.addName(text);
             case Tells::AddressBytes:
-                return addAddressBytes(text);
+                return m_standIns.of(formOfBytes(text)).learnBytes(text);
             case Tells::Address:
-                return m_standIns.addAddress(text);
+                return m_standIns.of(kAddressForm).learn(text, TextPlace::Address);
             case Tells::Host:
                 if (!simwin::parseDotted(text))
                     m_standIns.addName(text);
                 return addAddresses(text);
             case Tells::PhysicalBytes:
-                return m_standIns.addPhysical(text);
+                return m_standIns.of(kPhysicalForm).learnBytes(text);
             case Tells::Addresses:
                 return m_standIns.learn(text, TextPlace::Address);
             case Tells::Utf8Words:
@@ -216,15 +220,8 @@ class Redactor {
     void addAddresses(std::string_view text) {
         const PageText characters = pageText(text);
         for (const NamedPart& part : namedPartsOf(characters))
-            if (part.kind == PartKind::Address || part.kind == PartKind::ServerAddress)
-                m_standIns.addAddress(bytesOf(part.text));
-    }
-
-    void addAddressBytes(const std::string& bytes) {
-        if (bytes.size() == kIPv4Size)
-            m_standIns.addAddress(simwin::dotted(bytes));
-        else if (bytes.size() != kIPv6Size)
-            m_standIns.addPhysical(bytes);
+            if (part.form == &kAddressForm)
+                m_standIns.of(kAddressForm).learn(bytesOf(part.text), TextPlace::Address);
     }
 
     void findInRegistry() {
@@ -280,13 +277,13 @@ class Redactor {
             case Tells::Name:
                 return m_standIns.whole(text);
             case Tells::AddressBytes:
-                return redactAddress(text);
+                return m_standIns.of(formOfBytes(text)).ofBytes(text);
             case Tells::Address:
-                return m_standIns.address(text);
+                return redactAddress(text);
             case Tells::Host:
-                return simwin::parseDotted(text) ? m_standIns.address(text) : m_standIns.whole(text);
+                return simwin::parseDotted(text) ? redactAddress(text) : m_standIns.whole(text);
             case Tells::PhysicalBytes:
-                return m_standIns.physical(text);
+                return m_standIns.of(kPhysicalForm).ofBytes(text);
             case Tells::Utf8Words:
                 return replaceInPage(text, [&](const std::string& part) { return m_standIns.inside(part); });
             case Tells::Words:
@@ -309,10 +306,8 @@ class Redactor {
         return text;
     }
 
-    std::string redactAddress(const std::string& bytes) {
-        if (bytes.size() == kIPv4Size)
-            return *simwin::parseDotted(m_standIns.address(simwin::dotted(bytes)));
-        return bytes.size() == kIPv6Size ? m_standIns.longAddress(bytes) : m_standIns.physical(bytes);
+    std::string redactAddress(const std::string& dotted) {
+        return m_standIns.of(kAddressForm).standIn(dotted, TextPlace::Address);
     }
 
     // A key, a variable, a file, or a member that every station has.

@@ -55,6 +55,11 @@ PageTextView shortNamePart(PageTextView word) {
     return word;
 }
 
+// In the place of a computer stands its address.
+TextPlace placeOf(const NamedPart& part, TextPlace place) {
+    return part.kind == PartKind::Computer ? TextPlace::Address : place;
+}
+
 }  // namespace
 
 std::set<PageText> wordsOf(PageTextView text) {
@@ -64,6 +69,12 @@ std::set<PageText> wordsOf(PageTextView text) {
             words.insert(lowerCase(run));
     });
     return words;
+}
+
+StandIns::StandIns(std::set<PageText> vocabulary) : m_vocabulary(std::move(vocabulary)) {
+    const auto addWord = [this](const PageText& word, const PageText& standIn) { addMadeWord(word, standIn); };
+    for (const TextForm* form : kTextForms)
+        m_forms.emplace(form, form->makeStandIns(m_chance, addWord));
 }
 
 PageText StandIns::make(PageTextView word) {
@@ -164,18 +175,11 @@ void StandIns::addJoined(PageTextView joined) {
         m_joined.add(key);
 }
 
-// None where words are what is replaced.
-FormStandIns* StandIns::formOf(PartKind kind) const {
-    return isOfWords(kind) ? nullptr : m_forms.at(kind);
-}
-
 void StandIns::learn(std::string_view text, TextPlace place) {
     const PageText characters = pageText(text);
     for (const NamedPart& part : namedPartsOf(characters)) {
-        if (part.kind == PartKind::ServerAddress)
-            addAddress(bytesOf(part.text));
-        else if (FormStandIns* form = formOf(part.kind))
-            form->learn(bytesOf(part.text), place);
+        if (part.form != nullptr)
+            of(*part.form).learn(bytesOf(part.text), placeOf(part, place));
         else if (part.kind != PartKind::Text)
             addNames(part.text);
     }
@@ -287,8 +291,8 @@ PageText StandIns::replaceText(PageTextView text, TextPlace place, bool othersTo
 }
 
 PageText StandIns::replacePart(const NamedPart& part, TextPlace place, bool othersToo) {
-    if (FormStandIns* form = formOf(part.kind))
-        return pageText(form->standIn(bytesOf(part.text), place));
+    if (part.form != nullptr)
+        return pageText(of(*part.form).standIn(bytesOf(part.text), placeOf(part, place)));
     return part.kind == PartKind::Text ? replaceText(part.text, place, othersToo) : knownWords(part.text);
 }
 
@@ -298,6 +302,11 @@ std::string StandIns::replaced(std::string_view text, TextPlace place, bool othe
     for (const NamedPart& part : namedPartsOf(characters))
         result += replacePart(part, place, othersToo);
     return bytesOf(result);
+}
+
+void StandIns::replaceIn(std::string& data) {
+    for (const TextForm* form : kTextForms)
+        of(*form).replaceIn(data);
 }
 
 std::uint32_t StandIns::number(std::uint32_t value) {

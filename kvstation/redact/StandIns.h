@@ -5,17 +5,16 @@
 #include <array>
 #include <cstdint>
 #include <map>
+#include <memory>
 #include <set>
 #include <string>
 #include <string_view>
 
-#include "kvstation/redact/AddressStandIns.h"
 #include "kvstation/redact/Beginnings.h"
 #include "kvstation/redact/Chance.h"
-#include "kvstation/redact/LongAddressStandIns.h"
 #include "kvstation/redact/NamedParts.h"
 #include "kvstation/redact/PageText.h"
-#include "kvstation/redact/PhysicalStandIns.h"
+#include "kvstation/redact/TextForm.h"
 #include "kvstation/redact/TextPlace.h"
 
 namespace kvstation {
@@ -23,7 +22,9 @@ namespace kvstation {
 class StandIns {
   public:
     // Words that stay wherever they stand but in a text that is secret as a whole: the module asks for them.
-    explicit StandIns(std::set<PageText> vocabulary) : m_vocabulary(std::move(vocabulary)) {}
+    explicit StandIns(std::set<PageText> vocabulary);
+    StandIns(const StandIns&) = delete;
+    StandIns& operator=(const StandIns&) = delete;
 
     // From now on inside() replaces every word that isTelling too.
     void leaveNothing() { m_leavesNothing = true; }
@@ -31,10 +32,6 @@ class StandIns {
     // Every word of the text is a secret from now on, and so is what "-", "_" and "." join: of PC-17, whose words are
     // too short to look for, or too common, the whole is.
     void addName(std::string_view text);
-    // A dotted IPv4 address for certain.
-    void addAddress(std::string_view dotted) { m_addresses.learn(dotted, TextPlace::Address); }
-    // A physical address' bytes.
-    void addPhysical(std::string_view bytes) { m_physical.learnBytes(bytes); }
     // The names and addresses that the text shows by its form.
     void learn(std::string_view text, TextPlace place = TextPlace::Anywhere);
 
@@ -48,12 +45,10 @@ class StandIns {
     // The same, but that what nobody knows to be a secret stays after leaveNothing() too.
     std::string insideKnown(std::string_view text, TextPlace place) { return replaced(text, place, false); }
 
-    std::string address(std::string_view dotted) { return m_addresses.standIn(dotted, TextPlace::Address); }
-    // An IPv6 address' bytes.
-    std::string longAddress(std::string_view bytes) { return m_longAddresses.ofBytes(bytes); }
-    std::string physical(std::string_view bytes) { return m_physical.ofBytes(bytes); }
-    // Replaces the known physical addresses in binary data as bytes.
-    void replaceIn(std::string& data) const { m_physical.replaceIn(data); }
+    // Those for one of kTextForms, which inside() and learn() ask too.
+    FormStandIns& of(const TextForm& form) { return *m_forms.at(&form); }
+    // Replaces in binary data what has a form as bytes and is known.
+    void replaceIn(std::string& data);
     // Another number of as many digits; 0 stays.
     std::uint32_t number(std::uint32_t value);
 
@@ -66,7 +61,6 @@ class StandIns {
     const PageText& standInFor(const PageText& lowerWord);
     void addMadeWord(const PageText& lowerWord, const PageText& standIn);
     void lookFor(const PageText& lowerWord);
-    FormStandIns* formOf(PartKind kind) const;
     void addNames(PageTextView text);
     void addJoined(PageTextView joined);
     bool isUsable(const PageText& secret, TextPlace place) const;
@@ -92,11 +86,7 @@ class StandIns {
     BasicBeginnings<PageText> m_inside;
     std::array<std::map<PageText, PageText>, 2> m_longest;
     Chance m_chance;
-    FormsByKind m_forms;  // those that follow
-    AddressStandIns m_addresses{m_forms, m_chance};
-    LongAddressStandIns m_longAddresses{m_forms, m_chance};
-    PhysicalStandIns m_physical{
-        m_forms, m_chance, [this](const PageText& digits, const PageText& standIn) { addMadeWord(digits, standIn); }};
+    std::map<const TextForm*, std::unique_ptr<FormStandIns>> m_forms;
     std::map<std::uint32_t, std::uint32_t> m_numbers;
 };
 

@@ -32,6 +32,7 @@ namespace {
 
 using kvstation::PartKind;
 using kvstation::StandIns;
+using kvstation::TextForm;
 using simwin::Station;
 using testing::HasSubstr;
 using testing::Not;
@@ -198,16 +199,23 @@ TEST(StandIns, LeaveWordsThatTheModuleAsksFor) {
     EXPECT_EQ(standIns.inside("Control\\Citrix"), "Control\\Citrix");
 }
 
+void learnAddress(StandIns& standIns, const std::string& dotted) {
+    standIns.of(kvstation::kAddressForm).learn(dotted, kvstation::TextPlace::Address);
+}
+std::string addressFor(StandIns& standIns, const std::string& dotted) {
+    return standIns.of(kvstation::kAddressForm).standIn(dotted, kvstation::TextPlace::Address);
+}
+
 TEST(StandIns, OfAddressesKeepTheirDigitsAndTheirZeros) {
     StandIns standIns({});
     for (const char* address : {"10.0.0.0", "10.20.0.40", "192.168.31.44", "255.255.0.0"})
-        standIns.addAddress(address);
-    EXPECT_EQ(standIns.address("10.0.0.0"), "10.0.0.0");
-    EXPECT_THAT(standIns.address("10.20.0.40"), matches("10\\.[13-9]0\\.0\\.[1-35-9]0"));
-    EXPECT_THAT(standIns.address("192.168.31.44"), matches("192\\.168\\.[1-9][1-9]\\.[1-9][1-9]"));
-    EXPECT_NE(standIns.address("192.168.31.44"), "192.168.31.44");
-    EXPECT_EQ(standIns.address("255.255.0.0"), "255.255.0.0");
-    EXPECT_EQ(standIns.inside("at 192.168.31.44;"), "at " + standIns.address("192.168.31.44") + ";");
+        learnAddress(standIns, address);
+    EXPECT_EQ(addressFor(standIns, "10.0.0.0"), "10.0.0.0");
+    EXPECT_THAT(addressFor(standIns, "10.20.0.40"), matches("10\\.[13-9]0\\.0\\.[1-35-9]0"));
+    EXPECT_THAT(addressFor(standIns, "192.168.31.44"), matches("192\\.168\\.[1-9][1-9]\\.[1-9][1-9]"));
+    EXPECT_NE(addressFor(standIns, "192.168.31.44"), "192.168.31.44");
+    EXPECT_EQ(addressFor(standIns, "255.255.0.0"), "255.255.0.0");
+    EXPECT_EQ(standIns.inside("at 192.168.31.44;"), "at " + addressFor(standIns, "192.168.31.44") + ";");
 }
 
 struct Kind {
@@ -245,10 +253,10 @@ constexpr Kind kKinds[] = {
 TEST(StandIns, OfAddressesAreOfTheSameKind) {
     StandIns standIns({});
     for (const Kind& kind : kKinds)
-        standIns.addAddress(kind.address);
+        learnAddress(standIns, kind.address);
     for (const Kind& kind : kKinds) {
-        EXPECT_THAT(standIns.address(kind.address), matches(kind.standIn)) << kind.address;
-        EXPECT_NE(standIns.address(kind.address), kind.address);
+        EXPECT_THAT(addressFor(standIns, kind.address), matches(kind.standIn)) << kind.address;
+        EXPECT_NE(addressFor(standIns, kind.address), kind.address);
     }
 }
 
@@ -263,9 +271,9 @@ TEST(StandIns, OfPublicAddressesAreAsLongAndReachNobody) {
                 for (const std::string& fourth : numbers)
                     addresses.push_back(first + ("." + second) + "." + third + "." + fourth);
     for (const std::string& address : addresses)
-        standIns.addAddress(address);
+        learnAddress(standIns, address);
     for (const std::string& address : addresses) {
-        const std::string made = standIns.address(address);
+        const std::string made = addressFor(standIns, address);
         EXPECT_EQ(made.size(), address.size()) << address << " " << made;
         EXPECT_EQ(made.find("0.0.0.0"), address.find("0.0.0.0")) << address << " " << made;
         if (address == "20.0.0.0") {
@@ -282,14 +290,14 @@ TEST(StandIns, OfAddressesOfOneNetAreOfOneNet) {
                                            "141.30.7.",  "141.30.8.",  "62.1.7."};
     for (const std::string& net : nets)
         for (const char* host : {"1", "20", "133", "254", "255"})
-            standIns.addAddress(net + host);
+            learnAddress(standIns, net + host);
     const auto netOf = [](const std::string& address) { return address.substr(0, address.rfind('.')); };
     std::set<std::string> made;
     for (const std::string& net : nets) {
-        const std::string gateway = standIns.address(net + "1");
+        const std::string gateway = addressFor(standIns, net + "1");
         for (const char* host : {"20", "133", "254", "255"})
-            EXPECT_EQ(netOf(standIns.address(net + host)), netOf(gateway)) << net << host;
-        EXPECT_THAT(standIns.address(net + "255"), testing::EndsWith(".255"));
+            EXPECT_EQ(netOf(addressFor(standIns, net + host)), netOf(gateway)) << net << host;
+        EXPECT_THAT(addressFor(standIns, net + "255"), testing::EndsWith(".255"));
         made.insert(netOf(gateway));
     }
     EXPECT_EQ(made.size(), nets.size());
@@ -304,16 +312,16 @@ TEST(StandIns, OfAddressesOfOneNetAreDifferentOnes) {
     const std::set<std::string> few = {"10.1.2.1", "10.1.2.2", "10.1.2.10", "10.1.2.20", "10.1.2.111", "10.1.2.112"};
     for (const std::set<std::string>& net : {full, few}) {
         for (const std::string& address : net)
-            standIns.addAddress(address);
+            learnAddress(standIns, address);
         std::set<std::string> made;
         for (const std::string& address : net) {
-            EXPECT_NE(standIns.address(address), address);
-            made.insert(standIns.address(address));
+            EXPECT_NE(addressFor(standIns, address), address);
+            made.insert(addressFor(standIns, address));
         }
         EXPECT_EQ(made.size(), net.size());
     }
     for (const std::string& address : few)
-        EXPECT_FALSE(few.contains(standIns.address(address))) << address;
+        EXPECT_FALSE(few.contains(addressFor(standIns, address))) << address;
 }
 
 constexpr Kind kLongKinds[] = {
@@ -344,19 +352,21 @@ TEST(StandIns, OfLongAddressesAreTheSameInEveryWritingAndOfOneNet) {
     const std::string made = standIns.inside("fe80::1:2a");
     EXPECT_EQ(lower(standIns.inside("FE80:0:0:0:0:0:1:2A")), "fe80:0:0:0:0:0:" + made.substr(6));
     EXPECT_EQ(standIns.inside("fe80::0001:002a"), "fe80::000" + made.substr(6, 2) + "00" + made.substr(8));
-    EXPECT_EQ(standIns.longAddress(std::string("\xfe\x80\0\0\0\0\0\0\0\0\0\0\0\1\0\x2a", 16)),
-              "\xfe\x80" + std::string(11, '\0') + bytesOfDigits("0" + made.substr(6, 1)) + '\0' +
-                  bytesOfDigits(made.substr(8)));
+    EXPECT_EQ(
+        standIns.of(kvstation::kLongAddressForm).ofBytes(std::string("\xfe\x80\0\0\0\0\0\0\0\0\0\0\0\1\0\x2a", 16)),
+        "\xfe\x80" + std::string(11, '\0') + bytesOfDigits("0" + made.substr(6, 1)) + '\0' +
+            bytesOfDigits(made.substr(8)));
     EXPECT_EQ(standIns.inside("2a02:908:1:2::5").substr(0, 13), standIns.inside("2a02:908:1:2::6").substr(0, 13));
     EXPECT_NE(standIns.inside("2a02:908:1:2::5"), standIns.inside("2a02:908:1:2::6"));
 }
 
 TEST(StandIns, OfPhysicalAddressesWereMadeUpByThePlaceAndCallOneOrMany) {
     StandIns standIns({});
+    kvstation::FormStandIns& physical = standIns.of(kvstation::kPhysicalForm);
     for (int i = 0; i < 256; ++i) {
         const std::string bytes{static_cast<char>(i), 1, 2, 3, 4, 5};
-        standIns.addPhysical(bytes);
-        EXPECT_EQ(standIns.physical(bytes)[0] & 3, (i & 1) | 2) << i;
+        physical.learnBytes(bytes);
+        EXPECT_EQ(physical.ofBytes(bytes)[0] & 3, (i & 1) | 2) << i;
     }
 }
 
@@ -377,8 +387,16 @@ struct PartNames {
     const char* row;
 };
 
-PartNames namesOf(PartKind kind) {
+PartNames namesOf(PartKind kind, const TextForm* form) {
     constexpr const char* kAddresses = "IPv4 addresses, written with dots, and IPv6 addresses";
+    if (form == &kvstation::kAddressForm)
+        return {kind == PartKind::Computer ? 'S' : 'A', kAddresses};
+    if (form == &kvstation::kPhysicalForm)
+        return {'P', "MACs"};
+    if (form == &kvstation::kLongAddressForm)
+        return {'L', kAddresses};
+    if (form != nullptr)
+        return {};
     switch (kind) {
         case PartKind::Text:
             return {'T', nullptr};
@@ -386,24 +404,19 @@ PartNames namesOf(PartKind kind) {
             return {'C', "computers"};
         case PartKind::User:
             return {'U', "users"};
-        case PartKind::ServerAddress:
-            return {'S', kAddresses};
-        case PartKind::Address:
-            return {'A', kAddresses};
-        case PartKind::Physical:
-            return {'P', "MACs"};
-        case PartKind::LongAddress:
-            return {'L', kAddresses};
     }
     return {};
 }
 
-// Their numbers are those from 0 on, without a gap.
-std::vector<PartKind> partKinds() {
-    std::vector<PartKind> kinds;
-    for (auto kind = PartKind{}; namesOf(kind).letter != '\0'; kind = static_cast<PartKind>(kinds.size()))
-        kinds.push_back(kind);
-    return kinds;
+// Of parts of every kind and every form. The kinds' numbers are those from 0 on, without a gap.
+std::vector<PartNames> allNames() {
+    std::vector<PartNames> names;
+    for (auto kind = PartKind{}; namesOf(kind, nullptr).letter != '\0'; kind = static_cast<PartKind>(names.size()))
+        names.push_back(namesOf(kind, nullptr));
+    for (const TextForm* form : kvstation::kTextForms)
+        for (const PartKind kind : {PartKind::Text, PartKind::Computer})
+            names.push_back(namesOf(kind, form));
+    return names;
 }
 
 // A letter and the text of each part.
@@ -412,7 +425,7 @@ std::string splitting(std::string_view text) {
     const kvstation::PageText characters = kvstation::pageText(text);
     for (const kvstation::NamedPart& part : kvstation::namedPartsOf(characters)) {
         told += told.empty() ? "" : " ";
-        told += namesOf(part.kind).letter;
+        told += namesOf(part.kind, part.form).letter;
         told += "<" + kvstation::bytesOf(part.text) + ">";
     }
     return told;
@@ -455,6 +468,8 @@ constexpr Splitting kSplittings[] = {
     {"root@10.1.2.3", "U<root> T<@> S<10.1.2.3>"},
     {"10.1.2.3@srv", "U<10.1.2.3> T<@> C<srv>"},
     {"00-1a-2b-3c-4d-5e@srv", "P<00-1a-2b-3c-4d-5e> T<@srv>"},
+    {"x@00-1a-2b-3c-4d-5e", "T<x@> P<00-1a-2b-3c-4d-5e>"},
+    {"x@ab-1a-2b-3c-4d-5e", "U<x> T<@> C<ab-1a-2b-3c-4d-5e>"},
     {"CPU i7-2600 @ 3.40GHz", "T<CPU i7-2600 @ 3.40GHz>"},
     {"6600@2.40GHz", "T<6600@2.40GHz>"},
     {"@oem7.inf,%mfg%;x", "T<@oem7.inf,%mfg%;x>"},
@@ -496,8 +511,8 @@ TEST(NamedParts, AreKnownByTheirForm) {
         EXPECT_EQ(splitting(row.text), row.parts) << row.text;
 }
 
-// Whether one of the splittings has a part of the kind that something else takes the place of.
-bool hasStandIns(PartKind kind) {
+// Whether one of the splittings has a part of that letter that something else takes the place of.
+bool hasStandIns(char letter) {
     return std::ranges::any_of(kSplittings, [&](const Splitting& row) {
         StandIns standIns({});
         standIns.learn(row.text);
@@ -505,23 +520,25 @@ bool hasStandIns(PartKind kind) {
         const kvstation::PageText after = kvstation::pageText(standIns.inside(row.text));
         return std::ranges::any_of(kvstation::namedPartsOf(before), [&](const kvstation::NamedPart& part) {
             const auto place = static_cast<std::size_t>(part.text.data() - before.data());
-            return part.kind == kind && after.substr(place, part.text.size()) != part.text;
+            return namesOf(part.kind, part.form).letter == letter && after.substr(place, part.text.size()) != part.text;
         });
     });
 }
 
 TEST(NamedParts, HaveStandIns) {
-    for (const PartKind kind : partKinds())
-        EXPECT_NE(hasStandIns(kind), kind == PartKind::Text) << namesOf(kind).letter;
+    for (const PartNames& names : allNames()) {
+        ASSERT_NE(names.letter, '\0') << "a form without a letter here";
+        EXPECT_NE(hasStandIns(names.letter), names.letter == 'T') << names.letter;
+    }
 }
 
 TEST(NamedParts, AreThoseOfTheDocument) {
     std::set<std::string> rows = {"the drives' serial numbers",
                                   "the names of user, computer, client, domain and workgroup, the host's names, owner, "
                                   "organization, product id, serial numbers"};
-    for (const PartKind kind : partKinds())
-        if (const char* row = namesOf(kind).row)
-            rows.insert(row);
+    for (const PartNames& names : allNames())
+        if (names.row != nullptr)
+            rows.insert(names.row);
 
     const std::string document = kvstation::readFile(KV_STATIONS_DOCUMENT, 1024 * 1024);
     const std::string head = "With `--redact` stand-ins stand in the place of\n\n| what | where |\n|---|---|\n";
@@ -608,11 +625,11 @@ TEST(StandIns, OfPhysicalAddressesAreTheSameInEveryWriting) {
 TEST(StandIns, OfAddressesLeaveMasksAndThisMachine) {
     StandIns standIns({});
     for (const char* nobodys : {"0.0.0.0", "127.0.0.1", "128.0.0.0", "254.0.0.0", "255.255.252.0", "255.255.255.255"}) {
-        standIns.addAddress(nobodys);
-        EXPECT_EQ(standIns.address(nobodys), nobodys);
+        learnAddress(standIns, nobodys);
+        EXPECT_EQ(addressFor(standIns, nobodys), nobodys);
     }
-    standIns.addAddress("0010.20.030.4");
-    EXPECT_THAT(standIns.address("0010.20.030.4"), matches("0010\\.[13-9]0\\.0[124-9]0\\.[1-35-9]"));
+    learnAddress(standIns, "0010.20.030.4");
+    EXPECT_THAT(addressFor(standIns, "0010.20.030.4"), matches("0010\\.[13-9]0\\.0[124-9]0\\.[1-35-9]"));
 }
 
 TEST(Redaction, LeavesNoNameAddressOrNumberOfASession) {
@@ -830,12 +847,13 @@ TEST(Redaction, LeavesVersionsThatLookLikeAddresses) {
                 testing::AllOf(matches("Laser 0\\.0\\.0\\.[2-9]"), Not("Laser 6.0.0.1")));
 }
 
-TEST(Redaction, ReplacesAnAddressOfTheNetworkInAVersionToo) {
+TEST(Redaction, ReplacesAnAddressOfTheNetworkOrAServerInAVersionToo) {
     Station station = workstation();
     station.network.arp = {{"10.7.7.7", "\1\2\3\4\5\6"}};
-    station.registry.set(kSystem, simwin::textValue("SystemBiosVersion", "Boot from 10.7.7.7, 4.2.0.1"));
+    station.registry.set(kSystem, simwin::textValue("SystemBiosDate", "from \\\\10.8.8.8\\x"));
+    station.registry.set(kSystem, simwin::textValue("SystemBiosVersion", "Boot from 10.7.7.7 10.8.8.8, 4.2.0.1"));
     const Station made = kvstation::redacted(station);
-    EXPECT_THAT(heldBy(made, {"10.7.7.7"}), testing::IsEmpty());
+    EXPECT_THAT(heldBy(made, {"10.7.7.7", "10.8.8.8"}), testing::IsEmpty());
     EXPECT_THAT(collected(made, "szBiosVersion"), testing::EndsWith(", 4.2.0.1"));
 }
 

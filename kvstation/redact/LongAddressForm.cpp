@@ -1,9 +1,29 @@
-#include "kvstation/redact/LongAddressStandIns.h"
-
+// IPv6 addresses. Their stand-ins are of the same kind, in the same nets, and as long as texts.
 #include <algorithm>
+#include <map>
+#include <set>
+#include <vector>
+
+#include "kvstation/redact/LongAddress.h"
+#include "kvstation/redact/TextForm.h"
 
 namespace kvstation {
 namespace {
+
+std::size_t longAddressAt(PageTextView text, std::size_t place) {
+    const auto isOfOne = [](char32_t character) { return isHexDigit(character) || character == U':'; };
+    const char32_t before = characterBefore(text, place);
+    if (!isOfOne(characterAt(text, place)) || isWordCharacter(before) || before == U':')
+        return 0;
+    PageTextView run = runOf(text.substr(place), isOfOne);
+    const std::size_t end = place + run.size();
+    const bool endsDotted = characterAt(text, end) == U'.' && isDigit(characterAt(text, end + 1));  // ::ffff:10.0.0.5
+    if (isWordCharacter(characterAt(text, end)) || endsDotted)
+        return 0;
+    if (run.ends_with(U':') && !run.ends_with(U"::"))
+        run.remove_suffix(1);
+    return parseIPv6(bytesOf(run)) ? run.size() : 0;
+}
 
 // What of the first two groups the kind tells: those bits are the stand-in's.
 struct Kind {
@@ -37,7 +57,27 @@ int digitsOf(std::uint16_t group) {
     return group < 0x10 ? 1 : group < 0x100 ? 2 : group < 0x1000 ? 3 : 4;
 }
 
-}  // namespace
+// Link-local, private, multicast and documentation addresses stay such; a public one becomes one of 3fff::/20, which is
+// kept for documentation. Groups of 0 stay, and so do ::, ::1 and the known multicast groups (ff02::1).
+class LongAddressStandIns : public FormStandIns {
+  public:
+    LongAddressStandIns(Chance& chance, const AddWord&) : m_chance(chance) {}
+
+    // The text itself when it is no address.
+    std::string standIn(std::string_view shown, TextPlace place) override;
+    // An address' 16 bytes.
+    std::string ofBytes(std::string_view bytes) override;
+
+  private:
+    using Groups = std::vector<std::uint16_t>;
+
+    IPv6 standIn(const IPv6& address);
+    std::uint16_t groupFor(const Groups& prefix, std::uint16_t group, std::uint16_t fixedBits, std::uint16_t fixed);
+
+    Chance& m_chance;
+    std::map<Groups, std::uint16_t> m_groups;          // by the group with those in front, as they were
+    std::map<Groups, std::set<std::uint16_t>> m_made;  // by those in front
+};
 
 std::string LongAddressStandIns::standIn(std::string_view shown, TextPlace) {
     const std::optional<IPv6> address = parseIPv6(shown);
@@ -99,5 +139,9 @@ std::uint16_t LongAddressStandIns::groupFor(const Groups& prefix, std::uint16_t 
     made.insert(one);
     return known->second = one;
 }
+
+}  // namespace
+
+const TextForm kLongAddressForm = {longAddressAt, false, makeStandIns<LongAddressStandIns>};
 
 }  // namespace kvstation

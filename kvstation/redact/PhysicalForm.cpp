@@ -1,15 +1,37 @@
-#include "kvstation/redact/PhysicalStandIns.h"
-
+// Physical addresses. Their stand-ins have as many bytes, and are as long as texts.
 #include <algorithm>
+#include <map>
 #include <vector>
 
+#include "kvstation/redact/Beginnings.h"
+#include "kvstation/redact/TextForm.h"
 #include "simwin/text/HexText.h"
 
 namespace kvstation {
 namespace {
 
 constexpr std::size_t kWholeSize = 6;
+constexpr std::size_t kMostPairs = 16;
 constexpr std::size_t kShortestAsDigits = 4;
+
+std::size_t physicalAt(PageTextView text, std::size_t place) {
+    const auto at = [&](std::size_t one) { return characterAt(text, one); };
+    const char32_t joint = at(place + 2);
+    if ((joint != U'-' && joint != U':') || isWordCharacter(characterBefore(text, place)))
+        return 0;
+    std::size_t pairs = 0;
+    std::size_t end = place;
+    while (isHexDigit(at(end)) && isHexDigit(at(end + 1)) && !isWordCharacter(at(end + 2))) {
+        ++pairs;
+        end += 2;
+        if (at(end) != joint)
+            break;
+        ++end;
+    }
+    if (at(end - 1) == joint)
+        --end;
+    return pairs >= kWholeSize && pairs <= kMostPairs ? end - place : 0;
+}
 
 bool isNobodys(std::string_view bytes) {
     return std::ranges::all_of(bytes, [](char byte) { return byte == '\0'; }) ||
@@ -30,7 +52,30 @@ std::string bytesOfPairs(std::string_view pairs) {
     return bytes;
 }
 
-}  // namespace
+// A stand-in says that it was made up by the place itself (is locally administered), and calls one or many as the
+// address did. What has all bits clear or set is nobody's and stays.
+class PhysicalStandIns : public FormStandIns {
+  public:
+    // Written as digits, an address that has enough bytes is a word like any other.
+    PhysicalStandIns(Chance& chance, const AddWord& addWord) : m_chance(chance), m_addWord(addWord) {}
+
+    // Pairs of digits with one character between them.
+    void learn(std::string_view shown, TextPlace place) override;
+    std::string standIn(std::string_view shown, TextPlace place) override;
+
+    void learnBytes(std::string_view bytes) override;
+    // The address itself when it is not known.
+    std::string ofBytes(std::string_view bytes) override;
+    void replaceIn(std::string& data) const override;
+
+  private:
+    std::string make(std::string_view bytes);
+
+    Chance& m_chance;
+    AddWord m_addWord;
+    std::map<std::string, std::string> m_standIns;  // bytes
+    Beginnings m_inside;                            // those that are looked for in data
+};
 
 void PhysicalStandIns::learn(std::string_view shown, TextPlace) {
     learnBytes(bytesOfPairs(shown));
@@ -91,5 +136,9 @@ void PhysicalStandIns::replaceIn(std::string& data) const {
                 end = place + bytes.size();
             }
 }
+
+}  // namespace
+
+const TextForm kPhysicalForm = {physicalAt, false, makeStandIns<PhysicalStandIns>};
 
 }  // namespace kvstation
