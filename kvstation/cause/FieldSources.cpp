@@ -4,16 +4,25 @@
 
 #include "kvstation/cause/CauseText.h"
 #include "kvstation/collect/Stage.h"
+#include "simwin/text/CodePage.h"
 
 namespace kvstation {
 namespace {
 
+// Stations spell a variable each in its own way.
+struct InAnyCase {
+    bool operator()(const std::string& left, const std::string& right) const {
+        return simwin::upperCaseInUtf8(left) < simwin::upperCaseInUtf8(right);
+    }
+};
+using NameSet = std::set<std::string, InAnyCase>;
+
 struct Names {
-    std::set<std::string> givers;
-    std::set<std::string> deciders;
+    NameSet givers;
+    NameSet deciders;
 };
 
-std::string joined(const std::set<std::string>& names) {
+std::string joined(const NameSet& names) {
     std::string text;
     for (const std::string& name : names)
         text += (text.empty() ? "`" : ", `") + name + "`";

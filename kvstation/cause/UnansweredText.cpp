@@ -42,11 +42,15 @@ bool isUnknown(const World& world, const Place& place) {
 }
 
 std::string unansweredText(const World& world, const std::vector<AskedCall>& calls) {
-    std::string lines;
-    for (const Question& question : questionsOf(calls, world))
-        if (isUnknown(world, question.place))
-            lines += "  " + std::string(question.row->asks.words) + ": " + visible(nameOf(question.place)) + "\n";
-    return lines.empty() ? "" : "\nAsked then, but not written down in this station:\n" + lines;
+    std::string lines = "\n";
+    for (const Question& question : questionsOf(calls, world)) {
+        const std::string line =
+            "  " + std::string(question.row->asks.words) + ": " + visible(nameOf(question.place)) + "\n";
+        // Two calls may ask for one place in the same words.
+        if (isUnknown(world, question.place) && lines.find("\n" + line) == std::string::npos)
+            lines += line;
+    }
+    return lines == "\n" ? "" : "\nAsked then, but not written down in this station:" + lines;
 }
 
 }  // namespace kvstation

@@ -238,11 +238,23 @@ void Experiments::credit(Occurrence& occurrence, Question& question, const Roles
     raise(question.roles, roles);
 }
 
+// Whether another question is about a part of what stands at the place: what moves with that part is that one's answer.
+bool Experiments::isAskedInParts(const PlaceQuestions& place) const {
+    const Place& whole = m_questions[place.questions.front()].place;
+    const auto isPart = [&](const Question& question) {
+        const MemberPath& path = question.place.member;
+        return question.place.kind == Place::Kind::Member && path.size() > whole.member.size() &&
+               std::equal(whole.member.begin(), whole.member.end(), path.begin());
+    };
+    return whole.kind == Place::Kind::Member && std::ranges::any_of(m_questions, isPart);
+}
+
 // Which of the questions about one place it is, and which time of its asking, that an output hangs on.
 void Experiments::tryOccurrences(const PlaceQuestions& place, std::vector<Effect>& effects) {
     for (Effect& effect : effects)
         std::erase_if(effect.roles, [&](const auto& one) { return !m_options.outputs.test(one.first); });
-    if (place.occurrences == 1) {
+    const bool holdsOthers = isAskedInParts(place);
+    if (place.occurrences == 1 && !holdsOthers) {
         Question& question = m_questions[place.questions.front()];
         for (const Effect& effect : effects)
             credit(question.occurrences.front(), question, effect.roles);
@@ -259,6 +271,8 @@ void Experiments::tryOccurrences(const PlaceQuestions& place, std::vector<Effect
                     found |= tryOccurrence(occurrence, m_questions[number], effect);
     // What changes only when all of them answer otherwise hangs on all.
     std::erase_if(all, [&](const auto& one) { return found.test(one.first); });
+    for (auto& [output, role] : all)
+        role = holdsOthers ? Role::Decides : role;
     for (const std::size_t number : place.questions)
         for (Occurrence& occurrence : m_questions[number].occurrences)
             credit(occurrence, m_questions[number], all);

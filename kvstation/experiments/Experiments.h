@@ -66,6 +66,7 @@ class Experiments {
     void tryList(std::span<const std::size_t> places);
     bool changesAnything(std::span<const Place> listed);
     void creditComputed(const std::vector<Outcome>& runs, int series, std::vector<Effect>& effects);
+    bool isAskedInParts(const PlaceQuestions& place) const;
     void tryOccurrences(const PlaceQuestions& place, std::vector<Effect>& effects);
     Outputs tryOccurrence(Occurrence& occurrence, Question& question, Effect& effect);
     void tryFailures(const PlaceQuestions& place);

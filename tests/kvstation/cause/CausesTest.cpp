@@ -3,6 +3,8 @@
 
 #include <gmock/gmock.h>
 
+#include <map>
+
 #include "kvstation/cause/CauseText.h"
 #include "kvstation/record/FieldTable.h"
 #include "tests/kvstation/capture/BareWindows.h"
@@ -69,6 +71,20 @@ TEST(Causes, StandWithTheGiverFirst) {
     EXPECT_EQ(causes.causes.front().role, Role::Gives);
     EXPECT_EQ(causes.causes.front().call, "KVGetUserName");
     EXPECT_THAT(deciders, testing::IsSupersetOf<std::string>({"KVUser", "KVUserType"}));
+}
+
+// The session's number lies in what stands at the process' place, but another call tells it.
+TEST(Causes, ThatHoldWhatAnotherCallTellsDecideAlone) {
+    simwin::Station station = windows2000();
+    station.process = {.id = 408, .sessionId = 3};
+    const FieldCauses session = causesOn(station, "dwSessionId");
+    EXPECT_EQ(session.value, "3");
+    std::map<std::string, Role> roles;
+    for (const Cause& cause : session.causes)
+        roles[cause.call] = cause.role;
+    EXPECT_EQ(roles["GetTokenInformation"], Role::Gives);
+    ASSERT_TRUE(roles.contains("OpenProcess"));
+    EXPECT_EQ(roles["OpenProcess"], Role::Decides);
 }
 
 // Of a disk nobody knows what Windows makes at its start, and who sits there.

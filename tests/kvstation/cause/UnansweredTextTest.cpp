@@ -37,6 +37,14 @@ TEST(UnansweredText, IsALineForEachQuestion) {
                                          "  the computer's name: computerName\n");
 }
 
+// gethostbyaddr and, where it tells nothing, getnameinfo.
+TEST(UnansweredText, IsOneLineForOnePlaceThatSeveralCallsAskFor) {
+    simwin::Station station = addressed();
+    station.version = {.platformId = 2, .major = 5, .minor = 1, .build = 2600};
+    station.unknown = {"network.addresses"};
+    EXPECT_EQ(unansweredOn(station), std::string(kHeading) + "  the name of the address: network.addresses.10.0.0.5\n");
+}
+
 TEST(UnansweredText, IsEmptyWhereNothingIsUnknown) {
     EXPECT_EQ(unansweredOn(addressed()), "");
 }
