@@ -6,7 +6,7 @@
 
 namespace {
 
-constexpr ULONGLONG kPatience = 250;  // milliseconds
+constexpr DWORD kPatience = 250;  // milliseconds
 
 // Opened for appending only, a write goes to the end of the file as one step. Reading is asked for only because a lock
 // needs it; a file whose rights allow just appending is written without one.
@@ -30,13 +30,13 @@ OVERLAPPED LockPlace() noexcept {
 // On a network drive two machines may take the same end of the file for theirs, so each line is written under a lock.
 // A writer that is held up with the lock in hand must not hold up the others: after a short while they write anyway.
 bool Lock(HANDLE file) noexcept {
-    const ULONGLONG start = GetTickCount64();
+    const DWORD start = GetTickCount();
     for (;;) {
         OVERLAPPED place = LockPlace();
         if (LockFileEx(file, LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY, 0, 1, 0, &place))
             return true;
         const DWORD error = GetLastError();
-        if ((error != ERROR_LOCK_VIOLATION && error != ERROR_IO_PENDING) || GetTickCount64() - start > kPatience)
+        if ((error != ERROR_LOCK_VIOLATION && error != ERROR_IO_PENDING) || GetTickCount() - start > kPatience)
             return false;
         Sleep(1);
     }
