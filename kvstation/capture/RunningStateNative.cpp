@@ -1,10 +1,11 @@
 #include "kvstation/capture/RunningState.h"
+#include "kvstation/collect/Stage.h"
 #include "kvstation/platform/Errors.h"
 
 namespace kvstation {
 
 std::unique_ptr<LocalState> runningState() {
-    throw Failure("looking at this computer needs Windows");
+    throw Failure(kNeedsWindows);
 }
 
 }  // namespace kvstation

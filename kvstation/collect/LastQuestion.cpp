@@ -17,10 +17,22 @@ std::string describeQuestion(const simwin::ObservedCall& call) {
 }
 
 void LastQuestion::note(bool isQuestion, std::string_view text) {
-    Doing& doing = m_last == &m_notes[0] ? m_notes[1] : m_notes[0];
+    const unsigned next = m_count + 1;
+    Doing& doing = m_notes[next % m_notes.size()];
     doing.isQuestion = isQuestion;
     doing.text[text.copy(doing.text.data(), Doing::kLongest)] = '\0';
-    m_last = &doing;
+    m_count = next;
+}
+
+// What was copied while it was the last one is whole.
+Doing LastQuestion::read() const {
+    for (;;) {
+        const unsigned count = m_count;
+        const Doing doing = m_notes[count % m_notes.size()];
+        std::atomic_thread_fence(std::memory_order_acquire);
+        if (m_count == count)
+            return doing;
+    }
 }
 
 }  // namespace kvstation

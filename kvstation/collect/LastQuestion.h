@@ -22,20 +22,20 @@ struct Doing {
     std::array<char, kLongest + 1> text{};
 };
 
-// Written by the thread that collects. Others may read at any time, without a lock and without memory.
+// Written by the thread that collects. Others may read at any time, without a lock and without allocating.
 class LastQuestion {
   public:
     void note(const simwin::ObservedCall& question) { note(true, describeQuestion(question)); }
     void noteWork(std::string_view work) { note(false, work); }
 
-    const Doing& read() const { return *m_last.load(); }
+    Doing read() const;
 
   private:
     void note(bool isQuestion, std::string_view text);
 
-    // The one that is not read is written.
+    // The last one is that of the count; the other one is written next.
     std::array<Doing, 2> m_notes;
-    std::atomic<Doing*> m_last = m_notes.data();
+    std::atomic<unsigned> m_count = 0;
 };
 
 }  // namespace kvstation

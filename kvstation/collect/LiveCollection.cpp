@@ -92,7 +92,7 @@ void LiveCollection::watch() {
 }
 
 LastWords LiveCollection::lastWords(std::string_view what) const {
-    const Doing& doing = m_last.read();
+    const Doing doing = m_last.read();
     LastWords words;
     words.add(what).add(doing.isQuestion ? " at its last question " : " while ").add(doing.text.data());
     return words;

@@ -38,7 +38,11 @@ std::string libraryVersion();
 // One collection whose calls the machine answers.
 RecordBytes collectOn(simwin::Machine& machine);
 
-// One collection on this computer, whose calls the observer is told. Needs Windows and throws Failure elsewhere.
+// What looking at this computer throws elsewhere, as a Failure.
+inline constexpr const char* kNeedsWindows =
+    "looking at this computer needs Windows; trace, explain and simulate take a described station here";
+
+// One collection on this computer, whose calls the observer is told. Needs Windows.
 RecordBytes collectHereObserved(simwin::CallObserver& observer);
 
 }  // namespace kvstation

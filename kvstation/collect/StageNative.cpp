@@ -43,7 +43,7 @@ std::string libraryVersion() {
 }
 
 RecordBytes collectHereObserved(simwin::CallObserver&) {
-    throw Failure("looking at this computer needs Windows; trace, explain and simulate take a described station here");
+    throw Failure(kNeedsWindows);
 }
 
 }  // namespace kvstation

@@ -29,6 +29,22 @@ std::unique_ptr<RowForm> formOf(const RowOptions& rows, const ResultOptions& res
     return makeViews(result.text);
 }
 
+template <class IsOffered>
+std::vector<CLI::Option*> addForms(CLI::App& command, RowOptions& options, const IsOffered& isOffered) {
+    std::vector<CLI::Option*> added;
+    for (const RowFormKind* form : kRowForms) {
+        if (!isOffered(*form))
+            continue;
+        CLI::Option* option = addForm(command, *form, options);
+        for (const char* other : {"--all", "--json"})
+            option->excludes(command.get_option(other));
+        for (CLI::Option* other : added)
+            option->excludes(other);
+        added.push_back(option);
+    }
+    return added;
+}
+
 }  // namespace
 
 void refuseWishesOfOne(const ResultOptions& result) {
@@ -40,22 +56,13 @@ void refuseWishesOfOne(const ResultOptions& result) {
 }
 
 std::vector<CLI::Option*> addRowOptions(CLI::App& command, RowOptions& options) {
-    std::vector<CLI::Option*> added;
-    for (const RowFormKind* form : kRowForms) {
-        CLI::Option* option = addForm(command, *form, options);
-        for (const char* other : {"--all", "--json"})
-            option->excludes(command.get_option(other));
-        for (CLI::Option* other : added)
-            option->excludes(other);
-        added.push_back(option);
-    }
-    return added;
+    return addForms(command, options, [](const RowFormKind& form) { return form.checkFile == nullptr; });
 }
 
 void addSetOptions(CLI::App& command, SetOptions& options) {
     addPlaces(command, options.places);
     addJobs(command, options.jobs);
-    addRowOptions(command, options.rows);
+    addForms(command, options.rows, [](const RowFormKind&) { return true; });
 }
 
 void giveOutRow(const StationRow& row, const RowOptions& rows, const ResultOptions& result) {

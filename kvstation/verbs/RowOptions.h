@@ -35,7 +35,8 @@ struct SetOptions {
     bool isSet() const { return !rows.isEmpty() || !isOne(places); }
 };
 
-// For verbs that have ResultOptions. `options` must live as long as the command. Gives those that choose a form.
+// For verbs that have ResultOptions. `options` must live as long as the command. Of one record the forms are those that
+// are printed. Gives what chooses a form.
 std::vector<CLI::Option*> addRowOptions(CLI::App& command, RowOptions& options);
 void addSetOptions(CLI::App& command, SetOptions& options);
 
