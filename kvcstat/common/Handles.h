@@ -21,7 +21,6 @@ using UniqueRegKey = UniqueHandle<HKEY, &RegCloseKey>;
 using UniqueLibrary = UniqueHandle<HMODULE, &FreeLibrary>;
 using UniqueLocalBlock = UniqueHandle<HLOCAL, &LocalFree>;
 using UniqueGlobalBlock = UniqueHandle<HGLOBAL, &GlobalFree>;
-using UniqueFind = UniqueHandle<HANDLE, &FindClose>;
 
 // Address of a library's function in the type that it has, or null.
 template <class Function>

@@ -14,7 +14,7 @@ class CStatInformation : public CObject {
     // "KVRDPClientName" and "KVRDPClientIP", and the station type that was used. The result, always 0, says nothing.
     int Collect(CNetworkInformation& network);
     void SetSessionFlags();
-    // Marks the name of a station in a numbered remote session with "#1". Always 0.
+    // Marks the name of a station in a remote session whose number is not 0, or not known, with "#1". Always 0.
     int MarkSession(const CNetworkInformation& network);
     void ReadVCDVersion();
     // Sets "KVStation", "KVTSSessionNumber" and "KVVCDVersion". Always 0.

@@ -22,7 +22,7 @@ class CUserInformation : public CObject {
     int PublishUser();
 
     CString m_cUserName;           // "JDOE", or "KVUser" as it stands
-    CString m_cWinUser;            // "LAB\JDOE", or "JDOE@LAB.EXAMPLE" when "KVUSERNAMETYPE" asks for that form
+    CString m_cWinUser;            // "LAB\JDOE"; when "KVUSERNAMETYPE" asks for it "JDOE@LAB.DE", if it is no longer
     CString m_cUserDisplayedName;  // "John Doe"
 
   private:

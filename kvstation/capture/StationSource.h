@@ -12,7 +12,7 @@ namespace kvstation {
 // Failure.
 simwin::Station stationFrom(const std::string& folder);
 
-// With what the options change.
+// With what the options change; throws WrongUse for what none can.
 simwin::Station stationFrom(const std::string& folder, const WhatIf& whatIf);
 
 }  // namespace kvstation

@@ -213,7 +213,9 @@ void addWhatIf(CLI::App& command, WhatIf& whatIf) {
         ->type_name("NAME")
         ->allow_extra_args(false);
     command
-        .add_option("--value", whatIf.value, "As if the registry value were this text; dword:, hex:, multi: before it")
+        .add_option(
+            "--value", whatIf.value,
+            "As if the registry value were this text, or behind dword:, hex:, expand: or multi: one of that type")
         ->type_name("KEY\\NAME=TEXT")
         ->allow_extra_args(false);
     command.add_option("--fail", whatIf.fail, "As if this call of Windows always failed")

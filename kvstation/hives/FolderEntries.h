@@ -24,7 +24,7 @@ std::optional<std::filesystem::path> findEntry(const std::filesystem::path& fold
 // From the folder on down; none where a name on the way is no folder.
 std::optional<std::filesystem::path> findPath(const std::filesystem::path& folder, const FolderNames& names);
 
-// The path of a file in the folder, empty when there is none.
+// The path of what the folder has of that name, empty when there is none.
 std::string fileNamedIn(const std::filesystem::path& folder, std::string_view name);
 
 }  // namespace kvstation

@@ -6,7 +6,7 @@
 
 namespace kvstation {
 
-// Longer ones are refused.
+// A longer hive is refused, a longer log left out.
 inline constexpr std::size_t kLongestHive = std::size_t{256} << 20;
 inline constexpr std::size_t kLongestLog = std::size_t{64} << 20;
 

@@ -14,9 +14,9 @@ class OldHiveMending {
     // A key by its place in the file.
     using Key = std::size_t;
 
-    // Mends the bytes of a file: links that make the tree of keys none are cut, entries that do not hold what they tell
-    // are emptied, and a block without a head ends the file. So is each entry that Windows has freed, in which anything
-    // may stand.
+    // Mends the bytes of a file: links that make the tree of keys none are cut; entries that do not hold what they
+    // tell, and those that Windows has freed, in which anything may stand, are emptied; a block without a head ends the
+    // file.
     explicit OldHiveMending(std::string& file);
 
     static Key root();

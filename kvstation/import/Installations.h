@@ -15,8 +15,8 @@ struct Installation {
     std::vector<std::string> remarks{};            // a line for each other one
 };
 
-// The one that a folder is a part of, or that lies on the disk whose root it is. Throws Failure when there is none, or
-// several of which none is the older one of another.
+// The one whose folder, System32, config or RegBack this is, or that lies on the disk whose root it is. Throws Failure
+// when there is none, or several of which none is the older one of another.
 Installation findInstallation(const std::filesystem::path& folder);
 
 // The path of the folder's SYSTEM or SYSTEM.DAT, empty when it holds none.

@@ -25,7 +25,7 @@ class RowJsonWriter {
     std::unique_ptr<Template> m_template;
 };
 
-// The name in a line, without reading the rest of it; nothing where it is no row.
+// The name in a line, without reading the rest of it; nothing where it has none, and is no row for certain.
 std::optional<std::string> nameInRow(std::string_view line);
 
 // The record in a line that has every field. Throws Failure, in one line that begins with `where`.

@@ -16,7 +16,7 @@ class Collisions {
     struct Collision {
         std::string station;             // the szStation of them all
         std::vector<std::string> names;  // of the stations, in the order of their adding
-        bool isNew;                      // today they are not all one
+        bool isNew;                      // not all of them have it today
     };
     // In the order of their szStation.
     std::vector<Collision> found() const;

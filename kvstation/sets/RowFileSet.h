@@ -14,7 +14,7 @@ bool isRowFile(const std::string& path);
 
 class RowFileSet : public RecordSet {
   public:
-    // Throws Failure. A line that is no row is wrong, and so is one whose name an earlier one has.
+    // Throws Failure. A line without a name is wrong, and so is one whose name an earlier one has.
     explicit RowFileSet(const std::string& path);
 
     Record record(const std::string& name) override;

@@ -24,8 +24,8 @@ enum class SourceKind {
 };
 
 struct Source {
-    // Below the folder that was named, with "/", and without the ending of a record's file; the path where another one
-    // of the list has that name.
+    // Below the folder that was named, with "/", or the last part of what was named by itself, and without the ending
+    // of a record's file; the path where another one of the list has that name.
     std::string name;
     std::string path;   // "-": standard input
     std::string wrong;  // why it cannot be read; empty until somebody knows
@@ -44,7 +44,8 @@ bool isStationFolder(const std::string& path);
 bool isOne(const Places& places);
 
 // In the order of the command line; within a folder by their names. A folder is looked through with those in it, and a
-// place that has none gives one source that tells so. Throws Failure or WrongUse where the list cannot be read.
+// place that has none gives one source that tells so. Throws Failure where the list cannot be read, and WrongUse where
+// standard input is to be two things.
 std::vector<Source> sourcesOf(const Places& places, SourceKind kind);
 
 // What there is in a folder, with all folders in it, or what of it cannot be read; it may be nothing.

@@ -35,7 +35,7 @@ Verb addRedact(CLI::App& tool) {
         ->type_name("")
         ->required()
         ->check(checkFileName);
-    command->add_option("OUT", options->out, "The folder to write the two files into, which get no other change")
+    command->add_option("OUT", options->out, "The folder to write the two files into, as the tool writes them")
         ->type_name("")
         ->required();
     command->add_flag("--all", options->all, "Stand-ins for every text that is no word of Windows");

@@ -15,7 +15,8 @@ class Machine;
 // In double quotes, with what is no printable character as \xNN, and cut at 512 bytes.
 void appendQuoted(std::string& text, std::string_view bytes);
 
-// As quoted text where the bytes are printable and end in their only NULs, else as pairs of hexadecimal digits.
+// As quoted text where the bytes are printable and end in their only NULs, else as pairs of hexadecimal digits, of 64
+// bytes at most.
 void appendBytes(std::string& text, std::string_view bytes);
 
 void appendNumber(std::string& text, std::int64_t number);

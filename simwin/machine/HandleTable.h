@@ -30,8 +30,8 @@ struct OpenHandle {
     std::string what;  // such as the key's full path
 };
 
-// Values are given in rising order from 0x10000004 (the first key), 0x20000004 (the first library) and so on, and
-// never twice, so that a handle that was closed is known as such and a test can name the one that it expects.
+// Values are given in rising order from 0x10000004 (the first key), 0x30000004 (the first process) and so on, and never
+// twice, so that a handle that was closed is known as such and a test can name the one that it expects.
 template <class Payload>
 class HandleTable {
   public:

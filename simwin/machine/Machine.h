@@ -86,7 +86,7 @@ class Machine {
     // What the last call set as last error; 0 when it left the one of an earlier call.
     std::uint32_t errorOfCall() const noexcept { return m_hasSetError ? m_lastError : 0; }
 
-    // What is open, by kind and in the order of opening. A library stands there once for each load.
+    // What is open, by kind and in the order of opening, but libraries in the order of their list, once for each load.
     std::vector<OpenHandle> openHandles() const;
     std::vector<OpenHandle> openHandles(HandleKind kind) const;
     // Blocks of the process heap; texts of the module that a test still holds count too.

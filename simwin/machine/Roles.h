@@ -5,7 +5,8 @@
 // and output(text, machine) for the log, the latter only after success. Kept has: argument(state), asked for at each
 // replay; finish(recording, machine), once after the answer; done(state), after each replay; and may have
 // realArgument(state), where the real function takes another one. A role may have: fact(succeeded), its value after the
-// call; kTellsAlways, where a failed call has an output too; handle(), the number of a handle that came in.
+// call; kTellsAlways, where a failed call has an output too; handle(), the number of a handle that came in;
+// identify(question, machine), where it is a part of what is asked; real(), where the real function takes another one.
 #pragma once
 
 #include <algorithm>

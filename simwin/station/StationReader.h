@@ -15,7 +15,7 @@ namespace simwin {
 Station readStation(const std::filesystem::path& folder);
 
 // The station that a station.json's content describes, with an empty registry. `fileName` stands in errors only
-// ("station.json: /network/hostName: is not a text"). Throws ReadError.
+// ("station.json: /network/hostName: is no text"). Throws ReadError.
 Station parseStation(std::string_view content, const std::string& fileName);
 
 // Adds what members of a station.json describe to a station that describes none of them. Throws ReadError.

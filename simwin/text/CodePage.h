@@ -95,7 +95,7 @@ std::string upperCaseInUtf8(std::string_view text);
 bool equalNoCaseInUtf8(std::string_view left, std::string_view right) noexcept;
 
 // What a narrow registry call makes of UTF-16LE data: a character outside the code page becomes a like one (Windows'
-// best fit) or "?" (a pair of surrogates two), and the second half of a cut character at the end is dropped.
+// best fit) or "?" (a pair of surrogates two), and half of one at the end is dropped.
 std::string fromUtf16(std::string_view littleEndianBytes);
 // The same of one text.
 std::string fromUtf16(std::u16string_view text);
