@@ -115,7 +115,15 @@ TEST_F(Show, ARowIsNamedAsTheStationRegisters) {
     EXPECT_EQ(row["name"], "PC-\xE2\x82\xAC\xC2\x81\xC3\xA9");
     EXPECT_EQ(row["fields"]["szStation"], row["name"]);
     EXPECT_EQ(row["collected"]["tool"], KV_VERSION);
-    EXPECT_THAT(show({"--sqlite", "x.db"}).errors, HasSubstr("--sqlite: needs the native (Linux) tool"));
+}
+
+// It is the native tool's, which can show no computer.
+TEST_F(Show, NoRowGoesIntoAnSqliteFile) {
+    EXPECT_THAT(show({"--sqlite", "x.db"}).errors, HasSubstr("'--sqlite' is no option of show"));
+    const ProgramRun simulated =
+        runProgram({KVSTATION_PROGRAM, "simulate", KV_STATIONS "/windows-xp-console", "--sqlite", "x.db"});
+    EXPECT_EQ(simulated.output, "");
+    EXPECT_THAT(simulated.errors, HasSubstr("--sqlite: needs the native (Linux) tool"));
 }
 
 TEST_F(Show, AHangIsEndedAndToldInOneLine) {
