@@ -44,8 +44,8 @@ bool holdsLeftWordOf(PageTextView before, PageTextView after, TextPlace place) {
     return false;
 }
 
-// Whether a word that could tell something stands at the same place in both. Of an address its kind may, which tells
-// nobody's.
+// Whether a word that could tell something stands at the same place in both. Of what has a form its kind may, such as
+// an address', which tells nobody's.
 bool holdsLeftWord(PageTextView before, PageTextView after, TextPlace place) {
     for (const NamedPart& part : namedPartsOf(before)) {
         if (part.form != nullptr)

@@ -1,4 +1,5 @@
-// Names and addresses that a text shows by its form alone, whoever wrote it: a printer's name, a path, a command line.
+// What a text shows by its form alone, such as names and addresses, whoever wrote it: a printer's name, a path, a
+// command line.
 #pragma once
 
 #include <vector>

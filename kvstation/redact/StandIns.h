@@ -32,7 +32,7 @@ class StandIns {
     // Every word of the text is a secret from now on, and so is what "-", "_" and "." join: of PC-17, whose words are
     // too short to look for, or too common, the whole is.
     void addName(std::string_view text);
-    // The names and addresses that the text shows by its form.
+    // What the text shows by its form.
     void learn(std::string_view text, TextPlace place = TextPlace::Anywhere);
 
     // The text with all its words replaced.

@@ -87,7 +87,12 @@ struct ListOf {
         for (Value& value : values)
             Form::eachText(value, told, visit);
     }
-    static ToldAt at(PathBelow path, Tells tells) { return path.empty() ? ToldAt{} : Form::at(path.subspan(1), tells); }
+    static ToldAt at(PathBelow path, Tells tells) {
+        if (path.empty())
+            return {.isMember = true};
+        const bool isNumber = !path[0].empty() && path[0].find_first_not_of("0123456789") == std::string::npos;
+        return isNumber ? Form::at(path.subspan(1), tells) : ToldAt{};
+    }
 };
 
 // The form that values of a type have unless a row names another one.
@@ -153,7 +158,7 @@ struct Named {
         }
     }
     static ToldAt at(PathBelow path, Tells tells) {
-        return path.empty() ? ToldAt{.names = Name::kTells} : Form::at(path.subspan(1), tells);
+        return path.empty() ? ToldAt{.isMember = true, .names = Name::kTells} : Form::at(path.subspan(1), tells);
     }
 };
 

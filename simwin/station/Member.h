@@ -54,6 +54,7 @@ using PathBelow = std::span<const std::string>;
 
 // What stands at a place.
 struct ToldAt {
+    bool isMember = false;         // a station can have something there
     Tells text = Tells::Nothing;   // of a text
     Tells names = Tells::Nothing;  // of an object's names, where they are the station's own
 };
@@ -193,7 +194,7 @@ ToldAt toldBelow(PathBelow path) {
     for (const Member<Object>& member : kMembers<Object>)
         if (!path.empty() && member.name == path.front())
             return member.at(path.subspan(1), member.tells);
-    return {};
+    return {.isMember = path.empty()};
 }
 
 }  // namespace simwin

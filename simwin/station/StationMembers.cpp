@@ -203,7 +203,7 @@ struct CompanionTextForm {
     }
     static void tell(MemberText& member, MemberTexts&) { member.value = "text, or its parts"; }
     static void eachText(CompanionText& text, const Told& told, const TextVisitor& visit) { visit(text.text, told); }
-    static ToldAt at(PathBelow, Tells tells) { return {.text = tells}; }
+    static ToldAt at(PathBelow path, Tells tells) { return {.isMember = path.empty(), .text = tells}; }
 };
 template <>
 struct FormOf<CompanionText> : CompanionTextForm {};
@@ -308,32 +308,6 @@ ToldAt toldAt(PathBelow path) {
     return toldBelow<Station>(path);
 }
 
-namespace {
-
-// X and N stand for a drive's letter and a number.
-bool isCalled(std::string_view name, std::string_view placeholder) {
-    if (placeholder == "N")
-        return !name.empty() && name.find_first_not_of("0123456789") == std::string_view::npos;
-    return placeholder == DriveLetter::kPlaceholder ? name.size() == 1 : name == placeholder;
-}
-
-bool isAtOrAbove(const MemberPath& path, std::string_view member) {
-    for (const std::string& name : path) {
-        const std::size_t end = std::min(member.find('.'), member.size());
-        if (member.empty() || !isCalled(name, member.substr(0, end)))
-            return false;
-        member.remove_prefix(std::min(end + 1, member.size()));
-    }
-    return true;
-}
-
-bool isOfMembers(const MemberPath& path) {
-    static const MemberTexts members = stationMemberTexts();
-    return std::ranges::any_of(members, [&](const MemberText& member) { return isAtOrAbove(path, member.path); });
-}
-
-}  // namespace
-
 std::size_t ownNameIn(std::string_view dottedPath) {
     MemberPath path;
     std::size_t place = 0;
@@ -342,8 +316,7 @@ std::size_t ownNameIn(std::string_view dottedPath) {
         path.emplace_back(dottedPath.substr(place, end - place));
         place = std::min(end + 1, dottedPath.size());
     }
-    const bool isWhole = place == dottedPath.size();
-    return isWhole && !isOfMembers(path) ? 0 : place;
+    return toldAt(path).isMember ? place : 0;
 }
 
 }  // namespace simwin

@@ -55,7 +55,7 @@ void DriveTypeForm::tell(MemberText& member, MemberTexts&) {
 }
 
 char DriveLetter::read(const std::string& name, const JsonView& value) {
-    if (name.size() != 1 || name[0] < 'A' || name[0] > 'Z')
+    if (!isOne(name))
         value.fail("is no " + std::string(kMeaning));
     return name[0];
 }

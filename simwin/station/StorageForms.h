@@ -25,6 +25,7 @@ struct DriveTypeForm : OneValue {
 struct DriveLetter {
     static constexpr std::string_view kPlaceholder = "X";
     static constexpr std::string_view kMeaning = "drive's letter from A to Z";
+    static bool isOne(std::string_view name) { return name.size() == 1 && name[0] >= 'A' && name[0] <= 'Z'; }
     static char read(const std::string& name, const JsonView& value);
 };
 
@@ -49,7 +50,9 @@ struct ByLetterForm {
             FormOf<Value>::eachText(value, told, visit);
     }
     static ToldAt at(PathBelow path, Tells tells) {
-        return path.empty() ? ToldAt{} : FormOf<Value>::at(path.subspan(1), tells);
+        if (path.empty())
+            return {.isMember = true};
+        return DriveLetter::isOne(path[0]) ? FormOf<Value>::at(path.subspan(1), tells) : ToldAt{};
     }
 };
 template <class Value>

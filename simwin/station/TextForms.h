@@ -25,7 +25,7 @@ std::string readText(const JsonView& view);
 struct KnownWords {
     static constexpr bool kIsText = false;
     static void eachText(const auto&, const Told&, const TextVisitor&) {}
-    static ToldAt at(PathBelow, Tells) { return {}; }
+    static ToldAt at(PathBelow path, Tells) { return {.isMember = path.empty()}; }
 };
 
 // Base of forms of a value without members and texts.
@@ -42,7 +42,7 @@ struct TextForm {
     static JsonView::Json write(std::string_view text);
     static void tell(MemberText& member, MemberTexts&) { member.value = "text"; }
     static void eachText(std::string& text, const Told& told, const TextVisitor& visit) { visit(text, told); }
-    static ToldAt at(PathBelow, Tells tells) { return {.text = tells}; }
+    static ToldAt at(PathBelow path, Tells tells) { return {.isMember = path.empty(), .text = tells}; }
 };
 
 // A text that stays UTF-8 as it is.

@@ -121,7 +121,9 @@ void ProfileForm::eachText(std::vector<ProfileEntry>& profile, const Told& told,
 }
 
 ToldAt ProfileForm::at(PathBelow path, Tells tells) {
-    return path.size() < 2 ? ToldAt{.names = Tells::OwnName} : ToldAt{.text = tells};
+    if (path.size() < 2)
+        return {.isMember = true, .names = Tells::OwnName};
+    return {.isMember = path.size() == 2, .text = tells};
 }
 
 void MissingNameForm::read(const JsonView& view, std::string& name) {

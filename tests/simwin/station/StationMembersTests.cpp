@@ -199,7 +199,8 @@ TEST(StationMembers, HaveNamesOfTheStationsOwnInPathsWithDots) {
     for (const std::string_view form : {"", "environment", "environment.", "network.domain", "user.name", "drives.C",
                                         "drives.C.label", "network.netbios.0.lana"})
         EXPECT_EQ(ownNameIn(form), form.size()) << form;
-    for (const std::string_view none : {"jo", "user.jo", "drives.Disk", "network.netbios.jo", "user.name.jo", "userx"})
+    for (const std::string_view none :
+         {"jo", "user.jo", "drives.Disk", "drives.1", "network.netbios.jo", "user.name.jo", "userx"})
         EXPECT_EQ(ownNameIn(none), 0U) << none;
 }
 
