@@ -238,11 +238,16 @@ void Experiments::credit(Occurrence& occurrence, Question& question, const Roles
     raise(question.roles, roles);
 }
 
+void Experiments::creditAll(Question& question, const Roles& roles) {
+    for (Occurrence& occurrence : question.occurrences)
+        credit(occurrence, question, roles);
+}
+
 // Whether another question is about a part of what stands at the place: what moves with that part is that one's answer.
 bool Experiments::isAskedInParts(const PlaceQuestions& place) const {
     const Place& whole = m_questions[place.questions.front()].place;
     const auto isPart = [&](const Question& question) {
-        const MemberPath& path = question.place.member;
+        const simwin::MemberPath& path = question.place.member;
         return question.place.kind == Place::Kind::Member && path.size() > whole.member.size() &&
                std::equal(whole.member.begin(), whole.member.end(), path.begin());
     };
@@ -269,13 +274,50 @@ void Experiments::tryOccurrences(const PlaceQuestions& place, std::vector<Effect
             for (Occurrence& occurrence : m_questions[number].occurrences)
                 if (tellsMore(effect.roles, occurrence.roles))
                     found |= tryOccurrence(occurrence, m_questions[number], effect);
-    // What changes only when all of them answer otherwise hangs on all.
-    std::erase_if(all, [&](const auto& one) { return found.test(one.first); });
+    const auto forget = [&](const Outputs& outputs) {
+        std::erase_if(all, [&](const auto& one) { return outputs.test(one.first); });
+    };
+    forget(found);
     for (auto& [output, role] : all)
         role = holdsOthers ? Role::Decides : role;
+    forget(tryFunctions(place, effects, all));
+    // What changes only when all of them answer otherwise hangs on all.
     for (const std::size_t number : place.questions)
-        for (Occurrence& occurrence : m_questions[number].occurrences)
-            credit(occurrence, m_questions[number], all);
+        creditAll(m_questions[number], all);
+}
+
+// What stays as it is while a function answers as before hangs on that function's questions. What comes with another
+// answer all the same, as functions come with a version of Windows, leaves the function out.
+Outputs Experiments::tryFunctions(const PlaceQuestions& place, std::vector<Effect>& effects, const Roles& all) {
+    std::map<std::string, std::vector<std::size_t>> functions;
+    for (const std::size_t number : place.questions)
+        functions[m_questions[number].call.name].push_back(number);
+    Outputs found;
+    if (functions.size() == 1)
+        return found;
+    for (const auto& [name, questions] : functions) {
+        Roles roles;
+        for (Effect& effect : effects)
+            raise(roles, rolesWithout(name, effect, all));
+        for (const auto& [output, role] : roles)
+            found.set(output);
+        for (const std::size_t number : questions)
+            creditAll(m_questions[number], roles);
+    }
+    return found;
+}
+
+// Those of `all` that the effect has no more when the function's calls answer as before.
+Roles Experiments::rolesWithout(const std::string& function, Effect& effect, const Roles& all) {
+    Roles roles;
+    for (const auto& [output, role] : effect.roles)
+        if (const auto wanted = all.find(output); wanted != all.end())
+            roles.insert(*wanted);
+    if (roles.empty())
+        return roles;
+    const Outputs left = differences(runWithoutCallsOf(effect.alternative, function));
+    std::erase_if(roles, [&](const auto& one) { return left.test(one.first); });
+    return roles;
 }
 
 Outputs Experiments::tryOccurrence(Occurrence& occurrence, Question& question, Effect& effect) {
@@ -480,17 +522,31 @@ Outcome Experiments::runFailing(std::uint64_t failable) {
 }
 
 Outcome Experiments::runOnce(Alternative& alternative, std::uint64_t number) {
-    bool isMade = false;
-    const std::function<void()> toggle = [&] {
+    const std::function<void()> toggle = togglesOf(alternative);
+    simwin::Machine machine(m_world.station());
+    machine.changeCall(number, toggle);
+    return runOn(m_collector, machine);
+}
+
+Outcome Experiments::runWithoutCallsOf(Alternative& alternative, const std::string& function) {
+    const std::function<void()> toggle = togglesOf(alternative);
+    toggle();
+    simwin::Machine machine(m_world.station());
+    machine.changeCallsOf(function, toggle);
+    Outcome outcome = runOn(m_collector, machine);
+    toggle();
+    return outcome;
+}
+
+// Makes the alternative's changes, and unmakes them the next time.
+std::function<void()> Experiments::togglesOf(Alternative& alternative) {
+    return [this, &alternative, isMade = false]() mutable {
         if (isMade)
             m_world.unmake(alternative.changes);
         else
             m_world.make(alternative.changes);
         isMade = !isMade;
     };
-    simwin::Machine machine(m_world.station());
-    machine.changeCall(number, toggle);
-    return runOn(m_collector, machine);
 }
 
 // Questions are noted where somebody is told of new ones.

@@ -68,6 +68,8 @@ class Experiments {
     void creditComputed(const std::vector<Outcome>& runs, int series, std::vector<Effect>& effects);
     bool isAskedInParts(const PlaceQuestions& place) const;
     void tryOccurrences(const PlaceQuestions& place, std::vector<Effect>& effects);
+    Outputs tryFunctions(const PlaceQuestions& place, std::vector<Effect>& effects, const Roles& all);
+    Roles rolesWithout(const std::string& function, Effect& effect, const Roles& all);
     Outputs tryOccurrence(Occurrence& occurrence, Question& question, Effect& effect);
     void tryFailures(const PlaceQuestions& place);
     std::vector<std::string> wantedValues() const;
@@ -87,10 +89,13 @@ class Experiments {
                                     std::size_t turn) const;
     Outputs hangingOn(const PlaceQuestions& place) const;
     void credit(Occurrence& occurrence, Question& question, const Roles& roles);
+    void creditAll(Question& question, const Roles& roles);
 
     // `remake` makes the alternative anew of what the station holds by now.
     Outcome run(Alternative& alternative, const std::function<void()>& remake);
     Outcome runOnce(Alternative& alternative, std::uint64_t number);
+    Outcome runWithoutCallsOf(Alternative& alternative, const std::string& function);
+    std::function<void()> togglesOf(Alternative& alternative);
     Outcome runFailing(std::uint64_t failable);
     Outcome runNoted(simwin::Machine& machine);
     bool isOtherWay(const Outcome& outcome) const;

@@ -302,10 +302,11 @@ Result passOn(Relay& relay, [[maybe_unused]] const char* name, const Roles&... r
     return static_cast<Result>(Entry(roles.raw()...));
 }
 
-// Changes the station for the one call that an experiment chose.
+// Changes the station for a call that an experiment chose.
 class ChangedStation {
   public:
-    explicit ChangedStation(const Machine& machine) : m_machine(machine.isCallToChange() ? &machine : nullptr) {
+    ChangedStation(const Machine& machine, const char* name)
+        : m_machine(machine.isCallToChange(name) ? &machine : nullptr) {
         if (m_machine != nullptr) [[unlikely]]
             m_machine->toggleStation();
     }
@@ -370,7 +371,7 @@ auto makeCall(const char* name, FailureWith<Effect> with, Answer&& answer, const
     const bool fails = machine.countCall(name, failure);
     const auto make = [&]() -> Result {
         if (!fails) {
-            const ChangedStation change(machine);
+            const ChangedStation change(machine, name);
             return answer(machine);
         }
         with.effect();

@@ -118,6 +118,11 @@ class Machine {
         m_callToChange = n;
         m_toggle = &toggle;
     }
+    // The same of every call of a function, whose name must outlive the run too.
+    void changeCallsOf(std::string_view function, const std::function<void()>& toggle) noexcept {
+        m_functionToChange = function;
+        m_toggle = &toggle;
+    }
     // The n-th allocation from the process heap answers null.
     void failAllocation(std::uint64_t n) noexcept { m_allocationToFail = n; }
     // The call that failCall failed; empty before.
@@ -153,8 +158,10 @@ class Machine {
         ++m_faultableCalls;
         return m_mayFail && decideFailure(name, failure);
     }
-    // True when changeCall named the call that is made now.
-    bool isCallToChange() const noexcept { return m_calls == m_callToChange; }
+    // True when changeCall or changeCallsOf named the call that is made now.
+    bool isCallToChange(const char* name) const noexcept {
+        return m_calls == m_callToChange || (!m_functionToChange.empty() && m_functionToChange == name);
+    }
     void toggleStation() const { (*m_toggle)(); }
     // Counts an allocation; true when it is to fail.
     bool countAllocation() noexcept { return ++m_allocations == m_allocationToFail; }
@@ -197,6 +204,7 @@ class Machine {
     std::uint64_t m_faultableCalls = 0;
     std::uint64_t m_callToFail = 0;
     std::uint64_t m_callToChange = 0;
+    std::string_view m_functionToChange;
     const std::function<void()>* m_toggle = nullptr;
     std::uint64_t m_allocations = 0;
     std::uint64_t m_allocationToFail = 0;

@@ -87,6 +87,17 @@ TEST(Causes, ThatHoldWhatAnotherCallTellsDecideAlone) {
     EXPECT_EQ(roles["OpenProcess"], Role::Decides);
 }
 
+// The test for a session asks GetVersion. With another version there are other functions and tokens too, whatever
+// GetVersionExA says.
+TEST(Causes, OfOnePlaceAreTheCallsThatTheFieldStaysWithout) {
+    const FieldCauses session = causesOn(stationNamed("nt4-powerpc-workstation"), "dwTSClientSession");
+    std::vector<std::string> calls;
+    for (const Cause& cause : session.causes)
+        calls.push_back(cause.call);
+    EXPECT_THAT(calls, testing::Contains("GetVersion"));
+    EXPECT_THAT(calls, testing::Not(testing::Contains("GetVersionExA")));
+}
+
 // Of a disk nobody knows what Windows makes at its start, and who sits there.
 TEST(Causes, ThatNobodyKnowsAreFoundBySupposingThem) {
     simwin::Station station = windows2000();

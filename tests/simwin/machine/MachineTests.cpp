@@ -50,6 +50,31 @@ TEST(Machine, FailsTheCallThatItIsToldToAndNoOther) {
     EXPECT_EQ(GetKeyboardType(0), 4);
 }
 
+TEST(Machine, AnswersByAChangedStationTheCallsThatItIsToldToAndNoOther) {
+    const auto station = std::make_shared<Station>();
+    station->keyboard = {.type = 4, .subType = 0};
+    Machine machine(station);
+    const Machine::Scope scope(machine);
+    const std::function<void()> toggle = [&] { station->keyboard->type ^= 3; };
+    machine.changeCall(2, toggle);
+    EXPECT_EQ(GetKeyboardType(0), 4);
+    EXPECT_EQ(GetKeyboardType(0), 7);
+    EXPECT_EQ(GetKeyboardType(0), 4);
+
+    Machine other(station);
+    const Machine::Scope otherScope(other);
+    const std::function<void()> toggleBoth = [&] {
+        toggle();
+        station->codePages.oem ^= 1;
+    };
+    other.changeCallsOf("GetKeyboardType", toggleBoth);
+    EXPECT_EQ(GetOEMCP(), 437u);
+    EXPECT_EQ(GetKeyboardType(0), 7);
+    EXPECT_EQ(GetOEMCP(), 437u);
+    EXPECT_EQ(GetKeyboardType(0), 7);
+    EXPECT_EQ(station->keyboard->type, 4);
+}
+
 // The answer of a call that fails as its first faultable one, and the error that it leaves.
 struct FailureCase {
     const char* call;
