@@ -53,6 +53,10 @@ bool tellsMore(const Roles& roles, const Roles& known) {
     });
 }
 
+void forget(Roles& roles, const Outputs& outputs) {
+    std::erase_if(roles, [&](const auto& one) { return outputs.test(one.first); });
+}
+
 bool haveInCommon(const std::string& text, const std::string& value) {
     return !text.empty() && (text.find(value) != std::string::npos || value.find(text) != std::string::npos ||
                              text.starts_with(value.substr(0, kRelated)) || value.ends_with(text.substr(0, kRelated)));
@@ -257,33 +261,32 @@ bool Experiments::isAskedInParts(const PlaceQuestions& place) const {
 // Which of the questions about one place it is, and which time of its asking, that an output hangs on.
 void Experiments::tryOccurrences(const PlaceQuestions& place, std::vector<Effect>& effects) {
     for (Effect& effect : effects)
-        std::erase_if(effect.roles, [&](const auto& one) { return !m_options.outputs.test(one.first); });
-    const bool holdsOthers = isAskedInParts(place);
-    if (place.occurrences == 1 && !holdsOthers) {
-        Question& question = m_questions[place.questions.front()];
-        for (const Effect& effect : effects)
-            credit(question.occurrences.front(), question, effect.roles);
-        return;
-    }
+        forget(effect.roles, ~m_options.outputs);
     Roles all;
     for (const Effect& effect : effects)
         raise(all, effect.roles);
+    const bool holdsOthers = isAskedInParts(place);
+    if (place.occurrences == 1 && !holdsOthers) {
+        creditAll(m_questions[place.questions.front()], all);
+        return;
+    }
+    forget(all, tryEachOccurrence(place, effects));
+    for (auto& [output, role] : all)
+        role = holdsOthers ? Role::Decides : role;
+    forget(all, tryFunctions(place, effects, all));
+    // What changes only when all of them answer otherwise hangs on all.
+    for (const std::size_t number : place.questions)
+        creditAll(m_questions[number], all);
+}
+
+Outputs Experiments::tryEachOccurrence(const PlaceQuestions& place, std::vector<Effect>& effects) {
     Outputs found;
     for (Effect& effect : effects)
         for (const std::size_t number : place.questions)
             for (Occurrence& occurrence : m_questions[number].occurrences)
                 if (tellsMore(effect.roles, occurrence.roles))
                     found |= tryOccurrence(occurrence, m_questions[number], effect);
-    const auto forget = [&](const Outputs& outputs) {
-        std::erase_if(all, [&](const auto& one) { return outputs.test(one.first); });
-    };
-    forget(found);
-    for (auto& [output, role] : all)
-        role = holdsOthers ? Role::Decides : role;
-    forget(tryFunctions(place, effects, all));
-    // What changes only when all of them answer otherwise hangs on all.
-    for (const std::size_t number : place.questions)
-        creditAll(m_questions[number], all);
+    return found;
 }
 
 // What stays as it is while a function answers as before hangs on that function's questions. What comes with another
@@ -315,8 +318,7 @@ Roles Experiments::rolesWithout(const std::string& function, Effect& effect, con
             roles.insert(*wanted);
     if (roles.empty())
         return roles;
-    const Outputs left = differences(runWithoutCallsOf(effect.alternative, function));
-    std::erase_if(roles, [&](const auto& one) { return left.test(one.first); });
+    forget(roles, differences(runWithoutCallsOf(effect.alternative, function)));
     return roles;
 }
 

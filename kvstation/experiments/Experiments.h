@@ -68,6 +68,7 @@ class Experiments {
     void creditComputed(const std::vector<Outcome>& runs, int series, std::vector<Effect>& effects);
     bool isAskedInParts(const PlaceQuestions& place) const;
     void tryOccurrences(const PlaceQuestions& place, std::vector<Effect>& effects);
+    Outputs tryEachOccurrence(const PlaceQuestions& place, std::vector<Effect>& effects);
     Outputs tryFunctions(const PlaceQuestions& place, std::vector<Effect>& effects, const Roles& all);
     Roles rolesWithout(const std::string& function, Effect& effect, const Roles& all);
     Outputs tryOccurrence(Occurrence& occurrence, Question& question, Effect& effect);
