@@ -71,7 +71,7 @@ typedef struct STATIONDATA {
     char szProviders[251];          /* network providers in their order */
     char szBrowser[201];            /* installed browsers with versions */
     char szDefaultBrowser[51];      /* default browser: its name, or the command line that starts it */
-    char szIPAddress[16];           /* IP address of the station or remote client; of several, joined with ";", what fits */
+    char szIPAddress[16];           /* IP address of station or remote client; of several, joined with ";", what fits */
     char szNetworkAdapters[251];    /* network adapters */
     int32_t bOutlook;               /* 1 when the mail clients name Outlook */
     int32_t bExchange;              /* 1 when the mail clients name Exchange */

@@ -1,6 +1,7 @@
 #include "kvstation/cause/UnansweredText.h"
 
 #include <algorithm>
+#include <set>
 
 #include "kvstation/experiments/Questions.h"
 #include "kvstation/text/VisibleText.h"
@@ -42,15 +43,15 @@ bool isUnknown(const World& world, const Place& place) {
 }
 
 std::string unansweredText(const World& world, const std::vector<AskedCall>& calls) {
-    std::string lines = "\n";
+    std::set<std::string> told;  // two calls may ask for one place in the same words
+    std::string lines;
     for (const Question& question : questionsOf(calls, world)) {
         const std::string line =
             "  " + std::string(question.row->asks.words) + ": " + visible(nameOf(question.place)) + "\n";
-        // Two calls may ask for one place in the same words.
-        if (isUnknown(world, question.place) && lines.find("\n" + line) == std::string::npos)
+        if (isUnknown(world, question.place) && told.insert(line).second)
             lines += line;
     }
-    return lines == "\n" ? "" : "\nAsked then, but not written down in this station:" + lines;
+    return lines.empty() ? "" : "\nAsked then, but not written down in this station:\n" + lines;
 }
 
 }  // namespace kvstation

@@ -34,7 +34,7 @@ class LastQuestion {
     void note(bool isQuestion, std::string_view text);
 
     // The last one is that of the count; the other one is written next.
-    std::array<Doing, 2> m_notes;
+    mutable std::array<Doing, 2> m_notes;  // their parts are loaded and stored as atomics, which takes nothing const
     std::atomic<unsigned> m_count = 0;
 };
 

@@ -1,5 +1,5 @@
 // Rows as CSV (RFC 4180) in UTF-8: a header, then a line a row.
-#include "kvstation/forms/TextForm.h"
+#include "kvstation/forms/PrintedForm.h"
 #include "simwin/text/Utf8.h"
 
 namespace kvstation {
@@ -42,8 +42,8 @@ std::string lineOf(const StationRow& row, const FieldList& list) {
 }
 
 std::unique_ptr<RowForm> makeCsv(const FieldList& fields, const std::string&) {
-    return std::make_unique<TextForm>([fields](const StationRow& row) { return lineOf(row, fields); },
-                                      headerOf(fields));
+    return std::make_unique<PrintedForm>([fields](const StationRow& row) { return lineOf(row, fields); },
+                                         headerOf(fields));
 }
 
 }  // namespace

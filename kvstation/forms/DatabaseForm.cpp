@@ -11,7 +11,7 @@ namespace {
 #ifdef _WIN32
 // Debian has no SQLite for Windows.
 std::string checkDatabase(const std::string&) {
-    return "needs the native (Linux) tool; --ndjson and --csv print rows here too";
+    return "needs the native (Linux) tool; rows that are printed come here too";
 }
 constexpr decltype(RowFormKind::make) makeDatabase = nullptr;
 #else

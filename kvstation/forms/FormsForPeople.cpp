@@ -1,6 +1,6 @@
 // What is given out when no option asks for a form.
+#include "kvstation/forms/PrintedForm.h"
 #include "kvstation/forms/RowTable.h"
-#include "kvstation/forms/TextForm.h"
 #include "kvstation/rows/Frames.h"
 #include "kvstation/text/VisibleText.h"
 
@@ -41,7 +41,7 @@ std::unique_ptr<RowForm> makeTable(const FieldList& fields) {
 }
 
 std::unique_ptr<RowForm> makeViews(const TextOptions& options) {
-    return std::make_unique<TextForm>(
+    return std::make_unique<PrintedForm>(
         [options](const StationRow& row) { return visible(row.name) + ":\n" + textView(row.report, options) + "\n"; });
 }
 

@@ -1,4 +1,4 @@
-#include "kvstation/forms/TextForm.h"
+#include "kvstation/forms/PrintedForm.h"
 #include "kvstation/rows/RowJson.h"
 
 namespace kvstation {
@@ -6,7 +6,7 @@ namespace {
 
 std::unique_ptr<RowForm> makeJson(const FieldList& fields, const std::string&) {
     const auto writer = std::make_shared<RowJsonWriter>(fields);
-    return std::make_unique<TextForm>([writer](const StationRow& row) { return writer->line(row); });
+    return std::make_unique<PrintedForm>([writer](const StationRow& row) { return writer->line(row); });
 }
 
 }  // namespace

@@ -134,13 +134,10 @@ constexpr const char* kSourcesNote =
     "\n"
     "Where a field comes from was found by changing every answer on every described station: first what gives its "
     "text\n"
-    "or a part of it, then what decides. In quotation marks stand registry values, as `command` and `.html` keys "
-    "whose\n"
-    "default value it is; the others are variables and calls. What another setting would bring in is not among them, "
-    "and\n"
-    "the version of Windows stands for all that comes with it, such as the functions that there are. `kvstation "
-    "explain`\n"
-    "tells it of one station.\n";
+    "or a part of it, then what decides. A name in quotation marks is a registry value; `command`, `.html` and `.ica`\n"
+    "are keys whose default value counts; the others are variables and calls. What another setting would bring in is\n"
+    "not among them, and the version of Windows stands for what comes with it where no call decides. `kvstation\n"
+    "explain` tells it of one station.\n";
 
 }  // namespace
 

@@ -156,4 +156,8 @@ void CallErrorsForm::tell(MemberText& member, MemberTexts& below) {
     member.value += ", but 0; CALL: call that the module makes";
 }
 
+ToldAt CallErrorsForm::at(PathBelow path, Tells) {
+    return {.isMember = path.empty() || (path.size() == 1 && isKnownCall(path[0]))};
+}
+
 }  // namespace simwin

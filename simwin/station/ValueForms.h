@@ -69,6 +69,7 @@ struct CallErrorsForm : KnownWords {
     static void read(const JsonView& view, CallErrors& errors);
     static JsonView::Json write(const CallErrors& errors) { return errors; }
     static void tell(MemberText& member, MemberTexts&);
+    static ToldAt at(PathBelow path, Tells);
 };
 template <>
 struct FormOf<CallErrors> : CallErrorsForm {};

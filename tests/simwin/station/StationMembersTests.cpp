@@ -197,10 +197,10 @@ TEST(StationMembers, HaveNamesOfTheStationsOwnInPathsWithDots) {
     for (const std::string own : {"environment.", "files.", "profile.", "network.hosts.", "network.arp."})
         EXPECT_EQ(ownNameIn(own + "C:\\a.exe"), own.size()) << own;
     for (const std::string_view form : {"", "environment", "environment.", "network.domain", "user.name", "drives.C",
-                                        "drives.C.label", "network.netbios.0.lana"})
+                                        "drives.C.label", "network.netbios.0.lana", "fails", "fails.GetVersion"})
         EXPECT_EQ(ownNameIn(form), form.size()) << form;
     for (const std::string_view none :
-         {"jo", "user.jo", "drives.Disk", "drives.1", "network.netbios.jo", "user.name.jo", "userx"})
+         {"jo", "user.jo", "drives.Disk", "drives.1", "network.netbios.jo", "fails.jo", "user.name.jo", "userx"})
         EXPECT_EQ(ownNameIn(none), 0U) << none;
 }
 

@@ -10,11 +10,11 @@
 
 namespace kvstation {
 
-class TextForm : public RowForm {
+class PrintedForm : public RowForm {
   public:
     using Encode = std::function<std::string(const StationRow&)>;
 
-    explicit TextForm(Encode encode, std::string header = {})
+    explicit PrintedForm(Encode encode, std::string header = {})
         : m_encode(std::move(encode)), m_header(std::move(header)) {}
 
     std::string encode(const StationRow& row) override { return m_encode(row); }
