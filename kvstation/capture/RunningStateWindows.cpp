@@ -59,8 +59,7 @@ std::optional<std::string> variableNow(const std::string& name) {
 
 // A name may begin with "=".
 std::vector<simwin::Variable> variablesNow() {
-    const auto release = [](wchar_t* block) { FreeEnvironmentStringsW(block); };
-    const std::unique_ptr<wchar_t, decltype(release)> block(GetEnvironmentStringsW(), release);
+    const UniqueHandle<wchar_t*, &FreeEnvironmentStringsW> block(GetEnvironmentStringsW());
     std::vector<simwin::Variable> variables;
     for (const wchar_t* line = block.get(); line != nullptr && *line != L'\0'; line += std::wcslen(line) + 1) {
         const std::wstring_view wideName(line, std::wcscspn(line + 1, L"=") + 1);

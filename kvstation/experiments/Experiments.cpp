@@ -271,8 +271,9 @@ void Experiments::tryOccurrences(const PlaceQuestions& place, std::vector<Effect
         return;
     }
     forget(all, tryEachOccurrence(place, effects));
-    for (auto& [output, role] : all)
-        role = holdsOthers ? Role::Decides : role;
+    if (holdsOthers)
+        for (auto& [output, role] : all)
+            role = Role::Decides;
     forget(all, tryFunctions(place, effects, all));
     // What changes only when all of them answer otherwise hangs on all.
     for (const std::size_t number : place.questions)

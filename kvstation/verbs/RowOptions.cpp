@@ -29,11 +29,10 @@ std::unique_ptr<RowForm> formOf(const RowOptions& rows, const ResultOptions& res
     return makeViews(result.text);
 }
 
-template <class IsOffered>
-std::vector<CLI::Option*> addForms(CLI::App& command, RowOptions& options, const IsOffered& isOffered) {
+std::vector<CLI::Option*> addForms(CLI::App& command, RowOptions& options, bool intoFilesToo) {
     std::vector<CLI::Option*> added;
     for (const RowFormKind* form : kRowForms) {
-        if (!isOffered(*form))
+        if (form->checkFile != nullptr && !intoFilesToo)
             continue;
         CLI::Option* option = addForm(command, *form, options);
         for (const char* other : {"--all", "--json"})
@@ -56,13 +55,13 @@ void refuseWishesOfOne(const ResultOptions& result) {
 }
 
 std::vector<CLI::Option*> addRowOptions(CLI::App& command, RowOptions& options) {
-    return addForms(command, options, [](const RowFormKind& form) { return form.checkFile == nullptr; });
+    return addForms(command, options, false);
 }
 
 void addSetOptions(CLI::App& command, SetOptions& options) {
     addPlaces(command, options.places);
     addJobs(command, options.jobs);
-    addForms(command, options.rows, [](const RowFormKind&) { return true; });
+    addForms(command, options.rows, true);
 }
 
 void giveOutRow(const StationRow& row, const RowOptions& rows, const ResultOptions& result) {
